@@ -1,0 +1,1 @@
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/core/KifoInitConfig.h"
+#include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
+#include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+/// The SDK's front door. A host initialises it once, then sends its events through
+/// `KifoEventManager`:
+///
+///     kifo::KifoInitConfig configuration;
+///     configuration.bundle = {"com.example.shop"};
+///     configuration.apiUri = "https://api.example.com/inapp";
+///     configuration.listenerUri = "https://listen.example.com/events";
+///     configuration.authorization = token;
+///     kifo::Kifo::initialize(configuration);
+///     …
+///     kifo::Kifo::shutdown();
+///
+/// **Threading:** every operation is thread-safe. `initialize` waits on the calling thread only for a
+/// token service; nothing else here touches disk or network there, but for one small file read.
+/// **Errors:** nothing throws. What went wrong shows in `getInitializeStatusType` and on the console.
+class KIFO_EXPORT Kifo {
+ public:
+  using OnSuccess = std::function<void()>;
+
+  /// Initialises the SDK. `onSuccess` runs once the server's first in-app answer is there, on the
+  /// SDK's answer queue. Already initialised, it does nothing unless `forceInitialize` is set.
+  static void initialize(const KifoInitConfig& configuration, OnSuccess onSuccess = {});
+
+  /// The short form: it neither checks nor changes the status before the server answers, reports no
+  /// install and checks no push tokens.
+  static void initialize(const std::string& apiUri, const std::string& listenerUri,
+                         const std::string& authorization, const std::string& localOrigin,
+                         const std::optional<std::string>& actorId,
+                         const std::string& applicationName, bool offlineCachingDisabled);
+
+  static bool isInitialized();
+  static InitializeStatusType getInitializeStatusType();
+
+  /// Makes `newActorId` the user and remembers it; a change of user is sent as an event.
+  static void updateActorId(const std::string& newActorId);
+  static void setPushToken(const std::string& token);
+  static void setApnsToken(const std::vector<std::uint8_t>& deviceToken);
+  /// An empty token is refused with a console line.
+  static void setAuthorizationToken(const std::string& token);
+
+  /// The hooks that a host calls from its application's own life cycle.
+  static void didFinishLaunchingWithOptions();
+  static void applicationDidReceiveRemoteNotification(const UserInfo& userInfo);
+  static void applicationDidBecomeActive();
+  static void applicationWillResignActive();
+
+  /// The switches, readable and writable at any time.
+  static SendEventStatus sendEventStatus();
+  static void setSendEventStatus(SendEventStatus status);
+  static SendLifeCycleEventStatus sendApplicationLifeCycleEventStatus();
+  static void setSendApplicationLifeCycleEventStatus(SendLifeCycleEventStatus status);
+  static SendLifeCycleEventStatus sendActivityLifeCycleEventStatus();
+  static void setSendActivityLifeCycleEventStatus(SendLifeCycleEventStatus status);
+
+  /// What the SDK currently goes by, as copies.
+  static std::string apiUri();
+  static std::string listenerUri();
+  static std::string authorization();
+  static std::string localOrigin();
+  static std::string actorId();
+  static std::string applicationName();
+  static std::string pushToken();
+  static std::string apnsToken();
+  static bool offlineCachingDisabled();
+  static KifoNetworkStatus networkStatus();
+  static KifoNotificationPermissionStatusType notificationPermissionStatus();
+  static bool isInstall();
+  static bool isStarted();
+  /// Seconds; none before initialisation.
+  static std::optional<double> requestTimeout();
+
+  /// Stops the SDK: stores what is still queued, waits for the answers of what is under way, then
+  /// ends its threads. Never takes longer than `bound` seconds; returns whether all was done by then.
+  /// The SDK can be initialised again afterwards. Must not be called from one of its callbacks.
+  static bool shutdown(double bound = 2.0);
+};
+
+}  // namespace kifo

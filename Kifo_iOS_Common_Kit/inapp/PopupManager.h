@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Kifo_iOS_Common_Kit/core/ViewController.h"
+#include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+/// The gate between a campaign and the screen: checks it for its kind, spends one of its shows,
+/// hands it to the popup presenter and reports the opening. A refusal is a console line and nothing
+/// else: no event, no callback, no show spent.
+///
+/// **Threading:** main queue only; the handler runs on the UI thread.
+class KIFO_EXPORT PopupManager {
+ public:
+  using Handler = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
+
+  /// `reporter` takes the opening and the answers.
+  explicit PopupManager(std::shared_ptr<InAppReporter> reporter);
+
+  void showNotificationPopUpWindow(std::shared_ptr<ViewController> controller,
+                                   std::optional<std::string> pageName,
+                                   std::shared_ptr<AppCommunicationItem> item, Handler handler);
+  void showNotificationSurveyPopUpRadioGroupWindow(std::shared_ptr<ViewController> controller,
+                                                   std::optional<std::string> pageName,
+                                                   std::shared_ptr<AppCommunicationItem> item,
+                                                   Handler handler);
+  void showNotificationEmojiPopUpWindow(std::shared_ptr<ViewController> controller,
+                                        std::optional<std::string> pageName,
+                                        std::shared_ptr<AppCommunicationItem> item, Handler handler);
+  void showNotificationScorePopUpWindow(std::shared_ptr<ViewController> controller,
+                                        std::optional<std::string> pageName,
+                                        std::shared_ptr<AppCommunicationItem> item, Handler handler);
+  void showNotificationOpenEndedPopUpWindow(std::shared_ptr<ViewController> controller,
+                                            std::optional<std::string> pageName,
+                                            std::shared_ptr<AppCommunicationItem> item,
+                                            Handler handler);
+
+ private:
+  std::shared_ptr<InAppReporter> reporter_;
+};
+
+}  // namespace kifo

@@ -1,0 +1,34 @@
+#include "Kifo_iOS_Common_Kit/inapp/SelectedOperator.h"
+
+#include <array>
+
+#include <nlohmann/json.hpp>
+
+namespace kifo {
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::array kRawValues{"GREATER_THAN"sv, "GREATER_THAN_EQUAL_TO"sv, "LESS_THAN"sv,
+                                "LESS_THAN_EQUAL_TO"sv, "IS_EQUAL_TO"sv, "NOT_EQUAL_TO"sv};
+
+}  // namespace
+
+std::string_view rawValue(SelectedOperator value) {
+  return kRawValues[static_cast<std::size_t>(value)];
+}
+
+bool read(const nlohmann::json& json, SelectedOperator& value) {
+  if (!json.is_string()) return false;
+  const auto& text = json.get_ref<const std::string&>();
+  for (std::size_t ordinal = 0; ordinal < kRawValues.size(); ++ordinal) {
+    if (kRawValues[ordinal] != text) continue;
+    value = static_cast<SelectedOperator>(ordinal);
+    return true;
+  }
+  return false;
+}
+
+nlohmann::json write(SelectedOperator value) { return std::string(rawValue(value)); }
+
+}  // namespace kifo

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/ports/Error.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+struct HttpRequest {
+  std::string method = "GET";
+  std::string url;  ///< http or https; any other scheme is answered with an error.
+  std::vector<std::pair<std::string, std::string>> headers;
+  std::optional<std::string> body;             ///< None sends no body, for a GET in particular.
+  double timeout = 60.0;                       ///< Seconds from the start to the whole answer.
+  std::size_t maximumBodySize = 8u << 20;      ///< Bytes after decompression; more is an error.
+};
+
+struct HttpAnswer {
+  std::optional<Error> error;  ///< Set when no whole answer came: domain "http", curl's code.
+  int status = 0;              ///< HTTP status, 0 with an error.
+  std::string body;            ///< Decompressed; empty when the answer had none.
+};
+
+/// Sends HTTP requests and hands back their answers.
+///
+/// **Threading:** `send` may be called from any thread and never blocks on the network or the disk.
+/// `make` and `done` run on the transport's own thread and must be quick.
+/// **Errors:** every failure is an answer with an `error`; redirects are followed (10 at most) and
+/// never carry the Authorization header to another host.
+class KIFO_EXPORT HttpTransport {
+ public:
+  using Make = std::function<HttpRequest()>;
+  using Done = std::function<void(HttpAnswer)>;
+
+  virtual ~HttpTransport() = default;
+
+  /// Sends what `make` returns. `make` is run once, off the caller's thread, so that writing the
+  /// request's texts costs the caller nothing. `done` is run exactly once, with the error "cancelled"
+  /// for what is not answered when the transport stops.
+  virtual void send(Make make, Done done) = 0;
+
+  /// Tells that the network came back: connections kept from before are not used again.
+  virtual void networkChanged() = 0;
+
+  /// Cancels what is under way and ends. Later sends are answered with "cancelled" at once.
+  virtual void stop() = 0;
+};
+
+}  // namespace kifo

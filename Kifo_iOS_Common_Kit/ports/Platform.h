@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Kifo_iOS_Common_Kit/ports/Clock.h"
+#include "Kifo_iOS_Common_Kit/ports/ConsoleSink.h"
+#include "Kifo_iOS_Common_Kit/ports/DeviceProbe.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
+#include "Kifo_iOS_Common_Kit/ports/Inspector.h"
+#include "Kifo_iOS_Common_Kit/ports/NotificationCentre.h"
+#include "Kifo_iOS_Common_Kit/ports/Pasteboard.h"
+#include "Kifo_iOS_Common_Kit/ports/PopupPresenter.h"
+#include "Kifo_iOS_Common_Kit/ports/PositionSource.h"
+#include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
+#include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+#include "Kifo_iOS_Common_Kit/ports/UserDefaults.h"
+
+namespace kifo {
+
+/// The one place where the system's services are chosen.
+///
+///     kifo::Platform platform = kifo::Platform::makeDefault();
+///     platform.console = std::make_shared<MyConsole>();
+///     kifo::Platform::install(std::move(platform));   // before Kifo::initialize
+///
+/// A host that installs nothing gets the system's own choice on first use. No member is null except
+/// `inspector`, which is null until a host wants to listen; `install` fills the rest with ones that
+/// do nothing.
+///
+/// **Threading:** `current` and `install` are thread-safe. What `current` returned stays alive and
+/// unchanged for as long as the caller holds it.
+struct KIFO_EXPORT Platform {
+  std::shared_ptr<SerialQueue> mainQueue;
+  std::shared_ptr<SerialQueue> answerQueue;
+  std::shared_ptr<SerialQueue> reachabilityQueue;
+  std::shared_ptr<HttpTransport> http;
+  std::shared_ptr<UserDefaults> userDefaults;
+  std::shared_ptr<ReachabilityService> reachability;
+  std::shared_ptr<DeviceProbe> device;
+  std::shared_ptr<PositionSource> position;
+  std::shared_ptr<NotificationCentre> notifications;
+  std::shared_ptr<PopupPresenter> popups;
+  std::shared_ptr<Pasteboard> pasteboard;
+  std::shared_ptr<ConsoleSink> console;
+  std::shared_ptr<Clock> clock;
+  std::shared_ptr<RandomIdentifiers> identifiers;
+  std::shared_ptr<Inspector> inspector;
+  std::string documentsDirectory;  ///< Where "KifoLog.db" lies. Made when it is first needed.
+  std::string temporaryDirectory;  ///< Where images of notifications wait for the desktop.
+
+  /// The services in force. Makes the system's default on first use and again after a shutdown.
+  static std::shared_ptr<const Platform> current();
+  /// Puts `platform` in force, for tests and for hosts, before initialisation.
+  static void install(Platform platform);
+  /// The default of the system that the library was built for. Nothing is started yet.
+  static Platform makeDefault();
+  /// Lets go of the platform in force; its queues and transport must have been stopped.
+  static void release();
+};
+
+}  // namespace kifo

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+struct PopupRequest;
+
+/// Puts a campaign's popup over the host's window.
+///
+/// **Threading:** `present` is called on the main queue and returns at once; the presenter hops to
+/// the UI thread by itself. Over one window popups show one at a time, in the order of the calls.
+/// **Ownership:** the request holds its screen weakly; one whose screen is gone is dropped.
+class KIFO_EXPORT PopupPresenter {
+ public:
+  virtual ~PopupPresenter() = default;
+
+  virtual void present(std::shared_ptr<const PopupRequest> request) = 0;
+};
+
+}  // namespace kifo

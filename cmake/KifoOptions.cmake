@@ -1,0 +1,34 @@
+# What a build holds and how it is compiled. Everything a person may switch stands here.
+option(BUILD_SHARED_LIBS "Build kifo::kit and kifo::ui as shared libraries" ON)
+option(KIFO_BUILD_TESTING "Build kifo::testing, the fakes of the ports" ${PROJECT_IS_TOP_LEVEL})
+option(KIFO_BUILD_TESTS "Build the SDK's own tests" ${PROJECT_IS_TOP_LEVEL})
+option(KIFO_BUILD_APPS "Build the demo, the local server and the tool" ${PROJECT_IS_TOP_LEVEL})
+option(KIFO_BUILD_BENCH "Build the benchmarks" OFF)
+option(KIFO_BUILD_FUZZ "Build the libFuzzer targets (clang only)" OFF)
+set(KIFO_SANITIZE "" CACHE STRING "Sanitizers to compile with, e.g. address,undefined or thread")
+
+find_package(Qt6 6.4 QUIET COMPONENTS Core Gui Widgets DBus)
+option(KIFO_WITH_UI "Build kifo::ui (needs Qt 6 Widgets)" ${Qt6_FOUND})
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(KIFO_SANITIZE)
+  add_compile_options(-fsanitize=${KIFO_SANITIZE} -fno-omit-frame-pointer -g)
+  add_link_options(-fsanitize=${KIFO_SANITIZE})
+  if(KIFO_SANITIZE MATCHES undefined)
+    add_compile_options(-fno-sanitize-recover=undefined)
+  endif()
+endif()
+
+find_program(KIFO_CCACHE ccache)
+if(KIFO_CCACHE AND PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+      CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${KIFO_CCACHE})
+endif()

@@ -1,0 +1,66 @@
+# Each library is compiled once, as an object library whose folders list their own sources; the tests
+# link those objects and so reach what the shared library does not export.
+find_package(Threads REQUIRED)
+find_package(SQLite3 REQUIRED)
+find_package(CURL REQUIRED)
+find_package(OpenSSL REQUIRED COMPONENTS Crypto)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_library(MNL_LIBRARY mnl REQUIRED)
+find_path(MNL_INCLUDE_DIR libmnl/libmnl.h REQUIRED)
+
+add_library(kifo_warnings INTERFACE)
+target_compile_options(kifo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                       -Woverloaded-virtual $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
+
+function(kifo_object_library name)
+  add_library(${name} OBJECT)
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:kifo_warnings>)
+  target_compile_definitions(${name} PRIVATE KIFO_BUILDING)
+endfunction()
+
+kifo_object_library(kifo_kit_objects)
+target_link_libraries(kifo_kit_objects
+  PUBLIC nlohmann_json::nlohmann_json Threads::Threads
+  PRIVATE SQLite::SQLite3 CURL::libcurl OpenSSL::Crypto ${MNL_LIBRARY})
+target_include_directories(kifo_kit_objects PRIVATE ${MNL_INCLUDE_DIR})
+target_precompile_headers(kifo_kit_objects PRIVATE
+  <nlohmann/json.hpp> <functional> <memory> <mutex> <optional> <string> <vector>)
+
+if(KIFO_WITH_UI)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus)
+  find_package(Qt6 6.4 QUIET COMPONENTS Positioning)
+  kifo_object_library(kifo_ui_objects)
+  set_target_properties(kifo_ui_objects PROPERTIES AUTOMOC ON)
+  target_compile_definitions(kifo_ui_objects PRIVATE QT_NO_KEYWORDS)
+  target_link_libraries(kifo_ui_objects
+    PUBLIC nlohmann_json::nlohmann_json Qt6::Widgets Qt6::DBus
+    PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
+  target_precompile_headers(kifo_ui_objects PRIVATE
+    <nlohmann/json.hpp> <functional> <memory> <optional> <string> <vector> <QtWidgets>)
+endif()
+
+# kifo_finish_library(<target> <alias>): makes the library that hosts link from <target>_objects.
+function(kifo_finish_library target alias)
+  add_library(${target})
+  add_library(kifo::${alias} ALIAS ${target})
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:${target}_objects>)
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/kifo>)
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${alias} VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  if(target STREQUAL "kifo_kit")
+    target_link_libraries(${target} PUBLIC nlohmann_json::nlohmann_json Threads::Threads
+      PRIVATE SQLite::SQLite3 CURL::libcurl OpenSSL::Crypto ${MNL_LIBRARY})
+  else()
+    target_link_libraries(${target} PUBLIC kifo_kit Qt6::Widgets Qt6::DBus
+      PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
+  endif()
+  if(BUILD_SHARED_LIBS AND NOT KIFO_SANITIZE)
+    target_link_options(${target} PRIVATE
+      -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--gc-sections)
+    set_property(TARGET ${target} APPEND PROPERTY
+      LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  endif()
+endfunction()

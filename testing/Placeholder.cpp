@@ -1,0 +1,1 @@
+// Makes way for the fakes.

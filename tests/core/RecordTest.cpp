@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
+
+namespace kifo {
+namespace {
+
+bool decodes(const char* text) { return decode<AppCommunication>(std::string_view(text)) != nullptr; }
+
+TEST(Record, AnEmptyItemDecodesWithEveryFieldEmpty) {
+  const auto item = decode<AppCommunicationItem>(std::string_view("{}"));
+  ASSERT_TRUE(item);
+  EXPECT_EQ(encode(*item), nlohmann::json::object());
+}
+
+TEST(Record, EncodingWritesWhatIsSetAndNothingElse) {
+  AppCommunicationItem item;
+  item.uuid = "u";
+  EXPECT_EQ(encode(item), (nlohmann::json{{"uuid", "u"}}));
+}
+
+TEST(Record, ANullCountsAsAbsent) {
+  EXPECT_TRUE(decodes(R"({"model": null, "configuration": {"id": null, "stopAllEvents": true}})"));
+  EXPECT_FALSE(decodes(R"({"configuration": {"stopAllEvents": null}})"));
+}
+
+class RefusedAnswer : public testing::TestWithParam<const char*> {};
+
+TEST_P(RefusedAnswer, OneBadMemberSpoilsTheWholeAnswer) { EXPECT_FALSE(decodes(GetParam())); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Record, RefusedAnswer,
+    testing::Values(
+        R"({"configuration": {}})", R"({"configuration": {"stopAllEvents": 1}})",
+        R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": "10"}})",
+        R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": 1.5}})",
+        R"({"model": [{"maxShowCount": "3"}]})", R"({"model": [null]})", R"({"model": {}})",
+        R"({"model": [{"selection": {"value": 5, "selectedOperator": "GREATER"}}]})",
+        R"({"model": [{"coupon": {"code": {"text": "A", "color": "0"}}}]})",
+        R"({"model": [{"header": "title"}]})", R"({"blockedEvents": ["login"]})",
+        R"({"model": [{"maxScore": 9223372036854775808}]})", "[]", "null", "", "{", "{\"model\": [}",
+        "{\"model\": [{\"uuid\": \"\xff\"}]}"));
+
+TEST(Record, AnAnswerWithEveryMemberSurvivesTheRoundTrip) {
+  const auto whole = nlohmann::json::parse(R"({
+    "model": [{
+      "type": "SCORE", "uuid": "u", "expireDate": 1.5, "maxShowCount": -3, "sliderSupport": true,
+      "header": {"text": "t", "color": "#fff"}, "action": {"link": "l", "type": "url"},
+      "buttons": [{"id": "b", "action": {"link": "x"}, "show": false}], "images": [{"url": "i"}, {}],
+      "selection": {"value": 5, "selectedOperator": "LESS_THAN_EQUAL_TO"},
+      "interval": {"fromValue": 1, "toValue": 2}, "defaultFreeText": {"questionText": "why"},
+      "coupon": {"code": {"text": "A", "color": "0", "backgroundColor": "1"},
+                 "button": {"active": {"text": "c", "color": "0", "backgroundColor": "1", "size": "9"},
+                            "inactive": {"text": "d", "color": "0", "backgroundColor": "1"}},
+                 "border": {"color": "2", "thickness": "3"}}}],
+    "configuration": {"stopAllEvents": false, "offlineQueueSize": 7},
+    "blockedEvents": [{"name": "login"}, {}]})");
+  const auto decoded = decode<AppCommunication>(whole);
+  ASSERT_TRUE(decoded);
+  EXPECT_EQ(encode(*decoded), whole);
+}
+
+}  // namespace
+}  // namespace kifo
