@@ -1,0 +1,58 @@
+#include "Kifo_iOS_Common_Kit/network/KifoNotificationCenter.h"
+
+#include <algorithm>
+#include <atomic>
+#include <iterator>
+#include <utility>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+
+namespace kifo {
+
+struct KifoNotificationCenter::Entry {
+  Token token;
+  std::string name;
+  Observer observer;
+  std::atomic<bool> removed = false;
+};
+
+KifoNotificationCenter& KifoNotificationCenter::defaultCenter() {
+  static auto& only = *new KifoNotificationCenter;
+  return only;
+}
+
+KifoNotificationCenter::Token KifoNotificationCenter::addObserver(std::string name,
+                                                                  Observer observer) {
+  auto entry = std::make_shared<Entry>();
+  entry->name = std::move(name);
+  entry->observer = std::move(observer);
+  const std::lock_guard lock(mutex_);
+  entry->token = ++last_;
+  entries_.push_back(std::move(entry));
+  return last_;
+}
+
+void KifoNotificationCenter::removeObserver(Token token) {
+  std::shared_ptr<Entry> removed;  // what the observer captured dies after the lock is let go
+  const std::lock_guard lock(mutex_);
+  const auto found = std::ranges::find(entries_, token, [](const auto& e) { return e->token; });
+  if (found == entries_.end()) return;
+  removed = std::move(*found);
+  removed->removed = true;
+  entries_.erase(found);
+}
+
+void KifoNotificationCenter::post(const KifoNotification& note) {
+  std::vector<std::shared_ptr<Entry>> concerned;
+  {
+    const std::lock_guard lock(mutex_);
+    std::ranges::copy_if(entries_, std::back_inserter(concerned),
+                         [&](const auto& entry) { return entry->name == note.name; });
+  }
+  for (const auto& entry : concerned) {
+    // An observer before this one may have removed it.
+    if (!entry->removed) callHost(logTag("KifoNotificationCenter"), entry->observer, note);
+  }
+}
+
+}  // namespace kifo

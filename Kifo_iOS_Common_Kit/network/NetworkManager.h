@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+#include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
+#include "Kifo_iOS_Common_Kit/network/KifoNotification.h"
+#include "Kifo_iOS_Common_Kit/network/KifoNotificationCenter.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+class KifoReachability;
+
+/// Tells the SDK whether the network can be reached, now and at every change.
+///
+/// **Threading:** thread-safe. The callback runs on the platform's main queue.
+/// **Ownership:** held by a `std::shared_ptr`, so that a notification under way finds it or nobody.
+/// **Errors:** dropped. Where the network cannot be watched the callback is never called.
+class KIFO_EXPORT NetworkManager : public std::enable_shared_from_this<NetworkManager> {
+ public:
+  using NetworkStatusCallback = std::function<void(bool online)>;
+
+  /// The one that the SDK itself uses. Never destroyed.
+  static NetworkManager& shared();
+  ~NetworkManager();
+
+  /// Has the callback called with the current status, soon, and with every later one. Called again,
+  /// it replaces the callback and the watcher: only one of each is ever in force.
+  void startMonitoring(NetworkStatusCallback callback);
+  /// Stops; a callback that is running on the main queue finishes.
+  void stopMonitoring();
+
+  /// The observer of `KifoReachabilityChangedNotification`. An object that is no `KifoReachability`
+  /// is a fatal error.
+  void reachabilityChanged(const KifoNotification& note);
+
+  /// The last flags that the watcher has seen, without waiting; none before the first reading.
+  [[nodiscard]] std::optional<std::uint32_t> flags() const;
+
+ private:
+  mutable std::mutex mutex_;
+  // Guarded by mutex_.
+  std::shared_ptr<KifoReachability> reachability_;
+  NetworkStatusCallback networkStatusCallback_;
+  KifoNotificationCenter::Token observer_ = 0;
+};
+
+/// The network as payloads name it: "cellular" as well for flags never read and for an unreachable
+/// network. NONE is never the answer.
+KIFO_EXPORT KifoNetworkCapability networkCapability(std::optional<std::uint32_t> flags);
+
+}  // namespace kifo
