@@ -14,12 +14,12 @@ namespace kifo {
 /// What a user answered. At most one of the members is set, but for `choice`, which goes with
 /// `choiseField`; none at all is a close without an answer.
 struct InAppAnswer {
-  std::shared_ptr<AppCommunicationItemAction> body;
-  std::shared_ptr<AppCommunicationItemButton> choice;
-  std::shared_ptr<AppCommunicationItemButton> button;
-  std::optional<ScoreFieldModel> scoreField;
-  std::optional<OpenEndedFieldModel> openEndedField;
-  std::optional<ChoiseFieldModel> choiseField;
+  std::shared_ptr<AppCommunicationItemAction> body = nullptr;
+  std::shared_ptr<AppCommunicationItemButton> choice = nullptr;
+  std::shared_ptr<AppCommunicationItemButton> button = nullptr;
+  std::optional<ScoreFieldModel> scoreField = std::nullopt;
+  std::optional<OpenEndedFieldModel> openEndedField = std::nullopt;
+  std::optional<ChoiseFieldModel> choiseField = std::nullopt;
 };
 
 /// Where the popup side reports what happened to a campaign; the event manager turns it into events.

@@ -1,0 +1,97 @@
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
+
+#include <string>
+#include <utility>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/ports/Platform.h"
+
+namespace kifo::rules {
+namespace {
+
+void print(std::string_view message) {
+  Console::print(logTag("PopupManager"), message);
+}
+
+void refuse(const AppCommunicationItem& item, std::string_view message) {
+  print(message);
+  inspect(item, "refused", message);
+}
+
+/// Such as "buttons.count > 3 -> buttons count = 5".
+std::string countMessage(const ListRule& rule, std::string_view sign, std::size_t bound,
+                         std::size_t count) {
+  const std::string word(rule.word);
+  return (word + ".count ").append(sign) + " " + std::to_string(bound) + " -> " + word +
+         " count = " + std::to_string(count);
+}
+
+}  // namespace
+
+void inspect(const AppCommunicationItem& item, std::string_view outcome, std::string_view reason) {
+  KIFO_INSPECT("campaign", {{"uuid", item.uuid.value_or("")},
+                            {"type", item.type.value_or("")},
+                            {"outcome", std::string(outcome)},
+                            {"reason", std::string(reason)}});
+}
+
+bool isIdentified(const std::shared_ptr<AppCommunicationItem>& item, bool silently) {
+  if (item && item->uuid && item->maxShowCount) return true;
+  constexpr std::string_view message = "uuid or maxShowCount couldn't be assigned";
+  if (!silently) print(message);
+  inspect(item ? *item : AppCommunicationItem(), "refused", message);
+  return false;
+}
+
+bool hasScoreRange(const AppCommunicationItem& item) {
+  if (item.minScore && item.maxScore && *item.maxScore >= 1 && *item.minScore >= 0 &&
+      *item.minScore < *item.maxScore && *item.maxScore <= kHighestScore) {
+    return true;
+  }
+  constexpr std::string_view message = "Maximumscore or Minimumscore are not validation";
+  Console::printBare(message);
+  inspect(item, "refused", message);
+  return false;
+}
+
+std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item) {
+  const auto defaults = Platform::current()->userDefaults;
+  const std::int64_t left =
+      defaults->value(*item.uuid) ? defaults->integer(*item.uuid) : *item.maxShowCount;
+  if (left >= 1) return left;
+  refuse(item, "maxShowCount <= 0 -> maxShowCount = " + std::to_string(left));
+  return std::nullopt;
+}
+
+void spendShow(const AppCommunicationItem& item, std::int64_t left) {
+  Platform::current()->userDefaults->setValue(*item.uuid, left - 1);
+}
+
+std::optional<Buttons> applied(const ListRule& rule, std::optional<Buttons> list,
+                               const AppCommunicationItem& item) {
+  if (!list) {
+    refuse(item, std::string(rule.word) + " couldn't be assigned");
+    return std::nullopt;
+  }
+  if (list->size() < rule.fewest) {
+    refuse(item, countMessage(rule, "<", rule.fewest, list->size()));
+    return std::nullopt;
+  }
+  if (list->size() > rule.most) {
+    const std::string message = countMessage(rule, ">", rule.most, list->size());
+    print(message);
+    inspect(item, "clamped", message);
+    list->resize(rule.most);
+  }
+  return list;
+}
+
+std::optional<Buttons> offeredEmojis(const AppCommunicationItem& item) {
+  auto emojis = item.emojiList;
+  const auto isHidden = [](const auto& emoji) { return !emoji || !emoji->show.value_or(false); };
+  if (emojis) std::erase_if(*emojis, isHidden);
+  return emojis;
+}
+
+}  // namespace kifo::rules

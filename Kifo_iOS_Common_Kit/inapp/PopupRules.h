@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
+
+/// The checks that a campaign passes before it is shown. Each says on the console, and to the
+/// inspector, what it refuses or cuts short; none changes the campaign.
+///
+/// **Threading:** main queue only, where one campaign's check and spending are never interleaved
+/// with another's.
+namespace kifo::rules {
+
+using Buttons = std::vector<std::shared_ptr<AppCommunicationItemButton>>;
+
+/// How many options a kind of popup takes. The word is the one that its messages use.
+struct ListRule {
+  std::string_view word;
+  std::size_t fewest;
+  std::size_t most;
+};
+
+inline constexpr ListRule kPopupButtons{"buttons", 0, 3};
+inline constexpr ListRule kSurveyChoices{"choices", 2, 20};
+inline constexpr ListRule kEmojis{"emojis", 2, 3};
+
+inline constexpr std::int64_t kHighestScore = 100000;
+
+/// Whether the campaign has an identity and a show count; `silently` prints nothing when it has
+/// not.
+bool isIdentified(const std::shared_ptr<AppCommunicationItem>& item, bool silently = false);
+
+/// Whether the lowest and the highest score are there, in order and within 0 to `kHighestScore`.
+bool hasScoreRange(const AppCommunicationItem& item);
+
+/// How many shows are left, or none when there are none. What this device has stored counts for
+/// more than what the server says now.
+std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item);
+
+/// Stores that one of `left` shows is gone.
+void spendShow(const AppCommunicationItem& item, std::int64_t left);
+
+/// The first options of `list`, as many as may be shown; none when there are too few.
+std::optional<Buttons> applied(const ListRule& rule, std::optional<Buttons> list,
+                               const AppCommunicationItem& item);
+
+/// The emojis that the campaign offers; none when it has no list of them.
+std::optional<Buttons> offeredEmojis(const AppCommunicationItem& item);
+
+/// Tells the inspector what became of the campaign.
+void inspect(const AppCommunicationItem& item, std::string_view outcome, std::string_view reason);
+
+}  // namespace kifo::rules
