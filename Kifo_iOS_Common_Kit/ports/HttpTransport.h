@@ -15,8 +15,8 @@ namespace kifo {
 struct HttpRequest {
   std::string method = "GET";
   std::string url;  ///< http or https; any other scheme is answered with an error.
-  std::vector<std::pair<std::string, std::string>> headers;
-  std::optional<std::string> body;             ///< None sends no body, for a GET in particular.
+  std::vector<std::pair<std::string, std::string>> headers = {};
+  std::optional<std::string> body = {};        ///< None sends no body, for a GET in particular.
   double timeout = 60.0;                       ///< Seconds from the start to the whole answer.
   std::size_t maximumBodySize = 8u << 20;      ///< Bytes after decompression; more is an error.
 };

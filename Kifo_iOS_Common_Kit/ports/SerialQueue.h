@@ -45,7 +45,7 @@ class KIFO_EXPORT SerialQueue {
 
   /// Runs `task` on the queue and waits for it; at once when called from a task of this queue, so
   /// that the hop cannot wait for itself. After `stop` the task is not run.
-  void sync(const Task& task);
+  virtual void sync(const Task& task);
 };
 
 }  // namespace kifo

@@ -1,1 +1,0 @@
-// Makes way for the fakes.
