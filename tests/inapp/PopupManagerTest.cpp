@@ -268,8 +268,9 @@ class AcceptedCampaign : public PopupManagerTest,
 TEST_P(AcceptedCampaign, ShowsTheFirstOptionsAndLeavesTheCampaignAsItIs) {
   const auto item = itemFrom(GetParam().json);
   Lines lines = show(item);
-  std::erase_if(lines,
-                [](const std::string& each) { return each.contains("appCommunicationItem"); });
+  std::erase_if(lines, [](const std::string& each) {
+    return each.find("appCommunicationItem: ") != each.npos;
+  });
   EXPECT_EQ(lines, GetParam().lines);
   ASSERT_EQ(fake_.popups->requests().size(), 1u);
   const PopupPreferences& preferences = fake_.popups->requests().front()->preferences;
