@@ -1,0 +1,137 @@
+#include <stdexcept>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
+#include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
+#include "testing/FakePlatform.h"
+
+namespace kifo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using Flags = KifoReachability::Flags;
+
+class ReachabilityManagerTest : public ::testing::Test {
+ protected:
+  NetworkManager::NetworkStatusCallback record() {
+    return [this](bool online) {
+      EXPECT_TRUE(platform_.mainQueue->isCurrent());
+      told_.push_back(online);
+    };
+  }
+
+  void change(std::uint32_t flags) {
+    platform_.reachability->change(flags);
+    platform_.runUntilIdle();
+  }
+
+  testing::InstalledFakePlatform platform_;
+  const std::shared_ptr<NetworkManager> manager_ = std::make_shared<NetworkManager>();
+  std::vector<bool> told_;
+};
+
+TEST_F(ReachabilityManagerTest, TheStatusIsToldAtTheStartAndAtEveryChange) {
+  EXPECT_EQ(manager_->flags(), std::nullopt);
+  platform_.reachability->setFlags(Flags::reachable);
+  manager_->startMonitoring(record());
+  EXPECT_EQ(manager_->flags(), Flags::reachable) << "known as soon as monitoring has started";
+  platform_.runUntilIdle();
+  change(0);
+  change(0);
+  change(Flags::reachable | Flags::isWWAN);
+  EXPECT_THAT(told_, ElementsAre(true, false, true));
+  EXPECT_EQ(manager_->flags(), Flags::reachable | Flags::isWWAN);
+}
+
+TEST_F(ReachabilityManagerTest, StartingAgainLeavesOneWatcherAndOneObserver) {
+  std::vector<bool> earlier;
+  manager_->startMonitoring([&](bool online) { earlier.push_back(online); });
+  manager_->startMonitoring(record());
+  platform_.runUntilIdle();
+  EXPECT_THAT(earlier, IsEmpty());
+  EXPECT_THAT(told_, ElementsAre(false)) << "the new watcher's first reading, once";
+  EXPECT_EQ(platform_.reachability->sources(), 1U);
+  change(Flags::reachable);
+  EXPECT_THAT(told_, ElementsAre(false, true));
+}
+
+TEST_F(ReachabilityManagerTest, StoppedItTellsNothingMoreAndCanStartAgain) {
+  manager_->startMonitoring(record());
+  manager_->stopMonitoring();
+  change(Flags::reachable);
+  EXPECT_THAT(told_, IsEmpty());
+  EXPECT_EQ(manager_->flags(), std::nullopt);
+  EXPECT_EQ(platform_.reachability->sources(), 0U);
+  manager_->startMonitoring(record());
+  platform_.runUntilIdle();
+  EXPECT_THAT(told_, ElementsAre(true));
+}
+
+TEST_F(ReachabilityManagerTest, WhereNothingCanBeWatchedNothingIsTold) {
+  platform_.reachability->failCreate(1);
+  manager_->startMonitoring(record());
+  change(Flags::reachable);
+  EXPECT_EQ(manager_->flags(), std::nullopt);
+  platform_.reachability->failCreate(0);
+  platform_.reachability->failFlags(1);
+  manager_->startMonitoring(record());
+  change(Flags::reachable);
+  EXPECT_EQ(manager_->flags(), std::nullopt);
+  EXPECT_THAT(told_, IsEmpty());
+  EXPECT_THAT(platform_.console->lines(), IsEmpty()) << "such errors are silent";
+}
+
+TEST_F(ReachabilityManagerTest, ACallbackMayThrowAndMayStartAgain) {
+  manager_->startMonitoring([this](bool) {
+    manager_->startMonitoring(record());
+    throw std::runtime_error("a host's mistake");
+  });
+  platform_.runUntilIdle();
+  EXPECT_THAT(told_, ElementsAre(false));
+  change(Flags::reachable);
+  EXPECT_THAT(told_, ElementsAre(false, true));
+}
+
+TEST_F(ReachabilityManagerTest, AnyWatchersNoteCountsAndAnythingElseIsFatal) {
+  platform_.reachability->setFlags(Flags::reachable);
+  manager_->startMonitoring(record());
+  platform_.runUntilIdle();
+  const auto other = KifoReachability::create({}).reachability;
+  manager_->reachabilityChanged({KifoReachabilityChangedNotification, other});
+  EXPECT_EQ(other->flags(), Flags::reachable) << "the note's own watcher is read";
+  EXPECT_EQ(told_.size(), 2U);
+
+  setFatalErrorHandler(
+      [](std::string_view message) { throw std::logic_error(std::string(message)); });
+  EXPECT_THROW(manager_->reachabilityChanged({KifoReachabilityChangedNotification, {}}),
+               std::logic_error);
+  EXPECT_THROW(manager_->reachabilityChanged({KifoReachabilityChangedNotification, 7}),
+               std::logic_error);
+  setFatalErrorHandler(nullptr);
+}
+
+TEST(NetworkCapabilityTest, WhateverIsNotClearlyOnlineCountsAsCellular) {
+  constexpr auto reachable = Flags::reachable;
+  constexpr auto required = reachable | Flags::connectionRequired;
+  const std::vector<std::pair<std::optional<std::uint32_t>, KifoNetworkCapability>> table = {
+      {std::nullopt, KifoNetworkCapability::CELLULAR},
+      {0, KifoNetworkCapability::CELLULAR},
+      {reachable, KifoNetworkCapability::WIFI},
+      {reachable | Flags::isWWAN, KifoNetworkCapability::CELLULAR},
+      {required, KifoNetworkCapability::CELLULAR},
+      {required | Flags::connectionOnDemand, KifoNetworkCapability::WIFI},
+      {required | Flags::connectionOnTraffic, KifoNetworkCapability::WIFI},
+      {required | Flags::connectionOnTraffic | Flags::interventionRequired,
+       KifoNetworkCapability::CELLULAR},
+      {reachable | Flags::interventionRequired, KifoNetworkCapability::WIFI},
+  };
+  for (const auto& [flags, capability] : table) {
+    EXPECT_EQ(networkCapability(flags), capability) << KifoReachability::describe(flags);
+  }
+}
+
+}  // namespace
+}  // namespace kifo
