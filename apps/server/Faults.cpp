@@ -1,0 +1,94 @@
+#include "apps/server/Faults.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace kifo::server {
+
+namespace {
+
+using Json = nlohmann::json;
+
+template <class Enumeration>
+using Words = std::array<std::pair<Enumeration, std::string_view>, 5>;
+
+constexpr Words<Faults::Body> bodies{{{Faults::Body::GOOD, "good"},
+                                      {Faults::Body::TRUNCATED, "truncated"},
+                                      {Faults::Body::INVALID_UTF8, "invalid-utf8"},
+                                      {Faults::Body::EMPTY, "empty"},
+                                      {Faults::Body::HUGE_BODY, "huge"}}};
+constexpr Words<Faults::Connection> connections{{{Faults::Connection::KEEP, "keep"},
+                                                 {Faults::Connection::DROP, "drop"},
+                                                 {Faults::Connection::DIE, "die"}}};
+constexpr Words<Faults::On> places{{{Faults::On::ALL, "all"},
+                                    {Faults::On::API, "api"},
+                                    {Faults::On::LISTENER, "listener"}}};
+
+template <class Enumeration>
+std::string word(const Words<Enumeration>& words, Enumeration value) {
+  for (const auto& [each, text] : words) {
+    if (each == value) return std::string(text);
+  }
+  return "";
+}
+
+template <class Enumeration>
+bool read(const Words<Enumeration>& words, const Json& json, Enumeration& value) {
+  if (!json.is_string() || json == "") return false;
+  for (const auto& [each, text] : words) {
+    if (json != text) continue;
+    value = each;
+    return true;
+  }
+  return false;
+}
+
+template <class Number>
+bool readNumber(const Json& json, Number& value) {
+  if (!json.is_number() || json.get<double>() < 0) return false;
+  value = json.get<Number>();
+  return true;
+}
+
+bool readMember(Faults& faults, const std::string& key, const Json& value) {
+  if (key == "latency") return readNumber(value, faults.latency);
+  if (key == "status") return readNumber(value, faults.status);
+  if (key == "everyOther") return readNumber(value, faults.everyOther);
+  if (key == "bodySize") return readNumber(value, faults.bodySize);
+  if (key == "body") return read(bodies, value, faults.body);
+  if (key == "connection") return read(connections, value, faults.connection);
+  if (key == "on") return read(places, value, faults.on);
+  return key == "times" && (value.is_null() || readNumber(value, faults.times.emplace()));
+}
+
+}  // namespace
+
+Json Faults::toJson() const {
+  Json json = {{"latency", latency},
+               {"status", status},
+               {"everyOther", everyOther},
+               {"body", word(bodies, body)},
+               {"bodySize", bodySize},
+               {"connection", word(connections, connection)},
+               {"on", word(places, on)}};
+  if (times) json["times"] = *times;
+  return json;
+}
+
+std::optional<Faults> Faults::fromJson(const Json& json, std::string& problem) {
+  Faults faults;
+  if (!json.is_object()) {
+    problem = "faults are a JSON object";
+    return std::nullopt;
+  }
+  for (const auto& [key, value] : json.items()) {
+    if (readMember(faults, key, value)) continue;
+    problem = "not a fault: \"" + key + "\": " +
+              value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return std::nullopt;
+  }
+  return faults;
+}
+
+}  // namespace kifo::server
