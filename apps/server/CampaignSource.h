@@ -7,14 +7,14 @@
 
 namespace kifo::server {
 
-/// Where the in-app answer comes from: a text, a JSON file, or a folder of JSON files. Files are read
-/// again when they change, so that an author sees the next page entry bring the new campaign.
+/// Where the in-app answer comes from: a text, a JSON file, or a folder of JSON files. Files are
+/// read again when they change, so that an author sees the next page entry bring the new campaign.
 ///
-/// A folder's answer is its "*.json" files in the order of their names, made one: the lists "model" and
-/// "blockedEvents" are joined, of "configuration" the last one counts.
+/// A folder's answer is its "*.json" files in the order of their names, made one: the lists "model"
+/// and "blockedEvents" are joined, of "configuration" the last one counts.
 ///
-/// **Threading:** thread-safe. **Errors:** a file that cannot be read, or is no JSON while it is being
-/// written, leaves the last good answer in force; `problem` says what is wrong.
+/// **Threading:** thread-safe. **Errors:** a file that cannot be read, or is no JSON while it is
+/// being written, leaves the last good answer in force; `problem` says what is wrong.
 class CampaignSource {
  public:
   /// A configuration with an offline queue of 1000 and no campaign.
@@ -29,7 +29,8 @@ class CampaignSource {
   [[nodiscard]] std::string problem() const;
 
  private:
-  using Stamps = std::map<std::filesystem::path, std::pair<std::filesystem::file_time_type, std::uintmax_t>>;
+  using Stamps =
+      std::map<std::filesystem::path, std::pair<std::filesystem::file_time_type, std::uintmax_t>>;
 
   Stamps stamps() const;
   void reread();

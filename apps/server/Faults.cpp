@@ -21,9 +21,8 @@ constexpr Words<Faults::Body> bodies{{{Faults::Body::GOOD, "good"},
 constexpr Words<Faults::Connection> connections{{{Faults::Connection::KEEP, "keep"},
                                                  {Faults::Connection::DROP, "drop"},
                                                  {Faults::Connection::DIE, "die"}}};
-constexpr Words<Faults::On> places{{{Faults::On::ALL, "all"},
-                                    {Faults::On::API, "api"},
-                                    {Faults::On::LISTENER, "listener"}}};
+constexpr Words<Faults::On> places{
+    {{Faults::On::ALL, "all"}, {Faults::On::API, "api"}, {Faults::On::LISTENER, "listener"}}};
 
 template <class Enumeration>
 std::string word(const Words<Enumeration>& words, Enumeration value) {
@@ -65,12 +64,9 @@ bool readMember(Faults& faults, const std::string& key, const Json& value) {
 }  // namespace
 
 Json Faults::toJson() const {
-  Json json = {{"latency", latency},
-               {"status", status},
-               {"everyOther", everyOther},
-               {"body", word(bodies, body)},
-               {"bodySize", bodySize},
-               {"connection", word(connections, connection)},
+  Json json = {{"latency", latency},       {"status", status},
+               {"everyOther", everyOther}, {"body", word(bodies, body)},
+               {"bodySize", bodySize},     {"connection", word(connections, connection)},
                {"on", word(places, on)}};
   if (times) json["times"] = *times;
   return json;
@@ -84,8 +80,8 @@ std::optional<Faults> Faults::fromJson(const Json& json, std::string& problem) {
   }
   for (const auto& [key, value] : json.items()) {
     if (readMember(faults, key, value)) continue;
-    problem = "not a fault: \"" + key + "\": " +
-              value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    problem = "not a fault: \"" + key +
+              "\": " + value.dump(-1, ' ', false, Json::error_handler_t::replace);
     return std::nullopt;
   }
   return faults;

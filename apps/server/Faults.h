@@ -15,7 +15,8 @@ namespace kifo::server {
 ///
 /// As JSON, for the address "/faults":
 ///
-///     {"latency": 0.05, "status": 401, "everyOther": 500, "body": "truncated", "bodySize": 209715200,
+///     {"latency": 0.05, "status": 401, "everyOther": 500, "body": "truncated", "bodySize":
+///     209715200,
 ///      "connection": "drop", "on": "listener", "times": 2}
 struct Faults {
   enum class Body {
@@ -39,10 +40,12 @@ struct Faults {
   std::size_t bodySize = 200'000'000;  ///< Of a huge body, in bytes.
   Connection connection = Connection::KEEP;
   On on = On::ALL;
-  std::optional<std::uint64_t> times;  ///< How many requests are hit before all is well again; none: all.
+  /// How many requests are hit before all is well again; none: all.
+  std::optional<std::uint64_t> times = std::nullopt;
 
   [[nodiscard]] nlohmann::json toJson() const;
-  /// The faults that `json` names. None, with the reason in `problem`, for an unknown key, word or type.
+  /// The faults that `json` names. None, with the reason in `problem`, for an unknown key, word or
+  /// type.
   static std::optional<Faults> fromJson(const nlohmann::json& json, std::string& problem);
 };
 

@@ -70,13 +70,17 @@ bool HttpConnection::readExactly(std::size_t size, std::string& text) {
   return true;
 }
 
-void HttpConnection::cut() { shutdown(socket_, SHUT_RDWR); }
+void HttpConnection::cut() {
+  shutdown(socket_, SHUT_RDWR);
+}
 
 bool HttpConnection::is_readable() const {
   return !unread().empty() || ready(socket_, POLLIN, readSeconds);
 }
 
-bool HttpConnection::is_writable() const { return ready(socket_, POLLOUT, writeSeconds); }
+bool HttpConnection::is_writable() const {
+  return ready(socket_, POLLOUT, writeSeconds);
+}
 
 ssize_t HttpConnection::read(char* data, size_t size) {
   if (unread().empty() && !fill()) return 0;

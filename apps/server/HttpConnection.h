@@ -9,9 +9,9 @@ namespace kifo::server {
 
 /// One accepted connection, as the HTTP library reads and writes it.
 ///
-/// The library takes request lines of 8 KiB at most, and an event's query carries the whole event. So
-/// the connection reads the request line itself, hands the library the line without its query, and
-/// keeps the target for `target`.
+/// The library takes request lines of 8 KiB at most, and an event's query carries the whole event.
+/// So the connection reads the request line itself, hands the library the line without its query,
+/// and keeps the target for `target`.
 ///
 /// **Threading:** used by the one worker that serves it. **Ownership:** does not own the socket.
 class HttpConnection : public httplib::Stream {
@@ -50,7 +50,7 @@ class HttpConnection : public httplib::Stream {
 
   const socket_t socket_;
   std::string target_;
-  std::string buffer_;         // Bytes received, read up to position_.
+  std::string buffer_;  // Bytes received, read up to position_.
   std::size_t position_ = 0;
 };
 

@@ -35,7 +35,9 @@ HttpListener::HttpListener(std::size_t threads, Handler handler) : handler_(std:
   new_task_queue = [this, threads] { return new WorkerPool(threads, [this] { releaseIdle(); }); };
 }
 
-HttpListener::~HttpListener() { stop(); }
+HttpListener::~HttpListener() {
+  stop();
+}
 
 int HttpListener::start(const std::string& host, int port) {
   if (port == 0) {

@@ -12,14 +12,13 @@
 
 namespace kifo::server {
 
-/// A listening socket and the threads that serve its connections. Made for one start; a restart makes
-/// a new one.
+/// A listening socket and the threads that serve its connections. Made for one start; a restart
+/// makes a new one.
 ///
 /// **Threading:** `start` and `stop` are externally synchronised; the handler runs on many threads.
 class HttpListener : private httplib::Server {
  public:
-  using Handler =
-      std::function<void(const httplib::Request&, httplib::Response&, HttpConnection&)>;
+  using Handler = std::function<void(const httplib::Request&, httplib::Response&, HttpConnection&)>;
 
   HttpListener(std::size_t threads, Handler handler);
   ~HttpListener() override;

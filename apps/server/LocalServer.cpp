@@ -65,7 +65,8 @@ void sendHalf(httplib::Response& response, const std::string& body, HttpConnecti
       });
 }
 
-void sendBody(httplib::Response& response, const Faults& faults, const LocalServer::Answer& answer) {
+void sendBody(httplib::Response& response, const Faults& faults,
+              const LocalServer::Answer& answer) {
   switch (faults.body) {
     case Faults::Body::GOOD:
       return response.set_content(answer.body, answer.contentType);
@@ -91,7 +92,9 @@ LocalServer::LocalServer() : LocalServer(Options()) {}
 
 LocalServer::LocalServer(Options options) : options_(std::move(options)), port_(options_.port) {}
 
-LocalServer::~LocalServer() { stop(); }
+LocalServer::~LocalServer() {
+  stop();
+}
 
 int LocalServer::start() {
   if (listener_) return port_;
@@ -100,8 +103,9 @@ int LocalServer::start() {
     running_ = true;
   }
   auto listener = std::make_unique<HttpListener>(
-      options_.threads, [this](const httplib::Request& request, httplib::Response& response,
-                               HttpConnection& connection) { handle(request, response, connection); });
+      options_.threads,
+      [this](const httplib::Request& request, httplib::Response& response,
+             HttpConnection& connection) { handle(request, response, connection); });
   const int bound = listener->start(options_.host, port_);
   if (bound == 0) return 0;
   listener_ = std::move(listener);
@@ -158,8 +162,7 @@ void LocalServer::handle(const httplib::Request& request, httplib::Response& res
     observer = observer_;
   }
   if (observer) observer(*kept);
-  waitOut(hit.faults.latency);
-  if (dropped) return connection.cut();
+  if (!waitOut(hit.faults.latency) || dropped) return connection.cut();
   response.status = kept->status;
   for (const auto& [name, value] : answer.headers) response.set_header(name, value);
   if (hit.faults.connection == Faults::Connection::DIE) {
@@ -212,9 +215,9 @@ LocalServer::Answer LocalServer::answerTo(const ReceivedRequest& request) {
 
 LocalServer::Hit LocalServer::hit(const std::string& path) {
   const std::lock_guard lock(mutex_);
-  const bool meant = faults_.on == Faults::On::ALL ||
-                     path == (faults_.on == Faults::On::API ? options_.apiPath
-                                                            : options_.listenerPath);
+  const bool meant =
+      faults_.on == Faults::On::ALL ||
+      path == (faults_.on == Faults::On::API ? options_.apiPath : options_.listenerPath);
   if (!meant || (faults_.times && hits_ >= *faults_.times)) return {};
   ++hits_;
   Hit hit{faults_, faults_.status};
@@ -222,10 +225,11 @@ LocalServer::Hit LocalServer::hit(const std::string& path) {
   return hit;
 }
 
-void LocalServer::waitOut(double seconds) {
-  if (seconds <= 0.0) return;
+bool LocalServer::waitOut(double seconds) {
+  if (seconds <= 0.0) return true;
   std::unique_lock lock(mutex_);
-  stopped_.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return !running_; });
+  return !stopped_.wait_for(lock, std::chrono::duration<double>(seconds),
+                            [this] { return !running_; });
 }
 
 }  // namespace kifo::server

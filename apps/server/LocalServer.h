@@ -21,8 +21,8 @@ namespace kifo::server {
 class HttpConnection;
 class HttpListener;
 
-/// A server for the SDK to talk to, on this machine: it answers the in-app query with campaigns, takes
-/// events, keeps what it receives, and misbehaves on request.
+/// A server for the SDK to talk to, on this machine: it answers the in-app query with campaigns,
+/// takes events, keeps what it receives, and misbehaves on request.
 ///
 ///     kifo::server::LocalServer server;
 ///     server.start();                                    // a free port of the loopback
@@ -32,8 +32,8 @@ class HttpListener;
 ///     server.requests().waitFor(1, 10s);
 ///
 /// By HTTP it also answers, without keeping these in its log:
-/// `GET /faults`, `POST /faults` (see `Faults`; a POST replaces all of them), `GET /requests` (all that
-/// it received, a JSON array) and `DELETE /requests`.
+/// `GET /faults`, `POST /faults` (see `Faults`; a POST replaces all of them), `GET /requests` (all
+/// that it received, a JSON array) and `DELETE /requests`.
 ///
 /// **Threading:** thread-safe, but for `start` and `stop`, which are externally synchronised.
 /// **Errors:** `start` returns 0 when the port cannot be had.
@@ -50,9 +50,9 @@ class LocalServer {
   /// What a host's own address answers.
   struct Answer {
     int status = 200;
-    std::string body;
+    std::string body = {};
     std::string contentType = "application/json";
-    std::map<std::string, std::string> headers;
+    std::map<std::string, std::string> headers = {};
   };
   using Responder = std::function<Answer(const ReceivedRequest&)>;
   using Observer = std::function<void(const ReceivedRequest&)>;
@@ -94,7 +94,8 @@ class LocalServer {
   void handleFaults(const httplib::Request& request, httplib::Response& response);
   Answer answerTo(const ReceivedRequest& request);
   Hit hit(const std::string& path);
-  void waitOut(double seconds);
+  /// False when the server was stopped meanwhile.
+  bool waitOut(double seconds);
 
   const Options options_;
   int port_;

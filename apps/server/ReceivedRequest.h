@@ -20,25 +20,25 @@ struct ReceivedRequest {
     bool operator()(std::string_view left, std::string_view right) const;
   };
 
-  std::size_t number = 0;     ///< 1 for the first request since the log was last cleared.
-  std::int64_t time = 0;      ///< Milliseconds since 1970, when the whole request was there.
-  std::string method;         ///< "POST".
-  std::string path;           ///< "/sdkListenerEvent", decoded, without the query.
-  std::string target;         ///< Path and query as they were written.
+  std::size_t number = 0;  ///< 1 for the first request since the log was last cleared.
+  std::int64_t time = 0;   ///< Milliseconds since 1970, when the whole request was there.
+  std::string method;      ///< "POST".
+  std::string path;        ///< "/sdkListenerEvent", decoded, without the query.
+  std::string target;      ///< Path and query as they were written.
   std::map<std::string, std::string> query;  ///< Decoded; the last of equal names wins.
   std::map<std::string, std::string, NameLess> headers;
   std::string body;
   std::optional<nlohmann::json> json;  ///< The body, when it is JSON.
-  int remotePort = 0;         ///< Requests of one connection share it.
-  int status = 0;             ///< What is answered; 0: the connection is dropped without an answer.
+  int remotePort = 0;                  ///< Requests of one connection share it.
+  int status = 0;  ///< What is answered; 0: the connection is dropped without an answer.
 
   [[nodiscard]] std::string header(std::string_view name) const;
 
   /// The text under `key` of the JSON body; "" when there is none.
   [[nodiscard]] std::string text(const char* key) const;
 
-  /// As one JSON object: "number", "time", "method", "path", "query", "headers", "body" (the JSON, else
-  /// the text with invalid bytes replaced), "remotePort", "status".
+  /// As one JSON object: "number", "time", "method", "path", "query", "headers", "body" (the JSON,
+  /// else the text with invalid bytes replaced), "remotePort", "status".
   [[nodiscard]] nlohmann::json toJson() const;
 };
 

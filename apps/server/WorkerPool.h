@@ -11,8 +11,9 @@
 
 namespace kifo::server {
 
-/// The server's threads: made as connections come, up to a bound. A connection holds its thread while
-/// it is kept alive; when all threads are held, `crowded` is called so that an idle one is let go.
+/// The server's threads: made as connections come, up to a bound. A connection holds its thread
+/// while it is kept alive; when all threads are held, `crowded` is called so that an idle one is
+/// let go.
 ///
 /// **Threading:** thread-safe, but for `shutdown`, which is called once.
 class WorkerPool : public httplib::TaskQueue {

@@ -24,17 +24,15 @@ class LocalServerTest : public ::testing::Test {
     return client;
   }
 
-  httplib::Result postEvent() {
-    return client().Post(eventPath, eventBody, "application/json");
-  }
+  httplib::Result postEvent() { return client().Post(eventPath, eventBody, "application/json"); }
 
   LocalServer server_;
 };
 
 TEST_F(LocalServerTest, keeps_what_was_received_as_it_was_sent) {
-  const auto result = client().Post("/sdkListenerEvent?name=a%20%26%2Bb&name2=%C3%A9",
-                                    {{"LocalOrigin", "com.example.shop"}}, eventBody,
-                                    "application/json");
+  const auto result =
+      client().Post("/sdkListenerEvent?name=a%20%26%2Bb&name2=%C3%A9",
+                    {{"LocalOrigin", "com.example.shop"}}, eventBody, "application/json");
   ASSERT_TRUE(result);
   EXPECT_EQ(result->status, 200);
   EXPECT_EQ(result->body, R"({"code":0,"message":"ok"})");
@@ -42,7 +40,8 @@ TEST_F(LocalServerTest, keeps_what_was_received_as_it_was_sent) {
   const auto request = server_.requests().on(eventPath).front();
   EXPECT_EQ(request->method, "POST");
   EXPECT_EQ(request->target, "/sdkListenerEvent?name=a%20%26%2Bb&name2=%C3%A9");
-  EXPECT_EQ(request->query, (std::map<std::string, std::string>{{"name", "a &+b"}, {"name2", "é"}}));
+  EXPECT_EQ(request->query,
+            (std::map<std::string, std::string>{{"name", "a &+b"}, {"name2", "é"}}));
   EXPECT_EQ(request->header("localorigin"), "com.example.shop");
   EXPECT_EQ(request->headers.count("REMOTE_ADDR"), 0u);
   EXPECT_EQ(request->text("name"), "page_in");
@@ -56,7 +55,8 @@ TEST_F(LocalServerTest, takes_a_query_of_a_whole_event_however_long) {
     ASSERT_TRUE(connection.Post("/sdkListenerEvent?text=" + value, eventBody, "application/json"));
   }
   EXPECT_EQ(server_.requests().all().back()->query.at("text"), value);
-  EXPECT_EQ(server_.requests().all().front()->remotePort, server_.requests().all().back()->remotePort);
+  EXPECT_EQ(server_.requests().all().front()->remotePort,
+            server_.requests().all().back()->remotePort);
 }
 
 TEST_F(LocalServerTest, answers_the_in_app_query_with_its_campaigns_and_other_paths_with_404) {
@@ -144,12 +144,13 @@ TEST_F(LocalServerTest, spoils_bodies) {
 }
 
 TEST_F(LocalServerTest, takes_faults_by_http_and_refuses_what_is_none) {
-  const auto set = client().Post("/faults", R"({"status":401,"body":"empty","on":"api"})",
-                                 "application/json");
+  const auto set =
+      client().Post("/faults", R"({"status":401,"body":"empty","on":"api"})", "application/json");
   EXPECT_EQ(set->status, 200);
   EXPECT_EQ(nlohmann::json::parse(client().Get("/faults")->body)["status"], 401);
   EXPECT_EQ(client().Post(apiPath)->status, 401);
-  for (const auto* wrong : {R"({"latancy":1})", R"({"status":"500"})", R"({"body":"bad"})", "[]", ""}) {
+  for (const auto* wrong :
+       {R"({"latancy":1})", R"({"status":"500"})", R"({"body":"bad"})", "[]", ""}) {
     EXPECT_EQ(client().Post("/faults", wrong, "application/json")->status, 400) << wrong;
   }
   EXPECT_EQ(server_.faults().status, 401);
