@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+/// The file "image.jpg", alone in a fresh directory under the platform's temporary directory. It
+/// goes, with its directory, when this object does; what a process that ended badly left behind goes
+/// when the next one starts.
+///
+/// **Threading:** thread-safe.
+class KIFO_EXPORT AttachmentFile {
+ public:
+  static constexpr auto NAME = "image.jpg";
+
+  /// Writes `bytes`, unchanged. Nothing is left when that fails.
+  /// **Errors:** throws `std::exception`.
+  static std::shared_ptr<const AttachmentFile> write(std::string_view bytes);
+
+  /// Removes the files of processes that are no more. Reads the temporary directory.
+  static void removeLeftovers();
+
+  ~AttachmentFile();
+  AttachmentFile(const AttachmentFile&) = delete;
+  AttachmentFile& operator=(const AttachmentFile&) = delete;
+
+  [[nodiscard]] std::string path() const { return directory_ + "/" + NAME; }
+
+ private:
+  explicit AttachmentFile(std::string directory);
+
+  const std::string directory_;
+};
+
+}  // namespace kifo

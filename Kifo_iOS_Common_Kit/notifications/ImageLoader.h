@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+/// The bytes behind an address, or why there are none.
+struct LoadedImage {
+  std::optional<std::string> bytes;
+  std::string error;  ///< One line; set when there are no bytes.
+};
+
+/// Whether `text` can be an address at all: the characters that one may hold, and not none.
+KIFO_EXPORT bool isUrl(std::string_view text);
+
+/// Loads an image through the platform's HTTP transport, 10 MB at most. Only http and https are
+/// followed, and only a 2xx answer counts.
+///
+/// **Threading:** waits on the calling thread, never longer than `limit` seconds, also when the
+/// calling thread is the one that the answer would have come on. Never call it on the UI thread.
+KIFO_EXPORT LoadedImage loadImage(const std::string& url, double limit = 7.0);
+
+}  // namespace kifo

@@ -1,0 +1,87 @@
+#include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include "testing/FakePlatform.h"
+
+namespace kifo {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentsOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+/// The number of a process that has ended.
+pid_t endedProcess() {
+  const pid_t child = fork();
+  if (child == 0) _exit(0);
+  waitpid(child, nullptr, 0);
+  return child;
+}
+
+class AttachmentFileTest : public ::testing::Test {
+ protected:
+  std::string makeDirectory(const std::string& name) {
+    const std::string path = fake_.directory.file(name);
+    fs::create_directory(path);
+    std::ofstream(path + "/image.jpg") << "old";
+    return path;
+  }
+
+  testing::InstalledFakePlatform fake_;
+};
+
+TEST_F(AttachmentFileTest, TheBytesLieUnchangedUnderTheFixedNameUntilTheFileIsLetGo) {
+  const std::string bytes("\x89PNG\r\n\0\xff", 8);
+  auto file = AttachmentFile::write(bytes);
+  const fs::path path = file->path();
+  EXPECT_EQ(path.filename(), "image.jpg");
+  EXPECT_EQ(path.parent_path().parent_path(), fake_.directory.path());
+  EXPECT_EQ(contentsOf(path), bytes);
+  EXPECT_EQ(fs::status(path.parent_path()).permissions(), fs::perms::owner_all);
+  file.reset();
+  EXPECT_TRUE(fs::is_empty(fake_.directory.path()));
+}
+
+TEST_F(AttachmentFileTest, EveryFileHasADirectoryOfItsOwn) {
+  const auto one = AttachmentFile::write("one");
+  const auto two = AttachmentFile::write("two");
+  EXPECT_NE(one->path(), two->path());
+  EXPECT_EQ(contentsOf(one->path()), "one");
+}
+
+TEST_F(AttachmentFileTest, AFailedWriteThrowsAndLeavesNothing) {
+  Platform platform = fake_.platform();
+  platform.temporaryDirectory = "/dev/null/below";
+  Platform::install(platform);
+  EXPECT_THROW(AttachmentFile::write("bytes"), std::exception);
+}
+
+TEST_F(AttachmentFileTest, TheNextStartRemovesWhatAnEndedProcessLeftAndNothingElse) {
+  const auto ended = makeDirectory("kifo-push-" + std::to_string(endedProcess()) + "-A");
+  const auto sameNumber = makeDirectory("kifo-push-" + std::to_string(getpid()) + "-A");
+  const auto running = makeDirectory("kifo-push-" + std::to_string(getppid()) + "-A");
+  const auto foreign = makeDirectory("kifo-push-notes");
+  const auto current = AttachmentFile::write("bytes");  // the first one clears the way
+  EXPECT_FALSE(fs::exists(ended));
+  EXPECT_FALSE(fs::exists(sameNumber));
+  EXPECT_TRUE(fs::exists(running));
+  EXPECT_TRUE(fs::exists(foreign));
+  AttachmentFile::removeLeftovers();
+  EXPECT_TRUE(fs::exists(current->path()));
+}
+
+}  // namespace
+}  // namespace kifo

@@ -1,0 +1,86 @@
+#include "Kifo_iOS_Common_Kit/notifications/ImageLoader.h"
+
+#include <future>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "testing/FakePlatform.h"
+
+namespace kifo {
+namespace {
+
+using testing::InstalledFakePlatform;
+
+TEST(ImageLoader, OnlyWhatCanBeAnAddressIsOne) {
+  for (const char* good : {"http://a/b.jpg", "https://a/%20?x=1&y=(2)#f", "image.jpg", "file:///x"}) {
+    EXPECT_TRUE(isUrl(good)) << good;
+  }
+  for (const char* bad : {"", "http://a/b c", "http://a/%2", "http://a/%zz", "http://a/\xc3\xbc",
+                          "http://a/<b>", "http://a/\n"}) {
+    EXPECT_FALSE(isUrl(bad)) << bad;
+  }
+}
+
+/// Loads on a thread of its own while the test answers.
+class ImageLoaderTest : public ::testing::Test {
+ protected:
+  LoadedImage loadAnsweredBy(const std::function<void()>& answer) {
+    std::promise<void> sent;
+    fake_.http->setHandler([&](const HttpRequest&) {
+      sent.set_value();
+      return std::nullopt;
+    });
+    LoadedImage image;
+    std::thread loader([&] { image = loadImage("HTTP://host/image.png", 60.0); });
+    sent.get_future().wait();
+    answer();
+    loader.join();
+    return image;
+  }
+
+  InstalledFakePlatform fake_;
+};
+
+TEST_F(ImageLoaderTest, TheAnswersBytesComeBackWhole) {
+  const std::string bytes("\0\xff\n", 3);
+  const auto image = loadAnsweredBy([&] { fake_.http->answer(0, 200, bytes); });
+  EXPECT_EQ(image.bytes, bytes);
+}
+
+TEST_F(ImageLoaderTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessage) {
+  const auto missing = loadAnsweredBy([&] { fake_.http->answer(0, 404, "not found page"); });
+  EXPECT_EQ(missing.bytes, std::nullopt);
+  EXPECT_EQ(missing.error, "HTTP status 404");
+  const auto failed = loadAnsweredBy([&] { fake_.http->fail(1, 6, "Could not resolve host"); });
+  EXPECT_EQ(failed.error, "Could not resolve host");
+}
+
+TEST_F(ImageLoaderTest, ATransportThatStopsEndsTheWait) {
+  const auto image = loadAnsweredBy([&] { fake_.http->stop(); });
+  EXPECT_EQ(image.error, "cancelled");
+}
+
+TEST_F(ImageLoaderTest, TheRequestCarriesTheLimits) {
+  loadImage("http://host/image.png", 0.0);
+  ASSERT_EQ(fake_.http->count(), 1U);
+  EXPECT_EQ(fake_.http->requests()[0].maximumBodySize, 10U << 20);
+  EXPECT_EQ(fake_.http->requests()[0].method, "GET");
+  EXPECT_EQ(fake_.http->requests()[0].body, std::nullopt);
+}
+
+TEST_F(ImageLoaderTest, NoAnswerEndsAtTheLimitAndALateOneFindsNobody) {
+  const auto image = loadImage("http://host/image.png", 0.01);
+  EXPECT_EQ(image.error, "timed out");
+  EXPECT_TRUE(fake_.http->answer(0, 200, "late"));
+}
+
+TEST_F(ImageLoaderTest, OtherSchemesNeverReachTheTransport) {
+  for (const char* url : {"file:///etc/passwd", "ftp://host/x", "image.jpg", "https"}) {
+    EXPECT_FALSE(loadImage(url, 0.0).bytes) << url;
+  }
+  EXPECT_EQ(fake_.http->count(), 1U);  // "https" alone has the right scheme; the transport refuses it
+}
+
+}  // namespace
+}  // namespace kifo

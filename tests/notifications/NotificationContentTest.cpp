@@ -1,0 +1,51 @@
+#include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
+
+#include <gmock/gmock.h>
+
+namespace kifo {
+namespace {
+
+struct Push {
+  const char* userInfo;
+  const char* title;
+  const char* body;
+};
+
+class PushTexts : public ::testing::TestWithParam<Push> {};
+
+TEST_P(PushTexts, AreFoundWhereTheServicePutsThem) {
+  const auto content = contentOfPush(UserInfo::parse(GetParam().userInfo));
+  EXPECT_EQ(content.title, GetParam().title);
+  EXPECT_EQ(content.body, GetParam().body);
+  EXPECT_EQ(content.userInfo, UserInfo::parse(GetParam().userInfo));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    NotificationContent, PushTexts,
+    ::testing::Values(
+        Push{R"({"aps": {"alert": {"title": "T", "body": "B"}}, "title": "x"})", "T", "B"},
+        Push{R"({"aps": {"alert": "B"}, "title": "x"})", "", "B"},
+        Push{R"({"aps": {"badge": 1}, "notification": {"title": "T"}, "body": "x"})", "T", ""},
+        Push{R"({"title": "T", "body": "B", "data": "{}"})", "T", "B"},
+        Push{R"({"title": 1, "body": ["B"]})", "", ""}, Push{"[]", "", ""}, Push{"null", "", ""}));
+
+TEST(NotificationContent, EveryMemberOfTheCampaignIsReadAndWrittenUnderItsKey) {
+  const auto whole = UserInfo::parse(R"({
+    "type": "t", "uuid": "u", "code": "c", "actorId": "a", "pushToken": "p", "name": "n",
+    "triggeringEventName": "e", "image": "i", "buttons": [{"id": "b", "action": {"link": "l"}}],
+    "applicationName": "m", "scenario": "s", "action": {"link": "x", "type": "url"},
+    "images": [{"url": "1"}], "sliderSupport": true})");
+  const auto item = campaignOf({{"data", whole.dump()}});
+  ASSERT_TRUE(item);
+  EXPECT_EQ(encode(*item), whole);
+}
+
+TEST(NotificationContent, TheDescriptionNamesTheKeysOfTheUserInfoAndNotItsValues) {
+  const auto line = description(contentOfPush({{"title", "Sale"}, {"data", "secret"}}));
+  EXPECT_THAT(line, ::testing::HasSubstr("title: Sale"));
+  EXPECT_THAT(line, ::testing::HasSubstr("userInfo: [data, title]"));
+  EXPECT_THAT(line, ::testing::Not(::testing::HasSubstr("secret")));
+}
+
+}  // namespace
+}  // namespace kifo
