@@ -4,8 +4,12 @@
 
 namespace kifo {
 
-Platform makeLinuxPlatform(const LinuxPlatformOptions&) { return nullPlatform(); }
+Platform makeLinuxPlatform(const LinuxPlatformOptions&) {
+  return nullPlatform();
+}
 
-Platform Platform::makeDefault() { return makeLinuxPlatform(); }
+Platform Platform::makeDefault() {
+  return makeLinuxPlatform();
+}
 
 }  // namespace kifo

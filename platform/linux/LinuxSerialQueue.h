@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+
+namespace kifo {
+
+/// A serial queue on a thread of its own, which starts with the first task and sleeps, without any
+/// periodic wake-up, until there is something to do. The thread can look after descriptors besides:
+///
+///     const auto watch = queue->watch(socket, [=] { receive(socket); });
+///     …
+///     queue->unwatch(watch);
+///     close(socket);
+///
+/// **Threading:** thread-safe. `post` takes a short lock, and one system call if the thread sleeps.
+/// **Ownership:** the thread holds what it works on: the queue may be destroyed by its own task,
+/// and a task that never returns harms nobody. Destroying a queue that was not stopped stops it
+/// within 0.1 s.
+class LinuxSerialQueue final : public SerialQueue {
+ public:
+  using Watch = std::uint64_t;  ///< 0 is never a watch.
+
+  /// `name` is the thread's, at most 15 characters.
+  explicit LinuxSerialQueue(std::string name);
+  ~LinuxSerialQueue() override;
+
+  void post(Task task) override;
+  Timer schedule(Duration delay, Task task, bool repeats = false) override;
+  void cancel(Timer timer) override;
+  [[nodiscard]] bool isCurrent() const override;
+  /// Called from a task of the queue it cannot wait: what is queued runs after that task.
+  bool stop(Duration bound) override;
+
+  /// Runs `readable` as a task whenever `descriptor` has something to read, has failed or was hung
+  /// up, for as long as that lasts. The caller keeps the descriptor open until `unwatch`.
+  Watch watch(int descriptor, Task readable);
+  /// No call begins after this returns, but one may be running on the queue.
+  void unwatch(Watch watch);
+
+ private:
+  class Core;
+  const std::shared_ptr<Core> core_;
+};
+
+}  // namespace kifo

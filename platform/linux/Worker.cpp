@@ -1,0 +1,76 @@
+#include "platform/linux/Worker.h"
+
+#include <pthread.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace kifo {
+namespace {
+
+constexpr double kLongestBound = 86400.0;  // a day; keeps any bound within the clock's range
+
+/// A new thread inherits its maker's mask: all signals are blocked while one is made.
+class SignalsBlocked {
+ public:
+  SignalsBlocked() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &previous_);
+  }
+  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+
+ private:
+  sigset_t previous_{};
+};
+
+}  // namespace
+
+void Worker::End::set(bool ended) {
+  const std::lock_guard lock(mutex);
+  isReached = ended;
+  reached.notify_all();
+}
+
+Worker::~Worker() {
+  join(SerialQueue::Duration::zero());
+}
+
+bool Worker::start(const char* name, std::function<void()> body) {
+  const std::lock_guard lock(mutex_);
+  const SignalsBlocked blocked;
+  end_->set(false);
+  try {
+    thread_ = std::thread([end = end_, body = std::move(body)]() mutable {
+      body();
+      body = nullptr;
+      end->set(true);
+    });
+  } catch (const std::system_error&) {
+    end_->set(true);
+    return false;
+  }
+  pthread_setname_np(thread_.native_handle(), name);
+  return true;
+}
+
+bool Worker::join(SerialQueue::Duration bound) {
+  bound = SerialQueue::Duration(std::clamp(bound.count(), 0.0, kLongestBound));
+  bool ended = false;
+  {
+    std::unique_lock lock(end_->mutex);
+    ended = end_->reached.wait_for(lock, bound, [this] { return end_->isReached; });
+  }
+  const std::lock_guard lock(mutex_);
+  if (!thread_.joinable()) return ended;
+  if (ended && thread_.get_id() != std::this_thread::get_id()) {
+    thread_.join();
+  } else {
+    thread_.detach();
+  }
+  return ended;
+}
+
+}  // namespace kifo

@@ -1,0 +1,185 @@
+#include "platform/linux/LinuxSerialQueue.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <array>
+#include <future>
+#include <thread>
+
+#include "testing/FakePlatform.h"
+
+namespace kifo::testing {
+namespace {
+
+using Seconds = SerialQueue::Duration;
+
+/// A task that holds its queue up until it is told to end.
+class Obstacle {
+ public:
+  void put(SerialQueue& queue) {
+    queue.post([this, release = release_.get_future().share()] {
+      begun_.set_value();
+      release.wait();
+      ended_.set_value();
+    });
+    begun_.get_future().wait();
+  }
+  void remove() {
+    release_.set_value();
+    ended_.get_future().wait();
+  }
+
+ private:
+  std::promise<void> begun_;
+  std::promise<void> release_;
+  std::promise<void> ended_;
+};
+
+class Pipe {
+ public:
+  Pipe() { EXPECT_EQ(pipe2(ends_.data(), O_CLOEXEC | O_NONBLOCK), 0); }
+  ~Pipe() {
+    close(ends_[0]);
+    close(ends_[1]);
+  }
+  [[nodiscard]] int reading() const { return ends_[0]; }
+  void write(char byte) const { EXPECT_EQ(::write(ends_[1], &byte, 1), 1); }
+  [[nodiscard]] char read() const {
+    char byte = 0;
+    EXPECT_EQ(::read(ends_[0], &byte, 1), 1);
+    return byte;
+  }
+
+ private:
+  std::array<int, 2> ends_{};
+};
+
+long voluntarySwitches(int thread) {
+  std::FILE* file =
+      std::fopen(("/proc/self/task/" + std::to_string(thread) + "/status").c_str(), "r");
+  char line[256];
+  long count = -1;
+  while (file && std::fgets(line, sizeof line, file)) {
+    if (std::sscanf(line, "voluntary_ctxt_switches: %ld", &count) == 1) break;
+  }
+  if (file) std::fclose(file);
+  return count;
+}
+
+class LinuxSerialQueueTest : public ::testing::Test {
+ protected:
+  InstalledFakePlatform fake_;
+};
+
+TEST_F(LinuxSerialQueueTest, StoppingBehindATaskThatDoesNotReturnEndsInItsBoundAndDropsTheRest) {
+  Obstacle obstacle;
+  bool late = false;
+  auto queue = std::make_unique<LinuxSerialQueue>("kifo.test");
+  obstacle.put(*queue);
+  queue->post([&] { late = true; });
+  auto waiting = std::async(std::launch::async, [&] { queue->sync([&] { late = true; }); });
+  EXPECT_FALSE(queue->stop(Seconds(0.01)));
+  waiting.wait();  // a dropped task ends the wait for it
+  queue.reset();   // the thread is still in its task
+  obstacle.remove();
+  EXPECT_FALSE(late);
+}
+
+TEST_F(LinuxSerialQueueTest, ATaskMayStopItsOwnQueueOrDestroyIt) {
+  std::promise<void> destroyed;
+  auto guard = std::shared_ptr<void>(nullptr, [&](void*) { destroyed.set_value(); });
+  auto queue = std::make_shared<LinuxSerialQueue>("kifo.test");
+  auto* raw = queue.get();
+  raw->post([queue = std::move(queue), guard = std::move(guard)]() mutable {
+    EXPECT_TRUE(queue->stop(Seconds(10)));
+    queue = nullptr;
+  });
+  EXPECT_EQ(destroyed.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
+}
+
+TEST_F(LinuxSerialQueueTest, SeveralThreadsMayStopItAtOnce) {
+  LinuxSerialQueue queue("kifo.test");
+  std::atomic<int> ran = 0;
+  for (int index = 0; index < 100; ++index) queue.post([&] { ++ran; });
+  std::vector<std::thread> threads;
+  std::atomic<int> succeeded = 0;
+  for (int index = 0; index < 4; ++index) {
+    threads.emplace_back([&] { succeeded += queue.stop(Seconds(20)) ? 1 : 0; });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(ran, 100);
+  EXPECT_EQ(succeeded, 4);
+}
+
+TEST_F(LinuxSerialQueueTest, AWatchedDescriptorIsServedBetweenTasksUntilItIsForgotten) {
+  LinuxSerialQueue queue("kifo.test");
+  Pipe pipe;
+  std::promise<void> both;
+  std::string received;
+  const auto watch = queue.watch(pipe.reading(), [&] {
+    EXPECT_TRUE(queue.isCurrent());
+    received += pipe.read();
+    if (received.size() == 2) both.set_value();
+  });
+  // Tasks that never run out must not starve the descriptor.
+  const auto busy = std::make_shared<std::function<void()>>();
+  *busy = [&queue, weak = std::weak_ptr(busy)] {
+    if (const auto again = weak.lock()) queue.post(*again);
+  };
+  queue.post(*busy);
+  pipe.write('a');
+  pipe.write('b');
+  EXPECT_EQ(both.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
+  queue.sync([&] { *busy = nullptr; });
+  queue.unwatch(watch);
+  pipe.write('c');
+  queue.sync([] {});
+  queue.sync([] {});
+  queue.sync([&] { EXPECT_EQ(received, "ab"); });
+}
+
+TEST_F(LinuxSerialQueueTest, ItSleepsThroughWhateverNeedsNothingOfIt) {
+  LinuxSerialQueue queue("kifo.test");
+  int thread = 0;
+  queue.sync([&] { thread = gettid(); });
+  const auto timer = queue.schedule(Seconds(1000), [] {});
+  queue.schedule(Seconds(2000), [] {});
+  queue.cancel(timer);
+  queue.sync([] {});
+  std::promise<void> passed;
+  LinuxSerialQueue other("kifo.other");
+  const long before = voluntarySwitches(thread);
+  other.schedule(Seconds(0.3), [&] { passed.set_value(); });
+  passed.get_future().wait();
+  EXPECT_LE(voluntarySwitches(thread) - before, 2);  // falling asleep after the last task
+}
+
+TEST_F(LinuxSerialQueueTest, WithoutAFreeDescriptorTasksRunAllTheSame) {
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  LinuxSerialQueue queue("kifo.test");
+  bool ran = false;
+  queue.sync([] {});
+  queue.sync([&] { ran = true; });
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_TRUE(ran);
+}
+
+TEST_F(LinuxSerialQueueTest, TheHostsSignalsAreNotDeliveredToItsThread) {
+  LinuxSerialQueue queue("kifo.test");
+  queue.sync([] {
+    sigset_t mask;
+    pthread_sigmask(SIG_SETMASK, nullptr, &mask);
+    EXPECT_TRUE(sigismember(&mask, SIGINT) && sigismember(&mask, SIGPIPE));
+    char name[16];
+    pthread_getname_np(pthread_self(), name, sizeof name);
+    EXPECT_STREQ(name, "kifo.test");
+  });
+}
+
+}  // namespace
+}  // namespace kifo::testing

@@ -1,0 +1,187 @@
+// What every serial queue promises, asked of the one with a thread and of the manual one.
+#include <atomic>
+#include <functional>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/linux/LinuxSerialQueue.h"
+#include "testing/FakePlatform.h"
+
+namespace kifo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using Seconds = SerialQueue::Duration;
+
+struct RealQueue {
+  std::shared_ptr<SerialQueue> queue = std::make_shared<LinuxSerialQueue>("kifo.test");
+  template <class T>
+  bool await(std::future<T>& future) {
+    return future.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+  }
+};
+
+struct ManualQueue {
+  std::shared_ptr<FakeSerialQueue> queue = std::make_shared<FakeSerialQueue>();
+  template <class T>
+  bool await(std::future<T>& future) {
+    queue->advance(20);
+    return future.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+  }
+};
+
+template <class Bench>
+class SerialQueueContract : public ::testing::Test {
+ protected:
+  SerialQueue& queue() { return *bench_.queue; }
+  SerialQueue::Task note(int value) {
+    return [this, value] { notes_.push_back(value); };
+  }
+  /// Runs everything posted so far.
+  void settle() {
+    queue().sync([] {});
+  }
+  /// Posts what sets the promise after `delay` and waits for it.
+  bool pass(double delay) {
+    std::promise<void> passed;
+    auto future = passed.get_future();
+    queue().schedule(Seconds(delay), [&] { passed.set_value(); });
+    return bench_.await(future);
+  }
+
+  InstalledFakePlatform fake_;
+  Bench bench_;
+  std::vector<int> notes_;  // touched by tasks, read after settle() or stop()
+};
+
+using Benches = ::testing::Types<RealQueue, ManualQueue>;
+TYPED_TEST_SUITE(SerialQueueContract, Benches);
+
+TYPED_TEST(SerialQueueContract, RunsTasksInTheOrderOfPosting) {
+  for (int value = 0; value < 100; ++value) this->queue().post(this->note(value));
+  this->settle();
+  ASSERT_EQ(this->notes_.size(), 100u);
+  EXPECT_TRUE(std::ranges::is_sorted(this->notes_));
+}
+
+TYPED_TEST(SerialQueueContract, ATaskPostedFromATaskRunsAfterItAndKnowsItsQueue) {
+  this->queue().post([this] {
+    this->queue().post(this->note(2));
+    this->queue().sync(this->note(1));  // at once: it cannot wait for itself
+    if (this->queue().isCurrent()) this->note(0)();
+  });
+  this->settle();
+  this->settle();
+  EXPECT_THAT(this->notes_, ElementsAre(1, 0, 2));
+  EXPECT_FALSE(this->queue().isCurrent());
+}
+
+TYPED_TEST(SerialQueueContract, AnExceptionIsPrintedAndTheNextTaskRuns) {
+  this->queue().post([] { throw std::runtime_error("of the task"); });
+  this->queue().post([] { throw 7; });
+  this->queue().sync([] { throw std::runtime_error("of the synced task"); });
+  this->queue().post(this->note(1));
+  this->settle();
+  EXPECT_THAT(this->notes_, ElementsAre(1));
+  EXPECT_THAT(this->fake_.console->lines(),
+              ElementsAre(::testing::MatchesRegex("Kifo SerialQueue: .*: of the task"),
+                          ::testing::StartsWith("Kifo SerialQueue: "),
+                          ::testing::MatchesRegex("Kifo SerialQueue: .*: of the synced task")));
+}
+
+TYPED_TEST(SerialQueueContract, TimersRunInTheOrderInWhichTheyFallDue) {
+  this->queue().schedule(Seconds(0.03), this->note(3));
+  this->queue().schedule(Seconds(0.01), this->note(1));
+  this->queue().schedule(Seconds(0.02), this->note(2));
+  this->queue().schedule(Seconds(-1), this->note(0));
+  ASSERT_TRUE(this->pass(0.04));
+  EXPECT_THAT(this->notes_, ElementsAre(0, 1, 2, 3));
+}
+
+TYPED_TEST(SerialQueueContract, ARepeatingTimerRunsUntilItIsCancelledFromWithin) {
+  std::promise<void> third;
+  auto future = third.get_future();
+  SerialQueue::Timer timer = 0;
+  this->queue().sync([&] {
+    timer = this->queue().schedule(
+        Seconds(0.001),
+        [&] {
+          this->notes_.push_back(1);
+          if (this->notes_.size() < 3) return;
+          this->queue().cancel(timer);
+          third.set_value();
+        },
+        true);
+  });
+  ASSERT_TRUE(this->bench_.await(future));
+  ASSERT_TRUE(this->pass(0.02));
+  EXPECT_EQ(this->notes_.size(), 3u);
+}
+
+TYPED_TEST(SerialQueueContract, ACancelledTimerNeverRunsAndLetsGoOfWhatItHeld) {
+  auto held = std::make_shared<int>(0);
+  const auto timer = this->queue().schedule(Seconds(0.01), [held] { ++*held; });
+  EXPECT_NE(timer, 0u);
+  this->queue().cancel(timer);
+  this->queue().cancel(timer);
+  this->queue().cancel(12345);
+  EXPECT_EQ(held.use_count(), 1);
+  ASSERT_TRUE(this->pass(0.02));
+  EXPECT_EQ(*held, 0);
+}
+
+TYPED_TEST(SerialQueueContract, ADueTimerCanStillBeCancelledByTheTaskBeforeIt) {
+  SerialQueue::Timer timer = 0;
+  this->queue().sync([&] {
+    this->queue().post([&] { this->queue().cancel(timer); });
+    timer = this->queue().schedule(Seconds(0), this->note(1));
+  });
+  this->settle();
+  this->settle();
+  EXPECT_THAT(this->notes_, ElementsAre());
+}
+
+TYPED_TEST(SerialQueueContract, StoppingRunsWhatIsQueuedAndDropsWhatIsNotDueYet) {
+  auto held = std::make_shared<int>(0);
+  this->queue().schedule(Seconds(1000), [held] { ++*held; });
+  for (int value = 0; value < 10; ++value) this->queue().post(this->note(value));
+  EXPECT_TRUE(this->queue().stop(Seconds(20)));
+  EXPECT_EQ(this->notes_.size(), 10u);
+  EXPECT_EQ(held.use_count(), 1);
+  this->queue().post(this->note(10));
+  this->queue().sync(this->note(11));
+  EXPECT_EQ(this->queue().schedule(Seconds(0), this->note(12)), 0u);
+  EXPECT_TRUE(this->queue().stop(Seconds(0))) << "a second stop has nothing to wait for";
+  EXPECT_EQ(this->notes_.size(), 10u);
+}
+
+TYPED_TEST(SerialQueueContract, AQueueThatWasNeverUsedStopsAtOnce) {
+  EXPECT_TRUE(this->queue().stop(Seconds(0)));
+}
+
+TYPED_TEST(SerialQueueContract, ManyThreadsLoseNothingAndEachKeepsItsOrder) {
+  constexpr int kThreads = 4;
+  constexpr int kEach = 500;
+  std::vector<std::vector<int>> seen(kThreads);
+  std::vector<std::thread> threads;
+  for (int index = 0; index < kThreads; ++index) {
+    threads.emplace_back([&, index] {
+      for (int value = 0; value < kEach; ++value) {
+        this->queue().post([&, index, value] { seen[index].push_back(value); });
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  this->settle();
+  for (const auto& values : seen) {
+    EXPECT_EQ(values.size(), static_cast<std::size_t>(kEach));
+    EXPECT_TRUE(std::ranges::is_sorted(values));
+  }
+}
+
+}  // namespace
+}  // namespace kifo::testing
