@@ -1,0 +1,88 @@
+#include "platform/qt/QtPopupDesk.h"
+
+#include <QWidget>
+#include <QWindow>
+#include <utility>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "platform/qt/QtPopupStage.h"
+#include "platform/qt/QtWindowProvider.h"
+
+namespace kifo {
+namespace {
+
+/// Whether a screen was ever put in, be it gone by now.
+bool wasSet(const std::weak_ptr<ViewController>& screen) {
+  const std::weak_ptr<ViewController> never;
+  return screen.owner_before(never) || never.owner_before(screen);
+}
+
+/// The QWidget or QWindow that a popup lies over, or null.
+QObject* windowOf(const ViewController& screen) {
+  if (const auto* provider = dynamic_cast<const QtWidgetProvider*>(&screen)) {
+    const QWidget* widget = provider->widget();
+    return widget != nullptr ? widget->window() : nullptr;
+  }
+  const auto* provider = dynamic_cast<const QtWindowProvider*>(&screen);
+  return provider != nullptr ? provider->window() : nullptr;
+}
+
+}  // namespace
+
+QtPopupDesk::QtPopupDesk(PopUpOptions options, std::function<void()> forget, QObject* parent)
+    : QObject(parent), options_(std::move(options)), forget_(std::move(forget)) {}
+
+QtPopupDesk::~QtPopupDesk() {
+  forget_();
+}
+
+void QtPopupDesk::accept(const std::shared_ptr<const PopupRequest>& request) {
+  const std::weak_ptr<ViewController>& controller = request->preferences.controller;
+  const auto screen = controller.lock();
+  if (!screen) {
+    notShown(*request, wasSet(controller) ? "its screen is gone" : "no screen was given");
+    return;
+  }
+  QObject* window = windowOf(*screen);
+  if (window == nullptr) {
+    notShown(*request, "the screen " + screen->className() + " is in no Qt window");
+    return;
+  }
+  stageOf(window)->enqueue(request);
+}
+
+void QtPopupDesk::notShown(const PopupRequest& request, const std::string& reason) {
+  Console::print(logTag("QtPopupPresenter"), "the popup is not shown: " + reason);
+  const auto& item = request.preferences.appCommunicationItem;
+  KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
+                         {"outcome", "not shown"},
+                         {"reason", reason}});
+}
+
+QtPopupStage* QtPopupDesk::stageOf(QObject* window) {
+  auto& stage = stages_[window];
+  if (stage) return stage.get();
+  if (auto* widget = qobject_cast<QWidget*>(window)) {
+    stage = std::make_unique<QtPopupStage>(widget, options_);
+  } else {
+    stage = std::make_unique<QtPopupStage>(qobject_cast<QWindow*>(window), options_);
+  }
+  connect(window, &QObject::destroyed, this, [this](QObject* gone) { windowGone(gone); });
+  return stage.get();
+}
+
+void QtPopupDesk::windowGone(QObject* window) {
+  const auto found = stages_.find(window);
+  if (found == stages_.end()) return;
+  const auto waiting = found->second->takeWaiting();
+  stages_.erase(found);
+  // A screen may have moved to another window before its own went. Later, because this one is still
+  // being destroyed.
+  for (const auto& request : waiting) {
+    QMetaObject::invokeMethod(
+        this, [this, request] { accept(request); }, Qt::QueuedConnection);
+  }
+}
+
+}  // namespace kifo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
+#include <deque>
+#include <memory>
+
+#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpOptions.h"
+
+namespace kifo {
+
+class PopUpWindow;
+
+/// The popups over one window of the host: one is shown, the others wait in order.
+///
+/// **Threading:** UI thread only.
+class QtPopupStage : public QObject {
+  Q_OBJECT
+
+ public:
+  using Request = std::shared_ptr<const PopupRequest>;
+
+  /// Popups are laid inside the widget's window.
+  QtPopupStage(QWidget* window, const PopUpOptions& options);
+  /// Popups are windows of their own, which follow `window`.
+  QtPopupStage(QWindow* window, const PopUpOptions& options);
+
+  /// Shows the popup, at once or when those before it have closed.
+  void enqueue(Request request);
+
+  /// What still waits; the stage forgets it.
+  std::deque<Request> takeWaiting();
+
+ private:
+  void showNext();
+  void show(const Request& request);
+
+  const PopUpOptions options_;
+  QPointer<QWidget> widget_;
+  QPointer<QWindow> window_;
+  QPointer<QWidget> current_;
+  std::deque<Request> waiting_;
+};
+
+}  // namespace kifo

@@ -1,0 +1,291 @@
+#include "platform/qt/QtPopupPresenter.h"
+
+#include <gmock/gmock.h>
+
+#include <QClipboard>
+#include <QDialog>
+#include <QPointer>
+#include <QRasterWindow>
+#include <QTest>
+#include <thread>
+
+#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "platform/qt/QtPlatform.h"
+#include "platform/qt/QtPopupDesk.h"
+#include "platform/qt/QtWindowProvider.h"
+#include "testing/FakePlatform.h"
+
+namespace kifo {
+namespace {
+
+class WidgetScreen final : public ViewController, public QtWidgetProvider {
+ public:
+  explicit WidgetScreen(QWidget* widget) : widget_(widget) {}
+  std::string className() const override { return "WidgetScreen"; }
+  QWidget* widget() const override { return widget_; }
+
+ private:
+  QPointer<QWidget> widget_;
+};
+
+class WindowScreen final : public ViewController, public QtWindowProvider {
+ public:
+  explicit WindowScreen(QWindow* window) : window_(window) {}
+  std::string className() const override { return "WindowScreen"; }
+  QWindow* window() const override { return window_; }
+
+ private:
+  QPointer<QWindow> window_;
+};
+
+class PlainScreen final : public ViewController {
+ public:
+  std::string className() const override { return "PlainScreen"; }
+};
+
+std::shared_ptr<PopupRequest> requestFor(const std::shared_ptr<ViewController>& screen,
+                                         const std::string& uuid) {
+  const auto request = std::make_shared<PopupRequest>();
+  request->preferences.type = "OPEN_ENDED";
+  request->preferences.title = uuid;
+  request->preferences.appCommunicationItem = std::make_shared<AppCommunicationItem>();
+  request->preferences.appCommunicationItem->uuid = uuid;
+  request->preferences.controller = screen;
+  return request;
+}
+
+bool waitFor(const std::function<bool()>& condition) {
+  return QTest::qWaitFor(condition, 20000);
+}
+
+/// The events that are due by now and those that they cause.
+void settle() {
+  for (int round = 0; round < 5; ++round) {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+std::string uuidOf(const PopUpWindow* popup) {
+  return *popup->fields().appCommunicationItem->uuid;
+}
+
+class QtPopupPresenterTest : public ::testing::Test {
+ protected:
+  QtPopupPresenterTest() {
+    options_.reducedMotion = true;
+    presenter_ = std::make_unique<QtPopupPresenter>(options_);
+    window_.resize(800, 600);
+    window_.show();
+  }
+  ~QtPopupPresenterTest() override {
+    presenter_.reset();
+    settle();
+  }
+
+  /// Presents from a thread that is not the UI thread, as the SDK does.
+  void present(const std::shared_ptr<ViewController>& screen, const std::string& uuid) {
+    std::thread([&] { presenter_->present(requestFor(screen, uuid)); }).join();
+  }
+
+  static std::vector<PopUpWindow*> shownIn(const QWidget& window) {
+    std::vector<PopUpWindow*> shown;
+    for (auto* popup : window.findChildren<PopUpWindow*>(Qt::FindDirectChildrenOnly)) {
+      if (popup->isVisibleTo(&window) && !popup->isDismissing()) shown.push_back(popup);
+    }
+    return shown;
+  }
+
+  static bool waitForPopup(const QWidget& window, const std::string& uuid) {
+    return waitFor([&] {
+      const auto shown = shownIn(window);
+      return shown.size() == 1 && uuidOf(shown.front()) == uuid;
+    });
+  }
+
+  static PopUpWindow* topLevelPopup() {
+    for (auto* widget : QApplication::topLevelWidgets()) {
+      if (auto* popup = qobject_cast<PopUpWindow*>(widget)) return popup;
+    }
+    return nullptr;
+  }
+
+  bool said(const std::string& reason) const {
+    return fake_.console->count("Kifo QtPopupPresenter: the popup is not shown: " + reason) == 1;
+  }
+
+  kifo::testing::InstalledFakePlatform fake_;
+  PopUpOptions options_;
+  std::unique_ptr<QtPopupPresenter> presenter_;
+  QWidget window_;
+  std::shared_ptr<WidgetScreen> screen_ = std::make_shared<WidgetScreen>(&window_);
+};
+
+TEST_F(QtPopupPresenterTest, APopupLiesInsideTheWindowThatItsScreenIsIn) {
+  QWidget page(&window_);
+  QWidget inner(&page);
+  const auto screen = std::make_shared<WidgetScreen>(&inner);
+  present(screen, "a");
+  EXPECT_TRUE(shownIn(window_).empty()) << "shown before the UI thread had its turn";
+  ASSERT_TRUE(waitForPopup(window_, "a"));
+  EXPECT_EQ(shownIn(window_).front()->geometry(), window_.rect());
+}
+
+TEST_F(QtPopupPresenterTest, OverOneWindowPopupsShowOneAfterTheOther) {
+  for (const char* uuid : {"a", "b", "c"}) present(screen_, uuid);
+  for (const char* uuid : {"a", "b", "c"}) {
+    ASSERT_TRUE(waitForPopup(window_, uuid)) << uuid;
+    shownIn(window_).front()->closeButtonAction();
+  }
+  ASSERT_TRUE(waitFor([&] { return window_.findChildren<PopUpWindow*>().empty(); }));
+}
+
+TEST_F(QtPopupPresenterTest, TwoWindowsShowTheirPopupsAtTheSameTime) {
+  QDialog other;
+  const auto otherScreen = std::make_shared<WidgetScreen>(&other);
+  present(screen_, "a");
+  present(otherScreen, "b");
+  EXPECT_TRUE(waitForPopup(other, "b"));
+  EXPECT_TRUE(waitForPopup(window_, "a"));
+}
+
+TEST_F(QtPopupPresenterTest, AScreenThatDiedBeforeItsPopupIsSaidSoOnce) {
+  present(screen_, "a");
+  screen_.reset();
+  ASSERT_TRUE(waitFor([&] { return said("its screen is gone"); }));
+  EXPECT_TRUE(window_.findChildren<PopUpWindow*>().empty());
+  ASSERT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
+  EXPECT_THAT(fake_.inspector->ofKind("popup").front().particulars,
+              ::testing::Contains(::testing::Pair("uuid", "a")));
+}
+
+TEST_F(QtPopupPresenterTest, WithoutAWindowNothingIsShownAndTheReasonIsSaid) {
+  present(nullptr, "a");
+  EXPECT_TRUE(waitFor([&] { return said("no screen was given"); }));
+  const auto plain = std::make_shared<PlainScreen>();
+  present(plain, "b");
+  EXPECT_TRUE(waitFor([&] { return said("the screen PlainScreen is in no Qt window"); }));
+  auto widget = std::make_unique<QWidget>();
+  const auto orphan = std::make_shared<WidgetScreen>(widget.get());
+  widget.reset();
+  present(orphan, "c");
+  EXPECT_TRUE(waitFor([&] { return said("the screen WidgetScreen is in no Qt window"); }));
+}
+
+TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesMakesRoomForTheNext) {
+  auto doomed = std::make_shared<WidgetScreen>(&window_);
+  present(screen_, "a");
+  present(doomed, "b");
+  present(screen_, "c");
+  ASSERT_TRUE(waitForPopup(window_, "a"));
+  doomed.reset();
+  shownIn(window_).front()->closeButtonAction();
+  EXPECT_TRUE(waitForPopup(window_, "c"));
+  EXPECT_TRUE(said("its screen is gone"));
+}
+
+TEST_F(QtPopupPresenterTest, APageThatIsDeletedUnderItsPopupLeavesItToTheUser) {
+  auto page = std::make_unique<QWidget>(&window_);
+  auto screen = std::make_shared<WidgetScreen>(page.get());
+  present(screen, "a");
+  present(screen_, "b");
+  ASSERT_TRUE(waitForPopup(window_, "a"));
+  screen.reset();
+  page.reset();
+  settle();
+  ASSERT_TRUE(waitForPopup(window_, "a"));
+  shownIn(window_).front()->closeButtonAction();
+  EXPECT_TRUE(waitForPopup(window_, "b"));
+}
+
+TEST_F(QtPopupPresenterTest, AWindowThatGoesTakesItsPopupAndWhatWaitedIsAccountedFor) {
+  auto window = std::make_unique<QWidget>();
+  window->show();
+  auto page = std::make_unique<QWidget>(window.get());
+  const auto leaving = std::make_shared<WidgetScreen>(window.get());
+  const auto moving = std::make_shared<WidgetScreen>(page.get());
+  present(leaving, "a");
+  present(leaving, "b");
+  present(moving, "c");
+  ASSERT_TRUE(waitForPopup(*window, "a"));
+  page->setParent(&window_);
+  window.reset();
+  EXPECT_TRUE(waitForPopup(window_, "c")) << "its screen moved to this window";
+  EXPECT_TRUE(said("the screen WidgetScreen is in no Qt window"));
+}
+
+TEST_F(QtPopupPresenterTest, APresenterThatGoesLeavesTheShownPopupAndDropsTheRest) {
+  present(screen_, "a");
+  present(screen_, "b");
+  ASSERT_TRUE(waitForPopup(window_, "a"));
+  presenter_.reset();
+  settle();
+  ASSERT_EQ(shownIn(window_).size(), 1u);
+  shownIn(window_).front()->closeButtonAction();
+  ASSERT_TRUE(waitFor([&] { return window_.findChildren<PopUpWindow*>().empty(); }));
+  settle();
+  EXPECT_TRUE(window_.findChildren<PopUpWindow*>().empty());
+}
+
+TEST_F(QtPopupPresenterTest, OnceTheApplicationIsGonePopupsAreDroppedWithALine) {
+  present(screen_, "a");
+  // What the application's end does to its children.
+  delete qApp->findChild<QtPopupDesk*>(QString(), Qt::FindDirectChildrenOnly);
+  settle();
+  EXPECT_TRUE(window_.findChildren<PopUpWindow*>().empty());
+  present(screen_, "b");
+  EXPECT_TRUE(said("there is no QApplication"));
+}
+
+TEST_F(QtPopupPresenterTest, APresenterMadeOffTheUiThreadShowsNothing) {
+  std::thread([&] { presenter_ = std::make_unique<QtPopupPresenter>(); }).join();
+  present(screen_, "a");
+  EXPECT_TRUE(said("there is no QApplication"));
+}
+
+TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsIt) {
+  QRasterWindow window;
+  window.setGeometry(100, 80, 500, 400);
+  window.show();
+  const auto screen = std::make_shared<WindowScreen>(&window);
+  present(screen, "a");
+  present(screen, "b");
+  ASSERT_TRUE(waitFor([] { return topLevelPopup() && topLevelPopup()->isVisible(); }));
+  PopUpWindow* popup = topLevelPopup();
+  EXPECT_EQ(popup->windowHandle()->transientParent(), &window);
+  const auto coversWindow = [&] {
+    return popup->geometry() == QRect(window.mapToGlobal(QPoint()), window.size());
+  };
+  EXPECT_TRUE(waitFor(coversWindow));
+  window.setGeometry(150, 120, 640, 480);
+  EXPECT_TRUE(waitFor(coversWindow));
+  window.hide();
+  EXPECT_FALSE(popup->isVisible());
+  window.show();
+  EXPECT_TRUE(popup->isVisible());
+  popup->closeButtonAction();
+  EXPECT_TRUE(waitFor([] { return topLevelPopup() && uuidOf(topLevelPopup()) == "b"; }));
+}
+
+TEST_F(QtPopupPresenterTest, AForeignWindowThatGoesTakesItsPopupAlong) {
+  auto window = std::make_unique<QRasterWindow>();
+  window->show();
+  const auto screen = std::make_shared<WindowScreen>(window.get());
+  present(screen, "a");
+  ASSERT_TRUE(waitFor([] { return topLevelPopup() != nullptr; }));
+  window.reset();
+  EXPECT_TRUE(waitFor([] { return topLevelPopup() == nullptr; }));
+}
+
+TEST(QtPlatform, PutsPopupsAndTheClipboardInAndLeavesTheRest) {
+  const kifo::testing::FakePlatform fake;
+  const Platform platform = withQt(fake.platform());
+  EXPECT_TRUE(std::dynamic_pointer_cast<QtPopupPresenter>(platform.popups));
+  EXPECT_EQ(platform.http, fake.http);
+  platform.pasteboard->setString("K\u0130F0-10");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf8("K\u0130F0-10"));
+}
+
+}  // namespace
+}  // namespace kifo
