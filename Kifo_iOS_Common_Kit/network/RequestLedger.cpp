@@ -1,0 +1,69 @@
+#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
+
+#include <utility>
+
+namespace kifo {
+
+RequestLedger& RequestLedger::shared() {
+  static RequestLedger& only = *new RequestLedger;
+  return only;
+}
+
+void RequestLedger::begin(const std::string& requestId) {
+  const std::lock_guard lock(mutex_);
+  ++underWay_;
+  if (!requestId.empty()) inFlight_.try_emplace(requestId);
+}
+
+void RequestLedger::settle(const std::string& requestId) {
+  std::vector<Callback> waiting;
+  {
+    const std::lock_guard lock(mutex_);
+    if (underWay_ > 0) --underWay_;
+    if (auto found = inFlight_.extract(requestId)) waiting = std::move(found.mapped());
+  }
+  for (const auto& callback : waiting) callback();
+  settled_.notify_all();
+}
+
+bool RequestLedger::whenSettled(const std::string& requestId, Callback callback) {
+  const std::lock_guard lock(mutex_);
+  const auto found = inFlight_.find(requestId);
+  if (found == inFlight_.end()) return false;
+  found->second.push_back(std::move(callback));
+  return true;
+}
+
+void RequestLedger::noteDelivered(const std::string& requestId) {
+  const std::lock_guard lock(mutex_);
+  delivered_.insert(requestId);
+}
+
+void RequestLedger::forgetDelivered(const std::string& requestId) {
+  const std::lock_guard lock(mutex_);
+  delivered_.erase(requestId);
+}
+
+bool RequestLedger::isDelivered(const std::string& requestId) const {
+  const std::lock_guard lock(mutex_);
+  return delivered_.contains(requestId);
+}
+
+std::size_t RequestLedger::underWay() const {
+  const std::lock_guard lock(mutex_);
+  return underWay_;
+}
+
+bool RequestLedger::waitUntilIdle(std::chrono::duration<double> bound) {
+  std::unique_lock lock(mutex_);
+  return settled_.wait_for(lock, bound, [this] { return underWay_ == 0; });
+}
+
+void RequestLedger::reset() {
+  const std::lock_guard lock(mutex_);
+  underWay_ = 0;
+  inFlight_.clear();
+  delivered_.clear();
+}
+
+}  // namespace kifo

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+/// A request's parameters: a JSON object, or null for a request without any.
+using RequestParameters = std::shared_ptr<const nlohmann::json>;
+
+/// What a request's parameters look like on the wire: the query and the body. They are written once,
+/// by whichever thread first needs them, which is never the one that sends an event.
+///
+/// Text that is no UTF-8 is mended with replacement characters rather than lost.
+///
+/// **Threading:** thread-safe and, seen from outside, immutable.
+class KIFO_EXPORT RequestTexts {
+ public:
+  /// `base` gets the parameters as its query, replacing any that it has; without `hasQuery` it is
+  /// taken as it stands.
+  RequestTexts(std::string base, bool hasQuery, RequestParameters parameters);
+
+  /// The absolute URL: query items sorted by key, only unreserved characters bare.
+  const std::string& url() const;
+  /// The parameters as compact JSON; "{}" without parameters.
+  const std::string& json() const;
+  /// The JSON when there are parameters; none without.
+  std::optional<std::string> body() const;
+
+ private:
+  const std::string base_;
+  const bool hasQuery_;
+  const RequestParameters parameters_;
+  mutable std::once_flag urlOnce_;
+  mutable std::once_flag jsonOnce_;
+  mutable std::string url_;
+  mutable std::string json_;
+};
+
+/// The dictionary that a stored body text holds; null when it holds none.
+KIFO_EXPORT RequestParameters parametersFromText(std::string_view text);
+
+/// Whether `text` is well-formed UTF-8.
+KIFO_EXPORT bool isUtf8(const std::string& text);
+
+}  // namespace kifo

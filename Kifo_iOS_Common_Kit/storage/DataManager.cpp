@@ -1,0 +1,129 @@
+#include "Kifo_iOS_Common_Kit/storage/DataManager.h"
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
+
+namespace kifo {
+namespace {
+
+KifoSqliteManager& store() { return KifoSqliteManager::sharedManager(); }
+
+void print(std::string_view message) { Console::print(logTag("DataManager"), message); }
+
+/// Whether `text` stays inside single quotes: an apostrophe would end them, a zero byte the statement.
+bool isQuotable(std::string_view text) {
+  return text.find_first_of(std::string_view("'\0", 2)) == std::string_view::npos;
+}
+
+bool isQuotable(const KifoLog& log) {
+  return isQuotable(log._paramaters) && isQuotable(log._requestId) && isQuotable(log._url) &&
+         isQuotable(log._httpMethod);
+}
+
+std::string insertStatement(const std::string& table, const KifoLog& log) {
+  return "INSERT INTO " + table +
+         " (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, ISSYNC_SUCCESS) VALUES ('" +
+         log._paramaters + "', '" + log._requestId + "', '" + log._url + "', " +
+         std::to_string(log._date) + ", " + std::to_string(log._isSync) + ", " +
+         std::to_string(log._tryCount) + ", '" + log._httpMethod + "', 0)";
+}
+
+std::string countStatement(const std::string& table) {
+  return "select count(*) from " + table + " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0";
+}
+
+/// A row in the order of the select. Cells are texts, and a number field takes numbers only, so the
+/// number fields stay 0.
+KifoLog logOf(const KifoSqliteManager::Row& row) {
+  const auto text = [&](std::size_t cell) { return row[cell].value_or(""); };
+  return {0, text(1), text(2), text(3), 0, 0, 0, text(7)};
+}
+
+}  // namespace
+
+void DataManager::createTable() const {
+  print("Database is being created");
+  store().prepareDb();
+}
+
+void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLog& log,
+                            std::function<void(bool)> stored) const {
+  if (count >= limit || !isQuotable(log)) {
+    if (stored) stored(false);
+    return;
+  }
+  const bool isCounted = log._tryCount == 0;
+  store().execute(
+      insertStatement(TABLE_NAME, log),
+      [stored = std::move(stored)](const auto*, const auto&, bool) {
+        if (stored) stored(store().rowsChanged() > 0);
+      },
+      isCounted ? std::optional(countStatement(TABLE_NAME)) : std::nullopt);
+}
+
+void DataManager::cacheLog(const std::function<std::int64_t()>& limit,
+                           const std::function<KifoLog()>& log,
+                           std::function<void(bool)> stored) const {
+  store().inOneTurn([manager = *this, limit, log, stored = std::move(stored)] {
+    manager.unsyncedLogCount([=](std::int64_t count) {
+      manager.insertLog(count, limit(), log(), stored);
+    });
+    manager.unsyncedLogCount([](std::int64_t) {});
+  });
+}
+
+void DataManager::deleteLog(const std::string& requestId, std::function<void()> removed) const {
+  if (requestId.empty() || !isQuotable(requestId)) return;
+  store().execute(
+      "delete from " + TABLE_NAME + " where REQUEST_ID = '" + requestId + "' or TRYCOUNT > 0",
+      [removed = std::move(removed)](const auto*, const auto&, bool) {
+        if (removed && store().lastSucceeded()) removed();
+      });
+}
+
+void DataManager::updateSyncStatus(const std::string& requestId, int success,
+                                   std::function<void()> marked) const {
+  if (requestId.empty()) return print("Request id is empty");
+  if (!isQuotable(requestId)) return;
+  store().performQuery("update " + TABLE_NAME + " set ISSYNC_SUCCESS = " + std::to_string(success) +
+                           ", ISSYNC = 1 where REQUEST_ID = '" + requestId + "'",
+                       [marked = std::move(marked)](const auto*, const auto&, bool) {
+                         if (marked && store().lastSucceeded()) marked();
+                       });
+}
+
+void DataManager::increaseTryCount(const std::string& requestId,
+                                   std::function<void(bool)> marked) const {
+  if (requestId.empty()) return print("increaseTryCount - requestId is empty");
+  if (!isQuotable(requestId)) return;
+  store().execute(
+      "update " + TABLE_NAME + " set TRYCOUNT = TRYCOUNT + 1 where REQUEST_ID = '" + requestId + "'",
+      [marked = std::move(marked)](const auto*, const auto&, bool) {
+        if (marked) marked(store().rowsChanged() > 0);
+      });
+}
+
+void DataManager::unsyncedLogCount(std::function<void(std::int64_t count)> completion) const {
+  store().rowCount(countStatement(TABLE_NAME),
+                   [completion = std::move(completion)](std::int32_t count, const auto&, bool) {
+                     completion(count);
+                   });
+}
+
+void DataManager::firstUnsyncedLog(
+    std::function<void(const std::optional<KifoLog>&)> completion) const {
+  const auto records = std::make_shared<std::vector<KifoLog>>();
+  store().performQuery(
+      "select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID from " +
+          TABLE_NAME + " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1",
+      [records, completion = std::move(completion)](const auto* row, const auto&, bool) {
+        if (row) records->push_back(logOf(*row));
+        completion(records->empty() ? std::nullopt : std::optional(records->front()));
+      });
+}
+
+}  // namespace kifo

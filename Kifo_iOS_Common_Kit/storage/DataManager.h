@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/storage/KifoLog.h"
+
+namespace kifo {
+
+/// The statements on the table of stored requests, "KifoLog". Values are pasted between single quotes
+/// as they are; one that holds an apostrophe would break out of them, so its statement is not run at
+/// all: such a request is never stored, and no value can become a statement of its own.
+///
+/// **Threading:** operations may be called from any thread; completions run on the main queue.
+/// **Errors:** a statement that fails makes no completion and says nothing.
+class KIFO_EXPORT DataManager {
+ public:
+  const std::string TABLE_NAME = "KifoLog";
+  const std::string COL_ID = "_id";
+  const std::string COL_PARAMS = "_paramaters";
+  const std::string COL_REQUEST_ID = "_requestId";
+  const std::string COL_URL = "_url";
+  const std::string COL_DATE = "_date";
+  const std::string COL_SYNC = "_isSync";
+  const std::string COL_TRY_COUNT = "_tryCount";
+  const std::string COL_HTTP_METHOD = "_httpMethod";
+  const int MAXTRYCOUNT = 1;
+
+  /// Prints that the database is being made, and prepares it.
+  void createTable() const;
+
+  /// Inserts `log` when `count` is below `limit`. `stored` learns whether a row was made.
+  void insertLog(std::int64_t count, std::int64_t limit, const KifoLog& log,
+                 std::function<void(bool)> stored = {}) const;
+
+  /// Counts and inserts as one step, so that never more than `limit` never-tried rows wait. `limit`
+  /// is asked for on the main queue.
+  void cacheLog(const std::function<std::int64_t()>& limit, const std::function<KifoLog()>& log,
+                std::function<void(bool)> stored = {}) const;
+
+  /// Removes the request's row and every row that was tried. `removed` runs when that has been done,
+  /// not when it failed.
+  void deleteLog(const std::string& requestId, std::function<void()> removed = {}) const;
+
+  /// Marks a row after an answer: `success` is 1 after a 200, else 0. `marked` runs when that has
+  /// been done, not when it failed.
+  void updateSyncStatus(const std::string& requestId, int success,
+                        std::function<void()> marked = {}) const;
+
+  /// Marks a row as tried; `marked` learns whether the mark is in the file.
+  void increaseTryCount(const std::string& requestId, std::function<void(bool)> marked = {}) const;
+
+  void unsyncedLogCount(std::function<void(std::int64_t count)> completion) const;
+
+  /// The first row that still waits. The completion runs once for the row and once more at the end
+  /// with the same row; once, with none, when nothing waits. Number fields read back as 0.
+  void firstUnsyncedLog(std::function<void(const std::optional<KifoLog>&)> completion) const;
+};
+
+}  // namespace kifo
