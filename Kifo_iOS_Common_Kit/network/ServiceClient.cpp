@@ -1,0 +1,317 @@
+#include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
+
+#include <algorithm>
+#include <atomic>
+#include <limits>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
+#include "Kifo_iOS_Common_Kit/core/Url.h"
+#include "Kifo_iOS_Common_Kit/network/HTTPMethod.h"
+#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
+
+namespace kifo {
+namespace {
+
+constexpr double kTimeoutUntilKnown = 60.0;
+constexpr int kOk = 200;
+constexpr int kUnauthorized = 401;
+
+/// 401 answers since the last 200. Touched on the answer queue only, but for a reset.
+std::atomic<std::int8_t> unauthorizedCount = 0;
+std::atomic<bool> isStopping = false;
+/// A pass stopped for want of an in-app answer: what an earlier run stored is still to be sent.
+std::atomic<bool> syncAwaitsAnswer = false;
+
+void print(std::string_view message) {
+  static const std::string& tag = *new std::string(logTag("ServiceClient"));
+  Console::print(tag, message);
+}
+
+/// The address with its parameters as the query; an address that is no URL gets the query's endpoint
+/// name behind it instead, and if that is none either, there is nothing that could be sent anywhere.
+std::shared_ptr<const RequestTexts> textsFor(const std::string& base, RequestParameters parameters) {
+  if (isUrl(base)) return std::make_shared<RequestTexts>(base, true, std::move(parameters));
+  const std::string fallback = base + "getInAppCommunication";
+  if (!isUrl(fallback)) fatalError("the server's address is no URL: " + base);
+  return std::make_shared<RequestTexts>(fallback, false, std::move(parameters));
+}
+
+/// Header values end at their line: what a host puts into a token must not become another header.
+std::string headerValue(std::string value) {
+  std::erase_if(value, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+  return value;
+}
+
+std::int64_t queueLimit() {
+  const auto answer = Session::shared().appCommunication();
+  if (!answer || !answer->configuration) return 0;
+  return answer->configuration->offlineQueueSize.value_or(0);
+}
+
+}  // namespace
+
+std::shared_ptr<ServiceClient> ServiceClient::make() {
+  return std::shared_ptr<ServiceClient>(new ServiceClient);
+}
+
+void ServiceClient::setStopping(bool stopping) { isStopping = stopping; }
+
+void ServiceClient::reset() {
+  unauthorizedCount = 0;
+  syncAwaitsAnswer = false;
+}
+
+// Requests ---------------------------------------------------------------------------------------
+
+void ServiceClient::sendEvent(const Headers& headers, EventParameters parameters,
+                              const std::string& requestId, bool isNotificationEvent,
+                              EventCompletion completion) {
+  JSONRequest<BaseResponse> request;
+  request.httpMethod = rawValue(HTTPMethod::post);
+  request.headers = headers;
+  request.isCached = false;
+  request.serviceUrl = textsFor(Session::shared().identity()->listenerUri,
+                                std::make_shared<const nlohmann::json>(std::move(parameters)));
+  if (completion) {
+    request.completionHandler = [completion = std::move(completion)](
+                                    auto result, const auto&, auto flag) { completion(result, flag); };
+  }
+  make()->sendRequest(std::move(request), requestId, isNotificationEvent);
+}
+
+void ServiceClient::getInAppCommunication(
+    const std::optional<Headers>& headers,
+    const std::optional<std::map<std::string, std::string>>& parameters,
+    InAppCompletion completion) {
+  JSONRequest<AppCommunication> request;
+  request.httpMethod = rawValue(HTTPMethod::post);
+  request.headers = headers.value_or(Headers());
+  request.isCached = false;
+  request.serviceUrl =
+      textsFor(Session::shared().identity()->apiUri,
+               parameters ? std::make_shared<const nlohmann::json>(*parameters) : nullptr);
+  if (completion) {
+    request.whenUnanswered = [completion] { completion(nullptr, std::nullopt); };
+    request.completionHandler = [completion](auto result, const auto&, auto flag) {
+      completion(result, flag);
+    };
+  }
+  make()->sendRequest(std::move(request), "", false);
+}
+
+// Sending ----------------------------------------------------------------------------------------
+
+void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationEvent) {
+  // Under way before its copy can be seen in the store, so that no pass takes the copy for a request
+  // that nobody is sending.
+  RequestLedger::shared().begin(request->requestId);
+  cache(request);
+  if (!mayGoOut(*request, isNotificationEvent)) {
+    RequestLedger::shared().settle(request->requestId);
+    if (request->whenUnanswered) request->whenUnanswered();
+    return;
+  }
+  KIFO_INSPECT(request->isCached.value_or(false) ? "resent" : "sent",
+               {{"requestId", request->requestId}, {"url", request->texts->url()}});
+  const auto platform = Platform::current();
+  platform->http->send(
+      [request] { return httpRequest(*request); },
+      [self = shared_from_this(), request, queue = platform->answerQueue](HttpAnswer answer) {
+        queue->post([self, request, answer = std::move(answer)] {
+          self->handleAnswer(request, answer);
+        });
+      });
+}
+
+void ServiceClient::cache(const std::shared_ptr<Outgoing>& request) {
+  const bool isKept = request->isCached == false && !request->requestId.empty() &&
+                      request->method == rawValue(HTTPMethod::post);
+  if (!isKept) return;
+  const bool isOnline = Session::shared().networkStatus == KifoNetworkStatus::ONLINE;
+  const std::int64_t date = Platform::current()->clock->millisecondsSince1970() / 1000;
+  DataManager().cacheLog(
+      queueLimit,
+      [request, isOnline, date] {
+        return KifoLog(0, request->texts->json(), request->texts->url(), request->method, date, 0,
+                       isOnline ? 0 : 1, request->requestId);
+      },
+      [request](bool stored) {
+        request->isStored = stored;
+        KIFO_INSPECT(stored ? "stored" : "notStored", {{"requestId", request->requestId}});
+      });
+}
+
+bool ServiceClient::mayGoOut(const Outgoing& request, bool isNotificationEvent) {
+  Session& session = Session::shared();
+  if (session.networkStatus != KifoNetworkStatus::ONLINE) {
+    print("Kifo online status is not ONLINE");
+    KIFO_INSPECT("gated", {{"requestId", request.requestId}, {"gate", "network"}});
+    return false;
+  }
+  if (session.appCommunication() || isNotificationEvent) return true;
+  const auto identity = session.identity();
+  const bool isQuery = !identity->apiUri.empty() &&
+                       request.texts->url().find(identity->apiUri) != std::string::npos;
+  if (isQuery) return true;
+  print("App communication is nil or is app communication itemLog is false or Notification event is "
+        "false");
+  KIFO_INSPECT("gated", {{"requestId", request.requestId}, {"gate", "communication"}});
+  return false;
+}
+
+HttpRequest ServiceClient::httpRequest(const Outgoing& request) {
+  Session& session = Session::shared();
+  const auto identity = session.identity();
+  HttpRequest http;
+  http.method = request.method;
+  http.url = request.texts->url();
+  http.headers = {{"Authorization", headerValue("BearerMOBILE " + identity->authorization)},
+                  {"Content-Type", "application/json"},
+                  {"LocalOrigin", headerValue(identity->localOrigin)},
+                  {"cache-control", "no-cache"}};
+  if (request.method != rawValue(HTTPMethod::get)) http.body = request.texts->body();
+  const double timeout = session.requestTimeout;
+  http.timeout = timeout > 0.0 ? timeout : kTimeoutUntilKnown;
+  return http;
+}
+
+// Answers ----------------------------------------------------------------------------------------
+
+void ServiceClient::handleAnswer(const std::shared_ptr<Outgoing>& request, const HttpAnswer& answer) {
+  KIFO_INSPECT("answered", {{"requestId", request->requestId},
+                            {"status", std::to_string(answer.status)},
+                            {"error", answer.error ? answer.error->message : ""}});
+  if (answer.error) {
+    db_.updateSyncStatus(request->requestId, 0);
+    request->complete(std::nullopt);
+    print(answer.error->message);
+  } else {
+    const bool isCached = request->isCached.value_or(false);
+    print(std::string("kifo_requestId:  is cached: ") + (isCached ? "true" : "false") +
+          " request id: " + request->requestId);
+    if (answer.status == kOk) {
+      handleSuccess(request, answer.body);
+    } else {
+      handleRefusal(*request, answer.status);
+    }
+  }
+  // Behind the statements of above, so that whoever waits for this request finds them done.
+  Platform::current()->mainQueue->post([request] {
+    RequestLedger& ledger = RequestLedger::shared();
+    if (!request->isStored) ledger.forgetDelivered(request->requestId);
+    ledger.settle(request->requestId);
+  });
+}
+
+void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request, const std::string& data) {
+  const std::string& requestId = request->requestId;
+  const auto forget = [requestId] { RequestLedger::shared().forgetDelivered(requestId); };
+  // A locked file may keep the row; it must not be sent again all the same.
+  if (!requestId.empty()) RequestLedger::shared().noteDelivered(requestId);
+  db_.updateSyncStatus(requestId, 1, forget);
+  unauthorizedCount = 0;
+  if (data.empty()) {
+    print("no data");
+    if (request->whenUnanswered) request->whenUnanswered();
+    return;
+  }
+  request->complete(data);
+  if (request->isCached.value_or(false)) {
+    syncLogs();
+  } else {
+    print("apiRequest is not cached");
+  }
+  db_.deleteLog(requestId, forget);
+}
+
+void ServiceClient::handleRefusal(const Outgoing& request, int status) {
+  print("response code is not 200");
+  request.complete(std::nullopt);
+  if (status == kUnauthorized) {
+    fetchToken();
+    const std::int8_t count = unauthorizedCount;
+    if (count == std::numeric_limits<std::int8_t>::max()) {
+      fatalError("too many unauthorized answers to count");
+    }
+    unauthorizedCount = static_cast<std::int8_t>(count + 1);
+    if (unauthorizedCount > 1) {
+      Session::shared().initializeStatus = InitializeStatusType::TOKEN_FAILED;
+    }
+  }
+  db_.updateSyncStatus(request.requestId, 0);
+}
+
+// Stored rows ------------------------------------------------------------------------------------
+
+void ServiceClient::syncLogs() {
+  Session& session = Session::shared();
+  if (session.offlineCachingDisabled) return print("offlineCachingDisabled");
+  const KifoNetworkStatus status = session.networkStatus;
+  print("sync is online " + std::string(rawValue(status)));
+  if (status != KifoNetworkStatus::ONLINE) return;
+  if (!session.appCommunication()) {
+    syncAwaitsAnswer = true;
+    return;
+  }
+  startPass(/*isQuiet=*/false);
+}
+
+void ServiceClient::resumeSync() {
+  Session& session = Session::shared();
+  const bool isDue = syncAwaitsAnswer.exchange(false) && !session.offlineCachingDisabled &&
+                     session.networkStatus == KifoNetworkStatus::ONLINE;
+  if (isDue) make()->startPass(/*isQuiet=*/true);
+}
+
+void ServiceClient::startPass(bool isQuiet) {
+  if (isStopping) return;
+  if (!isQuiet) print("sync log started");
+  db_.firstUnsyncedLog([self = shared_from_this(), isQuiet](const std::optional<KifoLog>& log) {
+    if (log || !isQuiet) self->syncStep(log);
+  });
+}
+
+void ServiceClient::syncStep(const std::optional<KifoLog>& log) {
+  if (!log) return print("log is nil");
+  const std::string& requestId = log->_requestId;
+  if (std::ranges::find(lastSyncRequestIds_, requestId) != lastSyncRequestIds_.end()) {
+    return print("lastSyncRequestIds contains log requestId");
+  }
+  lastSyncRequestIds_.push_back(requestId);
+  RequestLedger& ledger = RequestLedger::shared();
+  // The request itself still waits for its answer: the pass goes on once it is known.
+  if (ledger.whenSettled(requestId, [] { make()->syncLogs(); })) return;
+  if (ledger.isDelivered(requestId)) return removeDelivered(requestId);
+  if (isStopping) return;
+  // Sent only with the mark in the file: a row that cannot be marked could go out twice.
+  db_.increaseTryCount(requestId, [log = *log](bool marked) {
+    if (marked) resend(log);
+  });
+}
+
+void ServiceClient::removeDelivered(const std::string& requestId) {
+  db_.deleteLog(requestId, [requestId] {
+    RequestLedger::shared().forgetDelivered(requestId);
+    make()->syncLogs();
+  });
+}
+
+void ServiceClient::resend(const KifoLog& log) {
+  if (!isUtf8(log._paramaters)) return print("data is nil");
+  const auto parameters = parametersFromText(log._paramaters);
+  if (!parameters || !isUrl(log._url)) {
+    KIFO_INSPECT("givenUp", {{"requestId", log._requestId}});
+    return;
+  }
+  const bool isPost = log._httpMethod == rawValue(HTTPMethod::post);
+  JSONRequest<AppCommunication> request;
+  request.httpMethod = rawValue(isPost ? HTTPMethod::post : HTTPMethod::get);
+  request.serviceUrl = std::make_shared<RequestTexts>(log._url, false, parameters);
+  request.isCached = true;
+  make()->sendRequest(std::move(request), log._requestId, false);
+}
+
+}  // namespace kifo
