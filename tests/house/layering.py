@@ -43,7 +43,13 @@ NO_QT_ROOMS = ("apps/server/", "apps/demo/headless/")
 # The kit is linked without Qt, so nothing of it may reach for the rooms that need it.
 UI_ROOMS = (KIT + "inapp/views/", "platform/qt/")
 SYSTEM_ROOMS = ("platform/", "apps/", "testing/")
-LIBRARY_HEADERS = {KIT + "storage/": {"sqlite3.h"}}
+# What stands above the ports and yet may include a header of the system's or of a C library, by the
+# start of its path.
+SYSTEM_HEADERS = {
+    KIT + "storage/": {"sqlite3.h"},
+    # Names its directories by the process that owns them, which POSIX systems share.
+    KIT + "notifications/AttachmentFile.cpp": {"signal.h", "unistd.h"},
+}
 CONDITIONAL_ROOMS = ("platform/",)
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
@@ -91,7 +97,8 @@ def check_angled(path, header):
             return None
         return f"Qt's <{header}> outside the rooms for Qt"
     if header.endswith(".h") and not path.startswith(SYSTEM_ROOMS):
-        if header not in LIBRARY_HEADERS.get(room_of(path), ()):
+        if not any(path.startswith(start) and header in headers
+                   for start, headers in SYSTEM_HEADERS.items()):
             return f"system header <{header}> outside platform/"
     return None
 
