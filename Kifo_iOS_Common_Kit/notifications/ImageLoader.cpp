@@ -15,14 +15,6 @@ namespace {
 
 constexpr std::size_t MAXIMUM_SIZE = 10u << 20;
 
-bool isHex(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
-
-bool mayStandInUrl(char c) {
-  constexpr std::string_view marks = "-._~:/?#[]@!$&'()*+,;=%";
-  const auto byte = static_cast<unsigned char>(c);
-  return (byte < 0x80 && std::isalnum(byte)) || marks.find(c) != std::string_view::npos;
-}
-
 bool hasWebScheme(std::string_view url) {
   std::string scheme(url.substr(0, url.find(':')));
   std::ranges::transform(scheme, scheme.begin(),
@@ -59,14 +51,6 @@ std::optional<HttpAnswer> fetch(const std::string& url, double limit) {
 }
 
 }  // namespace
-
-bool isUrl(std::string_view text) {
-  if (text.empty() || !std::ranges::all_of(text, mayStandInUrl)) return false;
-  for (auto at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 1)) {
-    if (at + 2 >= text.size() || !isHex(text[at + 1]) || !isHex(text[at + 2])) return false;
-  }
-  return true;
-}
 
 LoadedImage loadImage(const std::string& url, double limit) {
   if (!hasWebScheme(url)) return {std::nullopt, "only http and https are loaded"};

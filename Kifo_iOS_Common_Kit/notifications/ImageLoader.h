@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
@@ -13,9 +12,6 @@ struct LoadedImage {
   std::optional<std::string> bytes;
   std::string error;  ///< One line; set when there are no bytes.
 };
-
-/// Whether `text` can be an address at all: the characters that one may hold, and not none.
-KIFO_EXPORT bool isUrl(std::string_view text);
 
 /// Loads an image through the platform's HTTP transport, 10 MB at most. Only http and https are
 /// followed, and only a 2xx answer counts.

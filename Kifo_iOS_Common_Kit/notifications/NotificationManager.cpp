@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
