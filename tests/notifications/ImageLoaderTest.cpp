@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {

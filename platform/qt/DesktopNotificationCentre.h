@@ -1,0 +1,84 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemAction.h"
+#include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/ports/NotificationCentre.h"
+
+namespace kifo {
+
+class BackgroundWorker;
+class DesktopNotificationService;
+
+/// Pushes as notifications of the user's desktop, on the service org.freedesktop.Notifications:
+///
+///     auto centre = std::make_shared<kifo::DesktopNotificationCentre>(
+///         kifo::DesktopNotificationCentre::Options{.applicationName = "Shop"},
+///         [](auto action, const std::string& token) { if (action) open(*action->link, token); });
+///     platform.notifications = centre;      // then Platform::install(platform)
+///     …
+///     centre->deliver(userInfo);            // whenever a push arrives
+///
+/// Whatever state the desktop is in, nothing waits for it: a service that is missing, starts late,
+/// hangs or restarts gets the notifications when it is there again. Images, buttons and events are
+/// `NotificationManager`'s; a push is reported as clicked at most once, and as dismissed only when the
+/// service says that the user did it. The permission is authorized when a service answers, denied when
+/// there is none or it inhibits notifications, and not determined until it is known.
+///
+/// **Threading:** made on the UI thread, with a QApplication running; afterwards thread-safe. Clicks
+/// come on the UI thread. `deliver` returns at once and does its loading on a thread of its own, one
+/// push after another.
+/// **Ownership:** may end at any time and on any thread; what is on the desktop then stays there and
+/// its clicks find nobody.
+/// **Errors:** none are reported; what the desktop refuses is a console line.
+class KIFO_EXPORT DesktopNotificationCentre final : public NotificationCentre {
+ public:
+  struct Options {
+    std::string applicationName = {};  ///< Shown with every notification; its title if it has none.
+    std::string applicationIcon = {};  ///< Name in the icon theme, or a path.
+    std::string desktopEntry = {};     ///< The .desktop file's name without suffix: desktops group by it.
+    std::string openLabel = "Open";    ///< What desktops that list it call the tap on the body.
+    std::string busAddress = {};       ///< Another bus than the session's.
+    bool imagesAsData = false;         ///< For desktops that cannot read this program's files.
+    double dismissalGrace = 1.0;       ///< Seconds after a close in which a click still counts.
+    double retryInterval = 5.0;        ///< Seconds between two looks for a missing service.
+  };
+
+  /// Told what a click leads to (null when the push names nothing), and the token with which the
+  /// compositor lets the host's window come to the front: put it into the environment as
+  /// XDG_ACTIVATION_TOKEN and activate the window. The token is empty where there is none.
+  using ClickHandler = std::function<void(std::shared_ptr<AppCommunicationItemAction> action,
+                                          const std::string& activationToken)>;
+
+  DesktopNotificationCentre(Options options, ClickHandler onClick);
+  ~DesktopNotificationCentre() override;
+
+  /// Takes a push as it arrived: reports it received, loads its image and shows it. `identifier`
+  /// names it for a later push that replaces it, and for `close`; empty makes it one of its own.
+  void deliver(UserInfo userInfo, std::string identifier = {});
+
+  /// Shows a notification that is ready, with the buttons of its category as it is registered now.
+  void show(const NotificationRequest& request);
+
+  /// Takes a notification off the desktop, or out of those that wait for it.
+  void close(const std::string& identifier);
+
+  /// Answers at once with what is known, and asks the desktop anew.
+  void getNotificationSettings(std::function<void(int authorizationStatus)> completion) override;
+  void setNotificationCategories(std::vector<NotificationCategory> categories) override;
+
+ private:
+  struct Shared;
+
+  const Options options_;
+  const std::shared_ptr<Shared> shared_;
+  const std::unique_ptr<BackgroundWorker> worker_;
+  DesktopNotificationService* service_;  ///< Lives, and ends, on the UI thread.
+};
+
+}  // namespace kifo
