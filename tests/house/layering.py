@@ -36,6 +36,7 @@ BESIDE = {
     "apps/server/": [],
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
+FACADE = (KIT + "core/Kifo.", KIT + "core/KifoShutDown.")
 ROOMS = sorted([*FLOOR, *BESIDE], key=len, reverse=True)
 
 QT_ROOMS = (KIT + "inapp/views/", "platform/qt/", "apps/")
@@ -58,6 +59,8 @@ QT = re.compile(r"^(Q[A-Z]\w*|Qt\w*/.*)$")
 
 
 def room_of(path):
+    if path.startswith(FACADE):
+        return KIT + "core/Kifo."
     return next((room for room in ROOMS if path.startswith(room)), None)
 
 

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "apps/demo/headless/Expectations.h"
+#include "apps/demo/headless/HostLog.h"
+#include "apps/demo/headless/Screens.h"
+#include "apps/server/LocalServer.h"
+#include "testing/FakeReachability.h"
+
+namespace kifo::demo {
+
+/// A day of a kiosk without a display: the application is installed in the morning, people use it,
+/// the server goes away and comes back, and the next morning the kiosk starts again.
+///
+/// Everything but the cable is real: the database, the preferences, the device's data, HTTP.
+/// Whether the network can be reached is scripted, for a loopback never loses its route.
+///
+/// **Threading:** externally synchronised.
+class Day {
+ public:
+  /// Files lie in `home`. `printsConsole`: the SDK's own lines are shown too.
+  Day(std::filesystem::path home, bool printsConsole);
+
+  /// Lives through the day; false when something waited for did not come.
+  bool live();
+
+  /// Prints the server's view and what is wrong with it; whether all is well.
+  bool judge();
+
+ private:
+  bool firstMorning();
+  bool customers();
+  bool outage();
+  bool returnOfTheServer();
+  bool nightAndNextMorning();
+
+  void switchOn();
+  bool initialize();
+  void network(bool reachable);
+  /// Waits until the server has received all that is expected so far and the host knows the
+  /// answers.
+  bool settle();
+
+  void show(const std::shared_ptr<KifoViewController>& screen, const std::string& name);
+  void hide(const std::shared_ptr<KifoViewController>& screen, const std::string& name);
+  void event(const std::string& name, const nlohmann::json& parameters, Expectations::Way way);
+
+  const std::filesystem::path home_;
+  server::LocalServer server_;
+  const std::shared_ptr<HostLog> host_;
+  const std::shared_ptr<testing::FakeReachability> reachability_;
+  Expectations expectations_;
+};
+
+}  // namespace kifo::demo

@@ -1,0 +1,126 @@
+#include "apps/demo/headless/Expectations.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <set>
+
+namespace kifo::demo {
+
+namespace {
+
+// What every event carries; the table shows the rest.
+const std::set<std::string> commonKeys = {"push_token",
+                                          "apns_token",
+                                          "actorId",
+                                          "device_id",
+                                          "requestId",
+                                          "channel",
+                                          "sync",
+                                          "device_os",
+                                          "phone_brand",
+                                          "phone_model",
+                                          "device_os_version",
+                                          "sdk_version",
+                                          "scenario",
+                                          "time_zone",
+                                          "timestamp",
+                                          "application_name",
+                                          "push_notification_permission_status",
+                                          "name",
+                                          "free_disk",
+                                          "total_disk",
+                                          "battery",
+                                          "network_status"};
+
+std::string clockTime(std::int64_t milliseconds) {
+  const std::time_t seconds = milliseconds / 1000;
+  std::tm local{};
+  localtime_r(&seconds, &local);
+  char text[16];
+  std::strftime(text, sizeof text, "%H:%M:%S", &local);
+  return text;
+}
+
+std::string particulars(const nlohmann::json& body) {
+  std::string text;
+  for (const auto& [key, value] : body.items()) {
+    if (commonKeys.contains(key)) continue;
+    if (!text.empty()) text += ", ";
+    text += key + "=" + (value.is_string() ? value.get<std::string>() : value.dump());
+  }
+  return text;
+}
+
+std::string shortId(const std::string& requestId) {
+  return requestId.substr(0, 8);
+}
+
+}  // namespace
+
+void Expectations::expect(const std::string& name, const nlohmann::json& parameters, Way way) {
+  expected_.push_back({name, parameters, way == Way::RESENT, false});
+}
+
+void Expectations::allow(const std::string& name, const nlohmann::json& parameters) {
+  expected_.push_back({name, parameters, false, true});
+}
+
+std::size_t Expectations::count() const {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(expected_, [](const Expected& each) { return !each.isOptional; }));
+}
+
+void Expectations::print(const server::RequestLog::Requests& received, const HostLog& host) {
+  std::printf("\n  #  time      event              request   sent     parameters of its own\n");
+  int number = 0;
+  for (const auto& request : received) {
+    const auto id = request->text("requestId");
+    std::printf("%3d  %s  %-17s  %s  %-7s  %s\n", ++number, clockTime(request->time).c_str(),
+                request->text("name").c_str(), shortId(id).c_str(),
+                host.wasResent(id) ? "again" : "fresh",
+                request->json ? particulars(*request->json).c_str() : "(no JSON)");
+  }
+  std::printf("\n");
+}
+
+std::vector<std::string> Expectations::faults(const server::RequestLog::Requests& received,
+                                              const HostLog& host) const {
+  std::vector<std::string> faults;
+  std::set<std::string> ids;
+  auto open = expected_;
+  for (const auto& request : received) {
+    const auto id = request->text("requestId");
+    const auto label = request->text("name") + " " + shortId(id);
+    if (!ids.insert(id).second) faults.push_back("received twice: " + label);
+    const auto found =
+        std::ranges::find_if(open, [&](const Expected& each) { return matches(each, *request); });
+    if (found == open.end()) {
+      faults.push_back("not expected: " + label);
+      continue;
+    }
+    // Stored requests are sent in the order in which they were stored.
+    const bool overtaken =
+        std::any_of(open.begin(), found, [](const Expected& each) { return each.isResent; });
+    if (found->isResent && overtaken) faults.push_back("overtook an older one: " + label);
+    if (!found->isOptional && found->isResent != host.wasResent(id)) {
+      faults.push_back((found->isResent ? "not sent from the store: " : "not sent fresh: ") +
+                       label);
+    }
+    open.erase(found);
+  }
+  for (const auto& each : open) {
+    if (!each.isOptional) faults.push_back("missing: " + each.name + " " + each.parameters.dump());
+  }
+  if (host.resendsAtOnce() > 1) faults.push_back("stored requests were sent several at a time");
+  return faults;
+}
+
+bool Expectations::matches(const Expected& expected, const server::ReceivedRequest& request) {
+  if (request.text("name") != expected.name) return false;
+  return std::ranges::all_of(expected.parameters.items(), [&](const auto& item) {
+    return request.json->contains(item.key()) && (*request.json)[item.key()] == item.value();
+  });
+}
+
+}  // namespace kifo::demo
