@@ -1,0 +1,154 @@
+#include "platform/qt/QtScreen.h"
+
+#include <gmock/gmock.h>
+
+#include <QtTest/qtestspontaneevent.h>
+#include <QApplication>
+#include <QDialog>
+#include <QMainWindow>
+#include <QStackedWidget>
+
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "testing/FakePlatform.h"
+
+namespace kifo::shopfront {
+
+class HomeScreen : public QtScreen<QWidget> {
+  Q_OBJECT
+  using QtScreen::QtScreen;
+};
+
+class SeasonScreen : public HomeScreen {
+  Q_OBJECT
+  using HomeScreen::HomeScreen;
+};
+
+class MainScreen : public QtScreen<QMainWindow> {
+  Q_OBJECT
+};
+
+class WithoutMacro : public QtScreen<QDialog> {
+ public:
+  int showEvents = 0;
+
+ protected:
+  void showEvent(QShowEvent* event) override {
+    ++showEvents;
+    QtScreen::showEvent(event);
+  }
+};
+
+}  // namespace kifo::shopfront
+
+namespace kifo {
+namespace {
+
+using shopfront::HomeScreen;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class QtScreenTest : public ::testing::Test {
+ protected:
+  /// The page events since the last call, such as "page_in HomeScreen".
+  std::vector<std::string> pageEvents() {
+    std::vector<std::string> events;
+    for (const auto& decision : fake_.inspector->ofKind("composed")) {
+      const auto parameters = nlohmann::json::parse(decision.particulars[2].second);
+      events.push_back(decision.particulars[0].second + " " +
+                       parameters.value("page_name", "none"));
+    }
+    fake_.inspector->clear();
+    return events;
+  }
+
+  kifo::testing::InstalledFakePlatform fake_;
+};
+
+TEST_F(QtScreenTest, ShowingAndHidingSendThePageUnderItsClassName) {
+  HomeScreen screen;
+  EXPECT_THAT(pageEvents(), IsEmpty());
+  screen.show();
+  EXPECT_THAT(pageEvents(), ElementsAre("page_in HomeScreen"));
+  screen.show();
+  EXPECT_THAT(pageEvents(), IsEmpty()) << "it was shown already";
+  screen.hide();
+  EXPECT_THAT(pageEvents(), ElementsAre("page_out HomeScreen"));
+  screen.show();
+  EXPECT_THAT(pageEvents(), ElementsAre("page_in HomeScreen"));
+}
+
+TEST_F(QtScreenTest, AScreenIsNamedAfterItsOwnClassWhateverItDerivesFrom) {
+  EXPECT_EQ(shopfront::SeasonScreen().viewController()->className(), "SeasonScreen");
+  EXPECT_EQ(shopfront::MainScreen().viewController()->className(), "MainScreen");
+  EXPECT_EQ(shopfront::WithoutMacro().viewController()->className(), "WithoutMacro");
+}
+
+TEST_F(QtScreenTest, PagesOfAStackAreLeftAndEnteredAsTheStackTurns) {
+  QStackedWidget stack;
+  stack.addWidget(new HomeScreen);
+  stack.addWidget(new shopfront::SeasonScreen);
+  stack.show();
+  EXPECT_THAT(pageEvents(), ElementsAre("page_in HomeScreen"));
+  stack.setCurrentIndex(1);
+  EXPECT_THAT(pageEvents(),
+              ::testing::UnorderedElementsAre("page_out HomeScreen", "page_in SeasonScreen"));
+}
+
+TEST_F(QtScreenTest, MinimisingTheWindowAndBringingItBackSendsNothing) {
+  HomeScreen screen;
+  screen.show();
+  pageEvents();
+  // The window system reports both as spontaneous events.
+  QHideEvent minimised;
+  QShowEvent restored;
+  for (QEvent* event : {static_cast<QEvent*>(&minimised), static_cast<QEvent*>(&restored)}) {
+    QSpontaneKeyEvent::setSpontaneous(event);
+    static_cast<QObject&>(screen).event(event);
+  }
+  EXPECT_THAT(pageEvents(), IsEmpty());
+}
+
+TEST_F(QtScreenTest, AScreenThatIsDestroyedWhileShownIsLeft) {
+  auto screen = std::make_unique<HomeScreen>();
+  screen->show();
+  const std::shared_ptr<QtScreenController> controller = screen->viewController();
+  EXPECT_EQ(controller->widget(), screen.get());
+  pageEvents();
+  screen.reset();
+  EXPECT_THAT(pageEvents(), ElementsAre("page_out HomeScreen"));
+  EXPECT_EQ(controller->widget(), nullptr);
+  EXPECT_EQ(controller->className(), "HomeScreen");
+}
+
+TEST_F(QtScreenTest, AScreenThatWasNeverShownGoesWithoutAWord) {
+  std::weak_ptr<ViewController> controller;
+  {
+    HomeScreen screen;
+    controller = screen.viewController();
+  }
+  EXPECT_THAT(pageEvents(), IsEmpty());
+  EXPECT_TRUE(controller.expired());
+}
+
+TEST_F(QtScreenTest, SwitchedOffItSendsNothingAndSaysSo) {
+  Session::shared().sendActivityLifeCycleEventStatus = SendLifeCycleEventStatus::DISABLED;
+  HomeScreen screen;
+  screen.show();
+  screen.hide();
+  EXPECT_THAT(pageEvents(), IsEmpty());
+  EXPECT_EQ(
+      fake_.console->count("Kifo KifoViewController: send activity lifecycle events disabled!"),
+      2u);
+}
+
+TEST_F(QtScreenTest, TheWidgetsOwnHandlersStillRun) {
+  shopfront::WithoutMacro dialog;
+  dialog.show();
+  EXPECT_EQ(dialog.showEvents, 1);
+  EXPECT_THAT(pageEvents(), ElementsAre("page_in WithoutMacro"));
+}
+
+}  // namespace
+}  // namespace kifo
+
+#include "QtScreenTest.moc"
