@@ -1,0 +1,267 @@
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "tests/support/SdkTest.h"
+
+namespace kifo {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Service : public TokenServiceProtocol {
+ public:
+  explicit Service(std::optional<std::string> text) : token(std::move(text)) {}
+  void getToken(Completion completion) override {
+    kept = completion;
+    if (answers) completion(token);
+  }
+  std::optional<std::string> token;
+  bool answers = true;
+  Completion kept;
+};
+
+class KifoTest : public SdkTest {
+ protected:
+  /// The facade's own lines, without their tag, since the last call.
+  Lines said() {
+    Lines own;
+    for (const auto& line : fake.console->take()) {
+      constexpr std::string_view tag = "Kifo Kifo: ";
+      if (line.starts_with(tag)) own.push_back(line.substr(tag.size()));
+    }
+    return own;
+  }
+  std::string storedActor() const { return fake.userDefaults->string("kifo_actorId").value_or(""); }
+};
+
+TEST_F(KifoTest, AnInstallationGoesThroughEveryStepInOrder) {
+  start();
+  EXPECT_EQ(said(), (Lines{"Kifo is being initialized",
+                           "Local actor id is empty. If Configuration id is empty, a new Actor id will be created",
+                           "actorId is being updated", "Prefactor is not equal new actor id",
+                           "KifoNetworkStatus: ONLINE"}));
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZED);
+  EXPECT_EQ(storedActor(), "actor");
+  EXPECT_EQ(eventNames(), (Lines{"install", "sdk_initialize"}))
+      << "the change of actor came before the first answer and was gated";
+  EXPECT_TRUE(fake.http->requests()[0].url.starts_with(
+      "http://api.test/inapp?actor-id=actor&application-name=Shop"));
+  Kifo::initialize(configuration());
+  EXPECT_EQ(said(), Lines{"already initialized!"});
+}
+
+TEST_F(KifoTest, TheHostHearsOfSuccessBeforeTheStartUpEventsGoOut) {
+  inAppAnswer = "{}";
+  answerWith(200);
+  Lines seen;
+  Kifo::initialize(configuration(), [&] {
+    seen = eventNames();
+    seen.push_back("success");
+    throw 1;
+  });
+  fake.runUntilIdle();
+  EXPECT_EQ(seen, Lines{"success"});
+  EXPECT_EQ(eventNames(), (Lines{"install", "sdk_initialize"}));
+}
+
+TEST_F(KifoTest, AnAnswerThatDoesNotDecodeFailsTheStart) {
+  bool succeeded = false;
+  inAppAnswer = R"({"configuration":{}})";
+  answerWith(200);
+  Kifo::initialize(configuration(), [&] { succeeded = true; });
+  fake.runUntilIdle();
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZE_FAILED);
+  EXPECT_FALSE(succeeded);
+  EXPECT_TRUE(eventNames().empty());
+}
+
+TEST_F(KifoTest, WithoutAuthorizationOrBundleNothingIsSetUp) {
+  auto config = configuration();
+  config.authorization.reset();
+  Kifo::initialize(config);
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZE_FAILED);
+  config = configuration();
+  config.bundle = {};
+  Kifo::initialize(config);
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZE_FAILED);
+  fake.runUntilIdle();
+  EXPECT_EQ(fake.http->count(), 0U);
+  EXPECT_EQ(storedActor(), "");
+  EXPECT_FALSE(Kifo::isStarted());
+}
+
+TEST_F(KifoTest, ATokenServiceThatHasNoTokenFailsTheStatusAndTheStartGoesOn) {
+  auto config = configuration();
+  config.authorization.reset();
+  config.tokenService = std::make_shared<Service>(std::nullopt);
+  Kifo::initialize(config);
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZE_FAILED);
+  EXPECT_TRUE(Kifo::isStarted());
+  EXPECT_EQ(storedActor(), "actor");
+}
+
+TEST_F(KifoTest, ATokenThatComesAfterTheWaitStillCounts) {
+  auto config = configuration();
+  config.authorization.reset();
+  const auto service = std::make_shared<Service>("late");
+  service->answers = false;
+  service->kifoTimeout = 0.001;
+  config.tokenService = service;
+  Kifo::initialize(config);
+  EXPECT_EQ(Kifo::authorization(), "");
+  service->kept("late");
+  EXPECT_EQ(Kifo::authorization(), "late");
+}
+
+struct ActorCase {
+  const char* stored;
+  std::optional<std::string> configured;
+  std::string chosen;  ///< Empty: a new identifier.
+  bool isInstall;
+};
+
+class ActorChoice : public KifoTest, public ::testing::WithParamInterface<ActorCase> {};
+
+TEST_P(ActorChoice, TakesTheHostsElseTheStoredElseANewOne) {
+  const ActorCase& c = GetParam();
+  if (c.stored) fake.userDefaults->setValue("kifo_actorId", std::string(c.stored));
+  auto config = configuration();
+  config.actorId = c.configured;
+  start("{}", config);
+  EXPECT_EQ(Kifo::isInstall(), c.isInstall);
+  EXPECT_EQ(storedActor(), Kifo::actorId());
+  if (c.chosen.empty()) {
+    EXPECT_EQ(Kifo::actorId().size(), 36U);
+    EXPECT_EQ(lastEvent("install")["anonymous"], true);
+  } else {
+    EXPECT_EQ(Kifo::actorId(), c.chosen);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kifo, ActorChoice,
+                         ::testing::Values(ActorCase{"A", "B", "B", false}, ActorCase{"A", "", "A", false},
+                                           ActorCase{"A", std::nullopt, "A", false},
+                                           ActorCase{"", "B", "B", true}, ActorCase{nullptr, "B", "B", true},
+                                           ActorCase{nullptr, "", "", true}));
+
+TEST_F(KifoTest, TheShortFormSaysWhereTheActorCameFromAndLeavesTheRestAlone) {
+  const auto initialize = [this](const std::optional<std::string>& actor) {
+    Kifo::initialize("http://api.test/inapp", "http://listener.test/events", "t", "origin", actor, "Shop", false);
+    fake.runUntilIdle();
+  };
+  answerNothing();
+  initialize(std::nullopt);
+  EXPECT_EQ(said()[1], "Prefactor id count <= 0");
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::NOT_INITIALIZED);
+  initialize("");
+  EXPECT_EQ(said(), (Lines{"Kifo is being initialized", "Prefactor id count > 0", "actorId is being updated",
+                           "Prefactor is equal new actor id", "KifoNetworkStatus: ONLINE"}));
+  initialize("B");
+  EXPECT_EQ(said()[1], "actorId is available and id.count > 0");
+  EXPECT_FALSE(Kifo::isInstall() || Kifo::isStarted());
+  for (const auto index : fake.http->open()) fake.http->answer(index, 200, "{}");
+  fake.runUntilIdle();
+  EXPECT_TRUE(Kifo::isInitialized());
+  EXPECT_TRUE(eventNames().empty()) << "no start-up events";
+}
+
+TEST_F(KifoTest, TokensAreReportedOnceBothAreThereAndOnlyWhenTheyChange) {
+  start();
+  Kifo::setPushToken("push");
+  fake.runUntilIdle();
+  EXPECT_TRUE(lastEvent("push_token_change").is_null());
+  Kifo::setApnsToken({0x0A, 0xFF});
+  fake.runUntilIdle();
+  EXPECT_EQ(Kifo::apnsToken(), "0aff");
+  EXPECT_EQ(std::ranges::count(eventNames(), "push_token_change"), 2);
+  EXPECT_EQ(fake.userDefaults->string("APNS_TOKEN"), "0aff");
+  EXPECT_EQ(fake.userDefaults->string("PUSH_TOKEN"), "push");
+  Kifo::setPushToken("push");
+  Kifo::setPushToken("other");
+  fake.runUntilIdle();
+  EXPECT_EQ(std::ranges::count(eventNames(), "push_token_change"), 3);
+  EXPECT_EQ(lastEvent("push_token_change")["token_provider"], "firebase");
+}
+
+TEST_F(KifoTest, AnEmptyAuthorizationTokenIsRefused) {
+  start();
+  said();
+  Kifo::setAuthorizationToken("");
+  EXPECT_EQ(Kifo::authorization(), "token");
+  Kifo::setAuthorizationToken("next");
+  EXPECT_EQ(Kifo::authorization(), "next");
+  EXPECT_EQ(said(), (Lines{"Authorization token cannot be empty", "Authorization token set complete"}));
+}
+
+TEST_F(KifoTest, AStoredTimeOutCountsWhenItIsAboveZero) {
+  for (const auto& [stored, expected] : std::vector<std::pair<DefaultsValue, double>>{
+           {0.0, 5000.0}, {-3.0, 5000.0}, {std::string("x"), 5000.0}, {0.5, 0.5}, {std::string("2.5"), 2.5}}) {
+    fake.userDefaults->setValue("kifo_timeout", stored);
+    auto config = configuration();
+    config.forceInitialize = true;
+    start("{}", config);
+    EXPECT_EQ(Kifo::requestTimeout(), expected);
+  }
+}
+
+TEST_F(KifoTest, TheApplicationsHooksSpeakAndObeyTheirSwitch) {
+  start();
+  said();
+  Kifo::didFinishLaunchingWithOptions();
+  Kifo::applicationDidReceiveRemoteNotification({});
+  Kifo::setSendApplicationLifeCycleEventStatus(SendLifeCycleEventStatus::DISABLED);
+  Kifo::applicationDidBecomeActive();
+  Kifo::applicationWillResignActive();
+  fake.runUntilIdle();
+  EXPECT_TRUE(lastEvent("app_background").is_null());
+  Kifo::setSendApplicationLifeCycleEventStatus(SendLifeCycleEventStatus::ENABLED);
+  Kifo::applicationWillResignActive();
+  fake.runUntilIdle();
+  EXPECT_FALSE(lastEvent("app_background").is_null());
+  EXPECT_EQ(said(), (Lines{"didFinishLaunchingWithOptions", "applicationDidReceiveRemoteNotification",
+                           "applicationDidBecomeActive", "send application lifecycle events disabled!",
+                           "applicationWillResignActive", "send application lifecycle events disabled!",
+                           "applicationWillResignActive"}));
+}
+
+TEST_F(KifoTest, AnAddressThatIsNoUrlEndsTheProcessWhereNothingElseCanBeDone) {
+  auto config = configuration();
+  config.apiUri = "not a url";
+  EXPECT_DEATH(Kifo::initialize(config), "Fatal error: the server's address is no URL: not a url");
+}
+
+TEST_F(KifoTest, ForcedItInitialisesAgainAndKeepsOneWatcher) {
+  start();
+  auto config = configuration();
+  config.forceInitialize = true;
+  start("{}", config);
+  EXPECT_EQ(fake.reachability->listening(), 1U);
+  fake.console->clear();
+  setOnline(false);
+  EXPECT_EQ(said(), Lines{"KifoNetworkStatus: OFFLINE"});
+}
+
+TEST_F(KifoTest, SessionValuesMayBeReadAndWrittenFromAnyThread) {
+  start();
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 3; ++t) {
+    threads.emplace_back([t] {
+      for (int i = 0; i < 50; ++i) {
+        Kifo::updateActorId(std::to_string(t));
+        Kifo::setSendEventStatus(i % 2 ? SendEventStatus::ENABLED : SendEventStatus::DISABLED);
+        Kifo::setPushToken(Kifo::actorId() + Kifo::apiUri());
+        KifoEventManager::sendEvent("tap", std::nullopt);
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  fake.runUntilIdle();
+  EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 150);
+}
+
+}  // namespace
+}  // namespace kifo

@@ -1,0 +1,170 @@
+#include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "tests/support/SdkTest.h"
+
+namespace kifo {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class HomeScreen : public KifoViewController {
+ public:
+  std::string className() const override { return "HomeScreen"; }
+};
+
+constexpr auto kCampaigns = R"({
+  "configuration": {"stopAllEvents": false, "offlineQueueSize": 10},
+  "blockedEvents": [{"name": "login"}, {}],
+  "model": [
+    {"type": "POPUP", "uuid": "first", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": []},
+    {"type": "POPUP", "uuid": "other", "maxShowCount": 5, "triggeringEventName": "Tap", "buttons": []},
+    {"type": "POPUP", "uuid": "expired", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": [], "expireDate": 1000},
+    {"type": "popup", "uuid": "unknown", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": []},
+    {"type": "POPUP", "uuid": "second", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": [], "expireDate": 99999999999999}]})";
+
+class EventManagerTest : public SdkTest {
+ protected:
+  std::size_t lines(const std::string& message) const {
+    return fake.console->count("Kifo KifoEventManager: " + message);
+  }
+  Lines shown() const {
+    Lines uuids;
+    for (const auto& request : fake.popups->requests()) {
+      uuids.push_back(request->preferences.appCommunicationItem->uuid.value());
+    }
+    return uuids;
+  }
+  void tap(std::shared_ptr<ViewController> controller, const std::string& name = "tap") {
+    KifoEventManager::sendEvent(std::move(controller), name, std::nullopt);
+  }
+
+  std::shared_ptr<HomeScreen> screen = std::make_shared<HomeScreen>();
+};
+
+TEST_F(EventManagerTest, TheGateAdvisesAndHoldsNothingBack) {
+  start(R"({"configuration":{"stopAllEvents":true}})");
+  Kifo::setSendEventStatus(SendEventStatus::DISABLED);
+  fake.console->clear();
+  KifoEventManager::sendAppForegroundEvent();
+  fake.runUntilIdle();
+  EXPECT_EQ(lines("all events stopped"), 1U);
+  EXPECT_EQ(lines("send events stopped"), 1U);
+  EXPECT_FALSE(lastEvent("app_foreground").is_null());
+}
+
+TEST_F(EventManagerTest, ABlockedEventIsDroppedWithoutATrace) {
+  start(kCampaigns);
+  setOnline(false);
+  fake.console->clear();
+  KifoEventManager::sendLoginEvent(screen, std::nullopt);
+  fake.runUntilIdle();
+  EXPECT_TRUE(fake.console->lines().empty());
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+}
+
+TEST_F(EventManagerTest, CampaignsOfTheEventShowHalfASecondLaterInTheServersOrder) {
+  start(kCampaigns);
+  tap(screen);
+  fake.runUntilIdle();
+  fake.advance(0.49);
+  EXPECT_TRUE(shown().empty());
+  fake.advance(0.02);
+  EXPECT_EQ(shown(), (Lines{"first", "second"}));
+  EXPECT_EQ(lines("handlePopupAction: popup"), 1U);
+  EXPECT_EQ(lines("couldn't get a actionType for popup"), 1U);
+}
+
+TEST_F(EventManagerTest, WithoutAScreenAPopupIsNotShown) {
+  start(kCampaigns);
+  tap(nullptr);
+  fake.advance(1.0);
+  EXPECT_TRUE(shown().empty());
+  EXPECT_EQ(lines("controller is nil, couldn't call handlePopupAction"), 3U);
+}
+
+TEST_F(EventManagerTest, TheFormWithoutAScreenHandsTheCampaignToTheHost) {
+  start(kCampaigns);
+  Lines uuids;
+  KifoEventManager::sendEvent("Tap", std::nullopt, {}, [&](const auto& item) {
+    uuids.push_back(item->uuid.value());
+    throw std::runtime_error("host");
+  });
+  fake.runUntilIdle();
+  EXPECT_EQ(uuids, Lines{"other"});
+}
+
+TEST_F(EventManagerTest, AScreenThatIsGoneIsNotShownOver) {
+  start(kCampaigns);
+  tap(screen);
+  fake.runUntilIdle();
+  screen.reset();
+  fake.advance(1.0);
+  EXPECT_TRUE(shown().empty());
+}
+
+TEST_F(EventManagerTest, WhileAPageQueriesOnlyTheLastEventsPopupWaitsForTheAnswer) {
+  start(kCampaigns);
+  answerNothing();
+  screen->viewDidAppear(false);
+  fake.runUntilIdle();
+  tap(screen, "tap");
+  tap(screen, "Tap");
+  fake.advance(1.0);
+  EXPECT_TRUE(shown().empty());
+  EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 1) << "the event itself went out at once";
+  for (const auto index : fake.http->open()) fake.http->answer(index, 200, kCampaigns);
+  fake.advance(1.0);
+  EXPECT_EQ(shown(), Lines{"other"});
+  tap(screen, "Tap");
+  fake.advance(1.0);
+  EXPECT_EQ(shown().size(), 2U) << "nothing waits any more";
+}
+
+TEST_F(EventManagerTest, AFailedQueryDoesNotHoldPopupsBackForGood) {
+  start(kCampaigns);
+  answerNothing();
+  screen->viewDidAppear(false);
+  tap(screen, "Tap");
+  fake.runUntilIdle();
+  for (const auto index : fake.http->open()) fake.http->fail(index);
+  fake.advance(1.0);
+  EXPECT_EQ(shown(), Lines{"other"});
+}
+
+TEST_F(EventManagerTest, ScreensReportThemselvesUnlessTheSwitchIsOff) {
+  start(kCampaigns);
+  screen->viewDidAppear(false);
+  screen->viewWillDisappear(false);
+  fake.runUntilIdle();
+  EXPECT_EQ(lastEvent("page_in")["page_name"], "HomeScreen");
+  EXPECT_EQ(lastEvent("page_out")["page_name"], "HomeScreen");
+  Kifo::setSendActivityLifeCycleEventStatus(SendLifeCycleEventStatus::DISABLED);
+  const auto before = fake.http->count();
+  screen->viewDidAppear(false);
+  screen->viewWillDisappear(false);
+  fake.runUntilIdle();
+  EXPECT_EQ(fake.http->count(), before);
+  EXPECT_EQ(fake.console->count("Kifo KifoViewController: send activity lifecycle events disabled!"), 2U);
+  Kifo::applicationDidBecomeActive();
+  fake.runUntilIdle();
+  EXPECT_FALSE(lastEvent("app_foreground").is_null()) << "the other family has a switch of its own";
+}
+
+TEST_F(EventManagerTest, ThePermissionIsAskedForAtEverySend) {
+  fake.notifications->status.set(2);
+  start(kCampaigns);
+  KifoEventManager::sendAppForegroundEvent();
+  fake.runUntilIdle();
+  EXPECT_EQ(lastEvent("app_foreground")["push_notification_permission_status"], "AUTHORIZED");
+  fake.notifications->status.set(7);
+  KifoEventManager::sendAppForegroundEvent();
+  KifoEventManager::sendAppForegroundEvent();
+  fake.runUntilIdle();
+  EXPECT_EQ(lastEvent("app_foreground")["push_notification_permission_status"], "UNKNOWN");
+}
+
+}  // namespace
+}  // namespace kifo

@@ -1,0 +1,313 @@
+#include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
+
+#include <gmock/gmock.h>
+#include <sqlite3.h>
+
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
+#include "tests/support/SdkTest.h"
+
+namespace kifo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using Lines = std::vector<std::string>;
+
+constexpr auto kCounted = R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":3}})";
+
+class ServiceClientTest : public SdkTest {
+ protected:
+  void send(const std::string& name, EventParameters parameters = {}) {
+    KifoEventManager::sendEvent(name, std::nullopt, std::move(parameters));
+    fake.runUntilIdle();
+  }
+
+  HttpRequest lastRequest() const { return fake.http->requests().back(); }
+  std::size_t lines(const std::string& message) const {
+    return fake.console->count("Kifo ServiceClient: " + message);
+  }
+};
+
+TEST_F(ServiceClientTest, ARequestCarriesTheFourHeadersAndItsParametersInQueryAndBody) {
+  start();
+  answerNothing();
+  send("tap", {{"b c", "ü/?&="}, {"a", 7}, {"deep", {{"x", {1, 2}}}}, {"yes", true}});
+  const HttpRequest request = lastRequest();
+  EXPECT_EQ(request.method, "POST");
+  EXPECT_THAT(request.headers, ElementsAre(std::pair("Authorization", "BearerMOBILE token"),
+                                           std::pair("Content-Type", "application/json"),
+                                           std::pair("LocalOrigin", "com.example.test"),
+                                           std::pair("cache-control", "no-cache")));
+  EXPECT_EQ(request.timeout, 5000.0);
+  EXPECT_TRUE(request.url.starts_with("http://listener.test/events?a=7&actorId=actor&apns_token=&"));
+  EXPECT_THAT(request.url, HasSubstr("&b%20c=%C3%BC%2F%3F%26%3D&"));
+  EXPECT_THAT(request.url, HasSubstr("&deep=%7B%22x%22%3A%5B1%2C2%5D%7D&"));
+  EXPECT_THAT(request.url, HasSubstr("&yes=true"));
+  const auto body = nlohmann::json::parse(request.body.value());
+  EXPECT_EQ(body["b c"], "ü/?&=");
+  EXPECT_EQ(request.body->find(' '), request.body->find(" c\"")) << "compact";
+}
+
+TEST_F(ServiceClientTest, ATokenCannotBecomeAHeaderAndBrokenTextIsMendedNotLost) {
+  start();
+  answerNothing();
+  Kifo::setAuthorizationToken("a\r\nEvil: 1");
+  send("tap", {{"text", "x\xFFy"}});
+  EXPECT_EQ(lastRequest().headers[0].second, "BearerMOBILE aEvil: 1");
+  EXPECT_EQ(nlohmann::json::parse(lastRequest().body.value())["text"], "x\uFFFDy");
+  EXPECT_THAT(lastRequest().url, HasSubstr("text=x%EF%BF%BDy"));
+}
+
+TEST_F(ServiceClientTest, OfflineAnEventIsStoredAndNotSent) {
+  start(kCounted);
+  setOnline(false);
+  const auto sent = fake.http->count();
+  send("tap");
+  EXPECT_EQ(fake.http->count(), sent);
+  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT, HTTPMETHOD from KifoLog"), Lines{"1|0|0|POST"});
+  EXPECT_EQ(lines("Kifo online status is not ONLINE"), 1U);
+}
+
+TEST_F(ServiceClientTest, TheServerSaysHowManyRequestsMayWait) {
+  start(kCounted);
+  setOnline(false);
+  for (int i = 0; i < 5; ++i) send("tap");
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"3"});
+}
+
+TEST_F(ServiceClientTest, BeforeTheFirstAnswerOnlyTheQueryAndPushEventsGoOut) {
+  answerNothing();
+  Kifo::initialize(configuration());
+  send("tap");
+  KifoEventManager::sendPushNotificationReceivedEvent("t", "a", "c", "code", "s");
+  fake.runUntilIdle();
+  EXPECT_EQ(eventNames(), Lines{"push_notification_received"});
+  EXPECT_GE(lines("App communication is nil or is app communication itemLog is false or Notification "
+                  "event is false"), 1U);
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+}
+
+TEST_F(ServiceClientTest, AnAnswered200LeavesNoRowEvenWhenItIsFasterThanTheInsert) {
+  start(kCounted);
+  answerNothing();
+  KifoEventManager::sendEvent("tap", std::nullopt);
+  fake.http->answerNext(200, "{}");  // before any statement of this event has run
+  fake.runUntilIdle();
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+  EXPECT_GE(lines("apiRequest is not cached"), 1U);
+}
+
+TEST_F(ServiceClientTest, A200WithoutABodyMarksTheRowAndKeepsIt) {
+  start(kCounted);
+  answerWith(200, "");
+  send("tap");
+  EXPECT_EQ(rows("select ISSYNC_SUCCESS, TRYCOUNT from KifoLog"), Lines{"1|0"});
+  EXPECT_EQ(lines("no data"), 1U);
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 1) << "it was answered";
+}
+
+class FailedAnswer : public ServiceClientTest, public ::testing::WithParamInterface<int> {};
+
+TEST_P(FailedAnswer, KeepsTheRowForOneMoreTry) {
+  start(kCounted);
+  answerNothing();
+  send("tap");
+  if (GetParam() == 0) {
+    fake.http->failNext();
+  } else {
+    fake.http->answerNext(GetParam(), "{}");
+  }
+  fake.runUntilIdle();
+  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT from KifoLog"), Lines{"1|0|0"});
+  answerWith(200);
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 2);
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+}
+
+INSTANTIATE_TEST_SUITE_P(ServiceClient, FailedAnswer, ::testing::Values(0, 500, 404, 302, 204, 401));
+
+TEST_F(ServiceClientTest, TheLineOfAnAnswerKeepsItsTwoBlanks) {
+  start(kCounted);
+  fake.console->clear();
+  send("tap");
+  const auto all = fake.console->lines();
+  EXPECT_TRUE(std::ranges::any_of(all, [](const auto& line) {
+    return line.starts_with("Kifo ServiceClient: kifo_requestId:  is cached: false request id: 0000");
+  }));
+}
+
+TEST_F(ServiceClientTest, TwoRefusalsInARowFailTheTokenAndA200BetweenThemDoesNot) {
+  class Service : public TokenServiceProtocol {
+   public:
+    void getToken(Completion completion) override { completion("renewed " + std::to_string(++calls)); }
+    int calls = 0;
+  };
+  auto config = configuration();
+  const auto service = std::make_shared<Service>();
+  config.authorization.reset();
+  config.tokenService = service;
+  start(kCounted, config);
+  for (const int status : {401, 200, 401}) {
+    answerWith(status);
+    send("tap");
+  }
+  EXPECT_NE(Kifo::getInitializeStatusType(), InitializeStatusType::TOKEN_FAILED);
+  EXPECT_EQ(Kifo::authorization(), "renewed 3") << "one at the start, one for each refusal";
+  answerWith(401);
+  send("tap");
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::TOKEN_FAILED);
+}
+
+// Stored rows ------------------------------------------------------------------------------------
+
+class SyncTest : public ServiceClientTest {
+ protected:
+  /// Three events that wait in the store.
+  void storeThree(const KifoInitConfig& config = configuration()) {
+    start(kCounted, config);
+    setOnline(false);
+    for (const char* name : {"one", "two", "three"}) send(name);
+    fake.console->clear();
+  }
+  Lines resent() const {
+    Lines names = eventNames();
+    std::erase_if(names, [](const auto& name) { return name != "one" && name != "two" && name != "three"; });
+    return names;
+  }
+};
+
+TEST_F(SyncTest, StoredRowsGoOutOneAfterAnotherInOrderUntilNoneIsLeft) {
+  storeThree();
+  answerNothing();
+  setOnline(true);
+  for (const char* next : {"one", "two", "three"}) {
+    EXPECT_EQ(fake.http->open().size(), 1U) << "one at a time";
+    EXPECT_EQ(resent().back(), next);
+    EXPECT_EQ(rows("select count(*) from KifoLog where TRYCOUNT = 1"), Lines{"1"}) << "marked first";
+    fake.http->answerNext(200, "{}");
+    fake.runUntilIdle();
+  }
+  EXPECT_EQ(resent(), (Lines{"one", "two", "three"}));
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+  EXPECT_EQ(lines("sync is online online"), 4U);
+  EXPECT_EQ(lines("log is nil"), 1U);
+  EXPECT_EQ(lines("lastSyncRequestIds contains log requestId"), 3U);
+}
+
+TEST_F(SyncTest, TheFirstFailureEndsTheChainAndTheNextTriggerTakesTheNextRow) {
+  storeThree();
+  answerWith(500);
+  setOnline(true);
+  EXPECT_EQ(resent(), Lines{"one"});
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(resent(), (Lines{"one", "two"}));
+  answerWith(200);
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "three"})) << "a row that failed is not tried again";
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"}) << "and goes with the next success";
+}
+
+TEST_F(SyncTest, TwoChainsAtOnceNeverSendOneRowTwice) {
+  storeThree();
+  fake.reachability->change(2);
+  ServiceClient::make()->syncLogs();
+  ServiceClient::make()->syncLogs();
+  fake.runUntilIdle();
+  Lines names = resent();
+  std::ranges::sort(names);
+  EXPECT_EQ(names, (Lines{"one", "three", "two"}));
+}
+
+TEST_F(SyncTest, NothingIsSentAgainWhenCachingIsDisabled) {
+  auto config = configuration();
+  config.offlineCachingDisabled = true;
+  storeThree(config);
+  setOnline(true);
+  EXPECT_TRUE(resent().empty());
+  EXPECT_EQ(lines("offlineCachingDisabled"), 1U);
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"3"});
+}
+
+TEST_F(SyncTest, ARequestThatStillWaitsForItsAnswerIsNotSentFromTheStore) {
+  start(kCounted);
+  answerNothing();
+  send("one");
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(resent(), Lines{"one"});
+  send("two");
+  fake.http->answerNext(200, "{}");
+  fake.runUntilIdle();
+  EXPECT_EQ(resent(), (Lines{"one", "two"})) << "the pass waits for the second as well";
+  fake.http->answerNext(500);
+  fake.runUntilIdle();
+  EXPECT_EQ(resent(), (Lines{"one", "two", "two"})) << "and sends what has failed";
+}
+
+TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
+  start(kCounted);
+  answerNothing();
+  send("one");
+  // A reader that stays: writers wait their time and fail. The hurry makes that time short.
+  sqlite3* reader = nullptr;
+  ASSERT_EQ(sqlite3_open(databasePath().c_str(), &reader), SQLITE_OK);
+  sqlite3_exec(reader, "BEGIN; select * from KifoLog", nullptr, nullptr, nullptr);
+  KifoSqliteManager::sharedManager().setHurried(true);
+  fake.http->answerNext(200, "{}");
+  fake.runUntilIdle();
+  setOnline(false);
+  setOnline(true);
+  sqlite3_exec(reader, "COMMIT", nullptr, nullptr, nullptr);
+  sqlite3_close(reader);
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"1"}) << "the row was kept by the lock";
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(resent(), Lines{"one"});
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+}
+
+TEST_F(SyncTest, ARowThatCannotBeRebuiltIsGivenUpWithoutARequest) {
+  start(kCounted);
+  setOnline(false);
+  for (const char* row : {"('[1]', 'a', 'http://h/', 'POST', 0, 0)", "('{', 'b', 'http://h/', 'POST', 0, 0)",
+                          "('{}', 'c', 'no url', 'POST', 0, 0)", "(x'7bff7d', 'd', 'http://h/', 'POST', 0, 0)"}) {
+    rows(std::string("insert into KifoLog (PARAMETERS, REQUEST_ID, URL, HTTPMETHOD, ISSYNC_SUCCESS, TRYCOUNT) values ") + row);
+  }
+  const auto before = fake.http->count();
+  for (int i = 0; i < 4; ++i) {
+    setOnline(true);
+    setOnline(false);
+  }
+  EXPECT_EQ(fake.http->count(), before);
+  EXPECT_EQ(rows("select TRYCOUNT from KifoLog"), (Lines{"1", "1", "1", "1"}));
+  EXPECT_EQ(lines("data is nil"), 1U);
+}
+
+TEST_F(SyncTest, AGetRowIsSentWithoutABody) {
+  start(kCounted);
+  setOnline(false);
+  rows("insert into KifoLog (PARAMETERS, REQUEST_ID, URL, HTTPMETHOD, ISSYNC_SUCCESS, TRYCOUNT) values "
+       "('{\"a\":1}', 'g', 'http://h/p?a=1', 'GET', 0, 0)");
+  setOnline(true);
+  EXPECT_EQ(lastRequest().method, "GET");
+  EXPECT_EQ(lastRequest().url, "http://h/p?a=1");
+  EXPECT_FALSE(lastRequest().body);
+}
+
+TEST_F(SyncTest, WhatAnEarlierRunStoredGoesOutOnceTheServerHasAnswered) {
+  storeThree();
+  Session::shared().reset();
+  fake.reachability->setFlags(2);
+  start(kCounted);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "three"}));
+}
+
+}  // namespace
+}  // namespace kifo

@@ -1,0 +1,208 @@
+#include "Kifo_iOS_Common_Kit/storage/DataManager.h"
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <thread>
+
+#include "tests/support/SdkTest.h"
+
+namespace kifo {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class DataManagerTest : public SdkTest {
+ protected:
+  DataManagerTest() {
+    data.createTable();
+    fake.runUntilIdle();
+  }
+
+  static KifoLog log(const std::string& requestId, const std::string& parameters = "{}") {
+    return {0, parameters, "http://h/p", "POST", 12, 0, 1, requestId};
+  }
+
+  void cache(const std::string& requestId, std::int64_t limit, const std::string& parameters = "{}") {
+    data.cacheLog([limit] { return limit; }, [=] { return log(requestId, parameters); });
+  }
+
+  std::int64_t waiting() {
+    std::int64_t count = -1;
+    data.unsyncedLogCount([&](std::int64_t n) { count = n; });
+    fake.runUntilIdle();
+    return count;
+  }
+
+  Lines ids() { return rows("select REQUEST_ID from KifoLog order by ID"); }
+
+  DataManager data;
+};
+
+TEST_F(DataManagerTest, AnInsertWritesEveryColumnAndOnlyBelowTheLimit) {
+  data.insertLog(1, 1, log("full"));
+  data.insertLog(0, 1, log("fits"));
+  fake.runUntilIdle();
+  EXPECT_EQ(rows("select * from KifoLog"), (Lines{"1|{}|fits|http://h/p|12|1|0|0|POST"}));
+  EXPECT_EQ(fake.console->count("Kifo DataManager: Database is being created"), 1U);
+}
+
+TEST_F(DataManagerTest, NoValueThatHoldsAnApostropheEverBecomesARowOrAnotherStatement) {
+  for (const std::string evil :
+       {R"({"a":"it's"})", "', 'x', 'u', 0, 0, 0, 'POST', 0); delete from KifoLog; --",
+        "x', 'y', 'z', 1, 1, 1, 'POST', 0) --"}) {
+    cache("evil", 10, evil);
+    cache(evil, 10);
+    data.deleteLog("keep' or '1'='1");
+    data.updateSyncStatus("keep' or '1'='1", 1);
+    data.increaseTryCount("keep' or '1'='1");
+  }
+  cache(std::string("nul\0rest", 8), 10);
+  cache("keep", 10);
+  fake.runUntilIdle();
+  EXPECT_EQ(rows("select REQUEST_ID, TRYCOUNT, ISSYNC_SUCCESS from KifoLog"), (Lines{"keep|0|0"}));
+}
+
+TEST_F(DataManagerTest, TheCapHoldsHoweverManyThreadsStoreAtOnce) {
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([this, t] {
+      for (int i = 0; i < 25; ++i) cache(std::to_string(t * 100 + i), 17);
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  fake.runUntilIdle();
+  EXPECT_EQ(waiting(), 17);
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"17"});
+}
+
+TEST_F(DataManagerTest, TheFirstWaitingRowComesTwiceAndItsNumbersReadBackAsZero) {
+  cache("tried", 10);
+  cache("first", 10, R"({"n":1})");
+  cache("second", 10);
+  data.increaseTryCount("tried");
+  fake.runUntilIdle();
+  std::vector<KifoLog> records;
+  data.firstUnsyncedLog([&](const auto& record) { records.push_back(record.value()); });
+  fake.runUntilIdle();
+  ASSERT_EQ(records.size(), 2U);
+  for (const auto& record : records) {
+    EXPECT_EQ(record._requestId, "first");
+    EXPECT_EQ(record._paramaters, R"({"n":1})");
+    EXPECT_EQ(record._url, "http://h/p");
+    EXPECT_EQ(record._httpMethod, "POST");
+    EXPECT_EQ(record._id + record._date + record._tryCount + record._isSync, 0);
+  }
+}
+
+TEST_F(DataManagerTest, WithNothingWaitingTheCompletionRunsOnceWithNone) {
+  cache("tried", 10);
+  data.increaseTryCount("tried");
+  int calls = 0;
+  data.firstUnsyncedLog([&](const auto& record) {
+    EXPECT_FALSE(record);
+    ++calls;
+  });
+  fake.runUntilIdle();
+  EXPECT_EQ(calls, 1);
+}
+
+TEST_F(DataManagerTest, ADeleteTakesEveryTriedRowWithIt) {
+  for (const char* id : {"a", "b", "c"}) cache(id, 10);
+  data.increaseTryCount("b");
+  data.deleteLog("a");
+  fake.runUntilIdle();
+  EXPECT_EQ(ids(), Lines{"c"});
+}
+
+TEST_F(DataManagerTest, MarkingSetsBothColumnsAndAnEmptyIdIsRefused) {
+  cache("a", 10);
+  data.updateSyncStatus("a", 1);
+  data.updateSyncStatus("", 1);
+  data.increaseTryCount("");
+  data.deleteLog("");
+  fake.runUntilIdle();
+  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT from KifoLog"), Lines{"1|1|0"});
+  EXPECT_EQ(fake.console->count("Kifo DataManager: Request id is empty"), 1U);
+  EXPECT_EQ(fake.console->count("Kifo DataManager: increaseTryCount - requestId is empty"), 1U);
+}
+
+TEST_F(DataManagerTest, RowsAreFoundThroughAnIndexInTheOrderOfTheirNumbers) {
+  const auto plan = [this](const std::string& statement) {
+    const auto lines = rows("explain query plan " + statement);
+    std::string text;
+    for (const auto& line : lines) text += line + "\n";
+    return text;
+  };
+  EXPECT_EQ(plan("select ID, URL from KifoLog where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1")
+                .find("SCAN"),
+            std::string::npos);
+  EXPECT_EQ(plan("delete from KifoLog where REQUEST_ID = 'a' or TRYCOUNT > 0").find("SCAN"),
+            std::string::npos);
+  EXPECT_EQ(plan("update KifoLog set TRYCOUNT = TRYCOUNT + 1 where REQUEST_ID = 'a'").find("SCAN"),
+            std::string::npos);
+}
+
+/// The store against a plain model, another process's writes included: a count that is known rather
+/// than taken must never be wrong.
+TEST_F(DataManagerTest, ManyRandomOperationsAgreeWithAPlainModel) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  struct Row {
+    std::string id;
+    int tries;
+    int success;
+  };
+  std::vector<Row> model;
+  constexpr std::int64_t limit = 12;
+  const auto waits = [](const Row& row) { return row.tries == 0 && row.success == 0; };
+  for (int step = 0; step < 400; ++step) {
+    const std::string id = std::to_string(random() % 30);
+    switch (random() % 6) {
+      case 0:
+      case 1:
+        if (std::ranges::count_if(model, waits) < limit) model.push_back({id, 0, 0});
+        cache(id, limit);
+        break;
+      case 2:
+        for (auto& row : model) row.tries += row.id == id ? 1 : 0;
+        data.increaseTryCount(id);
+        break;
+      case 3: {
+        const int success = static_cast<int>(random() % 2);
+        for (auto& row : model) row.success = row.id == id ? success : row.success;
+        data.updateSyncStatus(id, success);
+        break;
+      }
+      case 4:
+        std::erase_if(model, [&](const Row& row) { return row.id == id || row.tries > 0; });
+        data.deleteLog(id);
+        break;
+      default:
+        fake.runUntilIdle();
+        model.push_back({id, 0, 0});
+        rows("insert into KifoLog (REQUEST_ID, ISSYNC_SUCCESS, TRYCOUNT) values ('" + id + "', 0, 0)");
+    }
+    if (random() % 3 == 0) {
+      ASSERT_EQ(waiting(), std::ranges::count_if(model, waits)) << "step " << step;
+    }
+  }
+  Lines expected;
+  for (const auto& row : model) expected.push_back(row.id);
+  EXPECT_EQ(ids(), expected);
+}
+
+TEST_F(DataManagerTest, AFileThatIsNoDatabaseIsBornInSilence) {
+  std::ofstream(databasePath(), std::ios::trunc) << std::string(4096, 'x');
+  fake.console->clear();
+  cache("a", 10);
+  data.firstUnsyncedLog([](const auto&) { FAIL(); });
+  fake.runUntilIdle();
+  EXPECT_TRUE(fake.console->lines().empty());
+}
+
+}  // namespace
+}  // namespace kifo

@@ -1,0 +1,111 @@
+#include "tests/support/SdkTest.h"
+
+#include <sqlite3.h>
+
+#include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
+#include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
+#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
+#include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
+
+namespace kifo {
+namespace {
+
+constexpr auto kApi = "http://api.test/inapp";
+constexpr auto kListener = "http://listener.test/events";
+
+bool isQuery(const HttpRequest& request) { return request.url.starts_with(kApi); }
+
+}  // namespace
+
+SdkTest::SdkTest() { fake.reachability->setFlags(2); }
+
+SdkTest::~SdkTest() {
+  NetworkManager::shared().stopMonitoring();
+  RequestLedger::shared().reset();
+  InAppTrigger::shared().reset();
+  ServiceClient::reset();
+  resumeAfterShutDown();
+  Session::shared().reset();
+}
+
+KifoInitConfig SdkTest::configuration() {
+  KifoInitConfig config;
+  config.bundle = {"com.example.test"};
+  config.apiUri = kApi;
+  config.listenerUri = kListener;
+  config.authorization = "token";
+  config.applicationName = "Shop";
+  config.actorId = "actor";
+  return config;
+}
+
+void SdkTest::start(const std::string& answer, const KifoInitConfig& config) {
+  inAppAnswer = answer;
+  answerWith(200);
+  Kifo::initialize(config);
+  fake.runUntilIdle();
+}
+
+void SdkTest::answerWith(int status, const std::string& body) {
+  fake.http->setHandler([status, body, answer = inAppAnswer](const HttpRequest& request) {
+    if (isQuery(request)) return std::optional(HttpAnswer{{}, 200, answer});
+    return std::optional(HttpAnswer{{}, status, body});
+  });
+}
+
+void SdkTest::answerNothing() {
+  fake.http->setHandler([](const HttpRequest&) { return std::optional<HttpAnswer>(); });
+}
+
+void SdkTest::setOnline(bool online) {
+  fake.reachability->change(online ? 2 : 0);
+  fake.runUntilIdle();
+}
+
+std::vector<nlohmann::json> SdkTest::events() const {
+  std::vector<nlohmann::json> bodies;
+  for (const auto& request : fake.http->requests()) {
+    if (!isQuery(request) && request.body) bodies.push_back(nlohmann::json::parse(*request.body));
+  }
+  return bodies;
+}
+
+std::vector<std::string> SdkTest::eventNames() const {
+  std::vector<std::string> names;
+  for (const auto& event : events()) names.push_back(event.value("name", ""));
+  return names;
+}
+
+nlohmann::json SdkTest::lastEvent(const std::string& name) const {
+  nlohmann::json last;
+  for (const auto& event : events()) {
+    if (event.value("name", "") == name) last = event;
+  }
+  return last;
+}
+
+std::string SdkTest::databasePath() const {
+  return Platform::current()->documentsDirectory + "/KifoLog.db";
+}
+
+std::vector<std::string> SdkTest::rows(const std::string& query) const {
+  std::vector<std::string> lines;
+  sqlite3* database = nullptr;
+  sqlite3_open_v2(databasePath().c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
+  const auto collect = [](void* target, int columns, char** cells, char**) {
+    std::string line;
+    for (int i = 0; i < columns; ++i) {
+      if (i > 0) line += "|";
+      line += cells[i] ? cells[i] : "NULL";
+    }
+    static_cast<std::vector<std::string>*>(target)->push_back(line);
+    return 0;
+  };
+  sqlite3_exec(database, query.c_str(), collect, &lines, nullptr);
+  sqlite3_close(database);
+  return lines;
+}
+
+}  // namespace kifo
