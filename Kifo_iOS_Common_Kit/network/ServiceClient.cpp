@@ -219,12 +219,13 @@ void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request, cons
     return;
   }
   request->complete(data);
+  // The deletion takes every tried row: it must not meet the mark of the row that follows.
+  db_.deleteLog(requestId, forget);
   if (request->isCached.value_or(false)) {
     syncLogs();
   } else {
     print("apiRequest is not cached");
   }
-  db_.deleteLog(requestId, forget);
 }
 
 void ServiceClient::handleRefusal(const Outgoing& request, int status) {

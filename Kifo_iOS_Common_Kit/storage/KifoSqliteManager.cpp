@@ -151,6 +151,8 @@ bool KifoSqliteManager::open(int flags) {
 
 bool KifoSqliteManager::openExisting() { return open(SQLITE_OPEN_READWRITE); }
 
+bool KifoSqliteManager::openOrMake() { return open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE); }
+
 bool KifoSqliteManager::close() {
   const bool success = sqlite3_close(database_) == SQLITE_OK;
   if (success) database_ = nullptr;
@@ -159,7 +161,7 @@ bool KifoSqliteManager::close() {
 
 void KifoSqliteManager::openLocalDatabaseWithName(const std::string&, StatusBlock statusBlock) {
   inOneTurn([this, statusBlock = std::move(statusBlock)] {
-    const bool success = open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    const bool success = openOrMake();
     if (statusBlock) statusBlock(success, std::nullopt);
   });
 }
@@ -291,7 +293,7 @@ void KifoSqliteManager::createDatabaseWithName(const std::string& name, bool ope
     };
     if (error) return report(false, fileError(error));
     if (!openImmediately) return report(true, std::nullopt);
-    const bool success = openExisting();
+    const bool success = openOrMake();
     if (success) currentDbInfo_ = name;
     report(success, std::nullopt);
   });
@@ -306,7 +308,7 @@ void KifoSqliteManager::renameDatabaseWithName(const std::string& oldName,
     std::error_code error;
     fs::rename(resource(oldName), resource(newName), error);
     if (!isCurrent) return;
-    openExisting();
+    openOrMake();
     if (!error) currentDbInfo_ = newName;
     // Success is said in both cases; the error alone tells them apart.
     if (statusBlock) statusBlock(true, error ? std::optional(fileError(error)) : std::nullopt);
@@ -322,7 +324,7 @@ void KifoSqliteManager::deleteDatabaseWithName(const std::string& name, StatusBl
     }
     if (error) {
       if (statusBlock) statusBlock(false, fileError(error));
-      openExisting();
+      openOrMake();
       return;
     }
     if (statusBlock) statusBlock(true, std::nullopt);

@@ -105,6 +105,7 @@ class KIFO_EXPORT KifoSqliteManager {
   void turn(const std::function<void()>& work);
   /// Opens without making a file that is not there: an empty one would never get its table.
   bool openExisting();
+  bool openOrMake();
   bool open(int flags);
   bool close();
   void computePath();

@@ -152,7 +152,7 @@ TEST_F(SqliteManagerTest, MaintenanceReportsSuccessWithAnErrorForAFailedRename) 
   manager.deleteDatabaseWithName("three.db", note);
   fake.runUntilIdle();
   EXPECT_EQ(reports, (std::vector<std::pair<bool, bool>>{
-                         {false, true}, {true, false}, {true, false}, {true, true}, {false, true}}));
+                         {true, false}, {true, false}, {true, false}, {true, true}, {false, true}}));
 }
 
 }  // namespace
