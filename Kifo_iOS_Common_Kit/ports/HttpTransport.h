@@ -18,7 +18,8 @@ struct HttpRequest {
   std::vector<std::pair<std::string, std::string>> headers = {};
   std::optional<std::string> body = {};        ///< None sends no body, for a GET in particular.
   double timeout = 60.0;                       ///< Seconds from the start to the whole answer.
-  std::size_t maximumBodySize = 8u << 20;      ///< Bytes after decompression; more is an error.
+  /// Bytes after decompression; more is an error. 0: the transport's own cap.
+  std::size_t maximumBodySize = 0;
 };
 
 struct HttpAnswer {

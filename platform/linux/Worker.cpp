@@ -34,6 +34,13 @@ void Worker::End::set(bool ended) {
   reached.notify_all();
 }
 
+bool Worker::End::wait(SerialQueue::Duration bound) {
+  std::unique_lock lock(mutex);
+  reached.wait_for(lock, bound, [this] { return isReached || isGivenUp; });
+  isGivenUp = !isReached;
+  return isReached;
+}
+
 Worker::~Worker() {
   join(SerialQueue::Duration::zero());
 }
@@ -58,11 +65,7 @@ bool Worker::start(const char* name, std::function<void()> body) {
 
 bool Worker::join(SerialQueue::Duration bound) {
   bound = SerialQueue::Duration(std::clamp(bound.count(), 0.0, kLongestBound));
-  bool ended = false;
-  {
-    std::unique_lock lock(end_->mutex);
-    ended = end_->reached.wait_for(lock, bound, [this] { return end_->isReached; });
-  }
+  const bool ended = end_->wait(bound);
   const std::lock_guard lock(mutex_);
   if (!thread_.joinable()) return ended;
   if (ended && thread_.get_id() != std::this_thread::get_id()) {

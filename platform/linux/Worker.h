@@ -33,10 +33,13 @@ class Worker {
  private:
   struct End {
     void set(bool ended);
+    bool wait(SerialQueue::Duration bound);
 
     std::mutex mutex;
     std::condition_variable reached;
-    bool isReached = true;  // guarded by mutex
+    // Guarded by mutex.
+    bool isReached = true;
+    bool isGivenUp = false;  ///< Somebody waited in vain: nobody waits any more.
   };
 
   const std::shared_ptr<End> end_ = std::make_shared<End>();

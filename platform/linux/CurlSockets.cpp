@@ -1,0 +1,128 @@
+#include "platform/linux/CurlSockets.h"
+
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <netinet/in.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+
+namespace kifo {
+namespace {
+
+std::pair<std::string, int> textOf(const sockaddr* address) {
+  std::array<char, INET6_ADDRSTRLEN> text{};
+  if (address->sa_family == AF_INET) {
+    const auto* v4 = reinterpret_cast<const sockaddr_in*>(address);
+    inet_ntop(AF_INET, &v4->sin_addr, text.data(), text.size());
+    return {text.data(), ntohs(v4->sin_port)};
+  }
+  if (address->sa_family == AF_INET6) {
+    const auto* v6 = reinterpret_cast<const sockaddr_in6*>(address);
+    inet_ntop(AF_INET6, &v6->sin6_addr, text.data(), text.size());
+    return {text.data(), ntohs(v6->sin6_port)};
+  }
+  return {};
+}
+
+std::pair<std::string, int> endOf(int descriptor) {
+  sockaddr_storage storage{};
+  auto* address = reinterpret_cast<sockaddr*>(&storage);
+  socklen_t length = sizeof storage;
+  if (getsockname(descriptor, address, &length) != 0) return {};
+  return textOf(address);
+}
+
+/// The loopback network is one address on its interface and sixteen million in use.
+bool isLoopback(const std::string& address) {
+  return address.starts_with("127.");
+}
+
+}  // namespace
+
+void CurlSockets::observe(CURL* easy, std::uint64_t transfer) {
+  Transfer& known = transfers_[transfer];
+  known = {this, transfer, {}};
+  curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &CurlSockets::open);
+  curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, &known);
+  curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &CurlSockets::connected);
+  curl_easy_setopt(easy, CURLOPT_PREREQDATA, &known);
+  // A connection outlives the transfer that opened it, and closes with what it was opened with.
+  curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &CurlSockets::close);
+  curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
+}
+
+void CurlSockets::forget(std::uint64_t transfer) {
+  transfers_.erase(transfer);
+  shutIdle();
+}
+
+void CurlSockets::networkChanged() {
+  for (auto& [descriptor, socket] : sockets_) socket.stale = true;
+  shutIdle();
+}
+
+bool CurlSockets::hasStale() const {
+  return std::ranges::any_of(sockets_, [](const auto& each) { return each.second.stale; });
+}
+
+std::vector<std::uint64_t> CurlSockets::stranded(const std::set<std::string>& addresses) const {
+  std::vector<std::uint64_t> found;
+  for (const auto& [id, transfer] : transfers_) {
+    const auto& [address, port] = transfer.end;
+    const bool exists = addresses.contains(address) ||
+                        (isLoopback(address) && std::ranges::any_of(addresses, isLoopback));
+    if (port != 0 && !exists) found.push_back(id);
+  }
+  return found;
+}
+
+curl_socket_t CurlSockets::open(void* transfer, curlsocktype, curl_sockaddr* address) {
+  auto& opener = *static_cast<Transfer*>(transfer);
+  const int descriptor =
+      socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+  if (descriptor < 0) return CURL_SOCKET_BAD;
+  opener.end = {};  // a redirect leads to another connection
+  opener.sockets->sockets_[descriptor] = {opener.id};
+  return descriptor;
+}
+
+int CurlSockets::close(void* self, curl_socket_t socket) {
+  static_cast<CurlSockets*>(self)->sockets_.erase(socket);
+  return ::close(socket);
+}
+
+int CurlSockets::connected(void* transfer, char*, char* local, int, int localPort) {
+  static_cast<Transfer*>(transfer)->end = {local ? local : "", localPort};
+  return CURL_PREREQFUNC_OK;
+}
+
+void CurlSockets::shutIdle() {
+  for (auto& [descriptor, socket] : sockets_) {
+    if (!socket.stale || isUsed(descriptor, socket)) continue;
+    shutdown(descriptor, SHUT_RDWR);
+    socket.stale = false;  // once is enough
+  }
+}
+
+bool CurlSockets::isUsed(int descriptor, const Socket& socket) const {
+  const End end = endOf(descriptor);
+  return std::ranges::any_of(transfers_, [&](const auto& each) {
+    const Transfer& transfer = each.second;
+    return transfer.end.second == 0 ? socket.opener == transfer.id : transfer.end == end;
+  });
+}
+
+std::set<std::string> interfaceAddresses() {
+  std::set<std::string> addresses;
+  ifaddrs* list = nullptr;
+  if (getifaddrs(&list) != 0) return addresses;
+  for (const ifaddrs* each = list; each; each = each->ifa_next) {
+    if (each->ifa_addr) addresses.insert(textOf(each->ifa_addr).first);
+  }
+  freeifaddrs(list);
+  return addresses;
+}
+
+}  // namespace kifo

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <sys/socket.h>
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <curl/curl.h>
+
+namespace kifo {
+
+/// Knows the transport's sockets and which transfer uses which, so that connections of a network
+/// that is gone can be told from those of the present one.
+///
+/// libcurl keeps connections by itself and has no call to let go of them. One whose socket was shut
+/// down, though, it finds dead before it would use it again, and closes it.
+///
+/// **Threading:** the transport's thread only.
+class CurlSockets {
+ public:
+  CurlSockets() = default;
+  CurlSockets(const CurlSockets&) = delete;
+  CurlSockets& operator=(const CurlSockets&) = delete;
+
+  /// Has the handle report its connections as those of `transfer`, until `forget`.
+  void observe(CURL* easy, std::uint64_t transfer);
+  /// The transfer is over. Its connection, when it is from before a change, is used no more.
+  void forget(std::uint64_t transfer);
+
+  /// The network changed: no connection that exists now serves a later request.
+  void networkChanged();
+  /// Whether a connection from before the last change is still in use.
+  [[nodiscard]] bool hasStale() const;
+  /// The transfers that use an address which is not among `addresses`.
+  [[nodiscard]] std::vector<std::uint64_t> stranded(const std::set<std::string>& addresses) const;
+
+ private:
+  using End = std::pair<std::string, int>;  ///< A connection's own address and port.
+  struct Socket {
+    std::uint64_t opener;  ///< The transfer that opened it.
+    bool stale = false;    ///< From before the last change.
+  };
+  struct Transfer {
+    CurlSockets* sockets;
+    std::uint64_t id;
+    End end;  ///< Of the connection that it uses; port 0 while it connects.
+  };
+
+  static curl_socket_t open(void* transfer, curlsocktype, curl_sockaddr* address);
+  static int close(void* self, curl_socket_t socket);
+  static int connected(void* transfer, char* remote, char* local, int remotePort, int localPort);
+  void shutIdle();
+  bool isUsed(int descriptor, const Socket& socket) const;
+
+  std::map<int, Socket> sockets_;
+  std::map<std::uint64_t, Transfer> transfers_;
+};
+
+/// The addresses that the system's interfaces bear, as texts.
+std::set<std::string> interfaceAddresses();
+
+}  // namespace kifo

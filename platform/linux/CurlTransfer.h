@@ -1,0 +1,69 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <curl/curl.h>
+
+#include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
+
+namespace kifo {
+
+class CurlSockets;
+
+/// One request on its way, and what has come of its answer.
+///
+/// **Threading:** the transport's thread only.
+/// **Ownership:** the handle that `begin` sets up points into this object until `end`.
+class CurlTransfer {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  /// Its time starts to run. `maximumBodySize` counts when the request names none.
+  CurlTransfer(std::uint64_t id, HttpRequest request, std::size_t maximumBodySize);
+  CurlTransfer(const CurlTransfer&) = delete;
+  CurlTransfer& operator=(const CurlTransfer&) = delete;
+
+  [[nodiscard]] std::uint64_t id() const { return id_; }
+  /// Scheme, host and port as the address writes them, in lower case.
+  [[nodiscard]] const std::string& authority() const { return authority_; }
+  [[nodiscard]] Clock::time_point deadline() const { return deadline_; }
+  /// CURLE_OK, or why the request cannot be sent at all.
+  [[nodiscard]] CURLcode fault() const { return fault_; }
+
+  /// Sets up a fresh handle for the request; what `sockets` records bears this transfer's id.
+  void begin(CURL* easy, CurlSockets& sockets);
+  [[nodiscard]] CURL* easy() const { return easy_; }
+  /// The answer, once libcurl is done with the handle.
+  HttpAnswer end(CURLcode result);
+
+ private:
+  static std::size_t take(char* data, std::size_t, std::size_t size, void* self);
+  [[nodiscard]] bool isSecure() const;
+  void setMethod();
+  void setHeaders();
+  void setSafety();
+  void addHeader(const std::string& line);
+
+  struct FreeList {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+  };
+
+  const std::uint64_t id_;
+  const HttpRequest request_;
+  const std::size_t maximumBodySize_;
+  const std::string authority_;
+  const Clock::time_point deadline_;
+  const CURLcode fault_;
+  CURL* easy_ = nullptr;
+  std::unique_ptr<curl_slist, FreeList> headers_;
+  std::array<char, CURL_ERROR_SIZE> detail_{};
+  std::string body_;
+  bool tooLarge_ = false;
+};
+
+}  // namespace kifo
