@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+#include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
+#include "platform/linux/KernelRoutes.h"
+#include "platform/linux/NetlinkWatch.h"
+
+namespace kifo {
+
+/// The reachability of the network as a whole: there is a usable default route, IPv4 or IPv6, over
+/// an interface that is up and has a carrier. Says what kind of interface that is: through a modem,
+/// on demand, without a gateway.
+///
+/// **Threading, Errors:** see the port. While nothing changes it costs nothing.
+class NetlinkReachability final : public ReachabilitySource {
+ public:
+  /// Null, with `error` set, where the process may not talk to the kernel about routes. `queue`
+  /// looks after the socket; a source that is called on another queue posts to it from there.
+  static std::unique_ptr<NetlinkReachability> open(std::shared_ptr<LinuxSerialQueue> queue,
+                                                   int& error);
+
+  int flags(std::uint32_t& flags) override;
+  int setCallback(Changed changed, Describe describe) override;
+  int setDispatchQueue(std::shared_ptr<SerialQueue> queue) override;
+
+ private:
+  NetlinkReachability(std::unique_ptr<KernelRoutes> routes, std::unique_ptr<NetlinkWatch> watch);
+
+  const std::unique_ptr<NetlinkWatch> watch_;
+  std::mutex mutex_;
+  const std::unique_ptr<KernelRoutes> routes_;  // guarded by mutex_
+};
+
+}  // namespace kifo

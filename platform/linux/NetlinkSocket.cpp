@@ -1,0 +1,103 @@
+#include "platform/linux/NetlinkSocket.h"
+
+#include <libmnl/libmnl.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+#include <cerrno>
+
+namespace kifo {
+namespace {
+
+/// The kernel fills no message of a dump beyond this.
+constexpr std::size_t kBufferSize = 32768;
+
+/// News are only counted, so that their size does not matter; but a reader that never keeps up may
+/// not be held for ever either.
+constexpr int kMostNewsAtOnce = 10000;
+
+int errorIn(const nlmsghdr& message) {
+  if (message.nlmsg_len < mnl_nlmsg_size(sizeof(nlmsgerr))) return EBADMSG;
+  return -static_cast<const nlmsgerr*>(mnl_nlmsg_get_payload(&message))->error;
+}
+
+}  // namespace
+
+void NetlinkSocket::Close::operator()(mnl_socket* socket) const {
+  mnl_socket_close(socket);
+}
+
+NetlinkSocket::NetlinkSocket(mnl_socket* socket) : socket_(socket), buffer_(kBufferSize) {}
+
+std::unique_ptr<NetlinkSocket> NetlinkSocket::open(int flags, unsigned groups, int& error) {
+  std::unique_ptr<mnl_socket, Close> socket(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC | flags));
+  if (!socket || mnl_socket_bind(socket.get(), groups, MNL_SOCKET_AUTOPID) != 0) {
+    error = errno;
+    return nullptr;
+  }
+  error = 0;
+  return std::unique_ptr<NetlinkSocket>(new NetlinkSocket(socket.release()));
+}
+
+std::unique_ptr<NetlinkSocket> NetlinkSocket::forQuestions(int& error) {
+  auto socket = open(0, 0, error);
+  if (!socket) return nullptr;
+  const timeval second{1, 0};
+  setsockopt(socket->descriptor(), SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second);
+  // Has the kernel filter by table; an older one ignores the wish and answers more.
+  int on = 1;
+  mnl_socket_setsockopt(socket->socket_.get(), NETLINK_GET_STRICT_CHK, &on, sizeof on);
+  return socket;
+}
+
+std::unique_ptr<NetlinkSocket> NetlinkSocket::forNews(unsigned groups, int& error) {
+  return open(SOCK_NONBLOCK, groups, error);
+}
+
+int NetlinkSocket::descriptor() const {
+  return mnl_socket_get_fd(socket_.get());
+}
+
+NetlinkSocket::Outcome NetlinkSocket::ask(nlmsghdr& question, const Each& each) {
+  Outcome outcome;
+  question.nlmsg_seq = ++sequence_;
+  if (mnl_socket_sendto(socket_.get(), &question, question.nlmsg_len) < 0) return {errno, 0};
+  for (;;) {
+    const auto received = mnl_socket_recvfrom(socket_.get(), buffer_.data(), buffer_.size());
+    if (received < 0 && errno == EINTR) continue;
+    if (received < 0) return {errno, 0};
+    int left = static_cast<int>(received);
+    const auto* message = reinterpret_cast<const nlmsghdr*>(buffer_.data());
+    for (; mnl_nlmsg_ok(message, left); message = mnl_nlmsg_next(message, &left)) {
+      if (take(*message, each, outcome) == Progress::done) return outcome;
+    }
+  }
+}
+
+NetlinkSocket::Progress NetlinkSocket::take(const nlmsghdr& message, const Each& each,
+                                            Outcome& outcome) const {
+  // What an earlier question that ran out of time still brings is not this one's answer.
+  if (message.nlmsg_seq != sequence_) return Progress::more;
+  if (message.nlmsg_flags & NLM_F_DUMP_INTR) outcome.error = EINTR;
+  if (message.nlmsg_type == NLMSG_DONE) return Progress::done;
+  if (message.nlmsg_type == NLMSG_ERROR) {
+    outcome.refusal = errorIn(message);
+    return Progress::done;
+  }
+  if (message.nlmsg_type >= NLMSG_MIN_TYPE) each(message);
+  return message.nlmsg_flags & NLM_F_MULTI ? Progress::more : Progress::done;
+}
+
+bool NetlinkSocket::drain() {
+  bool any = false;
+  for (int i = 0; i < kMostNewsAtOnce; ++i) {
+    const auto received = recv(descriptor(), buffer_.data(), buffer_.size(), MSG_DONTWAIT);
+    if (received < 0 && errno == EINTR) continue;
+    if (received < 0 && errno != ENOBUFS) return any;
+    any = true;
+  }
+  return any;
+}
+
+}  // namespace kifo

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
+#include "platform/linux/NetlinkRecords.h"
+
+namespace kifo {
+
+/// The addresses of some endpoints. Names are looked up on a thread that lives no longer than the
+/// look-up, since the system's look-up may wait for seconds and cannot be called off.
+///
+/// **Threading:** thread-safe. The callback runs on the dispatch queue.
+/// **Ownership:** a look-up under way when this is destroyed finds nobody.
+class TargetAddresses : public std::enable_shared_from_this<TargetAddresses> {
+ public:
+  using Lists = std::vector<std::vector<NetworkAddress>>;
+
+  /// `endpoints`: URLs or hosts. Null when there are none or one has no host. `timers` keeps the
+  /// time until a name without an address is tried again.
+  static std::shared_ptr<TargetAddresses> of(const std::vector<std::string>& endpoints,
+                                             const std::shared_ptr<SerialQueue>& timers);
+
+  /// The addresses of each endpoint, in order; an empty list for a name that has none yet.
+  [[nodiscard]] Lists addresses() const;
+
+  /// Called after a look-up that found other addresses than before.
+  void setCallback(ReachabilitySource::Changed changed);
+  /// Where it is called; null stops calls and look-ups.
+  void setDispatchQueue(std::shared_ptr<SerialQueue> queue);
+
+  /// Looks all names up, soon; one look-up at a time.
+  void lookUpAgain();
+
+ private:
+  struct Target {
+    std::string name;  ///< Empty for an address.
+    std::vector<NetworkAddress> addresses;
+  };
+
+  explicit TargetAddresses(std::weak_ptr<SerialQueue> timers);
+  static void run(const std::weak_ptr<TargetAddresses>& weak,
+                  const std::vector<std::string>& names);
+  [[nodiscard]] std::vector<std::string> namesLocked() const;
+  void found(const Lists& lists);
+  void tell();
+  void retryLater();
+
+  const std::weak_ptr<SerialQueue> timers_;
+
+  mutable std::mutex mutex_;
+  // Guarded by mutex_.
+  std::vector<Target> targets_;
+  ReachabilitySource::Changed changed_;
+  std::shared_ptr<SerialQueue> dispatchQueue_;
+  bool running_ = false;
+  bool again_ = false;
+  bool retryIsDue_ = false;
+};
+
+}  // namespace kifo
