@@ -36,10 +36,8 @@ Own& own() {
   return only;
 }
 
-fs::path temporaryDirectory() {
-  const auto platform = Platform::current();
-  return platform->temporaryDirectory.empty() ? fs::temp_directory_path()
-                                              : fs::path(platform->temporaryDirectory);
+fs::path orSystems(const std::string& directory) {
+  return directory.empty() ? fs::temp_directory_path() : fs::path(directory);
 }
 
 bool isRunning(long process) {
@@ -71,7 +69,7 @@ void sweepOnce(const std::string& directory) {
     const std::lock_guard lock(own().mutex);
     if (own().swept == directory) return;
   }
-  AttachmentFile::removeLeftovers();
+  AttachmentFile::removeLeftovers(directory);
 }
 
 void writeFile(const std::string& path, std::string_view bytes) {
@@ -96,7 +94,7 @@ AttachmentFile::~AttachmentFile() {
 }
 
 std::shared_ptr<const AttachmentFile> AttachmentFile::write(std::string_view bytes) {
-  const fs::path parent = temporaryDirectory();
+  const fs::path parent = orSystems(Platform::current()->temporaryDirectory);
   sweepOnce(parent.string());
   fs::create_directories(parent);
   const std::string name =
@@ -110,9 +108,9 @@ std::shared_ptr<const AttachmentFile> AttachmentFile::write(std::string_view byt
   return file;
 }
 
-void AttachmentFile::removeLeftovers() {
+void AttachmentFile::removeLeftovers(const std::string& temporaryDirectory) {
   std::error_code error;
-  const fs::path parent = temporaryDirectory();
+  const fs::path parent = orSystems(temporaryDirectory);
   for (fs::directory_iterator entry(parent, error), end; !error && entry != end;
        entry.increment(error)) {
     std::error_code ignored;

@@ -21,8 +21,9 @@ class KIFO_EXPORT AttachmentFile {
   /// **Errors:** throws `std::exception`.
   static std::shared_ptr<const AttachmentFile> write(std::string_view bytes);
 
-  /// Removes the files of processes that are no more. Reads the temporary directory.
-  static void removeLeftovers();
+  /// Removes the files of processes that are no more from `temporaryDirectory`; empty names the
+  /// system's. Reads the directory.
+  static void removeLeftovers(const std::string& temporaryDirectory);
 
   ~AttachmentFile();
   AttachmentFile(const AttachmentFile&) = delete;

@@ -86,7 +86,6 @@ DesktopNotificationCentre::DesktopNotificationCentre(Options options, ClickHandl
            },
        .statusChanged = [shared = shared_](int status) { shared->status = status; }});
   shared_->link = service_->link();
-  worker_->post([] { AttachmentFile::removeLeftovers(); });
 }
 
 DesktopNotificationCentre::~DesktopNotificationCentre() {
@@ -119,7 +118,16 @@ void DesktopNotificationCentre::close(const std::string& identifier) {
 void DesktopNotificationCentre::getNotificationSettings(
     std::function<void(int authorizationStatus)> completion) {
   callHost(tag(), completion, shared_->status.load());
+  sweepOnce();
   shared_->link->post([](DesktopNotificationService& service) { service.refresh(); });
+}
+
+/// The SDK's first question is its start: by then it is settled where files go.
+void DesktopNotificationCentre::sweepOnce() {
+  if (swept_.exchange(true)) return;
+  worker_->post([directory = Platform::current()->temporaryDirectory] {
+    AttachmentFile::removeLeftovers(directory);
+  });
 }
 
 void DesktopNotificationCentre::setNotificationCategories(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -75,9 +76,12 @@ class KIFO_EXPORT DesktopNotificationCentre final : public NotificationCentre {
  private:
   struct Shared;
 
+  void sweepOnce();
+
   const Options options_;
   const std::shared_ptr<Shared> shared_;
   const std::unique_ptr<BackgroundWorker> worker_;
+  std::atomic<bool> swept_ = false;
   DesktopNotificationService* service_;  ///< Lives, and ends, on the UI thread.
 };
 

@@ -34,9 +34,9 @@ void print(std::string_view message) {
   Console::print(logTag("DesktopNotificationCentre"), message);
 }
 
-QDBusMessage methodCall(const QString& interface, const QString& method,
-                        const QVariantList& arguments = {}) {
-  auto message = QDBusMessage::createMethodCall(SERVICE, PATH, interface, method);
+QDBusMessage methodCall(const QString& destination, const QString& interface,
+                        const QString& method, const QVariantList& arguments = {}) {
+  auto message = QDBusMessage::createMethodCall(destination, PATH, interface, method);
   message.setArguments(arguments);
   return message;
 }
@@ -182,7 +182,7 @@ void DesktopNotificationService::ask() {
   if (asking_ || ready_) return;
   asking_ = true;
   lastLook_.start();
-  call(methodCall(SERVICE, QStringLiteral("GetCapabilities")),
+  call(methodCall(SERVICE, SERVICE, QStringLiteral("GetCapabilities")),
        [this](const QDBusMessage& reply) { answered(reply); });
 }
 
@@ -209,7 +209,7 @@ void DesktopNotificationService::answered(const QDBusMessage& reply) {
 void DesktopNotificationService::readInhibited() {
   if (readingInhibited_) return;
   readingInhibited_ = true;
-  call(methodCall(PROPERTIES, QStringLiteral("Get"), {SERVICE, QStringLiteral("Inhibited")}),
+  call(methodCall(owner_, PROPERTIES, QStringLiteral("Get"), {SERVICE, QStringLiteral("Inhibited")}),
        [this](const QDBusMessage& reply) {
          readingInhibited_ = false;
          if (saysServiceWent(reply) || saysNoService(reply)) return;
@@ -285,7 +285,7 @@ void DesktopNotificationService::drain() {
 
 void DesktopNotificationService::send() {
   const auto replaces = ledger_.idOf(underWay_->notification.identifier).value_or(0);
-  call(methodCall(SERVICE, QStringLiteral("Notify"),
+  call(methodCall(owner_, SERVICE, QStringLiteral("Notify"),
                   notifyArguments(underWay_->notification, replaces, capabilities_,
                                   settings_.application, underWay_->picture)),
        [this](const QDBusMessage& reply) { isError(reply) ? refused(reply) : sent(reply); });
@@ -356,9 +356,10 @@ void DesktopNotificationService::dropOldest() {
   }
 }
 
+/// Calls go to the service that gave the number: under the name alone they might reach the next one.
 void DesktopNotificationService::closeOnDesktop(Id id) {
   ledger_.closed(id, UNDEFINED_REASON);
-  call(methodCall(SERVICE, QStringLiteral("CloseNotification"), {id}), [](const QDBusMessage&) {});
+  call(methodCall(owner_, SERVICE, QStringLiteral("CloseNotification"), {id}), [](const QDBusMessage&) {});
 }
 
 // ---- What the user did

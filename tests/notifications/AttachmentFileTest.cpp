@@ -79,7 +79,7 @@ TEST_F(AttachmentFileTest, TheNextStartRemovesWhatAnEndedProcessLeftAndNothingEl
   EXPECT_FALSE(fs::exists(sameNumber));
   EXPECT_TRUE(fs::exists(running));
   EXPECT_TRUE(fs::exists(foreign));
-  AttachmentFile::removeLeftovers();
+  AttachmentFile::removeLeftovers(fake_.directory.path());
   EXPECT_TRUE(fs::exists(current->path()));
 }
 

@@ -1,0 +1,466 @@
+#include "platform/qt/DesktopNotificationCentre.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QtTest>
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <variant>
+
+#include <gmock/gmock.h>
+
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
+#include "platform/qt/NotificationImage.h"
+#include "tests/desktop/PrivateBus.h"
+#include "tests/desktop/ScriptedNotificationService.h"
+#include "testing/FakePlatform.h"
+
+namespace kifo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+using ::testing::SizeIs;
+
+constexpr auto CAMPAIGN = R"({"uuid": "U", "code": "C", "action": {"link": "body"},
+    "buttons": [{"id": "buy", "text": "Buy <now>", "action": {"link": "shop"}},
+                {"id": "default", "text": "Later"}]})";
+
+enum Reason : uint { expired = 1, dismissed = 2, closedByCall = 3, undefined = 4 };
+
+class DesktopNotificationCentreTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { bus_ = std::make_unique<PrivateBus>(); }
+  static void TearDownTestSuite() { bus_.reset(); }
+
+  void SetUp() override {
+    if (!bus_->problem().isEmpty()) GTEST_SKIP() << bus_->problem().toStdString();
+    Session::shared().updateIdentity([](auto& identity) { identity.listenerUri = "http://listener"; });
+    options_.applicationName = "Shop";
+    options_.busAddress = bus_->address().toStdString();
+    options_.dismissalGrace = 0.0;
+    options_.retryInterval = 0.0;
+    service_ = makeService();
+  }
+
+  std::unique_ptr<ScriptedNotificationService> makeService() {
+    return std::make_unique<ScriptedNotificationService>(bus_->address());
+  }
+
+  void makeCentre() {
+    centre_ = std::make_shared<DesktopNotificationCentre>(
+        options_, [this](auto action, const std::string& token) {
+          clicks_.emplace_back(action ? action->link.value_or("") : "none", token);
+        });
+    Platform platform = fake_.platform();
+    platform.notifications = centre_;
+    Platform::install(std::move(platform));
+  }
+
+  /// A centre whose service is there and has told what it can do.
+  void start() {
+    makeCentre();
+    service_->appear();
+    ASSERT_TRUE(waitForStatus(2));
+  }
+
+  int status() {
+    int known = -1;
+    centre_->getNotificationSettings([&](int status) { known = status; });
+    return known;
+  }
+  bool waitForStatus(int expected) {
+    return QTest::qWaitFor([&] { return status() == expected; }, 20000);
+  }
+  static bool waitFor(const std::function<bool()>& condition) {
+    return QTest::qWaitFor(condition, 20000);
+  }
+  /// Until everything that the service has sent so far has been heard: the answer to a later
+  /// question comes after it.
+  void settle() {
+    const std::string identifier = "settle" + std::to_string(++settled_);
+    const std::size_t before = service_->shown().size();
+    show(identifier);
+    ASSERT_TRUE(waitFor([&] { return service_->shown().size() > before; }));
+    centre_->close(identifier);
+    const uint id = service_->shown().back().id;
+    ASSERT_TRUE(waitFor([&] { return std::ranges::count(service_->closeCalls(), id) == 1; }));
+  }
+
+  void show(const std::string& identifier, NotificationContent content = {}) {
+    if (content.title.empty()) content.title = identifier;
+    centre_->show({identifier, std::make_shared<NotificationContent>(std::move(content))});
+  }
+  /// Shows the campaign's push and hands back the service's number.
+  uint showCampaign(const std::string& identifier = "push") {
+    const std::size_t before = service_->shown().size();
+    centre_->deliver({{"data", CAMPAIGN}, {"title", "Sale"}, {"body", "All <b>half</b> & less"}},
+                     identifier);
+    EXPECT_TRUE(waitFor([&] { return service_->shown().size() > before; }));
+    return service_->shown().empty() ? 0 : service_->shown().back().id;
+  }
+  std::vector<std::string> titles() const {
+    std::vector<std::string> all;
+    for (const auto& shown : service_->shown()) all.push_back(shown.summary.toStdString());
+    return all;
+  }
+
+  std::vector<nlohmann::json> events(const std::string& name) {
+    fake_.runUntilIdle();
+    std::vector<nlohmann::json> found;
+    for (const auto& request : fake_.http->requests()) {
+      auto body = nlohmann::json::parse(request.body.value_or("{}"));
+      if (body.value("name", "") == name) found.push_back(std::move(body));
+    }
+    return found;
+  }
+
+  static std::unique_ptr<PrivateBus> bus_;
+
+  testing::InstalledFakePlatform fake_;
+  DesktopNotificationCentre::Options options_;
+  std::unique_ptr<ScriptedNotificationService> service_;
+  std::vector<std::pair<std::string, std::string>> clicks_;
+  std::shared_ptr<DesktopNotificationCentre> centre_;
+  int settled_ = 0;
+};
+
+std::unique_ptr<PrivateBus> DesktopNotificationCentreTest::bus_;
+
+// ---- The permission
+
+TEST_F(DesktopNotificationCentreTest, ThePermissionIsOpenUntilTheServiceAnswersAndThenGiven) {
+  service_->silent = true;
+  service_->appear();
+  makeCentre();
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered("GetCapabilities") == 1; }));
+  EXPECT_EQ(status(), 0);
+  service_->speak();
+  EXPECT_TRUE(waitForStatus(2));
+}
+
+TEST_F(DesktopNotificationCentreTest, WithoutAServiceThePermissionIsDeniedUntilOneStarts) {
+  makeCentre();
+  EXPECT_TRUE(waitForStatus(1));
+  service_->appear();
+  EXPECT_TRUE(waitForStatus(2));
+}
+
+TEST_F(DesktopNotificationCentreTest, WithoutABusThePermissionIsDenied) {
+  options_.busAddress = "unix:path=/nonexistent/bus";
+  makeCentre();
+  EXPECT_TRUE(waitForStatus(1));
+}
+
+TEST_F(DesktopNotificationCentreTest, ADesktopThatInhibitsNotificationsDeniesAndGivesAgain) {
+  service_->inhibited = true;
+  makeCentre();
+  service_->appear();
+  ASSERT_TRUE(waitForStatus(1));
+  service_->inhibited = false;
+  EXPECT_TRUE(waitForStatus(2));
+}
+
+// ---- What is shown
+
+TEST_F(DesktopNotificationCentreTest, APushIsShownWithItsTextsAndItsButtons) {
+  service_->capabilities << QStringLiteral("body-markup");
+  start();
+  showCampaign();
+  const auto& shown = service_->shown().at(0);
+  EXPECT_EQ(shown.application, "Shop");
+  EXPECT_EQ(shown.summary, "Sale");
+  EXPECT_EQ(shown.body, "All &lt;b&gt;half&lt;/b&gt; &amp; less");
+  EXPECT_EQ(shown.actions,
+            QStringList({"default", "Open", "kifo-0", "Buy <now>", "kifo-1", "Later"}));
+}
+
+TEST_F(DesktopNotificationCentreTest, AServiceThatCanDoLittleGetsNoMoreThanThat) {
+  service_->capabilities = QStringList{QStringLiteral("body")};
+  start();
+  showCampaign();
+  EXPECT_EQ(service_->shown().at(0).body, "All <b>half</b> & less");
+  EXPECT_THAT(service_->shown().at(0).actions, IsEmpty());
+
+  service_->vanish();
+  service_ = makeService();
+  service_->capabilities = QStringList();
+  service_->appear();  // which is asked anew what it can do, and shows what the last one showed
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
+  EXPECT_EQ(service_->shown().at(0).summary, "Sale: All <b>half</b> & less");
+  EXPECT_EQ(service_->shown().at(0).body, "");
+}
+
+TEST_F(DesktopNotificationCentreTest, AnImageGoesByItsPathThenAsPixelsThenNotAtAll) {
+  QByteArray png;
+  QBuffer buffer(&png);
+  QImage image(700, 2, QImage::Format_RGB32);
+  image.fill(Qt::red);
+  image.save(&buffer, "PNG");
+  NotificationContent content;
+  const auto file = AttachmentFile::write(png.toStdString());
+  content.attachments = {{"image.jpg", file->path(), file}};
+  service_->refuse = [](const auto&) { return QStringLiteral("com.example.Error.Image"); };
+  start();
+  show("push", content);
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));
+  EXPECT_EQ(service_->shown()[0].hints["image-path"].toString().toStdString(), "file://" + file->path());
+  const auto pixels = qdbus_cast<NotificationImage>(service_->shown()[1].hints["image-data"]);
+  EXPECT_EQ(pixels.width, 512);
+  EXPECT_EQ(pixels.channels, 3);
+  EXPECT_EQ(pixels.pixels.size(), pixels.height * pixels.bytesPerLine);
+  EXPECT_EQ(pixels.pixels.left(3), QByteArray("\xff\0\0", 3));
+  EXPECT_THAT(service_->shown()[2].hints, IsEmpty());
+
+  service_->refuse = nullptr;  // the push that nobody took is given up; the next one is shown
+  show("next");
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 4; }));
+  EXPECT_EQ(service_->shown()[3].summary, "next");
+}
+
+TEST_F(DesktopNotificationCentreTest, AnImagesFileLastsAsLongAsItsNotification) {
+  NotificationContent content;
+  auto file = AttachmentFile::write("pixels");
+  const std::string path = file->path();
+  content.attachments = {{"image.jpg", path, std::move(file)}};
+  start();
+  show("push", std::exchange(content, {}));
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
+  settle();
+  EXPECT_TRUE(std::filesystem::exists(path));
+  service_->close(1, expired);
+  EXPECT_TRUE(waitFor([&] { return !std::filesystem::exists(path); }));
+}
+
+TEST_F(DesktopNotificationCentreTest, ALaterPushOfTheSameIdentifierReplacesTheEarlierOne) {
+  start();
+  const uint id = showCampaign("offer");
+  showCampaign("offer");
+  EXPECT_EQ(service_->shown().back().replaces, id);
+  showCampaign("other");
+  EXPECT_EQ(service_->shown().back().replaces, 0U);
+}
+
+TEST_F(DesktopNotificationCentreTest, WhatTheHostTakesBackIsClosedOrNeverShown) {
+  start();
+  const uint id = showCampaign();
+  centre_->close("push");
+  ASSERT_TRUE(waitFor([&] { return service_->closeCalls() == std::vector<uint>{id}; }));
+
+  service_->silent = true;
+  show("under way");
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
+  show("waiting");
+  centre_->close("waiting");
+  centre_->close("under way");
+  service_->speak();
+  ASSERT_TRUE(waitFor([&] { return service_->closeCalls().size() == 2; }));
+  settle();
+  EXPECT_THAT(titles(), ElementsAre("Sale", "under way", "settle1"));
+}
+
+// ---- What the user does
+
+TEST_F(DesktopNotificationCentreTest, AButtonIsAClickWithItsActionAndTheTokenOfItsWindow) {
+  start();
+  const uint id = showCampaign();
+  service_->giveToken(id, "token");
+  service_->invokeAction(id, "kifo-0");
+  ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
+  EXPECT_THAT(clicks_, ElementsAre(Pair("shop", "token")));
+  const auto clicked = events("push_notification_clicked");
+  ASSERT_THAT(clicked, SizeIs(1));
+  EXPECT_EQ(clicked[0]["responseId"], "buy");
+  EXPECT_EQ(clicked[0]["responseType"], "BUTTON");
+  EXPECT_THAT(events("push_notification_received"), SizeIs(1));
+}
+
+TEST_F(DesktopNotificationCentreTest, ATapOnTheBodyIsNotTheButtonThatIsNamedLikeIt) {
+  start();
+  service_->invokeAction(showCampaign(), "default");
+  ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
+  EXPECT_THAT(clicks_, ElementsAre(Pair("body", "")));
+  EXPECT_EQ(events("push_notification_clicked").at(0)["responseType"], "SELF");
+}
+
+/// The signals that a service sends about one notification, in its order, and what may be reported.
+struct Story {
+  const char* name;
+  std::vector<std::variant<Reason, const char*>> signals;  ///< Closed for a reason, or an action.
+  std::size_t clicked;
+  std::size_t dismissed;
+};
+
+class Stories : public DesktopNotificationCentreTest, public ::testing::WithParamInterface<Story> {};
+
+TEST_P(Stories, AreReportedHonestly) {
+  // A click that is to come must find the close still standing, however slow the machine is.
+  if (GetParam().clicked > 0) options_.dismissalGrace = 3600.0;
+  start();
+  const uint id = showCampaign();
+  for (const auto& signal : GetParam().signals) {
+    if (const auto* reason = std::get_if<Reason>(&signal)) {
+      service_->close(id, *reason);
+    } else {
+      service_->invokeAction(id, std::get<const char*>(signal));
+    }
+  }
+  settle();
+  const auto reported = [&] { return events("push_notification_dismissed").size(); };
+  EXPECT_TRUE(waitFor([&] { return reported() >= GetParam().dismissed; }));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(reported(), GetParam().dismissed);
+  EXPECT_EQ(clicks_.size(), GetParam().clicked);
+  EXPECT_EQ(events("push_notification_clicked").size(), GetParam().clicked);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DesktopNotifications, Stories,
+    ::testing::Values(Story{"expired", {expired}, 0, 0}, Story{"dismissed", {dismissed}, 0, 1},
+                      Story{"closedByCall", {closedByCall}, 0, 0},
+                      Story{"undefinedReason", {undefined}, 0, 0},
+                      Story{"unknownReason", {Reason(77)}, 0, 0},
+                      Story{"clickedAndClosed", {"kifo-0", dismissed}, 1, 0},
+                      Story{"closedAndClicked", {dismissed, "kifo-0"}, 1, 0},
+                      Story{"expiredAndClickedFromTheHistory", {expired, "default"}, 1, 0},
+                      Story{"clickedTwice", {"kifo-0", "kifo-0", "default"}, 1, 0},
+                      Story{"dismissedTwice", {dismissed, dismissed}, 0, 1},
+                      Story{"unknownAction", {"inline-reply"}, 0, 0}),
+    [](const auto& story) { return story.param.name; });
+
+TEST_F(DesktopNotificationCentreTest, ACloseWithoutAReasonClaimsNothing) {
+  start();
+  const uint id = showCampaign();
+  service_->emitSignal("NotificationClosed", {id});
+  service_->emitSignal("NotificationClosed", {});
+  service_->emitSignal("ActionInvoked", {"text", id});
+  settle();
+  QCoreApplication::processEvents();
+  EXPECT_THAT(events("push_notification_dismissed"), IsEmpty());
+  EXPECT_THAT(clicks_, IsEmpty());
+}
+
+TEST_F(DesktopNotificationCentreTest, SignalsThatComeBeforeTheNumberIsKnownCount) {
+  service_->beforeAnswer = [&](const auto& shown) { service_->invokeAction(shown.id, "kifo-0"); };
+  start();
+  showCampaign();
+  EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
+}
+
+TEST_F(DesktopNotificationCentreTest, SignalsOfAnybodyElseOnTheBusAreNotHeard) {
+  start();
+  const uint id = showCampaign();
+  const auto other = makeService();  // on the bus, without the name
+  other->invokeAction(id, "default");
+  service_->invokeAction(id, "kifo-0");
+  ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
+  EXPECT_THAT(clicks_, ElementsAre(Pair("shop", "")));
+}
+
+// ---- A service that comes and goes
+
+TEST_F(DesktopNotificationCentreTest, WhatCameBeforeTheServiceIsShownInOrderOnceItStarts) {
+  makeCentre();
+  for (const char* title : {"one", "two", "three"}) show(title);
+  show("two");  // again
+  ASSERT_TRUE(waitForStatus(1));
+  service_->appear();
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));
+  EXPECT_THAT(titles(), ElementsAre("one", "three", "two"));
+}
+
+TEST_F(DesktopNotificationCentreTest, OnlySoManyWaitAndTheOldestGoFirst) {
+  makeCentre();
+  for (int index = 0; index < 40; ++index) show(std::to_string(index));
+  ASSERT_TRUE(waitForStatus(1));
+  service_->appear();
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 32; }));
+  EXPECT_EQ(service_->shown().front().summary, "8");
+  EXPECT_EQ(fake_.console->count("Kifo DesktopNotificationCentre: too many notifications wait for "
+                                 "the desktop: the oldest was dropped"),
+            8U);
+}
+
+TEST_F(DesktopNotificationCentreTest, ASilentServiceIsAskedOnceAndBlocksNothing) {
+  start();
+  service_->silent = true;
+  show("one");
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
+  show("two");
+  EXPECT_EQ(status(), 2);
+  service_->speak();
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
+  settle();
+  EXPECT_THAT(titles(), ElementsAre("one", "two", "settle1"));
+}
+
+TEST_F(DesktopNotificationCentreTest, ARestartInTheMiddleLosesAndDoublesNothing) {
+  start();
+  showCampaign("shown");
+  show("gone");
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
+  service_->close(2, expired);
+  settle();
+  service_->silent = true;
+  show("under way");
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
+  show("waiting");
+  service_->vanish();
+
+  service_ = makeService();
+  service_->appear();
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));
+  settle();
+  EXPECT_THAT(titles(), ElementsAre("Sale", "under way", "waiting", "settle2"));
+  service_->invokeAction(1, "kifo-0");  // the new service's number for the push that was shown
+  EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
+}
+
+TEST_F(DesktopNotificationCentreTest, APushThatEndsEveryServiceIsGivenUp) {
+  start();
+  show("poison");
+  for (int restart = 0; restart < 5; ++restart) {
+    ASSERT_TRUE(waitFor([&] { return !service_->shown().empty(); }));
+    service_ = makeService();
+    service_->appear();
+  }
+  settle();
+  EXPECT_THAT(titles(), ElementsAre("settle1"));
+}
+
+// ---- The end
+
+TEST_F(DesktopNotificationCentreTest, ACentreThatEndsWithCallsAndPushesUnderWayHarmsNothing) {
+  start();
+  service_->silent = true;
+  show("under way");
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
+  show("waiting");
+  Platform::install(fake_.platform());
+  centre_.reset();
+  service_->speak();
+  QTest::qWait(0);
+  EXPECT_THAT(clicks_, IsEmpty());
+}
+
+TEST_F(DesktopNotificationCentreTest, ACentreMayEndInItsOwnClick) {
+  start();
+  auto owner = std::make_shared<std::shared_ptr<DesktopNotificationCentre>>();
+  bool clicked = false;
+  *owner = std::make_shared<DesktopNotificationCentre>(options_, [&, owner](auto, const auto&) {
+    owner->reset();
+    clicked = true;
+  });
+  const std::size_t before = service_->shown().size();
+  (*owner)->show({"push", std::make_shared<NotificationContent>(
+                              contentOfPush({{"data", "{}"}, {"title", "T"}}))});
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() > before; }));
+  service_->invokeAction(service_->shown().back().id, "default");
+  EXPECT_TRUE(waitFor([&] { return clicked; }));
+}
+
+}  // namespace
+}  // namespace kifo
