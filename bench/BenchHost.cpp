@@ -1,0 +1,107 @@
+#include "bench/BenchHost.h"
+
+#include <sqlite3.h>
+#include <stdlib.h>
+
+#include <chrono>
+#include <filesystem>
+#include <future>
+#include <thread>
+
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
+#include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
+#include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
+#include "platform/linux/LinuxPlatform.h"
+
+namespace kifo::bench {
+namespace {
+
+void drain(SerialQueue& queue) {
+  std::promise<void> done;
+  queue.post([&] { done.set_value(); });
+  done.get_future().wait();
+}
+
+}  // namespace
+
+BenchHost::BenchHost(const BenchServer& server)
+    : apiUri_(server.apiUri()), listenerUri_(server.listenerUri()) {
+  char name[] = "/tmp/kifo-bench-XXXXXX";
+  directory_ = mkdtemp(name);
+  LinuxPlatformOptions options;
+  options.documentsDirectory = directory_;
+  Platform platform = makeLinuxPlatform(options);
+  platform.console = nullPlatform().console;
+  platform.reachability = nullPlatform().reachability;
+  Platform::install(std::move(platform));
+}
+
+BenchHost::~BenchHost() {
+  Kifo::shutdown();
+  std::filesystem::remove_all(directory_);
+}
+
+double BenchHost::start() {
+  KifoInitConfig configuration;
+  configuration.bundle = {"com.example.bench"};
+  configuration.apiUri = apiUri_;
+  configuration.listenerUri = listenerUri_;
+  configuration.authorization = "token";
+  configuration.applicationName = "bench";
+  const auto answered = std::make_shared<std::promise<void>>();
+  const auto begin = std::chrono::steady_clock::now();
+  Kifo::initialize(configuration, [answered] { answered->set_value(); });
+  const std::chrono::duration<double, std::micro> took = std::chrono::steady_clock::now() - begin;
+  answered->get_future().wait_for(std::chrono::seconds(30));
+  waitUntilIdle();
+  return took.count();
+}
+
+void BenchHost::setOnline(bool online) {
+  Session::shared().networkStatus = online ? KifoNetworkStatus::ONLINE : KifoNetworkStatus::OFFLINE;
+}
+
+void BenchHost::waitUntilIdle() {
+  const auto platform = Platform::current();
+  for (int round = 0; round < 3; ++round) {
+    drain(*platform->mainQueue);
+    RequestLedger::shared().waitUntilIdle(std::chrono::seconds(600));
+    drain(*platform->answerQueue);
+    drain(*platform->mainQueue);
+  }
+}
+
+EventParameters BenchHost::parameters() {
+  EventParameters parameters;
+  for (int i = 0; i < 16; ++i) {
+    parameters["parameter_" + std::to_string(i)] = "value number " + std::to_string(i);
+  }
+  parameters["price"] = 129.95;
+  parameters["quantity"] = 3;
+  parameters["gift"] = true;
+  parameters["tags"] = {"new", "sale"};
+  return parameters;
+}
+
+void fillTable(const std::string& databasePath, int count, const std::string& url) {
+  sqlite3* database = nullptr;
+  sqlite3_open(databasePath.c_str(), &database);
+  sqlite3_exec(database, "BEGIN", nullptr, nullptr, nullptr);
+  auto parameters = std::make_shared<const nlohmann::json>(BenchHost::parameters());
+  const RequestTexts texts(url, true, parameters);
+  for (int i = 0; i < count; ++i) {
+    char id[40];
+    std::snprintf(id, sizeof id, "%08X-0000-4000-8000-%012X", 0x9E3779B9U * static_cast<unsigned>(i), static_cast<unsigned>(i));
+    const std::string insert =
+        "INSERT INTO KifoLog (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, "
+        "ISSYNC_SUCCESS) VALUES ('" + texts.json() + "', '" + id + "', '" + texts.url() +
+        "', 1, 1, 0, 'POST', 0)";
+    sqlite3_exec(database, insert.c_str(), nullptr, nullptr, nullptr);
+  }
+  sqlite3_exec(database, "COMMIT", nullptr, nullptr, nullptr);
+  sqlite3_close(database);
+}
+
+}  // namespace kifo::bench

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+namespace kifo::bench {
+
+/// A server in a process of its own that answers every request with 200, after a delay.
+class BenchServer {
+ public:
+  enum class Manner { instant, fiftyMilliseconds, mute };
+
+  explicit BenchServer(Manner manner);
+  ~BenchServer();
+  BenchServer(const BenchServer&) = delete;
+  BenchServer& operator=(const BenchServer&) = delete;
+
+  [[nodiscard]] std::string apiUri() const { return uri("/api"); }
+  [[nodiscard]] std::string listenerUri() const { return uri("/listener"); }
+
+ private:
+  [[nodiscard]] std::string uri(const std::string& path) const;
+
+  int port_ = 0;
+  pid_t process_ = 0;
+};
+
+}  // namespace kifo::bench

@@ -1,0 +1,38 @@
+#include "bench/Table.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace kifo::bench {
+
+void Samples::add(const Samples& others) {
+  values_.insert(values_.end(), others.values_.begin(), others.values_.end());
+}
+
+double Samples::quantile(double share) const {
+  if (values_.empty()) return 0.0;
+  const auto index = std::min(values_.size() - 1, static_cast<std::size_t>(share * static_cast<double>(values_.size())));
+  std::nth_element(values_.begin(), values_.begin() + static_cast<std::ptrdiff_t>(index), values_.end());
+  return values_[index];
+}
+
+void section(const std::string& title) { std::printf("\n%s\n", title.c_str()); }
+
+void row(const std::string& what, const std::string& figure, const std::string& beside) {
+  std::printf("  %-58s %-26s %s\n", what.c_str(), figure.c_str(), beside.c_str());
+  std::fflush(stdout);
+}
+
+std::string microseconds(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, value < 100 ? "%.1f µs" : "%.0f µs", value);
+  return text;
+}
+
+std::string ratio(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f", value);
+  return text;
+}
+
+}  // namespace kifo::bench

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kifo::bench {
+
+/// Microseconds of many calls.
+class Samples {
+ public:
+  void add(double microseconds) { values_.push_back(microseconds); }
+  void add(const Samples& others);
+  [[nodiscard]] std::size_t count() const { return values_.size(); }
+  /// The value below which `share` (0 to 1) of the samples lie.
+  [[nodiscard]] double quantile(double share) const;
+  [[nodiscard]] double median() const { return quantile(0.5); }
+
+ private:
+  mutable std::vector<double> values_;
+};
+
+/// Prints a section's title.
+void section(const std::string& title);
+/// Prints one row: what was measured, the figure, and what it is to be held against.
+void row(const std::string& what, const std::string& figure, const std::string& beside);
+
+std::string microseconds(double value);
+std::string ratio(double value);
+
+}  // namespace kifo::bench
