@@ -184,8 +184,9 @@ void CurlTransport::Core::shut() {
   const auto cancelled = std::exchange(open_, {});
   incoming_.clear();
   lock.unlock();
-  for (const auto& [id, open] : cancelled) {
-    if (open.done) guarded("a completion", [&] { open.done(cancelledAnswer()); });
+  for (const auto& entry : cancelled) {
+    const Done& done = entry.second.done;
+    if (done) guarded("a completion", [&done] { done(cancelledAnswer()); });
   }
 }
 
