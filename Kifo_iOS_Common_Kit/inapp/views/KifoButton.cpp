@@ -10,7 +10,7 @@ namespace kifo {
 namespace {
 
 constexpr int kSidePadding = 12;
-constexpr int kUpperPadding = 8;
+constexpr int kUpperPadding = 6;
 constexpr int kTextFlags = Qt::AlignCenter | Qt::TextWordWrap;
 
 }  // namespace

@@ -419,8 +419,7 @@ void KifoPopup::open(KifoAnimationStyle animationStyle) {
 }
 
 QWidget* KifoPopup::firstFocus() const {
-  if (!inputs().empty()) return inputs().front();
-  if (!input().empty()) return input().front();
+  if (QWidget* field = card_->firstField()) return field;
   if (!buttons().empty()) return buttons().front();
   return nullptr;
 }

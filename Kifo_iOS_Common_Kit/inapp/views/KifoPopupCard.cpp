@@ -102,6 +102,7 @@ void KifoPopupCard::setCustomSubview(QWidget* view) {
   if (custom_ != nullptr) custom_->setParent(nullptr);
   custom_ = view;
   if (view == nullptr) return;
+  customSize_ = view->testAttribute(Qt::WA_Resized) ? view->size() : QSize(0, 0);
   view->setParent(contentView);
   view->setVisible(true);
 }
@@ -167,7 +168,8 @@ int KifoPopupCard::chooseWidth(int widest) const {
   const int margins = 2 * whole(appearance_.margin.horizontal);
   int width = whole(appearance_.kWindowWidth);
   if (custom_ != nullptr) {
-    const int least = std::max(custom_->minimumWidth(), custom_->minimumSizeHint().width());
+    int least = std::max(custom_->minimumWidth(), custom_->minimumSizeHint().width());
+    if (!custom_->sizeHint().isValid()) least = std::max(least, customSize_.width());
     width = std::max(width, least + margins);
   }
   if (appearance_.buttonsLayout == KifoAlertButtonLayout::horizontal) {
@@ -183,7 +185,7 @@ int KifoPopupCard::chooseWidth(int widest) const {
 
 int KifoPopupCard::heightOfCustomSubview(int width) const {
   const QSize hint = custom_->sizeHint();
-  int height = hint.isValid() && hint.height() > 0 ? hint.height() : custom_->height();
+  int height = hint.isValid() ? hint.height() : customSize_.height();
   if (custom_->sizePolicy().hasHeightForWidth()) height = custom_->heightForWidth(width);
   return std::clamp(height, custom_->minimumHeight(), custom_->maximumHeight());
 }

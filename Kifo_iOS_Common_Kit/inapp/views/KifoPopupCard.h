@@ -55,6 +55,8 @@ class KifoPopupCard : public QWidget {
   /// The card's whole outline, for its shadow.
   [[nodiscard]] QPainterPath outline() const;
   [[nodiscard]] bool scrolls() const;
+  /// The uppermost field; null without one.
+  [[nodiscard]] QWidget* firstField() const { return fields_.empty() ? nullptr : fields_.front(); }
   /// Whether `former` comes before `latter` for somebody who reads the card; the cross comes last.
   [[nodiscard]] bool readsBefore(const QWidget* former, const QWidget* latter) const;
 
@@ -113,6 +115,7 @@ class KifoPopupCard : public QWidget {
   KifoAppearance appearance_;
   QScrollArea* scroll_;
   QPointer<QWidget> custom_;
+  QSize customSize_;  ///< What the host gave it; the fallback for a view that asks for no size.
   std::vector<QWidget*> fields_;
   double iconScale_ = 1;
   bool circleWanted_ = true;

@@ -1,0 +1,244 @@
+#include <QInputMethod>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QScrollArea>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupColors.h"
+#include "tests/alert/AlertFixture.h"
+
+namespace kifo {
+namespace {
+
+using ::testing::Each;
+using ::testing::Ge;
+using ::testing::Le;
+
+class KifoPopupLayoutTest : public AlertFixture {
+ protected:
+  /// Where `part` of an alert lies in the window.
+  QRect placeOf(const QWidget* part) const {
+    return {part->mapTo(window.get(), QPoint()), part->size()};
+  }
+  void expectCentred(const KifoPopup& alert, const QRect& room) const {
+    const QPoint middle = placeOf(alert.baseView()).center();
+    EXPECT_NEAR(middle.x(), room.center().x(), 1);
+    EXPECT_NEAR(middle.y(), room.center().y(), 1);
+  }
+};
+
+const QString kLongText = QString("The payment terminal does not answer. ").repeated(12);
+
+TEST_F(KifoPopupLayoutTest, TheCardStandsInTheMiddleOfTheWindowAndFollowsIt) {
+  const auto alert = makeAlert();
+  alert->showInfo("Middle", "Text", "OK");
+  EXPECT_EQ(alert->baseView()->width(), 240);
+  for (const QSize size : {QSize(500, 600), QSize(1400, 400), QSize(300, 500)}) {
+    window->resize(size);
+    expectCentred(*alert, window->rect());
+    EXPECT_EQ(overlays().front()->geometry(), window->rect());
+  }
+  alert->hideView();
+
+  const auto notification = makeAlert();
+  notification->type = ScreenType::notification;
+  notification->showInfo("Above", "Text", "OK");
+  EXPECT_THAT(placeOf(notification->baseView()).top(), Le(16));
+  notification->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, InAWindowOfAnySizeTheCardFitsAndEveryButtonCanBeReached) {
+  const auto alert = makeAlert();
+  alert->addTextField("Name");
+  alert->addTextView();
+  alert->addButton("Yes", [] {});
+  alert->showError("A rather long title for a small window", kLongText, "No");
+  KifoButton* last = alert->buttons().back();
+  for (const QSize size : {QSize(120, 90), QSize(240, 160), QSize(320, 240), QSize(800, 480)}) {
+    window->resize(size);
+    alert->inputs().front()->setFocus();
+    while (QApplication::focusWidget() != last) press(Qt::Key_Tab);
+    EXPECT_TRUE(window->rect().contains(placeOf(alert->baseView())));
+    EXPECT_TRUE(placeOf(alert->baseView()).contains(placeOf(last).center()));
+    EXPECT_THAT(last->visibleRegion().boundingRect().height(), Ge(std::min(20, size.height() / 4)));
+  }
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, ALongMessageIsShownFromItsBeginning) {
+  window->resize(200, 160);
+  const auto alert = makeAlert();
+  alert->showError("Title", kLongText, "OK");
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(alert->labelTitle()->visibleRegion().isEmpty());
+  EXPECT_TRUE(alert->buttons().front()->visibleRegion().isEmpty());
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, ALongTextMakesTheCardWiderUpToALimit) {
+  window->resize(1400, 900);
+  const auto alert = makeAlert();
+  const auto responder = alert->showInfo("Width", "Short", "OK");
+  const int narrow = alert->baseView()->width();
+  responder.setSubTitle(kLongText);
+  QCoreApplication::processEvents();
+  EXPECT_GT(alert->baseView()->width(), narrow);
+  EXPECT_LE(alert->baseView()->width(), 400);
+  EXPECT_GE(alert->viewText()->height(),
+            alert->viewText()->heightForWidth(alert->viewText()->width()));
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoesNot) {
+  KifoAppearance appearance;
+  appearance.buttonsLayout = KifoAlertButtonLayout::horizontal;
+  const auto alert = makeAlert(appearance);
+  alert->addButton("Send it to me by post", [] {});
+  alert->addButton("Throw it away", [] {});
+  alert->showInfo("Receipt");
+  const QRect first = placeOf(alert->buttons()[0]);
+  const QRect second = placeOf(alert->buttons()[1]);
+  EXPECT_EQ(first.top(), second.top());
+  EXPECT_EQ(first.right() + 1 + 10, second.left());
+  EXPECT_NEAR(first.width(), second.width(), 1);
+  EXPECT_GT(alert->baseView()->width(), 240);
+
+  window->setLayoutDirection(Qt::RightToLeft);
+  EXPECT_GT(placeOf(alert->buttons()[0]).left(), placeOf(alert->buttons()[1]).right());
+
+  window->resize(280, 600);
+  EXPECT_LT(placeOf(alert->buttons()[0]).bottom(), placeOf(alert->buttons()[1]).top());
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, AButtonGrowsWithItsTitle) {
+  const auto alert = makeAlert();
+  KifoButton* shortOne = alert->addButton("OK", [] {});
+  KifoButton* longOne = alert->addButton("Send the receipt to my address and print it too", [] {});
+  alert->showInfo("Receipt");
+  EXPECT_EQ(shortOne->height(), 35);
+  EXPECT_GT(longOne->height(), 45);
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
+  const QRect keyboard(0, 350, 500, 250);
+  const auto plain = makeAlert();
+  plain->showInfo("No field", "", "OK");
+  plain->keyboardWillShow(keyboard);
+  expectCentred(*plain, window->rect());
+  EXPECT_FALSE(plain->keyboardHasBeenShown());
+  plain->hideView();
+
+  const auto alert = makeAlert();
+  alert->addTextField("Name");
+  QPlainTextEdit* last = alert->addTextView();
+  alert->showEdit("Field", "", "OK");
+  alert->keyboardWillShow(keyboard);
+  EXPECT_TRUE(alert->keyboardHasBeenShown());
+  EXPECT_LT(placeOf(alert->baseView()).bottom(), keyboard.top());
+  last->setFocus();
+  EXPECT_TRUE(placeOf(alert->baseView()).contains(placeOf(last))) << "the field is scrolled to";
+  alert->keyboardWillHide();
+  expectCentred(*alert, window->rect());
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, ACustomViewStandsAboveTheButtonsAndMayGrow) {
+  const auto alert = makeAlert();
+  auto* custom = new QWidget;
+  custom->setMinimumSize(300, 40);
+  alert->customSubview = custom;
+  alert->showInfo("Custom", "", "OK");
+  EXPECT_GE(custom->width(), 300);
+  EXPECT_LT(placeOf(custom).bottom(), placeOf(alert->buttons().front()).top());
+  const int before = placeOf(alert->baseView()).height();
+  custom->setMinimumHeight(140);
+  custom->updateGeometry();
+  QCoreApplication::processEvents();
+  EXPECT_GE(placeOf(alert->baseView()).height(), before + 60);
+  EXPECT_EQ(custom->height(), 140);
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, TitlesAreNeverLostOnTheirButtons) {
+  const auto alert = makeAlert();
+  alert->addButton("White on white", Qt::white, Qt::white, {}, [] {});
+  alert->addButton("Black on navy", QColor(0, 0, 60), Qt::black, {}, [] {});
+  alert->addButton("Clear", Qt::yellow, Qt::transparent, {}, [] {});
+  std::vector<double> contrasts;
+  for (const KifoPopupStyle style :
+       {KifoPopupStyle::success, KifoPopupStyle::error, KifoPopupStyle::notice,
+        KifoPopupStyle::warning, KifoPopupStyle::info, KifoPopupStyle::edit, KifoPopupStyle::wait,
+        KifoPopupStyle::question}) {
+    alert->showTitle("Colours", "", style, "Default colours");
+    for (const KifoButton* button : alert->buttons()) {
+      contrasts.push_back(
+          KifoPopupColors::contrast(button->look().text, button->look().background));
+    }
+    alert->showTitle("Colours", "", style, "Given colours", {}, 0xFFFF00, 0xFFFFFF);
+    contrasts.push_back(KifoPopupColors::contrast(alert->buttons().back()->look().text,
+                                                  alert->buttons().back()->look().background));
+  }
+  EXPECT_THAT(contrasts, Each(Ge(2.5)));
+  alert->showTitle("Colours", "", KifoPopupStyle::info, "Fine as it is", {}, 0x000000, 0xABCDEF);
+  EXPECT_EQ(alert->buttons().back()->look().text, QColor(0xAB, 0xCD, 0xEF));
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLayoutTest, AStyleSheetForAllOfTheHostsWidgetsDoesNotReachTheCard) {
+  const auto draw = [this] {
+    const auto alert = makeAlert();
+    alert->addTextField("Name");
+    alert->datas = {{"Coffee", "2.40"}};
+    alert->showInfo("Sheet", "Text", "OK");
+    QApplication::focusWidget()->clearFocus();
+    const QImage picture = window->grab(placeOf(alert->baseView())).toImage();
+    alert->hideView();
+    return picture;
+  };
+  const QImage plain = draw();
+  window->setStyleSheet(
+      "QWidget { background: black; color: white; font: 22px; } QLabel { padding: 9px; }"
+      "QPushButton { min-width: 300px; min-height: 90px; } QLineEdit { min-height: 60px; }");
+  const QImage styled = draw();
+  ASSERT_EQ(styled.size(), plain.size());
+  // What lies around the circle shows the window, which did change.
+  const QRect card = plain.rect().adjusted(2, 80, -2, -2);
+  EXPECT_EQ(styled.copy(card), plain.copy(card));
+}
+
+TEST_F(KifoPopupLayoutTest, ATitleMayShrinkToStayOnOneLine) {
+  KifoAppearance appearance;
+  const QString title = "A title that is a little too long";
+  const auto heightWith = [&](double scale) {
+    appearance.kTitleMinimumScaleFactor = scale;
+    const auto alert = makeAlert(appearance);
+    alert->showInfo(title, "", "OK");
+    const int height = alert->labelTitle()->height();
+    alert->hideView();
+    return height;
+  };
+  EXPECT_GT(heightWith(1.0), 45);
+  EXPECT_LT(heightWith(0.5), 35);
+}
+
+TEST_F(KifoPopupLayoutTest, AListRowThatDoesNotFitPutsItsValueBelow) {
+  const auto alert = makeAlert();
+  alert->headerStr = "Order 1042";
+  alert->datas = {{"Coffee", "2.40"}, {"Address", "12 Harbour Street, third floor, ring twice"}};
+  alert->showInfo("List", "", "OK");
+  std::map<QString, QRect> places;
+  for (const QLabel* label : alert->contentView()->findChildren<QLabel*>()) {
+    places[label->text()] = placeOf(label);
+  }
+  EXPECT_LT(places["Order 1042"].bottom(), places["Coffee"].top());
+  EXPECT_EQ(places["Coffee"].top(), places["2.40"].top());
+  EXPECT_LT(places["Coffee"].right(), places["2.40"].left());
+  EXPECT_LE(places["Address"].bottom(), places[alert->datas[1].value].top());
+  EXPECT_LT(places[alert->datas[1].value].bottom(), placeOf(alert->buttons().front()).top());
+  alert->hideView();
+}
+
+}  // namespace
+}  // namespace kifo

@@ -1,0 +1,213 @@
+#include <QDialog>
+#include <QTimer>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+#include "tests/alert/AlertFixture.h"
+
+/// Who may take an alert away, and when.
+namespace kifo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class KifoPopupLifeTest : public AlertFixture {};
+
+TEST_F(KifoPopupLifeTest, AnAlertThatNobodyHoldsLivesUntilItIsHidden) {
+  std::weak_ptr<KifoPopup> life;
+  QPointer<QWidget> card;
+  const auto responder = [&] {
+    const auto alert = makeAlert();
+    alert->motion = {};  // It takes its time to come and to go.
+    life = alert;
+    card = alert->baseView();
+    const auto shown = alert->showInfo("Alone", "", "OK");
+    waitUntilCome(*alert);
+    return shown;
+  }();
+  EXPECT_TRUE(responder.isShowing());
+
+  responder.close();
+  EXPECT_FALSE(responder.isShowing());
+  EXPECT_FALSE(life.expired()) << "it is still on its way out";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return life.expired(); }, 20000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return card.isNull(); }, 20000));
+  EXPECT_THAT(overlays(), IsEmpty());
+
+  responder.setTitle("late");
+  responder.setSubTitle("late");
+  responder.setDismissBlock([] { FAIL(); });
+  responder.close();
+  EXPECT_EQ(responder.alertview(), nullptr);
+}
+
+TEST_F(KifoPopupLifeTest, HidingTwiceTellsOnce) {
+  const auto alert = makeAlert();
+  int dismissed = 0;
+  const auto responder = alert->showInfo("Twice");
+  responder.setDismissBlock([&] {
+    ++dismissed;
+    responder.close();
+  });
+  alert->motion.reduced = false;
+  responder.close();
+  responder.close();
+  EXPECT_EQ(dismissed, 0) << "it is still to be seen";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return dismissed > 0; }, 20000));
+  responder.close();
+  EXPECT_EQ(dismissed, 1);
+}
+
+TEST_F(KifoPopupLifeTest, AClosureMayCloseItsAlertAndDropTheLastReferenceToIt) {
+  auto alert = makeAlert();
+  const std::weak_ptr<KifoPopup> life = alert;
+  KifoButton* button = alert->addButton("Close", [&] {
+    alert->hideView();
+    alert.reset();
+  });
+  alert->showInfo("Close");
+
+  click(button);
+
+  settle();
+  EXPECT_TRUE(life.expired());
+}
+
+TEST_F(KifoPopupLifeTest, AClosureMayShowAnotherAlert) {
+  const auto first = makeAlert();
+  const auto second = makeAlert();
+  KifoButton* button = first->addButton("Next", [&] { second->showInfo("Second", "", "OK"); });
+  first->showInfo("First");
+
+  click(button);
+
+  EXPECT_FALSE(first->isShowing());
+  EXPECT_TRUE(second->isShowing());
+  EXPECT_EQ(QApplication::focusWidget(), second->buttons().front());
+  click(second->buttons().front());
+  EXPECT_EQ(QApplication::focusWidget(), field);
+}
+
+TEST_F(KifoPopupLifeTest, AClosureMayShowItsOwnAlertAnew) {
+  const auto alert = makeAlert();
+  KifoButton* button = alert->addButton("Again", [&] {
+    alert->hideView();
+    alert->showWarning("Second");
+  });
+  alert->showInfo("First");
+
+  click(button);
+
+  EXPECT_TRUE(alert->isShowing()) << "the press was for the first showing";
+  EXPECT_EQ(alert->labelTitle()->text(), "Second");
+  EXPECT_THAT(overlays(), SizeIs(1));
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLifeTest, AClosureMayDeleteTheWindow) {
+  auto alert = makeAlert();
+  const std::weak_ptr<KifoPopup> life = alert;
+  alert->dismissBlock = [] { FAIL() << "what it speaks of may be gone with the window"; };
+  QPointer<KifoButton> button = alert->addButton("Leave", [this] { window.reset(); });
+  alert->showInfo("Leave");
+  alert.reset();
+
+  click(button);
+
+  settle();
+  EXPECT_TRUE(life.expired());
+  EXPECT_TRUE(button.isNull());
+}
+
+TEST_F(KifoPopupLifeTest, EnterMayDeleteTheWindowToo) {
+  const auto alert = makeAlert();
+  alert->addButton("Leave", [this] { window.reset(); });
+  alert->showInfo("Leave");
+  press(Qt::Key_Return);
+  EXPECT_FALSE(alert->isShowing());
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLifeTest, AClosureMayWaitInADialogWhileTheAlertEnds) {
+  auto alert = makeAlert();
+  const std::weak_ptr<KifoPopup> life = alert;
+  QPointer<KifoButton> button = alert->addButton("Ask", [&] {
+    alert->hideView();
+    alert.reset();
+    QDialog dialog;
+    QTimer::singleShot(0, &dialog, [&] {
+      settle();
+      EXPECT_FALSE(button.isNull()) << "its press is not over";
+      dialog.accept();
+    });
+    dialog.exec();
+  });
+  alert->showInfo("Ask");
+
+  click(button);
+
+  EXPECT_TRUE(QTest::qWaitFor([&] { return button.isNull(); }, 20000));
+  EXPECT_TRUE(life.expired());
+}
+
+TEST_F(KifoPopupLifeTest, AnAlertThatItsOwnerDestroysLeavesNothingBehind) {
+  {
+    KifoPopup alert;
+    alert.hostWindow = window.get();
+    alert.dismissBlock = [] { FAIL(); };
+    alert.showInfo("Short", "", "OK");
+    EXPECT_THAT(overlays(), SizeIs(1));
+  }
+  EXPECT_THAT(overlays(), IsEmpty());
+  EXPECT_EQ(QApplication::focusWidget(), field);
+}
+
+TEST_F(KifoPopupLifeTest, AnAlertCanBeShownAgainWithWhatItHas) {
+  const auto alert = makeAlert();
+  QLineEdit* name = alert->addTextField("Name");
+  alert->showEdit("Who?", "", "OK");
+  QTest::keyClicks(QApplication::focusWidget(), "Ada");
+  alert->hideView();
+  alert->showEdit("Really?", "", "OK");
+  EXPECT_TRUE(name->isVisible());
+  EXPECT_EQ(name->text(), "Ada");
+  EXPECT_THAT(alert->buttons(), SizeIs(1)) << "the first showing's close button has gone";
+  window.reset();
+  EXPECT_FALSE(alert->isShowing());
+  EXPECT_EQ(name->text(), "Ada") << "the window took the alert's card with it";
+}
+
+TEST_F(KifoPopupLifeTest, AShowCallOnAnAlertThatIsOnItsWayOutBringsItBack) {
+  const auto alert = makeAlert();
+  alert->motion.reduced = false;
+  int dismissed = 0;
+  alert->dismissBlock = [&] { ++dismissed; };
+  alert->showInfo("First");
+  alert->hideView();
+  alert->showInfo("Second");
+  EXPECT_TRUE(alert->isShowing());
+  EXPECT_EQ(dismissed, 1);
+  EXPECT_THAT(overlays(), SizeIs(1));
+  alert->motion.reduced = true;
+  alert->hideView();
+}
+
+TEST_F(KifoPopupLifeTest, PartsThatTheHostDeletesAreForgotten) {
+  const auto alert = makeAlert();
+  delete alert->addTextField("First");
+  QLineEdit* second = alert->addTextField("Second");
+  auto* custom = new QLabel("Custom");
+  alert->customSubview = custom;
+  KifoButton* button = alert->addButton("Gone", [] {});
+  alert->showEdit("Fields", "", "OK");
+  delete button;
+  delete custom;
+  window->resize(400, 500);
+  EXPECT_THAT(alert->inputs(), ElementsAre(second));
+  EXPECT_THAT(alert->buttons(), SizeIs(1));
+  alert->hideView();
+}
+
+}  // namespace
+}  // namespace kifo

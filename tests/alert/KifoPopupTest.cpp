@@ -1,0 +1,243 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+
+#include <QAccessible>
+#include <stdexcept>
+#include <thread>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "tests/alert/AlertFixture.h"
+
+namespace kifo {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class KifoPopupTest : public AlertFixture {};
+
+/// What a host hands over as target of a button.
+class Desk : public QObject {
+  Q_OBJECT
+ public:
+  int rung = 0;
+ public Q_SLOTS:
+  void ring() { ++rung; }
+};
+
+TEST_F(KifoPopupTest, APressRunsTheClosureOnceAndThenHides) {
+  const auto alert = makeAlert();
+  std::vector<bool> shownWhenPressed;
+  KifoButton* button =
+      alert->addButton("Pay", [&] { shownWhenPressed.push_back(alert->isShowing()); });
+  alert->showSuccess("Pay?", "12.90", "Not yet");
+  ASSERT_TRUE(alert->isShowing());
+  alert->motion.reduced = false;
+
+  click(button);
+  click(button);
+
+  EXPECT_THAT(shownWhenPressed, ElementsAre(true));
+  EXPECT_FALSE(alert->isShowing());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return overlays().empty(); }, 20000));
+}
+
+TEST_F(KifoPopupTest, AnAlertThatStaysIsClosedByItsCloseButtonOnly) {
+  KifoAppearance appearance;
+  appearance.shouldAutoDismiss = false;
+  const auto alert = makeAlert(appearance);
+  int presses = 0;
+  KifoButton* button = alert->addButton("More", [&] { ++presses; });
+  alert->showInfo("Count", "", "Enough");
+
+  click(button);
+  click(button);
+  EXPECT_EQ(presses, 2);
+  EXPECT_TRUE(alert->isShowing());
+
+  ASSERT_EQ(alert->buttons().back()->text(), "Enough");
+  click(alert->buttons().back());
+  EXPECT_FALSE(alert->isShowing());
+}
+
+TEST_F(KifoPopupTest, AButtonWithoutAnActionSaysSoAndStillHides) {
+  const auto alert = makeAlert();
+  KifoButton* button = alert->addButton("Nothing", [] { FAIL(); });
+  button->actionType = KifoButtonActionType::none;
+  alert->showNotice("Nothing");
+
+  click(button);
+
+  EXPECT_EQ(fake.console->count("Kifo KifoPopup: Unknow action type for button"), 1);
+  EXPECT_FALSE(alert->isShowing());
+}
+
+TEST_F(KifoPopupTest, ASelectorIsInvokedOnItsTargetAndAMissingOneIsAConsoleLine) {
+  auto desk = std::make_unique<Desk>();
+  KifoAppearance appearance;
+  appearance.shouldAutoDismiss = false;
+  const auto alert = makeAlert(appearance);
+  KifoButton* plain = alert->addButton("Ring", {}, {}, {}, desk.get(), "ring");
+  KifoButton* bracketed = alert->addButton("Ring", {}, {}, {}, desk.get(), "ring()");
+  KifoButton* wrong = alert->addButton("Sing", {}, {}, {}, desk.get(), "sing");
+  alert->showNotice("Bell");
+
+  click(plain);
+  click(bracketed);
+  EXPECT_EQ(desk->rung, 2);
+  EXPECT_THAT(fake.console->take(), IsEmpty());
+
+  click(wrong);
+  EXPECT_THAT(fake.console->take(), ElementsAre(AllOf(HasSubstr("KifoPopup:"), HasSubstr("sing"))));
+
+  desk.reset();
+  click(plain);
+  EXPECT_THAT(fake.console->take(), IsEmpty());
+  EXPECT_TRUE(alert->isShowing());
+}
+
+TEST_F(KifoPopupTest, WhatAClosureThrowsIsPrintedAndTheAlertHidesAllTheSame) {
+  const auto alert = makeAlert();
+  KifoButton* button = alert->addButton("Fail", [] { throw std::runtime_error("no paper"); });
+  alert->showError("Printer");
+
+  click(button);
+
+  EXPECT_THAT(fake.console->lines(), ElementsAre(HasSubstr("no paper")));
+  EXPECT_FALSE(alert->isShowing());
+}
+
+TEST_F(KifoPopupTest, AnotherShowCallChangesTheAlertThatIsShown) {
+  const auto alert = makeAlert();
+  alert->showWait("One moment", "Looking for the printer", "Stop");
+  ASSERT_EQ(alert->buttons().size(), 1);
+
+  const auto responder = alert->showSuccess("Printed", "Two pages");
+
+  EXPECT_EQ(overlays().size(), 1);
+  EXPECT_EQ(alert->labelTitle()->text(), "Printed");
+  EXPECT_THAT(alert->buttons(), IsEmpty());
+  EXPECT_EQ(alert->viewColor, QColor(0x22, 0xB5, 0x73));
+  responder.setTitle("Done");
+  responder.setSubTitle("Three pages");
+  EXPECT_EQ(alert->labelTitle()->text(), "Done");
+  EXPECT_EQ(alert->viewText()->text(), "Three pages");
+}
+
+TEST_F(KifoPopupTest, ATapOnTheBackgroundHidesOnlyWhereThatIsWanted) {
+  for (const bool wanted : {false, true}) {
+    for (const bool tapsDisabled : {false, true}) {
+      KifoAppearance appearance;
+      appearance.hideWhenBackgroundViewIsTapped = wanted;
+      appearance.disableTapGesture = tapsDisabled;
+      const auto alert = makeAlert(appearance);
+      alert->showInfo("Tap", "", "OK");
+      click(alert->viewText());
+      click(alert->baseView());
+      EXPECT_TRUE(alert->isShowing()) << "a tap on the card hid it";
+      clickBackground();
+      EXPECT_EQ(alert->isShowing(), !wanted || tapsDisabled);
+      alert->hideView();
+    }
+  }
+}
+
+TEST_F(KifoPopupTest, TheCrossAppearsWhereNothingElseWouldLetTheUserOut) {
+  QPixmap picture(16, 16);
+  const auto crossOf = [](const KifoPopup& alert) {
+    for (auto* child : alert.baseView()->findChildren<QAbstractButton*>()) {
+      if (qobject_cast<KifoButton*>(child) == nullptr && child->isVisible()) return child;
+    }
+    return static_cast<QAbstractButton*>(nullptr);
+  };
+  const auto bare = makeAlert();
+  bare->showInfo("Read this");
+  ASSERT_NE(crossOf(*bare), nullptr);
+  click(crossOf(*bare));
+  EXPECT_FALSE(bare->isShowing());
+
+  const auto withButton = makeAlert();
+  withButton->showInfo("Read this", "", "OK");
+  EXPECT_EQ(crossOf(*withButton), nullptr);
+  withButton->closeIcon = QIcon(picture);
+  withButton->showInfo("Read this", "", "OK");
+  EXPECT_NE(crossOf(*withButton), nullptr);
+  withButton->hideView();
+
+  const auto wait = makeAlert();
+  wait->showWait("One moment");
+  EXPECT_EQ(crossOf(*wait), nullptr);
+  wait->hideView();
+}
+
+TEST_F(KifoPopupTest, TheWaitTurnsOnlyWhileItCanBeSeen) {
+  const auto alert = makeAlert();
+  alert->showWait("One moment");
+  const auto picture = [&] { return alert->circleIconView()->grab().toImage(); };
+  const QImage first = picture();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return picture() != first; }, 20000));
+
+  alert->hideView();
+  const QImage last = picture();
+  QTimerEvent tick(1);
+  QCoreApplication::sendEvent(alert->circleIconView(), &tick);
+  EXPECT_EQ(picture(), last);
+}
+
+TEST_F(KifoPopupTest, AssistiveTechnologyKnowsTheAlertByItsTitleAndText) {
+  const auto alert = makeAlert();
+  alert->showError("Printer", "There is no paper", "OK");
+
+  QAccessibleInterface* told = QAccessible::queryAccessibleInterface(overlays().front());
+  EXPECT_EQ(told->role(), QAccessible::AlertMessage);
+  EXPECT_TRUE(told->state().modal);
+  EXPECT_EQ(told->text(QAccessible::Name), "Printer");
+  EXPECT_EQ(told->text(QAccessible::Description), "There is no paper");
+  alert->setSubTitle("There is paper");
+  EXPECT_EQ(told->text(QAccessible::Description), "There is paper");
+  EXPECT_EQ(
+      QAccessible::queryAccessibleInterface(alert->buttons().front())->text(QAccessible::Name),
+      "OK");
+  alert->hideView();
+}
+
+TEST_F(KifoPopupTest, ACallFromAnotherThreadIsRefused) {
+  const auto alert = makeAlert();
+  std::thread([&] { alert->showInfo("Elsewhere"); }).join();
+  EXPECT_FALSE(alert->isShowing());
+  EXPECT_THAT(fake.console->lines(), ElementsAre(HasSubstr("UI thread")));
+}
+
+TEST_F(KifoPopupTest, WithoutAWindowTheAlertBringsItsOwn) {
+  window.reset();
+  settle();
+  const auto alert = std::make_shared<KifoPopup>();
+  alert->motion.reduced = true;
+  alert->showInfo("Alone", "", "OK");
+  EXPECT_TRUE(alert->baseView()->isVisible());
+  click(alert->buttons().front());
+  EXPECT_FALSE(alert->isShowing());
+}
+
+TEST_F(KifoPopupTest, AnArchivedAlertIsFatal) {
+  setFatalErrorHandler([](std::string_view message) { throw std::string(message); });
+  QByteArray bytes;
+  QDataStream archive(bytes);
+  EXPECT_THROW(
+      {
+        try {
+          const KifoPopup alert(archive);
+        } catch (const std::string& message) {
+          EXPECT_EQ(message, "NSCoding not supported");
+          throw;
+        }
+      },
+      std::string);
+  setFatalErrorHandler(nullptr);
+}
+
+}  // namespace
+}  // namespace kifo
+
+#include "KifoPopupTest.moc"

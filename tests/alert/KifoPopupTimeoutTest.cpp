@@ -1,0 +1,147 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupTimeout.h"
+
+#include <QSignalSpy>
+#include <limits>
+
+#include "tests/alert/AlertFixture.h"
+
+namespace kifo {
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr double kHour = 3600;
+
+TEST(KifoPopupTimeoutClockTest, OnlyAPositiveTimeIsATimeOut) {
+  KifoPopupTimeout clock;
+  for (const double none : {0.0, -5.0, std::nan(""), -std::numeric_limits<double>::infinity()}) {
+    clock.start(none, true);
+    EXPECT_EQ(clock.secondsLeft(), std::nullopt);
+    EXPECT_FALSE(clock.timeoutTimer().isActive());
+  }
+  clock.start(std::numeric_limits<double>::infinity(), true);
+  EXPECT_TRUE(clock.timeoutTimer().isActive());
+  EXPECT_GT(clock.timeoutTimer().interval(), 0);
+}
+
+TEST(KifoPopupTimeoutClockTest, WhileItIsHeldNothingIsLost) {
+  KifoPopupTimeout clock;
+  clock.start(kHour, true);
+  clock.tick();
+  clock.setHeld(true);
+  EXPECT_FALSE(clock.timeoutTimer().isActive());
+  EXPECT_FALSE(clock.showTimeoutTimer().isActive());
+  EXPECT_EQ(clock.secondsLeft(), 3599);
+  clock.setHeld(false);
+  EXPECT_TRUE(clock.timeoutTimer().isActive());
+  EXPECT_TRUE(clock.showTimeoutTimer().isActive());
+  EXPECT_LE(clock.timeoutTimer().interval(), 3600000);
+  EXPECT_GT(clock.timeoutTimer().interval(), 3500000);
+
+  clock.setHeld(true);
+  clock.start(kHour, false);
+  EXPECT_FALSE(clock.timeoutTimer().isActive()) << "a new time waits as well";
+}
+
+class KifoPopupTimeoutTest : public AlertFixture {
+ protected:
+  std::shared_ptr<KifoPopup> showFor(double seconds, std::function<void()> action,
+                                     bool pauses = false) {
+    const auto alert = makeAlert();
+    alert->addButton("Stay", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});
+    alert->showWarning("Still there?", "", "Leave",
+                       KifoTimeoutConfiguration{seconds, std::move(action), pauses});
+    return alert;
+  }
+};
+
+TEST_F(KifoPopupTimeoutTest, WhenTheTimeIsUpTheActionRunsOnceAndTheAlertHides) {
+  std::vector<bool> shownThen;
+  std::shared_ptr<KifoPopup> alert;
+  alert = showFor(0.02, [&] {
+    shownThen.push_back(alert->isShowing());
+    alert->hideViewTimeout();
+  });
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !alert->isShowing(); }, 20000));
+  alert->hideViewTimeout();
+  EXPECT_THAT(shownThen, ElementsAre(true));
+}
+
+TEST_F(KifoPopupTimeoutTest, ATimeThatIsUpWhileTheAlertHidesIsTooLate) {
+  const auto alert = showFor(kHour, [] { FAIL(); });
+  alert->motion.reduced = false;
+  alert->hideView();
+  alert->hideViewTimeout();
+  alert->updateShowTimeout();
+  EXPECT_FALSE(alert->isShowing());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return overlays().empty(); }, 20000));
+}
+
+TEST_F(KifoPopupTimeoutTest, TheActionMayShowTheAlertAnew) {
+  std::shared_ptr<KifoPopup> alert;
+  alert = showFor(kHour, [&] { alert->showInfo("Signed out", "", "OK"); });
+  alert->hideViewTimeout();
+  EXPECT_TRUE(alert->isShowing());
+  EXPECT_EQ(alert->labelTitle()->text(), "Signed out");
+  EXPECT_EQ(alert->buttons().front()->text(), "Stay") << "there is nothing left to count";
+  alert->hideView();
+}
+
+TEST_F(KifoPopupTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
+  const auto alert = showFor(3, [] {});
+  std::vector<QString> titles;
+  for (int second = 0; second < 5; ++second) {
+    titles.push_back(alert->buttons().front()->text());
+    alert->updateShowTimeout();
+  }
+  EXPECT_THAT(titles,
+              ElementsAre("Stay (3 s)", "Stay (2 s)", "Stay (1 s)", "Stay (0 s)", "Stay (0 s)"));
+  EXPECT_EQ(alert->buttons().back()->text(), "Leave");
+  EXPECT_EQ(alert->buttons().front()->accessibleName(), "Stay");
+  alert->hideView();
+}
+
+TEST_F(KifoPopupTimeoutTest, ThePointerOnTheCardHoldsTheClockIfTheHostAsksForIt) {
+  for (const bool asked : {false, true}) {
+    const auto alert = showFor(
+        kHour, [] {}, asked);
+    const auto& clock = *alert->baseView()->findChild<KifoPopupTimeout*>();
+    QTest::mouseMove(window.get(), QPoint(2, 2));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(clock.isHeld()) << "the focus that the alert took by itself does not count";
+    QTest::mouseMove(alert->baseView(), alert->baseView()->rect().center());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clock.isHeld(), asked);
+    QTest::mouseMove(window.get(), QPoint(2, 2));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(clock.isHeld());
+    alert->hideView();
+  }
+}
+
+TEST_F(KifoPopupTimeoutTest, AUserAtTheKeyboardHoldsTheClockUntilTheWindowIsLeft) {
+  QWidget elsewhere;
+  elsewhere.show();
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  const auto alert = showFor(
+      kHour, [] {}, true);
+  const auto& clock = *alert->baseView()->findChild<KifoPopupTimeout*>();
+  press(Qt::Key_Tab);
+  EXPECT_TRUE(clock.isHeld());
+  elsewhere.activateWindow();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !clock.isHeld(); }, 20000));
+  alert->hideView();
+
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  const auto typed = makeAlert();
+  QLineEdit* name = typed->addTextField("Name");
+  typed->showEdit("Who?", "", "OK", KifoTimeoutConfiguration{kHour, {}, true});
+  QTest::keyClicks(name, "A");
+  EXPECT_TRUE(typed->baseView()->findChild<KifoPopupTimeout*>()->isHeld());
+  typed->hideView();
+}
+
+}  // namespace
+}  // namespace kifo
