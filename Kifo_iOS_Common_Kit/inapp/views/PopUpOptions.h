@@ -40,6 +40,7 @@ struct PopUpTexts {
   QString freeText = QStringLiteral("Your answer");
   QString image = QStringLiteral("Image");
   QString option = QStringLiteral("Option %1 of %2");  ///< For an option without a text.
+  QString page = QStringLiteral("Image %1 of %2");
   QString chooseFirst = QStringLiteral("Choose an answer first");
   QString copyCode = QStringLiteral("Copy code");
 };

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
+#include <QPoint>
 #include <QPointer>
+#include <QVariantAnimation>
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowFields.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -15,6 +19,7 @@ class QTimer;
 namespace kifo {
 
 class PopUpWindowView;
+class PopupFocus;
 
 /// One campaign over the host's window: dims the window, shows the panel, keeps what the user chose
 /// and reports the answer, or the close without one.
@@ -71,13 +76,58 @@ class KIFO_EXPORT PopUpWindow : public QWidget {
   /// The popup is gone from the screen. Sent once, before the window deletes itself.
   void closed();
 
+ protected:
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  using Button = std::shared_ptr<AppCommunicationItemButton>;
+
+  void wireButtons();
+  void fillList();
+  void fillEmojis();
+  void fillPictures();
+  void startTimer();
+  void followInputMethod();
+  void keyboardMoved();
+  void placeView();
+  [[nodiscard]] double screenWidth() const;
+
+  void press(const Button& button);
+  void select(const Button& button);
+  void selectSurvey(const Button& button);
+  void selectEmoji(const Button& button);
+  void applyFreeTextRule(const Button& button);
+  [[nodiscard]] std::vector<InAppAnswer> answers() const;
+
+  void dismiss();
+  void fadeTo(double opacity);
+  void faded();
+  void setOpacity(double opacity);
+
   std::shared_ptr<const PopupRequest> request_;
   PopUpOptions options_;
   PopUpWindowFields fields_;
   PopUpWindowView* popUpWindowView_ = nullptr;
+  PopupFocus* focus_ = nullptr;
   QTimer* timer_ = nullptr;
+  QVariantAnimation fade_;
+  PanTracker pan_;
+  QPointer<QWidget> pressed_;  ///< What lies under a press that no control took.
+  double opacity_ = 0;
+  double keyboardHeight_ = 0;
+  bool pressing_ = false;
+  bool presented_ = false;
   bool dismissing_ = false;
+  bool gone_ = false;
 };
 
 }  // namespace kifo

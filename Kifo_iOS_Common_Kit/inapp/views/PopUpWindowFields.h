@@ -18,6 +18,9 @@ namespace kifo {
 struct KIFO_EXPORT PopUpWindowFields {
   using Buttons = std::vector<std::shared_ptr<AppCommunicationItemButton>>;
 
+  /// From this width on the panel stays at its widest, 480.
+  static constexpr double widestScreen = 550;
+
   std::optional<int> currentSelected;  ///< Row of the emoji picked last; none when it was not found.
   std::weak_ptr<ViewController> controller;  ///< The host's screen; goes with every report.
   std::optional<std::string> pageName;       ///< Goes with every report.

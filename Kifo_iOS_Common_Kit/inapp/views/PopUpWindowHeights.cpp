@@ -1,15 +1,19 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowHeights.h"
 
+#include <algorithm>
+
 namespace kifo {
 namespace {
 
 using Heights = PopUpWindowHeights;
 
 constexpr double kFieldViewHeight = 100;
+constexpr int kListMargin = 10;
+constexpr int kListCap = 200;
 
 double openEndedField(const PopupPreferences& p) {
   const bool question = p.appCommunicationItem && p.appCommunicationItem->defaultFreeText;
-  return question ? kFieldViewHeight : Heights::textFieldHeight + Heights::textFieldCountLabelHeight;
+  return Heights().openFieldHeight(question);
 }
 
 double kindHeight(const Heights& h, const PopupPreferences& p) {
@@ -49,8 +53,20 @@ PopUpWindowHeights PopUpWindowHeights::of(const PopUpWindowFields& fields,
   h.imagesCount = static_cast<int>(preferences.images.size());
   h.isImageListAvailable = h.imagesCount > 1;
   h.isEmoji = preferences.type == rawValue(PopupType::emoji);
+  h.isListCapped = fields.popupType == PopupType::survey;
   h.totalHeight = totalOf(h, preferences);
   return h;
+}
+
+double PopUpWindowHeights::openFieldHeight(bool hasQuestion) const {
+  return hasQuestion ? fieldViewHeight : textFieldHeight + textFieldCountLabelHeight;
+}
+
+int PopUpWindowHeights::listHeightFor(int rows) const {
+  const int given = static_cast<int>(tableViewHeigth);
+  if (rows <= given) return given;
+  const int grown = rows + kListMargin;
+  return isListCapped ? std::max(given, std::min(grown, kListCap)) : grown;
 }
 
 std::optional<PopupType> layoutKind(const PopupPreferences& preferences) {

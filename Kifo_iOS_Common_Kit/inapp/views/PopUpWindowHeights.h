@@ -33,8 +33,15 @@ struct KIFO_EXPORT PopUpWindowHeights {
   int imagesCount = 0;
   bool isEmoji = false;
   bool isImageListAvailable = false;
+  bool isListCapped = false;  ///< Beyond 200 the list scrolls rather than grows.
 
   static PopUpWindowHeights of(const PopUpWindowFields& fields, const PopupPreferences& preferences);
+
+  /// The free-text block when it is open; without a question of its own it is the field alone.
+  [[nodiscard]] double openFieldHeight(bool hasQuestion) const;
+  /// The list's height when its rows take `rows`: as given while they fit, otherwise grown by what
+  /// they need beyond that, or scrolling from its cap on.
+  [[nodiscard]] int listHeightFor(int rows) const;
 };
 
 /// The kind whose rules lay out the panel: the preferences' type text, or the item's when there is none.

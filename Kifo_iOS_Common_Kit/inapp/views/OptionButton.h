@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QRadioButton>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupControl.h"
+
+namespace kifo {
+
+/// One of several options that exclude each other. It shows as chosen what it is told to; pressing it
+/// only says so. It paints nothing: the cell that it lies in does, and is repainted with it.
+///
+/// **Threading:** UI thread only.
+class OptionButton : public PopupControl<QRadioButton> {
+  Q_OBJECT
+
+ public:
+  explicit OptionButton(QWidget* cell) : PopupControl(cell) { setAutoExclusive(false); }
+
+  void setChosen(bool chosen) {
+    setChecked(chosen);
+    parentWidget()->update();
+  }
+
+ protected:
+  void nextCheckState() override {}
+  void paintEvent(QPaintEvent*) override {}
+  bool event(QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::FocusIn:
+      case QEvent::FocusOut:
+      case QEvent::HoverEnter:
+      case QEvent::HoverLeave:
+      case QEvent::MouseButtonPress:
+      case QEvent::MouseButtonRelease:
+        parentWidget()->update();
+        break;
+      default:
+        break;
+    }
+    return PopupControl::event(event);
+  }
+};
+
+}  // namespace kifo

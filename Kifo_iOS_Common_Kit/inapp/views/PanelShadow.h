@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QRectF>
+
+class QPainter;
+
+namespace kifo {
+
+/// The soft shadow that lifts the panel off the dimmed host. It is blurred once for each device scale
+/// and then stretched to any panel.
+///
+/// **Threading:** UI thread only.
+struct PanelShadow {
+  static constexpr int reach = 32;  ///< How far the shadow extends beyond the panel.
+
+  static void paint(QPainter& painter, const QRectF& panel, double cornerRadius);
+};
+
+}  // namespace kifo

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowElements.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowHeights.h"
+
+namespace kifo {
+
+/// Puts the pieces of a panel in their places, one under the other. Every piece has its height of
+/// `PopUpWindowHeights`, or as much more as its content needs.
+///
+/// **Threading:** UI thread only.
+class PopUpWindowArrangement {
+ public:
+  PopUpWindowArrangement(const PopUpWindowElements& elements, const PopUpWindowHeights& heights)
+      : e_(elements), h_(heights) {}
+
+  /// Arranges for a panel `width` wide whose free-text block is `openness` open, 0 to 1, and returns
+  /// the panel's height: the campaign's total, less the block's as far as it is closed, or what the
+  /// pieces need when that is more. The submit button stands at the bottom.
+  int arrange(int width, double openness);
+
+ private:
+  struct Cursor {
+    int width;
+    int y = 0;
+  };
+
+  void title(Cursor& at) const;
+  void pictures(Cursor& at) const;
+  void coupon(Cursor& at) const;
+  void body(Cursor& at) const;
+  void score(Cursor& at) const;
+  int freeText(int width) const;
+
+  const PopUpWindowElements& e_;
+  const PopUpWindowHeights& h_;
+};
+
+}  // namespace kifo

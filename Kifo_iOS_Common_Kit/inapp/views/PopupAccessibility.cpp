@@ -1,0 +1,59 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupAccessibility.h"
+
+#include <QAccessibleWidget>
+#include <QVariant>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
+
+namespace kifo {
+namespace {
+
+constexpr const char* kRole = "kifoAccessibleRole";
+
+class Interface : public QAccessibleWidget {
+ public:
+  Interface(QWidget* widget, QAccessible::Role role) : QAccessibleWidget(widget, role) {}
+
+  [[nodiscard]] QAccessible::State state() const override {
+    auto state = QAccessibleWidget::state();
+    state.modal = role() == QAccessible::Dialog;
+    return state;
+  }
+
+  [[nodiscard]] QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    if (role() == QAccessible::Link) names.prepend(pressAction());
+    return names;
+  }
+
+  void doAction(const QString& name) override {
+    auto* panel = qobject_cast<PopupPanel*>(object());
+    if (name == pressAction() && panel) {
+      Q_EMIT panel->pressed();
+    } else {
+      QAccessibleWidget::doAction(name);
+    }
+  }
+
+ protected:
+  ~Interface() override = default;
+};
+
+QAccessibleInterface* make(const QString&, QObject* object) {
+  auto* widget = qobject_cast<QWidget*>(object);
+  const QVariant role = widget ? widget->property(kRole) : QVariant();
+  return role.isValid() ? new Interface(widget, static_cast<QAccessible::Role>(role.toInt())) : nullptr;
+}
+
+}  // namespace
+
+void setAccessibleRole(QWidget* widget, QAccessible::Role role) {
+  static const bool installed = [] {
+    QAccessible::installFactory(make);
+    return true;
+  }();
+  Q_UNUSED(installed)
+  widget->setProperty(kRole, static_cast<int>(role));
+}
+
+}  // namespace kifo
