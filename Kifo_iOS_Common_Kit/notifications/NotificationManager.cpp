@@ -8,11 +8,11 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
+#include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
-#include "Kifo_iOS_Common_Kit/notifications/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/notifications/PushImage.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -97,7 +97,7 @@ void NotificationManager::didReceive(const NotificationRequest& request,
     callHost(tag(), contentHandler, content);
     return;
   }
-  const LoadedImage image = loadImage(*url);
+  const PushImage image = loadPushImage(*url);
   if (!image.bytes) {
     callHost(tag(), contentHandler, content);
     Console::printBare("Unable to load data: " + image.error);

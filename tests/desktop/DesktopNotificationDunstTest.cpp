@@ -67,6 +67,7 @@ class DunstTest : public ::testing::Test {
                             .arg(desktop_->file(QStringLiteral("menu")))
                             .toUtf8());
     configuration.close();
+    bindToTest(dunst_);
     dunst_.setProcessEnvironment(desktop_->environment());
     dunst_.start(QStringLiteral("dunst"), {QStringLiteral("-conf"), configuration.fileName()});
     ASSERT_TRUE(waitFor([&] {

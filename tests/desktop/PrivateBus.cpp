@@ -1,5 +1,8 @@
 #include "tests/desktop/PrivateBus.h"
 
+#include <signal.h>
+#include <sys/prctl.h>
+
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -21,7 +24,12 @@ constexpr auto CONFIGURATION = R"(<busconfig>
 
 }  // namespace
 
+void bindToTest(QProcess& process) {
+  process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+}
+
 QString startAndReadLine(QProcess& process, const QString& program, const QStringList& arguments) {
+  bindToTest(process);
   process.start(program, arguments);
   QElapsedTimer patience;
   patience.start();

@@ -26,6 +26,9 @@ class PrivateBus {
   QString problem_;
 };
 
+/// Has what `process` starts end with the test, even if the test crashes.
+void bindToTest(QProcess& process);
+
 /// Starts `process` and hands back its first line; empty when none came. The line is what programs
 /// print once they are ready.
 QString startAndReadLine(QProcess& process, const QString& program, const QStringList& arguments);

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/notifications/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/notifications/PushImage.h"
 
 #include <future>
 #include <thread>
@@ -13,7 +13,7 @@ namespace {
 
 using testing::InstalledFakePlatform;
 
-TEST(ImageLoader, OnlyWhatCanBeAnAddressIsOne) {
+TEST(Url, OnlyWhatCanBeAnAddressIsOne) {
   for (const char* good : {"http://a/b.jpg", "https://a/%20?x=1&y=(2)#f", "image.jpg", "file:///x"}) {
     EXPECT_TRUE(isUrl(good)) << good;
   }
@@ -24,16 +24,16 @@ TEST(ImageLoader, OnlyWhatCanBeAnAddressIsOne) {
 }
 
 /// Loads on a thread of its own while the test answers.
-class ImageLoaderTest : public ::testing::Test {
+class PushImageTest : public ::testing::Test {
  protected:
-  LoadedImage loadAnsweredBy(const std::function<void()>& answer) {
+  PushImage loadAnsweredBy(const std::function<void()>& answer) {
     std::promise<void> sent;
     fake_.http->setHandler([&](const HttpRequest&) {
       sent.set_value();
       return std::nullopt;
     });
-    LoadedImage image;
-    std::thread loader([&] { image = loadImage("HTTP://host/image.png", 60.0); });
+    PushImage image;
+    std::thread loader([&] { image = loadPushImage("HTTP://host/image.png", 60.0); });
     sent.get_future().wait();
     answer();
     loader.join();
@@ -43,13 +43,13 @@ class ImageLoaderTest : public ::testing::Test {
   InstalledFakePlatform fake_;
 };
 
-TEST_F(ImageLoaderTest, TheAnswersBytesComeBackWhole) {
+TEST_F(PushImageTest, TheAnswersBytesComeBackWhole) {
   const std::string bytes("\0\xff\n", 3);
   const auto image = loadAnsweredBy([&] { fake_.http->answer(0, 200, bytes); });
   EXPECT_EQ(image.bytes, bytes);
 }
 
-TEST_F(ImageLoaderTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessage) {
+TEST_F(PushImageTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessage) {
   const auto missing = loadAnsweredBy([&] { fake_.http->answer(0, 404, "not found page"); });
   EXPECT_EQ(missing.bytes, std::nullopt);
   EXPECT_EQ(missing.error, "HTTP status 404");
@@ -57,28 +57,28 @@ TEST_F(ImageLoaderTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessa
   EXPECT_EQ(failed.error, "Could not resolve host");
 }
 
-TEST_F(ImageLoaderTest, ATransportThatStopsEndsTheWait) {
+TEST_F(PushImageTest, ATransportThatStopsEndsTheWait) {
   const auto image = loadAnsweredBy([&] { fake_.http->stop(); });
   EXPECT_EQ(image.error, "cancelled");
 }
 
-TEST_F(ImageLoaderTest, TheRequestCarriesTheLimits) {
-  loadImage("http://host/image.png", 0.0);
+TEST_F(PushImageTest, TheRequestCarriesTheLimits) {
+  loadPushImage("http://host/image.png", 0.0);
   ASSERT_EQ(fake_.http->count(), 1U);
   EXPECT_EQ(fake_.http->requests()[0].maximumBodySize, 10U << 20);
   EXPECT_EQ(fake_.http->requests()[0].method, "GET");
   EXPECT_EQ(fake_.http->requests()[0].body, std::nullopt);
 }
 
-TEST_F(ImageLoaderTest, NoAnswerEndsAtTheLimitAndALateOneFindsNobody) {
-  const auto image = loadImage("http://host/image.png", 0.01);
+TEST_F(PushImageTest, NoAnswerEndsAtTheLimitAndALateOneFindsNobody) {
+  const auto image = loadPushImage("http://host/image.png", 0.01);
   EXPECT_EQ(image.error, "timed out");
   EXPECT_TRUE(fake_.http->answer(0, 200, "late"));
 }
 
-TEST_F(ImageLoaderTest, OtherSchemesNeverReachTheTransport) {
+TEST_F(PushImageTest, OtherSchemesNeverReachTheTransport) {
   for (const char* url : {"file:///etc/passwd", "ftp://host/x", "image.jpg", "https"}) {
-    EXPECT_FALSE(loadImage(url, 0.0).bytes) << url;
+    EXPECT_FALSE(loadPushImage(url, 0.0).bytes) << url;
   }
   EXPECT_EQ(fake_.http->count(), 1U);  // "https" alone has the right scheme; the transport refuses it
 }

@@ -8,7 +8,7 @@
 namespace kifo {
 
 /// The bytes behind an address, or why there are none.
-struct LoadedImage {
+struct PushImage {
   std::optional<std::string> bytes;
   std::string error;  ///< One line; set when there are no bytes.
 };
@@ -18,6 +18,6 @@ struct LoadedImage {
 ///
 /// **Threading:** waits on the calling thread, never longer than `limit` seconds, also when the
 /// calling thread is the one that the answer would have come on. Never call it on the UI thread.
-KIFO_EXPORT LoadedImage loadImage(const std::string& url, double limit = 7.0);
+KIFO_EXPORT PushImage loadPushImage(const std::string& url, double limit = 7.0);
 
 }  // namespace kifo

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/notifications/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/notifications/PushImage.h"
 
 #include <algorithm>
 #include <chrono>
@@ -52,7 +52,7 @@ std::optional<HttpAnswer> fetch(const std::string& url, double limit) {
 
 }  // namespace
 
-LoadedImage loadImage(const std::string& url, double limit) {
+PushImage loadPushImage(const std::string& url, double limit) {
   if (!hasWebScheme(url)) return {std::nullopt, "only http and https are loaded"};
   auto answer = fetch(url, limit);
   if (!answer) return {std::nullopt, "timed out"};
