@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/Url.h"
+#include "apps/server/LocalServer.h"
+#include "platform/linux/CurlTransport.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {
@@ -81,6 +83,51 @@ TEST_F(PushImageTest, OtherSchemesNeverReachTheTransport) {
     EXPECT_FALSE(loadPushImage(url, 0.0).bytes) << url;
   }
   EXPECT_EQ(fake_.http->count(), 1U);  // "https" alone has the right scheme; the transport refuses it
+}
+
+/// Over the system's own transport, from a server on this machine.
+class PushImageOverHttp : public ::testing::Test {
+ protected:
+  PushImageOverHttp() {
+    Platform platform = fake_.platform();
+    platform.http = transport_;
+    Platform::install(std::move(platform));
+    server_.start();
+  }
+  ~PushImageOverHttp() override { transport_->stop(); }
+
+  std::string serve(std::string bytes) {
+    server_.respond("/image", [bytes = std::move(bytes)](const auto&) {
+      return server::LocalServer::Answer{.body = bytes, .contentType = "image/png"};
+    });
+    return server_.uri() + "/image";
+  }
+
+  InstalledFakePlatform fake_;
+  server::LocalServer server_;
+  std::shared_ptr<CurlTransport> transport_ = std::make_shared<CurlTransport>();
+};
+
+TEST_F(PushImageOverHttp, TenMegabytesAreLoadedAndAByteMoreIsNot) {
+  const std::string largest(10u << 20, '\xff');
+  EXPECT_TRUE(loadPushImage(serve(largest), 60.0).bytes == largest);
+  const auto larger = loadPushImage(serve(largest + "x"), 60.0);
+  EXPECT_FALSE(larger.bytes);
+  EXPECT_NE(larger.error, "timed out");
+}
+
+TEST_F(PushImageOverHttp, AskedOnTheTransportsOwnThreadTheWaitEndsAtItsLimit) {
+  const std::string url = serve("pixels");
+  std::promise<PushImage> loaded;
+  transport_->send(
+      [&] {
+        HttpRequest request;
+        request.url = url;
+        return request;
+      },
+      [&](const HttpAnswer&) { loaded.set_value(loadPushImage(url, 0.05)); });
+  EXPECT_EQ(loaded.get_future().get().error, "timed out");
+  EXPECT_EQ(loadPushImage(url, 60.0).bytes, "pixels");
 }
 
 }  // namespace
