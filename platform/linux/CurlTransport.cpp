@@ -16,6 +16,7 @@
 #include "platform/linux/CurlErrors.h"
 #include "platform/linux/CurlSockets.h"
 #include "platform/linux/CurlTransfer.h"
+#include "platform/linux/ExitGuard.h"
 #include "platform/linux/Wakeup.h"
 #include "platform/linux/Worker.h"
 
@@ -30,13 +31,15 @@ constexpr long kConnectionsPerHost = 6;
 constexpr long kKeptConnections = 12;
 constexpr std::size_t kKeptHandles = 8;
 constexpr int kLookWithoutWakeup = 20;  // milliseconds
-const SerialQueue::Duration kStopBound(0.5);
+const SerialQueue::Duration kStopBound(0.2);
 
 void initialiseLibraries() {
   static const bool once = [] {
     // At exit the TLS library would clear itself away under a thread that still uses it.
     OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
-    return curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    const bool done = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    ExitGuard::comeFirst();  // whatever else was brought in may clear itself away as well
+    return done;
   }();
   static_cast<void>(once);
 }
@@ -255,7 +258,11 @@ void CurlTransport::Core::start(Transfer transfer) {
   const Id id = transfer->id();
   CURL* easy = takeHandle();
   CurlTransfer& started = *active_.emplace(id, std::move(transfer)).first->second;
-  if (easy) started.begin(easy, sockets_);
+  if (easy) {
+    started.begin(easy, sockets_);
+    const std::string& authorities = options_.certificateAuthorities;
+    if (!authorities.empty()) curl_easy_setopt(easy, CURLOPT_CAINFO, authorities.c_str());
+  }
   if (!easy || curl_multi_add_handle(multi_, easy) != CURLM_OK) {
     finish(id, CURLE_OUT_OF_MEMORY, failedAnswer(CURLE_OUT_OF_MEMORY));
   }

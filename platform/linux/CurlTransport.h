@@ -13,8 +13,10 @@ namespace kifo {
 struct CurlTransportOptions {
   /// Bytes after decompression, for requests that name no cap of their own.
   std::size_t maximumAnswerSize = 8u << 20;
+  /// A PEM file of certificates to trust in place of the system's. Empty: the system's.
+  std::string certificateAuthorities = {};
   /// The addresses of the system's interfaces, asked when the network changed. Empty: the system.
-  std::function<std::set<std::string>()> localAddresses;
+  std::function<std::set<std::string>()> localAddresses = {};
 };
 
 /// HTTP over libcurl's multi interface: one thread, started by the first request and asleep while
@@ -26,7 +28,7 @@ struct CurlTransportOptions {
 /// **Threading:** thread-safe. `send` takes a short lock, and one system call if the thread sleeps.
 /// Resolving a name takes a thread of the C library's for as long as it lasts.
 /// **Ownership:** the thread holds what it works on; one that a callback does not let go of is left
-/// behind by `stop`, after half a second.
+/// behind by `stop`, after a fifth of a second.
 class CurlTransport final : public HttpTransport {
  public:
   explicit CurlTransport(CurlTransportOptions options = {});

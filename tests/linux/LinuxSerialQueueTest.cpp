@@ -1,14 +1,13 @@
 #include "platform/linux/LinuxSerialQueue.h"
 
-#include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <array>
 #include <future>
 #include <thread>
 
 #include "testing/FakePlatform.h"
+#include "tests/linux/Pipe.h"
 
 namespace kifo::testing {
 namespace {
@@ -35,25 +34,6 @@ class Obstacle {
   std::promise<void> begun_;
   std::promise<void> release_;
   std::promise<void> ended_;
-};
-
-class Pipe {
- public:
-  Pipe() { EXPECT_EQ(pipe2(ends_.data(), O_CLOEXEC | O_NONBLOCK), 0); }
-  ~Pipe() {
-    close(ends_[0]);
-    close(ends_[1]);
-  }
-  [[nodiscard]] int reading() const { return ends_[0]; }
-  void write(char byte) const { EXPECT_EQ(::write(ends_[1], &byte, 1), 1); }
-  [[nodiscard]] char read() const {
-    char byte = 0;
-    EXPECT_EQ(::read(ends_[0], &byte, 1), 1);
-    return byte;
-  }
-
- private:
-  std::array<int, 2> ends_{};
 };
 
 long voluntarySwitches(int thread) {
@@ -120,7 +100,7 @@ TEST_F(LinuxSerialQueueTest, AWatchedDescriptorIsServedBetweenTasksUntilItIsForg
   std::string received;
   const auto watch = queue.watch(pipe.reading(), [&] {
     EXPECT_TRUE(queue.isCurrent());
-    received += pipe.read();
+    received += pipe.read(1);
     if (received.size() == 2) both.set_value();
   });
   // Tasks that never run out must not starve the descriptor.

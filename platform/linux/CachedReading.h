@@ -1,0 +1,73 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+#include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+
+namespace kifo {
+
+/// A reading that may be slow to take. The first one is taken on the spot; every later call is
+/// answered with the last one, and has a new one taken on the queue when that is old.
+///
+/// **Threading:** thread-safe. `read` runs on the first caller's thread and on the queue, one at a
+/// time but for a caller that comes while another takes the first.
+template <class T>
+class CachedReading {
+ public:
+  using Read = std::function<T()>;
+
+  CachedReading(std::shared_ptr<SerialQueue> queue, Read read,
+                std::chrono::steady_clock::duration freshFor = std::chrono::seconds(10))
+      : queue_(std::move(queue)), state_(std::make_shared<State>(std::move(read), freshFor)) {}
+
+  [[nodiscard]] T get() const {
+    std::unique_lock lock(state_->mutex);
+    if (!state_->last) {
+      lock.unlock();
+      return state_->renew();
+    }
+    const T last = *state_->last;
+    const bool renews = !state_->renewing && state_->isOld();
+    if (renews) state_->renewing = true;
+    lock.unlock();
+    if (renews) queue_->post([state = state_] { state->renew(); });
+    return last;
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  /// Shared with the task that renews, which may outlive the reader.
+  struct State {
+    State(Read reading, Clock::duration fresh) : read(std::move(reading)), freshFor(fresh) {}
+
+    T renew() {
+      T now = read();
+      const std::lock_guard lock(mutex);
+      last = now;
+      taken = Clock::now();
+      renewing = false;
+      return now;
+    }
+    [[nodiscard]] bool isOld() const { return Clock::now() - taken > freshFor; }
+
+    const Read read;
+    const Clock::duration freshFor;
+
+    std::mutex mutex;
+    // Guarded by mutex.
+    std::optional<T> last;
+    Clock::time_point taken;
+    bool renewing = false;
+  };
+
+  const std::shared_ptr<SerialQueue> queue_;
+  const std::shared_ptr<State> state_;
+};
+
+}  // namespace kifo

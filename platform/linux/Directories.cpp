@@ -1,0 +1,93 @@
+#include "platform/linux/Directories.h"
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace kifo {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string absoluteIn(const char* variable) {
+  const char* text = std::getenv(variable);
+  return text && *text == '/' ? text : "";
+}
+
+std::string home() {
+  if (auto variable = absoluteIn("HOME"); !variable.empty()) return variable;
+  std::vector<char> buffer(4096);
+  passwd entry{};
+  passwd* found = nullptr;
+  getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found);
+  return found && found->pw_dir && *found->pw_dir == '/' ? found->pw_dir : "";
+}
+
+std::string below(const char* variable, const char* fallback, const std::string& program) {
+  std::string base = absoluteIn(variable);
+  if (base.empty()) {
+    base = home();
+    if (base.empty()) return {};
+    base += fallback;
+  }
+  return base + "/" + program + "/kifo";
+}
+
+/// 0 when the directory is there and can be written to, or could be made.
+int canHold(fs::path path) {
+  std::error_code ignored;
+  while (!fs::exists(path, ignored) && path.has_parent_path() && path != path.parent_path()) {
+    path = path.parent_path();
+  }
+  if (access(path.c_str(), W_OK | X_OK) != 0) return errno;
+  return fs::is_directory(path, ignored) ? 0 : ENOTDIR;
+}
+
+/// A folder of this user's below the system's temporary one, the same at each start; another one if
+/// somebody else has put something in its place.
+std::string temporaryBase() {
+  std::error_code ignored;
+  fs::path base = fs::temp_directory_path(ignored);
+  if (base.empty()) base = "/tmp";
+  const std::string path = (base / ("kifo-" + std::to_string(getuid()))).string();
+  mkdir(path.c_str(), 0700);
+  struct stat status {};
+  const bool ours = lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+                    status.st_uid == getuid() && (status.st_mode & 0077) == 0;
+  if (ours) return path;
+  std::string fresh = path + "-XXXXXX";
+  return mkdtemp(fresh.data()) ? fresh : path;
+}
+
+std::string programName() {
+  std::error_code ignored;
+  const auto name = fs::read_symlink("/proc/self/exe", ignored).filename().string();
+  return name.empty() ? program_invocation_short_name : name;
+}
+
+}  // namespace
+
+Directories Directories::ofThisProcess() {
+  Directories result;
+  result.program = programName();
+  result.documents = below("XDG_DATA_HOME", "/.local/share", result.program);
+  result.temporary = below("XDG_CACHE_HOME", "/.cache", result.program);
+  const int code = result.documents.empty() ? ENOENT : canHold(result.documents);
+  if (code != 0) {
+    result.problem = result.documents + ": " + std::generic_category().message(code);
+    result.documents = temporaryBase() + "/" + result.program;
+  }
+  if (result.temporary.empty() || canHold(result.temporary) != 0) {
+    result.temporary = temporaryBase() + "/" + result.program + "-cache";
+  }
+  return result;
+}
+
+}  // namespace kifo

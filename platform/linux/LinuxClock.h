@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Kifo_iOS_Common_Kit/ports/Clock.h"
+#include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+#include "platform/linux/CachedReading.h"
+
+namespace kifo {
+
+/// The system's clock, in the zone that TZ, /etc/localtime or /etc/timezone names; "UTC" when none
+/// of them names one.
+///
+/// **Threading:** thread-safe. TZ is read once, when the clock is made: reading the environment is
+/// not safe while a host changes it. The files are looked at again every ten seconds at most, on
+/// the queue.
+class LinuxClock final : public Clock {
+ public:
+  /// `root` stands before every path, for tests; `tz` is the variable's text, empty for an unset
+  /// one.
+  LinuxClock(std::shared_ptr<SerialQueue> queue, const std::string& tz, std::string root = {});
+
+  [[nodiscard]] std::int64_t millisecondsSince1970() const override;
+  [[nodiscard]] std::string timeZone() const override { return zone_.get(); }
+
+ private:
+  CachedReading<std::string> zone_;
+};
+
+}  // namespace kifo
