@@ -244,6 +244,16 @@ TEST_F(QtPopupPresenterTest, APresenterMadeOffTheUiThreadShowsNothing) {
   EXPECT_TRUE(said("there is no QApplication"));
 }
 
+TEST_F(QtPopupPresenterTest, TheHostsOptionsReachThePopup) {
+  options_.screenWidth = 390;
+  presenter_ = std::make_unique<QtPopupPresenter>(options_);
+  const auto request = requestFor(screen_, "a");
+  request->preferences.image = "http://127.0.0.1:1/picture.png";
+  presenter_->present(request);
+  ASSERT_TRUE(waitForPopup(window_, "a"));
+  EXPECT_EQ(shownIn(window_).front()->fields().imageViewHeight, 164);
+}
+
 TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsIt) {
   QRasterWindow window;
   window.setGeometry(100, 80, 500, 400);
@@ -254,6 +264,8 @@ TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsIt) {
   ASSERT_TRUE(waitFor([] { return topLevelPopup() && topLevelPopup()->isVisible(); }));
   PopUpWindow* popup = topLevelPopup();
   EXPECT_EQ(popup->windowHandle()->transientParent(), &window);
+  EXPECT_TRUE(popup->windowFlags() & Qt::FramelessWindowHint);
+  EXPECT_TRUE(popup->testAttribute(Qt::WA_TranslucentBackground));
   const auto coversWindow = [&] {
     return popup->geometry() == QRect(window.mapToGlobal(QPoint()), window.size());
   };

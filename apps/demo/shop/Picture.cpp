@@ -1,0 +1,54 @@
+#include "apps/demo/shop/Picture.h"
+
+#include <QPainter>
+
+#include "apps/demo/shop/Illustrations.h"
+#include "apps/demo/shop/ProductCard.h"
+#include "apps/demo/shop/Theme.h"
+
+namespace kifo::shop {
+
+Picture::Picture(const Product& product, QWidget* parent) : QWidget(parent) {
+  setProduct(product);
+}
+
+void Picture::setProduct(const Product& product) {
+  product_ = &product;
+  setAccessibleName(product.name);
+  update();
+}
+
+void Picture::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(product_->backdrop);
+  const double radius = std::min<double>(theme::kRadius, width() / 6.0);
+  painter.drawRoundedRect(rect(), radius, radius);
+  const double side = std::min(width(), height()) * 0.86;
+  paintMotif(painter, QRectF(QRectF(rect()).center() - QPointF(side, side) / 2, QSizeF(side, side)),
+             product_->motif);
+}
+
+StarRow::StarRow(const Product& product, QWidget* parent) : QWidget(parent) {
+  setFixedSize(160, 28);
+  setProduct(product);
+}
+
+void StarRow::setProduct(const Product& product) {
+  stars_ = product.stars;
+  setAccessibleName(tr("%1 of 5 stars").arg(stars_));
+  update();
+}
+
+void StarRow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  paintStars(painter, QPointF(0, height() / 2.0), 17, stars_);
+  painter.setPen(theme::kMuted);
+  painter.setFont(theme::text(14));
+  painter.drawText(rect().adjusted(116, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                   QString::number(stars_, 'f', 1));
+}
+
+}  // namespace kifo::shop

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "apps/server/LocalServer.h"
+
+namespace kifo::shop {
+
+/// The shop's server, in the same process: campaigns, their pictures, and an ear for events.
+///
+/// **Threading:** made and started on the UI thread; `heard` is sent from the server's own threads.
+class ShopServer : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit ShopServer(QObject* parent = nullptr);
+
+  /// False when no port can be had.
+  bool start();
+
+  [[nodiscard]] server::LocalServer& server() { return server_; }
+
+ Q_SIGNALS:
+  /// An event arrived; `detail` says the most telling of its particulars.
+  void heard(const QString& name, const QString& detail);
+
+ private:
+  void servePictures();
+  void serveCampaigns();
+
+  server::LocalServer server_;
+};
+
+}  // namespace kifo::shop

@@ -1,0 +1,101 @@
+// kifo-shop: a small shop with campaigns. With a display it waits for a visitor; without one it
+// visits itself, keeps a picture of each state, and checks what the server heard.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QTemporaryDir>
+#include <cstdio>
+
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "apps/demo/shop/ShopServer.h"
+#include "apps/demo/shop/ShopWindow.h"
+#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/tour/Tour.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/qt/QtPlatform.h"
+
+namespace {
+
+using namespace kifo;
+
+struct Silence final : ConsoleSink {
+  void write(std::string) override {}
+};
+
+bool hasDisplay() {
+  if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    return qgetenv("QT_QPA_PLATFORM") != "offscreen" && qgetenv("QT_QPA_PLATFORM") != "minimal";
+  }
+  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
+void startSdk(const server::LocalServer& server, const QString& home, bool isVerbose) {
+  LinuxPlatformOptions options;
+  options.documentsDirectory = home.toStdString();
+  options.applicationIdentifier = "com.example.nook";
+  options.reachabilityTargets = {server.apiUri(), server.listenerUri()};
+  Platform platform = withQt(makeLinuxPlatform(options));
+  if (!isVerbose) platform.console = std::make_shared<Silence>();
+  Platform::install(std::move(platform));
+
+  KifoInitConfig configuration;
+  configuration.bundle = {"com.example.nook"};
+  configuration.apiUri = server.apiUri();
+  configuration.listenerUri = server.listenerUri();
+  configuration.authorization = "nook-token";
+  configuration.applicationName = "nook";
+  configuration.actorId = "ada";
+  Kifo::initialize(configuration);
+}
+
+/// How the shop was asked to run.
+struct Wishes {
+  bool visitsItself = false;
+  bool isVerbose = false;
+  QString output;
+};
+
+Wishes wishesOf(const QApplication& application) {
+  QCommandLineParser parser;
+  const QCommandLineOption tour("tour", "Visit the shop without a visitor, also on a display.");
+  const QCommandLineOption output("output", "Where the tour's pictures go.", "folder",
+                                  "shop-pictures");
+  const QCommandLineOption verbose("verbose", "Show the SDK's console lines.");
+  parser.addHelpOption();
+  parser.addOptions({tour, output, verbose});
+  parser.process(application);
+  return {.visitsItself = parser.isSet(tour) || !hasDisplay(),
+          .isVerbose = parser.isSet(verbose),
+          .output = parser.value(output)};
+}
+
+int run(QApplication& application, const Wishes& wishes) {
+  const QTemporaryDir home;
+  shop::ShopServer server;
+  if (!home.isValid() || !server.start()) {
+    std::fprintf(stderr, "kifo-shop: no folder or no port to be had\n");
+    return 1;
+  }
+  startSdk(server.server(), home.path(), wishes.isVerbose);
+  int status = 0;
+  {
+    shop::ShopWindow window;
+    QObject::connect(&server, &shop::ShopServer::heard, window.activity(),
+                     &shop::ActivityPanel::heard);
+    window.show();
+    status = wishes.visitsItself ? shop::Tour(window, server.server(), wishes.output).run() ? 0 : 1
+                                 : application.exec();
+  }
+  Kifo::shutdown();
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("kifo-shop"));
+  QApplication::setFont(shop::theme::text(15));
+  QApplication::setPalette(shop::theme::palette());
+  return run(application, wishesOf(application));
+}
