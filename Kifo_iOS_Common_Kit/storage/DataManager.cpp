@@ -24,16 +24,16 @@ bool isQuotable(const KifoLog& log) {
          isQuotable(log._httpMethod);
 }
 
-std::string insertStatement(const std::string& table, const KifoLog& log) {
-  return "INSERT INTO " + table +
+std::string insertStatement(const KifoLog& log) {
+  return std::string("INSERT INTO ") + DataManager::TABLE_NAME +
          " (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, ISSYNC_SUCCESS) VALUES ('" +
          log._paramaters + "', '" + log._requestId + "', '" + log._url + "', " +
          std::to_string(log._date) + ", " + std::to_string(log._isSync) + ", " +
          std::to_string(log._tryCount) + ", '" + log._httpMethod + "', 0)";
 }
 
-std::string countStatement(const std::string& table) {
-  return "select count(*) from " + table + " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0";
+std::string countStatement() {
+  return std::string("select count(*) from ") + DataManager::TABLE_NAME + " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0";
 }
 
 /// A row in the order of the select. Cells are texts, and a number field takes numbers only, so the
@@ -58,11 +58,11 @@ void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLo
   }
   const bool isCounted = log._tryCount == 0;
   store().execute(
-      insertStatement(TABLE_NAME, log),
+      insertStatement(log),
       [stored = std::move(stored)](const auto*, const auto&, bool) {
         if (stored) stored(store().rowsChanged() > 0);
       },
-      isCounted ? std::optional(countStatement(TABLE_NAME)) : std::nullopt);
+      isCounted ? std::optional(countStatement()) : std::nullopt);
 }
 
 void DataManager::cacheLog(const std::function<std::int64_t()>& limit,
@@ -79,7 +79,7 @@ void DataManager::cacheLog(const std::function<std::int64_t()>& limit,
 void DataManager::deleteLog(const std::string& requestId, std::function<void()> removed) const {
   if (requestId.empty() || !isQuotable(requestId)) return;
   store().execute(
-      "delete from " + TABLE_NAME + " where REQUEST_ID = '" + requestId + "' or TRYCOUNT > 0",
+      std::string("delete from ") + TABLE_NAME + " where REQUEST_ID = '" + requestId + "' or TRYCOUNT > 0",
       [removed = std::move(removed)](const auto*, const auto&, bool) {
         if (removed && store().lastSucceeded()) removed();
       });
@@ -89,7 +89,7 @@ void DataManager::updateSyncStatus(const std::string& requestId, int success,
                                    std::function<void()> marked) const {
   if (requestId.empty()) return print("Request id is empty");
   if (!isQuotable(requestId)) return;
-  store().performQuery("update " + TABLE_NAME + " set ISSYNC_SUCCESS = " + std::to_string(success) +
+  store().performQuery(std::string("update ") + TABLE_NAME + " set ISSYNC_SUCCESS = " + std::to_string(success) +
                            ", ISSYNC = 1 where REQUEST_ID = '" + requestId + "'",
                        [marked = std::move(marked)](const auto*, const auto&, bool) {
                          if (marked && store().lastSucceeded()) marked();
@@ -101,14 +101,14 @@ void DataManager::increaseTryCount(const std::string& requestId,
   if (requestId.empty()) return print("increaseTryCount - requestId is empty");
   if (!isQuotable(requestId)) return;
   store().execute(
-      "update " + TABLE_NAME + " set TRYCOUNT = TRYCOUNT + 1 where REQUEST_ID = '" + requestId + "'",
+      std::string("update ") + TABLE_NAME + " set TRYCOUNT = TRYCOUNT + 1 where REQUEST_ID = '" + requestId + "'",
       [marked = std::move(marked)](const auto*, const auto&, bool) {
         if (marked) marked(store().rowsChanged() > 0);
       });
 }
 
 void DataManager::unsyncedLogCount(std::function<void(std::int64_t count)> completion) const {
-  store().rowCount(countStatement(TABLE_NAME),
+  store().rowCount(countStatement(),
                    [completion = std::move(completion)](std::int32_t count, const auto&, bool) {
                      completion(count);
                    });
@@ -118,7 +118,7 @@ void DataManager::firstUnsyncedLog(
     std::function<void(const std::optional<KifoLog>&)> completion) const {
   const auto records = std::make_shared<std::vector<KifoLog>>();
   store().performQuery(
-      "select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID from " +
+      std::string("select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID from ") +
           TABLE_NAME + " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1",
       [records, completion = std::move(completion)](const auto* row, const auto&, bool) {
         if (row) records->push_back(logOf(*row));

@@ -18,16 +18,16 @@ namespace kifo {
 /// **Errors:** a statement that fails makes no completion and says nothing.
 class KIFO_EXPORT DataManager {
  public:
-  const std::string TABLE_NAME = "KifoLog";
-  const std::string COL_ID = "_id";
-  const std::string COL_PARAMS = "_paramaters";
-  const std::string COL_REQUEST_ID = "_requestId";
-  const std::string COL_URL = "_url";
-  const std::string COL_DATE = "_date";
-  const std::string COL_SYNC = "_isSync";
-  const std::string COL_TRY_COUNT = "_tryCount";
-  const std::string COL_HTTP_METHOD = "_httpMethod";
-  const int MAXTRYCOUNT = 1;
+  static constexpr auto TABLE_NAME = "KifoLog";
+  static constexpr auto COL_ID = "_id";
+  static constexpr auto COL_PARAMS = "_paramaters";
+  static constexpr auto COL_REQUEST_ID = "_requestId";
+  static constexpr auto COL_URL = "_url";
+  static constexpr auto COL_DATE = "_date";
+  static constexpr auto COL_SYNC = "_isSync";
+  static constexpr auto COL_TRY_COUNT = "_tryCount";
+  static constexpr auto COL_HTTP_METHOD = "_httpMethod";
+  static constexpr int MAXTRYCOUNT = 1;
 
   /// Prints that the database is being made, and prepares it.
   void createTable() const;
