@@ -93,11 +93,12 @@ void fillTable(const std::string& databasePath, int count, const std::string& ur
   const RequestTexts texts(url, true, parameters);
   for (int i = 0; i < count; ++i) {
     char id[40];
-    std::snprintf(id, sizeof id, "%08X-0000-4000-8000-%012X", 0x9E3779B9U * static_cast<unsigned>(i), static_cast<unsigned>(i));
+    std::snprintf(id, sizeof id, "%08X-0000-4000-8000-%012X",
+                  0x9E3779B9U * static_cast<unsigned>(i), static_cast<unsigned>(i));
     const std::string insert =
         "INSERT INTO KifoLog (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, "
-        "ISSYNC_SUCCESS) VALUES ('" + texts.json() + "', '" + id + "', '" + texts.url() +
-        "', 1, 1, 0, 'POST', 0)";
+        "ISSYNC_SUCCESS) VALUES ('" +
+        texts.json() + "', '" + id + "', '" + texts.url() + "', 1, 1, 0, 'POST', 0)";
     sqlite3_exec(database, insert.c_str(), nullptr, nullptr, nullptr);
   }
   sqlite3_exec(database, "COMMIT", nullptr, nullptr, nullptr);

@@ -10,7 +10,8 @@
 namespace kifo::bench {
 namespace {
 
-constexpr auto kCampaigns = R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":1000000}})";
+constexpr auto kCampaigns =
+    R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":1000000}})";
 
 /// Serves until it is killed, or its parent is.
 [[noreturn]] void serve(BenchServer::Manner manner, int ready) {

@@ -26,7 +26,8 @@ Samples timed(int threads, const Work& work) {
         EventParameters parameters = BenchHost::parameters();
         const auto begin = std::chrono::steady_clock::now();
         work(std::move(parameters));
-        own.add(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begin).count());
+        own.add(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begin)
+                    .count());
         // As a host sends: not in one burst, so that the queues behind do not set the pace.
         std::this_thread::sleep_for(kPause * threads);
       }
@@ -40,10 +41,12 @@ Samples timed(int threads, const Work& work) {
 
 /// What any SDK must do on the caller's thread at the least: write the event down as JSON.
 double floorMedian() {
-  return timed(1, [](EventParameters parameters) {
-           volatile auto size = nlohmann::json(std::move(parameters)).dump().size();
-           (void)size;
-         }).median();
+  return timed(1,
+               [](EventParameters parameters) {
+                 volatile auto size = nlohmann::json(std::move(parameters)).dump().size();
+                 (void)size;
+               })
+      .median();
 }
 
 void measure(bool online, int depth, int threads, double floor) {

@@ -32,7 +32,9 @@ std::vector<std::string> query(const std::string& path, const std::string& state
   return cells;
 }
 
-std::size_t discard(char*, std::size_t size, std::size_t count, void*) { return size * count; }
+std::size_t discard(char*, std::size_t size, std::size_t count, void*) {
+  return size * count;
+}
 
 /// The bare statements of a re-send and one POST for each row over one kept connection.
 double byHand(const std::string& path, int rows) {
@@ -42,9 +44,10 @@ double byHand(const std::string& path, int rows) {
   curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, discard);
   const auto begin = Clock::now();
   for (int i = 0; i < rows; ++i) {
-    const auto row = query(path,
-                           "select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID "
-                           "from KifoLog where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1");
+    const auto row =
+        query(path,
+              "select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID "
+              "from KifoLog where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1");
     const std::string where = " where REQUEST_ID = '" + row[7] + "'";
     query(path, "update KifoLog set TRYCOUNT = TRYCOUNT + 1" + where);
     curl_easy_setopt(curl, CURLOPT_URL, row[2].c_str());
@@ -68,7 +71,9 @@ double ours(const std::string& path, int rows) {
   return rows / std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-std::string perSecond(double rate) { return std::to_string(static_cast<int>(rate * 10) / 10.0).substr(0, 6) + " a second"; }
+std::string perSecond(double rate) {
+  return std::to_string(static_cast<int>(rate * 10) / 10.0).substr(0, 6) + " a second";
+}
 
 }  // namespace
 

@@ -37,19 +37,22 @@ long wakeUps() {
   return total;
 }
 
-/// What a host that uses SQLite and libcurl by itself has loaded already: one request, one statement.
+/// What a host that uses SQLite and libcurl by itself has loaded already: one request, one
+/// statement.
 void useTheLibraries(const std::string& url) {
   curl_global_init(CURL_GLOBAL_DEFAULT);
   CURL* curl = curl_easy_init();
   curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
   curl_easy_setopt(curl, CURLOPT_POSTFIELDS, "{}");
-  curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION,
-                   +[](char*, std::size_t size, std::size_t count, void*) { return size * count; });
+  curl_easy_setopt(
+      curl, CURLOPT_WRITEFUNCTION,
+      +[](char*, std::size_t size, std::size_t count, void*) { return size * count; });
   curl_easy_perform(curl);
   curl_easy_cleanup(curl);
   sqlite3* database = nullptr;
   sqlite3_open(":memory:", &database);
-  sqlite3_exec(database, "create table t (a); insert into t values (1); select * from t", nullptr, nullptr, nullptr);
+  sqlite3_exec(database, "create table t (a); insert into t values (1); select * from t", nullptr,
+               nullptr, nullptr);
   sqlite3_close(database);
 }
 
@@ -57,7 +60,8 @@ void librarySize() {
   const std::string stripped = std::filesystem::temp_directory_path() / "kifo-stripped.so";
   const std::string command = "strip -o " + stripped + " " + KIFO_LIBRARY;
   if (std::system(command.c_str()) != 0) return;
-  row("the stripped shared library", std::to_string(std::filesystem::file_size(stripped) / 1024) + " KiB",
+  row("the stripped shared library",
+      std::to_string(std::filesystem::file_size(stripped) / 1024) + " KiB",
       "wanted at most 600 KB");
   std::filesystem::remove(stripped);
 }
@@ -72,12 +76,15 @@ void footprintBench() {
   const long floor = status("VmRSS");
   const long threads = status("Threads");
   BenchHost host(server);
-  row("initialize, a token in hand, no files yet", microseconds(host.start()), "wanted at most 2000 µs");
-  for (int i = 0; i < 100; ++i) KifoEventManager::sendEvent("bench", std::nullopt, BenchHost::parameters());
+  row("initialize, a token in hand, no files yet", microseconds(host.start()),
+      "wanted at most 2000 µs");
+  for (int i = 0; i < 100; ++i)
+    KifoEventManager::sendEvent("bench", std::nullopt, BenchHost::parameters());
   host.waitUntilIdle();
   const long ours = status("VmRSS");
   row("resident: before anything", std::to_string(empty) + " kB", "");
-  row("resident: a host's own use of libcurl and SQLite", std::to_string(floor) + " kB", "the floor");
+  row("resident: a host's own use of libcurl and SQLite", std::to_string(floor) + " kB",
+      "the floor");
   row("resident: and the SDK, after 100 events", std::to_string(ours) + " kB",
       "adds " + std::to_string(ours - floor) + " kB; wanted at most 4096");
   row("threads added", std::to_string(status("Threads") - threads), "wanted at most 4");
@@ -85,7 +92,8 @@ void footprintBench() {
   constexpr int seconds = 5;
   std::this_thread::sleep_for(std::chrono::seconds(seconds));
   // The one that this bench's own sleep makes is not the SDK's.
-  row("wake-ups in " + std::to_string(seconds) + " idle seconds", std::to_string(wakeUps() - before - 1), "wanted 0");
+  row("wake-ups in " + std::to_string(seconds) + " idle seconds",
+      std::to_string(wakeUps() - before - 1), "wanted 0");
   librarySize();
 }
 

@@ -10,7 +10,8 @@
 namespace kifo::bench {
 namespace {
 
-void measure(BenchServer::Manner manner, int events, const std::string& what, const std::string& wanted) {
+void measure(BenchServer::Manner manner, int events, const std::string& what,
+             const std::string& wanted) {
   const BenchServer server(manner);
   BenchHost host(server);
   host.start();
@@ -22,7 +23,8 @@ void measure(BenchServer::Manner manner, int events, const std::string& what, co
   const double took =
       std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
   char figure[64];
-  std::snprintf(figure, sizeof figure, "%.1f ms, %s", took, isDone ? "all done" : "cut at its bound");
+  std::snprintf(figure, sizeof figure, "%.1f ms, %s", took,
+                isDone ? "all done" : "cut at its bound");
   row(what, figure, wanted);
   sqlite3* database = nullptr;
   sqlite3_stmt* count = nullptr;
@@ -41,7 +43,8 @@ void shutdownBench() {
   section("shutdown, with its bound of 2 s");
   measure(Manner::instant, 0, "a healthy server, nothing under way", "wanted at most 50 ms");
   measure(Manner::instant, 3, "a healthy server, 3 events just sent", "wanted at most 50 ms");
-  measure(Manner::mute, 50, "a mute server, 50 events just sent", "wanted at most 2000 ms, 50 rows kept");
+  measure(Manner::mute, 50, "a mute server, 50 events just sent",
+          "wanted at most 2000 ms, 50 rows kept");
 }
 
 }  // namespace kifo::bench

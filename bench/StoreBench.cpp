@@ -18,7 +18,8 @@ constexpr auto kCount = "select count(*) from KifoLog where ISSYNC_SUCCESS = 0 a
 
 std::string requestId(int round) {
   char id[40];
-  std::snprintf(id, sizeof id, "%08X-1111-4000-8000-%012X", 0x85EBCA6BU * static_cast<unsigned>(round), static_cast<unsigned>(round));
+  std::snprintf(id, sizeof id, "%08X-1111-4000-8000-%012X",
+                0x85EBCA6BU * static_cast<unsigned>(round), static_cast<unsigned>(round));
   return id;
 }
 
@@ -34,7 +35,9 @@ void byHand(const std::string& path, const std::string& statement) {
 }
 
 double now() {
-  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now().time_since_epoch()).count();
+  return std::chrono::duration<double, std::micro>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
 }
 
 KifoLog sample(const RequestTexts& texts, const std::string& id) {
@@ -43,8 +46,8 @@ KifoLog sample(const RequestTexts& texts, const std::string& id) {
 
 std::string insert(const KifoLog& log) {
   return "INSERT INTO KifoLog (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, "
-         "ISSYNC_SUCCESS) VALUES ('" + log._paramaters + "', '" + log._requestId + "', '" + log._url +
-         "', 1, 1, 0, 'POST', 0)";
+         "ISSYNC_SUCCESS) VALUES ('" +
+         log._paramaters + "', '" + log._requestId + "', '" + log._url + "', 1, 1, 0, 'POST', 0)";
 }
 
 /// A table without our indexes, as deep as the store's own, for the statements by hand.

@@ -11,12 +11,16 @@ void Samples::add(const Samples& others) {
 
 double Samples::quantile(double share) const {
   if (values_.empty()) return 0.0;
-  const auto index = std::min(values_.size() - 1, static_cast<std::size_t>(share * static_cast<double>(values_.size())));
-  std::nth_element(values_.begin(), values_.begin() + static_cast<std::ptrdiff_t>(index), values_.end());
+  const auto index = std::min(
+      values_.size() - 1, static_cast<std::size_t>(share * static_cast<double>(values_.size())));
+  std::nth_element(values_.begin(), values_.begin() + static_cast<std::ptrdiff_t>(index),
+                   values_.end());
   return values_[index];
 }
 
-void section(const std::string& title) { std::printf("\n%s\n", title.c_str()); }
+void section(const std::string& title) {
+  std::printf("\n%s\n", title.c_str());
+}
 
 void row(const std::string& what, const std::string& figure, const std::string& beside) {
   std::printf("  %-58s %-26s %s\n", what.c_str(), figure.c_str(), beside.c_str());

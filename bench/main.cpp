@@ -14,8 +14,8 @@
 int main(int argc, char** argv) {
   const std::vector<std::string> wanted(argv + 1, argv + argc);
   const std::vector<std::pair<std::string, void (*)()>> benches{
-      {"caller", kifo::bench::callerBench},       {"store", kifo::bench::storeBench},
-      {"drain", kifo::bench::drainBench},         {"footprint", kifo::bench::footprintBench},
+      {"caller", kifo::bench::callerBench},     {"store", kifo::bench::storeBench},
+      {"drain", kifo::bench::drainBench},       {"footprint", kifo::bench::footprintBench},
       {"shutdown", kifo::bench::shutdownBench},
   };
   for (const auto& [name, run] : benches) {

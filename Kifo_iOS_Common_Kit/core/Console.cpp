@@ -37,6 +37,8 @@ void fatalError(std::string_view message) {
   std::abort();
 }
 
-void setFatalErrorHandler(void (*handler)(std::string_view message)) { fatalErrorHandler = handler; }
+void setFatalErrorHandler(void (*handler)(std::string_view message)) {
+  fatalErrorHandler = handler;
+}
 
 }  // namespace kifo

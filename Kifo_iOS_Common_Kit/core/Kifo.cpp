@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
 #include "Kifo_iOS_Common_Kit/core/PreferencesManager.h"
 #include "Kifo_iOS_Common_Kit/core/Session.h"
-#include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
 #include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
@@ -25,9 +25,13 @@ void print(std::string_view message) {
   Console::print(tag, message);
 }
 
-Session& session() { return Session::shared(); }
+Session& session() {
+  return Session::shared();
+}
 
-std::string newIdentifier() { return Platform::current()->identifiers->uuid(); }
+std::string newIdentifier() {
+  return Platform::current()->identifiers->uuid();
+}
 
 /// The status that the network watcher reports, on the main queue.
 void networkStatusChanged(bool isOnline) {
@@ -93,7 +97,8 @@ void startUp(std::function<void(bool)> fetched) {
   NetworkManager::shared().startMonitoring(networkStatusChanged);
 }
 
-/// The authorization that the configuration gives, or that its token service has; false without both.
+/// The authorization that the configuration gives, or that its token service has; false without
+/// both.
 bool authorize(const KifoInitConfig& configuration) {
   if (configuration.authorization) {
     session().updateIdentity([&](Session::Identity& identity) {
@@ -117,10 +122,12 @@ void copySwitches(const KifoInitConfig& configuration) {
   s.isLocationRequired = configuration.isLocationRequired;
 }
 
-/// Runs when the first answer is there: the host first, then the start-up events from the main queue.
+/// Runs when the first answer is there: the host first, then the start-up events from the main
+/// queue.
 std::function<void(bool)> startUpCompletion(std::optional<std::string> configuredActor,
                                             Kifo::OnSuccess onSuccess) {
-  return [configuredActor = std::move(configuredActor), onSuccess = std::move(onSuccess)](bool success) {
+  return [configuredActor = std::move(configuredActor),
+          onSuccess = std::move(onSuccess)](bool success) {
     if (!success) return;
     callHost(logTag("Kifo"), onSuccess);
     Platform::current()->mainQueue->post([configuredActor] {
@@ -203,9 +210,13 @@ bool Kifo::isInitialized() {
   return session().initializeStatus == InitializeStatusType::INITIALIZED;
 }
 
-InitializeStatusType Kifo::getInitializeStatusType() { return session().initializeStatus; }
+InitializeStatusType Kifo::getInitializeStatusType() {
+  return session().initializeStatus;
+}
 
-void Kifo::updateActorId(const std::string& newActorId) { setActor(newActorId); }
+void Kifo::updateActorId(const std::string& newActorId) {
+  setActor(newActorId);
+}
 
 void Kifo::setPushToken(const std::string& token) {
   session().updateIdentity([&](Session::Identity& identity) { identity.pushToken = token; });
@@ -226,7 +237,9 @@ void Kifo::setAuthorizationToken(const std::string& token) {
   print("Authorization token set complete");
 }
 
-void Kifo::didFinishLaunchingWithOptions() { print("didFinishLaunchingWithOptions"); }
+void Kifo::didFinishLaunchingWithOptions() {
+  print("didFinishLaunchingWithOptions");
+}
 
 void Kifo::applicationDidReceiveRemoteNotification(const UserInfo&) {
   print("applicationDidReceiveRemoteNotification");
@@ -242,8 +255,12 @@ void Kifo::applicationWillResignActive() {
   sendLifeCycleEvent(&KifoEventManager::sendAppBackgroundEvent);
 }
 
-SendEventStatus Kifo::sendEventStatus() { return session().sendEventStatus; }
-void Kifo::setSendEventStatus(SendEventStatus status) { session().sendEventStatus = status; }
+SendEventStatus Kifo::sendEventStatus() {
+  return session().sendEventStatus;
+}
+void Kifo::setSendEventStatus(SendEventStatus status) {
+  session().sendEventStatus = status;
+}
 
 SendLifeCycleEventStatus Kifo::sendApplicationLifeCycleEventStatus() {
   return session().sendApplicationLifeCycleEventStatus;
@@ -259,26 +276,52 @@ void Kifo::setSendActivityLifeCycleEventStatus(SendLifeCycleEventStatus status) 
   session().sendActivityLifeCycleEventStatus = status;
 }
 
-std::string Kifo::apiUri() { return session().identity()->apiUri; }
-std::string Kifo::listenerUri() { return session().identity()->listenerUri; }
-std::string Kifo::authorization() { return session().identity()->authorization; }
-std::string Kifo::localOrigin() { return session().identity()->localOrigin; }
-std::string Kifo::actorId() { return session().identity()->actorId; }
-std::string Kifo::applicationName() { return session().identity()->applicationName; }
-std::string Kifo::pushToken() { return session().identity()->pushToken; }
-std::string Kifo::apnsToken() { return session().identity()->apnsToken; }
-bool Kifo::offlineCachingDisabled() { return session().offlineCachingDisabled; }
-KifoNetworkStatus Kifo::networkStatus() { return session().networkStatus; }
+std::string Kifo::apiUri() {
+  return session().identity()->apiUri;
+}
+std::string Kifo::listenerUri() {
+  return session().identity()->listenerUri;
+}
+std::string Kifo::authorization() {
+  return session().identity()->authorization;
+}
+std::string Kifo::localOrigin() {
+  return session().identity()->localOrigin;
+}
+std::string Kifo::actorId() {
+  return session().identity()->actorId;
+}
+std::string Kifo::applicationName() {
+  return session().identity()->applicationName;
+}
+std::string Kifo::pushToken() {
+  return session().identity()->pushToken;
+}
+std::string Kifo::apnsToken() {
+  return session().identity()->apnsToken;
+}
+bool Kifo::offlineCachingDisabled() {
+  return session().offlineCachingDisabled;
+}
+KifoNetworkStatus Kifo::networkStatus() {
+  return session().networkStatus;
+}
 KifoNotificationPermissionStatusType Kifo::notificationPermissionStatus() {
   return session().notificationPermissionStatus;
 }
-bool Kifo::isInstall() { return session().isInstall; }
-bool Kifo::isStarted() { return session().isStarted; }
+bool Kifo::isInstall() {
+  return session().isInstall;
+}
+bool Kifo::isStarted() {
+  return session().isStarted;
+}
 std::optional<double> Kifo::requestTimeout() {
   const double seconds = session().requestTimeout;
   return seconds > 0.0 ? std::optional(seconds) : std::nullopt;
 }
 
-bool Kifo::shutdown(double bound) { return shutDown(bound); }
+bool Kifo::shutdown(double bound) {
+  return shutDown(bound);
+}
 
 }  // namespace kifo

@@ -26,9 +26,10 @@ namespace kifo {
 ///     …
 ///     kifo::Kifo::shutdown();
 ///
-/// **Threading:** every operation is thread-safe. `initialize` waits on the calling thread only for a
-/// token service; nothing else here touches disk or network there, but for one small file read.
-/// **Errors:** nothing throws. What went wrong shows in `getInitializeStatusType` and on the console.
+/// **Threading:** every operation is thread-safe. `initialize` waits on the calling thread only for
+/// a token service; nothing else here touches disk or network there, but for one small file read.
+/// **Errors:** nothing throws. What went wrong shows in `getInitializeStatusType` and on the
+/// console.
 class KIFO_EXPORT Kifo {
  public:
   using OnSuccess = std::function<void()>;
@@ -86,8 +87,9 @@ class KIFO_EXPORT Kifo {
   static std::optional<double> requestTimeout();
 
   /// Stops the SDK: stores what is still queued, waits for the answers of what is under way, then
-  /// ends its threads. Never takes longer than `bound` seconds; returns whether all was done by then.
-  /// The SDK can be initialised again afterwards. Must not be called from one of its callbacks.
+  /// ends its threads. Never takes longer than `bound` seconds; returns whether all was done by
+  /// then. The SDK can be initialised again afterwards. Must not be called from one of its
+  /// callbacks.
   static bool shutdown(double bound = 2.0);
 };
 

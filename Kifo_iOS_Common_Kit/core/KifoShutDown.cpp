@@ -25,7 +25,8 @@ constexpr double kLongestBound = 86400.0;
 /// What is left of the time that the host granted.
 class Deadline {
  public:
-  explicit Deadline(double bound) : end_(Now::now() + std::chrono::duration_cast<Now::duration>(Seconds(bound))) {}
+  explicit Deadline(double bound)
+      : end_(Now::now() + std::chrono::duration_cast<Now::duration>(Seconds(bound))) {}
 
   [[nodiscard]] Seconds left() const { return std::max(Seconds(0.0), Seconds(end_ - Now::now())); }
 
@@ -42,13 +43,14 @@ bool drain(SerialQueue& queue, const Deadline& deadline) {
   return finished.wait_for(deadline.left()) == std::future_status::ready;
 }
 
-/// Answers queue statements, and statements may settle requests that others wait for: round and round
-/// until nothing is left.
+/// Answers queue statements, and statements may settle requests that others wait for: round and
+/// round until nothing is left.
 bool settle(const Platform& platform, const Deadline& deadline) {
   do {
     const bool isIdle = drain(*platform.mainQueue, deadline) &&
                         RequestLedger::shared().waitUntilIdle(deadline.left()) &&
-                        drain(*platform.answerQueue, deadline) && drain(*platform.mainQueue, deadline);
+                        drain(*platform.answerQueue, deadline) &&
+                        drain(*platform.mainQueue, deadline);
     if (!isIdle) return false;
   } while (RequestLedger::shared().underWay() > 0);
   return true;

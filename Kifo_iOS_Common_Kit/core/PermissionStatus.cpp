@@ -9,12 +9,18 @@ namespace {
 KifoNotificationPermissionStatusType statusOf(int authorizationStatus) {
   using Status = KifoNotificationPermissionStatusType;
   switch (authorizationStatus) {
-    case 0: return Status::NOT_DETERMINED;
-    case 1: return Status::DENIED;
-    case 2: return Status::AUTHORIZED;
-    case 3: return Status::PROVISIONAL;
-    case 4: return Status::EPHEMERAL;
-    default: return Status::UNKNOWN;
+    case 0:
+      return Status::NOT_DETERMINED;
+    case 1:
+      return Status::DENIED;
+    case 2:
+      return Status::AUTHORIZED;
+    case 3:
+      return Status::PROVISIONAL;
+    case 4:
+      return Status::EPHEMERAL;
+    default:
+      return Status::UNKNOWN;
   }
 }
 

@@ -8,13 +8,17 @@ namespace {
 
 constexpr double kDefaultRequestTimeout = 5000.0;
 
-std::shared_ptr<UserDefaults> standard() { return Platform::current()->userDefaults; }
+std::shared_ptr<UserDefaults> standard() {
+  return Platform::current()->userDefaults;
+}
 
 }  // namespace
 
 PreferencesManager::PreferencesManager() : store_(standard()) {}
 
-std::shared_ptr<UserDefaults> PreferencesManager::mSharedPreferences() const { return store_; }
+std::shared_ptr<UserDefaults> PreferencesManager::mSharedPreferences() const {
+  return store_;
+}
 
 void PreferencesManager::setMSharedPreferences(std::shared_ptr<UserDefaults> store) {
   store_ = std::move(store);

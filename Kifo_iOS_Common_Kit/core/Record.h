@@ -22,9 +22,10 @@
 ///           field("fromValue", &Interval::fromValue), field("toValue", &Interval::toValue));
 ///     };
 ///
-/// A member that is a `std::optional` or a `std::shared_ptr` is an optional field: an absent key or a
-/// null leaves it empty. Any other member is required. There is no leniency of types, unknown keys are
-/// ignored, and one field that does not decode makes the whole record fail. Encoding writes what is set.
+/// A member that is a `std::optional` or a `std::shared_ptr` is an optional field: an absent key or
+/// a null leaves it empty. Any other member is required. There is no leniency of types, unknown
+/// keys are ignored, and one field that does not decode makes the whole record fail. Encoding
+/// writes what is set.
 ///
 /// **Threading:** no shared state. **Errors:** nothing throws; a failure is false or null.
 namespace kifo {
@@ -35,11 +36,11 @@ struct RecordFields;
 template <class Record, class Value>
 struct RecordField {
   const char* key;
-  Value Record::* member;
+  Value Record::*member;
 };
 
 template <class Record, class Value>
-constexpr RecordField<Record, Value> field(const char* key, Value Record::* member) {
+constexpr RecordField<Record, Value> field(const char* key, Value Record::*member) {
   return {key, member};
 }
 
@@ -117,7 +118,8 @@ bool read(const nlohmann::json& json, std::shared_ptr<Type>& value) {
 }
 
 template <class Record, class Value>
-bool readField(const nlohmann::json& object, Record& record, const RecordField<Record, Value>& field) {
+bool readField(const nlohmann::json& object, Record& record,
+               const RecordField<Record, Value>& field) {
   const auto found = object.find(field.key);
   if (found == object.end() || found->is_null()) return isOptional<Value>;
   return read(*found, record.*field.member);
@@ -130,10 +132,18 @@ bool read(const nlohmann::json& json, Record& value) {
                     RecordFields<Record>::fields);
 }
 
-inline nlohmann::json write(const std::string& value) { return value; }
-inline nlohmann::json write(bool value) { return value; }
-inline nlohmann::json write(double value) { return value; }
-inline nlohmann::json write(std::int64_t value) { return value; }
+inline nlohmann::json write(const std::string& value) {
+  return value;
+}
+inline nlohmann::json write(bool value) {
+  return value;
+}
+inline nlohmann::json write(double value) {
+  return value;
+}
+inline nlohmann::json write(std::int64_t value) {
+  return value;
+}
 
 template <class Record>
 nlohmann::json write(const Record& value);
@@ -158,7 +168,8 @@ nlohmann::json write(const std::vector<Type>& values) {
 }
 
 template <class Record, class Value>
-void writeField(nlohmann::json& object, const Record& record, const RecordField<Record, Value>& field) {
+void writeField(nlohmann::json& object, const Record& record,
+                const RecordField<Record, Value>& field) {
   const Value& value = record.*field.member;
   if constexpr (isOptional<Value>) {
     if (!value) return;

@@ -15,11 +15,11 @@ namespace kifo {
 
 struct AppCommunication;
 
-/// What every room of the SDK knows about the running process: who the user is, where the server is,
-/// what it last said. `Kifo` shows most of it to the host under its own names.
+/// What every room of the SDK knows about the running process: who the user is, where the server
+/// is, what it last said. `Kifo` shows most of it to the host under its own names.
 ///
-/// **Threading:** thread-safe. Switches are atomics; strings live in one immutable `Identity` that is
-/// replaced whole, so that a reader sees all of one moment or all of another.
+/// **Threading:** thread-safe. Switches are atomics; strings live in one immutable `Identity` that
+/// is replaced whole, so that a reader sees all of one moment or all of another.
 class KIFO_EXPORT Session {
  public:
   struct Identity {

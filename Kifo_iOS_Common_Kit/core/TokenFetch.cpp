@@ -14,7 +14,8 @@ namespace kifo {
 namespace {
 
 constexpr double kWaitWithoutService = 3.0;
-constexpr double kLongestWait = 86400.0;  // a day; keeps an infinite time-out within the clock's range
+constexpr double kLongestWait =
+    86400.0;  // a day; keeps an infinite time-out within the clock's range
 
 /// One condition for all waits: they are rare, and stopping has to reach each of them.
 struct Waits {

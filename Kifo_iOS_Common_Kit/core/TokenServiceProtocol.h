@@ -11,8 +11,8 @@ namespace kifo {
 
 /// Supplies authorization tokens; implemented by the host.
 ///
-/// **Threading:** `getToken` is called on the thread that initialises and on the SDK's answer queue.
-/// It may complete at once, later, on any thread, more than once, or never.
+/// **Threading:** `getToken` is called on the thread that initialises and on the SDK's answer
+/// queue. It may complete at once, later, on any thread, more than once, or never.
 class KIFO_EXPORT TokenServiceProtocol {
  public:
   using Completion = std::function<void(std::optional<std::string> token)>;

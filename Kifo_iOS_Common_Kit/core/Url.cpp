@@ -6,8 +6,12 @@
 namespace kifo {
 namespace {
 
-constexpr bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+constexpr bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 constexpr bool isHexDigit(char c) {
   return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
@@ -20,7 +24,8 @@ bool hasOnlyUrlCharacters(std::string_view text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char c = text[i];
     if (c == '%') {
-      if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2])) return false;
+      if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2]))
+        return false;
     } else if (!isUnreserved(c) && reserved.find(c) == std::string_view::npos) {
       return false;
     }
@@ -29,9 +34,10 @@ bool hasOnlyUrlCharacters(std::string_view text) {
 }
 
 bool isScheme(std::string_view text) {
-  return !text.empty() && isLetter(text.front()) && std::all_of(text.begin(), text.end(), [](char c) {
-    return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
-  });
+  return !text.empty() && isLetter(text.front()) &&
+         std::all_of(text.begin(), text.end(), [](char c) {
+           return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
+         });
 }
 
 /// `authority` is what stands between "//" and the path.

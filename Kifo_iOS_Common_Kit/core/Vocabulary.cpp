@@ -12,8 +12,9 @@ template <class Enumeration>
 constexpr auto rawValues = nullptr;
 
 template <>
-constexpr auto rawValues<InitializeStatusType> = std::array{
-    "INITIALIZING"sv, "INITIALIZED"sv, "NOT_INITIALIZED"sv, "INITIALIZE_FAILED"sv, "TOKEN_FAILED"sv};
+constexpr auto rawValues<InitializeStatusType> =
+    std::array{"INITIALIZING"sv, "INITIALIZED"sv, "NOT_INITIALIZED"sv, "INITIALIZE_FAILED"sv,
+               "TOKEN_FAILED"sv};
 
 template <>
 constexpr auto rawValues<KifoEventType> = std::array{
@@ -40,9 +41,8 @@ constexpr auto rawValues<KifoLogType> =
     std::array{"page_in"sv, "page_out"sv, "app_background"sv, "app_foreground"sv, "actor_change"sv};
 
 template <>
-constexpr auto rawValues<KifoNotificationPermissionStatusType> =
-    std::array{"DENIED"sv,      "NOT_DETERMINED"sv, "AUTHORIZED"sv,
-               "PROVISIONAL"sv, "EPHEMERAL"sv,      "UNKNOWN"sv};
+constexpr auto rawValues<KifoNotificationPermissionStatusType> = std::array{
+    "DENIED"sv, "NOT_DETERMINED"sv, "AUTHORIZED"sv, "PROVISIONAL"sv, "EPHEMERAL"sv, "UNKNOWN"sv};
 
 template <>
 constexpr auto rawValues<KifoNetworkCapability> = std::array{"wifi"sv, "cellular"sv, "none"sv};
@@ -81,11 +81,13 @@ std::string_view raw(Enumeration value) {
 
 }  // namespace
 
-#define KIFO_RAW_STRINGS(Enumeration)                                                   \
-  std::string_view rawValue(Enumeration value) { return raw(value); }                   \
-  template <>                                                                           \
+#define KIFO_RAW_STRINGS(Enumeration)                                                       \
+  std::string_view rawValue(Enumeration value) {                                            \
+    return raw(value);                                                                      \
+  }                                                                                         \
+  template <>                                                                               \
   KIFO_EXPORT std::optional<Enumeration> fromRawValue<Enumeration>(std::string_view text) { \
-    return find<Enumeration>(text);                                                     \
+    return find<Enumeration>(text);                                                         \
   }
 
 KIFO_RAW_STRINGS(InitializeStatusType)

@@ -56,7 +56,9 @@ std::string capacity(VolumeCapacity kind, std::string_view unavailable) {
 
 }  // namespace
 
-std::string modelName() { return modelName(Platform::current()->device->machine()); }
+std::string modelName() {
+  return modelName(Platform::current()->device->machine());
+}
 
 std::string modelName(std::string_view identifier) {
   if (const auto name = marketingName(identifier)) return std::string(*name);
@@ -65,11 +67,17 @@ std::string modelName(std::string_view identifier) {
   return text;
 }
 
-std::string deviceOs() { return Constants::OPERATING_SYSTEM; }
+std::string deviceOs() {
+  return Constants::OPERATING_SYSTEM;
+}
 
-std::string osVersion() { return Platform::current()->device->systemVersion(); }
+std::string osVersion() {
+  return Platform::current()->device->systemVersion();
+}
 
-std::string deviceId() { return Platform::current()->device->vendorIdentifier().value_or(""); }
+std::string deviceId() {
+  return Platform::current()->device->vendorIdentifier().value_or("");
+}
 
 std::string DeviceStatusHelper::batteryLevel() {
   const float percents = Platform::current()->device->batteryLevel() * 100.0F;

@@ -7,8 +7,8 @@
 
 namespace kifo {
 
-/// The marketing name of this device's hardware: the name that the model table gives for the hardware
-/// identifier, or the identifier itself with each comma turned into a point.
+/// The marketing name of this device's hardware: the name that the model table gives for the
+/// hardware identifier, or the identifier itself with each comma turned into a point.
 KIFO_EXPORT std::string modelName();
 /// The same for any identifier.
 KIFO_EXPORT std::string modelName(std::string_view identifier);

@@ -8,8 +8,8 @@
 
 namespace kifo {
 
-/// The device's last known position, for payloads. Passive: it neither asks for permission nor starts
-/// a positioning device, it reads what the host's own use of location made known.
+/// The device's last known position, for payloads. Passive: it neither asks for permission nor
+/// starts a positioning device, it reads what the host's own use of location made known.
 ///
 /// **Threading:** thread-safe.
 class KIFO_EXPORT LocationManager {

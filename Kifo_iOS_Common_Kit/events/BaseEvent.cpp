@@ -20,6 +20,8 @@ EventParameters BaseEvent::parameters() {
   return composed;
 }
 
-void BaseEvent::addOwnKeys(EventParameters& parameters) const { parameters[Constants::NAME] = name; }
+void BaseEvent::addOwnKeys(EventParameters& parameters) const {
+  parameters[Constants::NAME] = name;
+}
 
 }  // namespace kifo

@@ -15,7 +15,8 @@ class Parsable {
   [[nodiscard]] virtual EventParameters parameters() = 0;
 };
 
-/// One event before it is composed. Each kind of event derives from it and adds the keys of its own.
+/// One event before it is composed. Each kind of event derives from it and adds the keys of its
+/// own.
 ///
 /// **Threading:** a value; composed on the thread that sends.
 class BaseEvent : public Parsable {
@@ -24,7 +25,8 @@ class BaseEvent : public Parsable {
   explicit BaseEvent(std::string name);
   explicit BaseEvent(KifoEventType type) : BaseEvent(std::string(rawValue(type))) {}
 
-  /// Location, common keys, device keys, then the kind's own keys, each inserted over what is there.
+  /// Location, common keys, device keys, then the kind's own keys, each inserted over what is
+  /// there.
   [[nodiscard]] EventParameters parameters() final;
 
   std::string scenario;

@@ -7,8 +7,8 @@
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
 
-/// The capabilities of which an event's dictionary is put together. Each inserts its keys and nothing
-/// else; a key that is already there gets the new value.
+/// The capabilities of which an event's dictionary is put together. Each inserts its keys and
+/// nothing else; a key that is already there gets the new value.
 namespace kifo {
 
 class BaseEvent;
@@ -23,8 +23,8 @@ struct EventSdkInjected {
   static void inject(EventParameters& parameters);
 };
 
-/// Keys that every event has: the tokens, the SDK, the actor, the device's identity, the time and the
-/// permission for notifications.
+/// Keys that every event has: the tokens, the SDK, the actor, the device's identity, the time and
+/// the permission for notifications.
 struct EventPrimaryInjected {
   static void inject(EventParameters& parameters, const BaseEvent& event);
 };
@@ -61,6 +61,5 @@ struct EventPageInjected {
 struct BaseInjected {
   static void inject(EventParameters& parameters, const BaseEvent& event);
 };
-
 
 }  // namespace kifo

@@ -29,7 +29,8 @@ void addItem(EventParameters& parameters, const AppCommunicationItem* item) {
   setOrErase(parameters, Constants::UUID, item->uuid);
   setOrErase(parameters, Constants::CODE, item->code);
   setOrErase(parameters, Constants::TYPE, item->type);
-  setOrErase(parameters, Constants::SURVEY_QUESTION, item->question ? item->question->text : Text());
+  setOrErase(parameters, Constants::SURVEY_QUESTION,
+             item->question ? item->question->text : Text());
 }
 
 void addChosen(EventParameters& parameters, const char* responseType,

@@ -16,7 +16,8 @@ namespace kifo {
 /// "install": "anonymous" is true when the host gave no actor id of its own.
 class InstallEvent final : public BaseEvent {
  public:
-  explicit InstallEvent(bool anonymous) : BaseEvent(KifoEventType::INSTALL), anonymous_(anonymous) {}
+  explicit InstallEvent(bool anonymous)
+      : BaseEvent(KifoEventType::INSTALL), anonymous_(anonymous) {}
 
  private:
   void addOwnKeys(EventParameters& parameters) const override;
@@ -85,7 +86,8 @@ class OpenedEvent final : public BaseEvent {
 /// "InAppMessageResponse".
 class InAppMessageEvent final : public BaseEvent {
  public:
-  InAppMessageEvent(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer, PageContext page)
+  InAppMessageEvent(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
+                    PageContext page)
       : BaseEvent(KifoEventType::INAPPMESSAGERESPONSE),
         item_(std::move(item)),
         answer_(std::move(answer)),
@@ -103,7 +105,8 @@ class InAppMessageEvent final : public BaseEvent {
 struct PushCampaign {
   std::optional<std::string> pushToken;
   std::optional<std::string> actorId;
-  std::optional<std::string> uuid;  ///< The campaign's identity; it travels as "communication_name".
+  std::optional<std::string>
+      uuid;  ///< The campaign's identity; it travels as "communication_name".
   std::optional<std::string> code;
   std::optional<std::string> scenario;
   std::optional<std::string> type;
@@ -148,7 +151,8 @@ class PermissionStatusEvent final : public BaseEvent {
   KifoNotificationPermissionStatusType status_;
 };
 
-/// A host's own event, and "login": starts from the host's parameters, which the SDK's keys replace.
+/// A host's own event, and "login": starts from the host's parameters, which the SDK's keys
+/// replace.
 class CustomEvent final : public BaseEvent {
  public:
   CustomEvent(std::string eventName, EventParameters hostParameters, PageContext page)

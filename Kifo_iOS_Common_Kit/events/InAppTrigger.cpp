@@ -82,15 +82,16 @@ void InAppTrigger::reset() {
 void InAppTrigger::look(const std::string& eventName, Due due) {
   auto answer = Session::shared().appCommunication();
   if (!answer || !answer->model || answer->model->empty()) return;
-  Platform::current()->mainQueue->post([answer = std::move(answer), eventName, due = std::move(due)] {
-    bool found = false;
-    for (const auto& item : *answer->model) {
-      if (item->triggeringEventName != eventName) continue;
-      found = true;
-      consider(item, due);
-    }
-    if (!found) KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "no match"}});
-  });
+  Platform::current()->mainQueue->post(
+      [answer = std::move(answer), eventName, due = std::move(due)] {
+        bool found = false;
+        for (const auto& item : *answer->model) {
+          if (item->triggeringEventName != eventName) continue;
+          found = true;
+          consider(item, due);
+        }
+        if (!found) KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "no match"}});
+      });
 }
 
 }  // namespace kifo

@@ -40,9 +40,8 @@ void sendGate() {
 bool isBlocked(const std::string& eventName) {
   const auto answer = Session::shared().appCommunication();
   if (!answer || !answer->blockedEvents) return false;
-  return std::ranges::any_of(*answer->blockedEvents, [&](const auto& entry) {
-    return entry->name == eventName;
-  });
+  return std::ranges::any_of(*answer->blockedEvents,
+                             [&](const auto& entry) { return entry->name == eventName; });
 }
 
 /// The way of every event, after the gate.
@@ -56,9 +55,9 @@ void dispatch(BaseEvent&& event, bool isNotificationEvent) {
   EventParameters parameters = event.parameters();
   KIFO_INSPECT("composed", {{"event", event.name},
                             {"requestId", requestId},
-                            {"parameters", nlohmann::json(parameters).dump(
-                                               -1, ' ', false,
-                                               nlohmann::json::error_handler_t::replace)}});
+                            {"parameters",
+                             nlohmann::json(parameters)
+                                 .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)}});
   ServiceClient::make()->sendEvent({}, std::move(parameters), requestId, isNotificationEvent, {});
   print("logEvent - requestId - " + requestId);
 }
@@ -119,7 +118,8 @@ void show(PopupType type, const DuePopup& due) {
 
 class Reporter final : public InAppReporter {
  public:
-  void opened(std::shared_ptr<AppCommunicationItem> item, std::shared_ptr<ViewController> controller,
+  void opened(std::shared_ptr<AppCommunicationItem> item,
+              std::shared_ptr<ViewController> controller,
               std::optional<std::string> pageName) override {
     KifoEventManager::sendOpenedEvent(std::move(item), std::move(controller), std::move(pageName));
   }
@@ -140,7 +140,9 @@ void KifoEventManager::sendInstallEvent(const std::optional<std::string>& localA
   send(InstallEvent(localActorId.value_or("").empty()));
 }
 
-void KifoEventManager::sendInitializeEvent() { send(BaseEvent(KifoEventType::INITIALIZE)); }
+void KifoEventManager::sendInitializeEvent() {
+  send(BaseEvent(KifoEventType::INITIALIZE));
+}
 
 void KifoEventManager::sendTokenChangeEvent(TokenProviderType tokenProvider) {
   send(TokenChangeEvent(tokenProvider));
@@ -151,9 +153,13 @@ void KifoEventManager::sendChangeActorEvent(const std::string& oldActorId,
   send(ActorChangeEvent(oldActorId, newActorId));
 }
 
-void KifoEventManager::sendAppForegroundEvent() { send(BaseEvent(KifoEventType::APP_FOREGROUND)); }
+void KifoEventManager::sendAppForegroundEvent() {
+  send(BaseEvent(KifoEventType::APP_FOREGROUND));
+}
 
-void KifoEventManager::sendAppBackgroundEvent() { send(BaseEvent(KifoEventType::APP_BACKGROUND)); }
+void KifoEventManager::sendAppBackgroundEvent() {
+  send(BaseEvent(KifoEventType::APP_BACKGROUND));
+}
 
 void KifoEventManager::sendApplicationErrorEvent(const Error& error) {
   send(ApplicationErrorEvent(error));
@@ -247,24 +253,21 @@ void KifoEventManager::sendNotificationPermissionStatusEvent(const UserInfo& use
 // Popups -----------------------------------------------------------------------------------------
 
 void KifoEventManager::sendOpenedEvent(std::shared_ptr<AppCommunicationItem> event,
-                                       std::shared_ptr<ViewController>, std::optional<std::string>) {
+                                       std::shared_ptr<ViewController>,
+                                       std::optional<std::string>) {
   send(OpenedEvent(std::move(event)));
 }
 
-void KifoEventManager::sendInAppMessageEvent(std::shared_ptr<AppCommunicationItem> event,
-                                             std::shared_ptr<AppCommunicationItemAction> body,
-                                             std::shared_ptr<AppCommunicationItemButton> choice,
-                                             std::shared_ptr<AppCommunicationItemButton> button,
-                                             std::optional<ScoreFieldModel> scoreField,
-                                             std::optional<OpenEndedFieldModel> openEndedField,
-                                             std::optional<ChoiseFieldModel> choiseField,
-                                             std::shared_ptr<ViewController> controller,
-                                             std::optional<std::string> pageName) {
-  send(InAppMessageEvent(
-      std::move(event),
-      {std::move(body), std::move(choice), std::move(button), std::move(scoreField),
-       std::move(openEndedField), std::move(choiseField)},
-      {controller.get(), std::move(pageName)}));
+void KifoEventManager::sendInAppMessageEvent(
+    std::shared_ptr<AppCommunicationItem> event, std::shared_ptr<AppCommunicationItemAction> body,
+    std::shared_ptr<AppCommunicationItemButton> choice,
+    std::shared_ptr<AppCommunicationItemButton> button, std::optional<ScoreFieldModel> scoreField,
+    std::optional<OpenEndedFieldModel> openEndedField, std::optional<ChoiseFieldModel> choiseField,
+    std::shared_ptr<ViewController> controller, std::optional<std::string> pageName) {
+  send(InAppMessageEvent(std::move(event),
+                         {std::move(body), std::move(choice), std::move(button),
+                          std::move(scoreField), std::move(openEndedField), std::move(choiseField)},
+                         {controller.get(), std::move(pageName)}));
 }
 
 void KifoEventManager::handlePopupAction(std::shared_ptr<ViewController> controller,

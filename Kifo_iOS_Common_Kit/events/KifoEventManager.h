@@ -23,12 +23,13 @@ using UserInfo = nlohmann::json;
 ///
 ///     kifo::KifoEventManager::sendEvent("basket_opened", "Basket", {{"items", 3}});
 ///
-/// Every operation prints the send gate's advice, drops a blocked event silently, composes the event
-/// with the device's and the session's context, and hands it to the service client, which stores and
-/// sends it.
+/// Every operation prints the send gate's advice, drops a blocked event silently, composes the
+/// event with the device's and the session's context, and hands it to the service client, which
+/// stores and sends it.
 ///
-/// **Threading:** thread-safe. Runs on the caller's thread up to the hand-over and never touches the
-/// disk or the network there. `onActionRequired` runs on the UI thread, where the user's choice is made.
+/// **Threading:** thread-safe. Runs on the caller's thread up to the hand-over and never touches
+/// the disk or the network there. `onActionRequired` runs on the UI thread, where the user's choice
+/// is made.
 /// **Errors:** none are reported; what could not be sent is stored and sent again later.
 class KIFO_EXPORT KifoEventManager {
  public:
@@ -57,7 +58,8 @@ class KIFO_EXPORT KifoEventManager {
                              std::optional<std::string> pageName,
                              EventParameters initialParameters = {});
 
-  /// A custom event; it may trigger campaigns, whose chosen button comes back in `onActionRequired`.
+  /// A custom event; it may trigger campaigns, whose chosen button comes back in
+  /// `onActionRequired`.
   static void sendEvent(std::shared_ptr<ViewController> controller, const std::string& eventName,
                         std::optional<std::string> pageName, EventParameters initialParameters = {},
                         ButtonAction onActionRequired = {});
@@ -95,8 +97,8 @@ class KIFO_EXPORT KifoEventManager {
                                     std::shared_ptr<ViewController> controller,
                                     std::optional<std::string> pageName);
 
-  /// Shows the campaign `action` half a second from now, by its type. `fromNotification` says that a
-  /// push asked for it.
+  /// Shows the campaign `action` half a second from now, by its type. `fromNotification` says that
+  /// a push asked for it.
   static void handlePopupAction(std::shared_ptr<ViewController> controller,
                                 std::optional<std::string> pageName,
                                 std::shared_ptr<AppCommunicationItem> action, bool fromNotification,

@@ -7,7 +7,8 @@
 namespace kifo {
 namespace {
 
-/// A screen that no shared pointer holds is still a screen with a name; nobody keeps it past the call.
+/// A screen that no shared pointer holds is still a screen with a name; nobody keeps it past the
+/// call.
 std::shared_ptr<ViewController> held(KifoViewController& screen) {
   if (auto shared = screen.weak_from_this().lock()) return shared;
   return std::shared_ptr<ViewController>(std::shared_ptr<void>(), &screen);
@@ -16,7 +17,8 @@ std::shared_ptr<ViewController> held(KifoViewController& screen) {
 bool sendsPageEvents() {
   const bool isEnabled =
       Session::shared().sendActivityLifeCycleEventStatus == SendLifeCycleEventStatus::ENABLED;
-  if (!isEnabled) Console::print(logTag("KifoViewController"), "send activity lifecycle events disabled!");
+  if (!isEnabled)
+    Console::print(logTag("KifoViewController"), "send activity lifecycle events disabled!");
   return isEnabled;
 }
 

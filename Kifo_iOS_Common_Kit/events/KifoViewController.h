@@ -7,9 +7,9 @@
 
 namespace kifo {
 
-/// A screen that reports itself: showing it sends "page_in" under its class name and asks the server
-/// for its campaigns anew, hiding it sends "page_out". Derive from it, call the four operations from
-/// the toolkit's own, and hold the screen in a shared pointer.
+/// A screen that reports itself: showing it sends "page_in" under its class name and asks the
+/// server for its campaigns anew, hiding it sends "page_out". Derive from it, call the four
+/// operations from the toolkit's own, and hold the screen in a shared pointer.
 ///
 /// **Threading:** the host's UI thread; returns without waiting.
 class KIFO_EXPORT KifoViewController : public ViewController,

@@ -21,8 +21,8 @@ void fetchInAppCommunication(std::function<void(bool success)> completion) {
         Session& session = Session::shared();
         if (success) session.setAppCommunication(std::move(answer));
         if (success || flag) {
-          session.initializeStatus = success ? InitializeStatusType::INITIALIZED
-                                             : InitializeStatusType::INITIALIZE_FAILED;
+          session.initializeStatus =
+              success ? InitializeStatusType::INITIALIZED : InitializeStatusType::INITIALIZE_FAILED;
         }
         if (completion) completion(success);
         if (success) ServiceClient::resumeSync();

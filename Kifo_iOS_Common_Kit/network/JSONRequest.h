@@ -17,15 +17,19 @@ namespace kifo {
 template <class Response>
 struct JSONRequest {
   /// What the server answered, or null; `flag` is true whenever an answer or an error came.
-  using CompletionHandler = std::function<void(std::shared_ptr<Response> result,
-                                               std::optional<Error> error, std::optional<bool> flag)>;
+  using CompletionHandler = std::function<void(
+      std::shared_ptr<Response> result, std::optional<Error> error, std::optional<bool> flag)>;
 
   CompletionHandler completionHandler;
   std::string httpMethod;
-  std::shared_ptr<const RequestTexts> serviceUrl;  ///< The whole URL, and the body that goes with it.
-  std::map<std::string, std::string> headers;      ///< Carried along; the fixed headers are what is sent.
-  std::optional<bool> isCached;  ///< False for a fresh request, true for one rebuilt from the store.
-  std::function<void()> whenUnanswered;  ///< Runs when the completion never will: gated, or no data.
+  std::shared_ptr<const RequestTexts>
+      serviceUrl;  ///< The whole URL, and the body that goes with it.
+  std::map<std::string, std::string>
+      headers;  ///< Carried along; the fixed headers are what is sent.
+  std::optional<bool>
+      isCached;  ///< False for a fresh request, true for one rebuilt from the store.
+  std::function<void()>
+      whenUnanswered;  ///< Runs when the completion never will: gated, or no data.
 };
 
 }  // namespace kifo

@@ -14,9 +14,10 @@
 
 namespace kifo {
 
-/// What the process knows of requests that the table alone cannot tell: which are under way, and which
-/// were delivered although their row could not be removed. It is what keeps a stored copy from being
-/// sent while the request itself is still waiting for its answer, and after it was answered.
+/// What the process knows of requests that the table alone cannot tell: which are under way, and
+/// which were delivered although their row could not be removed. It is what keeps a stored copy
+/// from being sent while the request itself is still waiting for its answer, and after it was
+/// answered.
 ///
 /// **Threading:** thread-safe; waiting callbacks run on the thread that settles.
 class KIFO_EXPORT RequestLedger {
@@ -32,7 +33,8 @@ class KIFO_EXPORT RequestLedger {
   /// A request's answer has been dealt with, statements included; whoever waited for it runs.
   void settle(const std::string& requestId);
 
-  /// Runs `callback` when the request settles. False, and nothing is kept, when it is not under way.
+  /// Runs `callback` when the request settles. False, and nothing is kept, when it is not under
+  /// way.
   bool whenSettled(const std::string& requestId, Callback callback);
 
   /// The request was answered 200, but its row may still be in the table.

@@ -16,7 +16,8 @@ std::string compact(const json& value) {
 
 /// Only a text that goes beyond ASCII can need mending.
 bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<signed char>(c) >= 0; });
 }
 
 std::string mended(const std::string& text) {
@@ -43,8 +44,7 @@ std::string withQuery(const std::string& base, const json& parameters) {
 
 }  // namespace
 
-RequestTexts::RequestTexts(std::string base, bool hasQuery,
-                           RequestParameters parameters)
+RequestTexts::RequestTexts(std::string base, bool hasQuery, RequestParameters parameters)
     : base_(std::move(base)), hasQuery_(hasQuery), parameters_(std::move(parameters)) {}
 
 const std::string& RequestTexts::url() const {
@@ -55,9 +55,8 @@ const std::string& RequestTexts::url() const {
 }
 
 const std::string& RequestTexts::json() const {
-  std::call_once(jsonOnce_, [this] {
-    json_ = parameters_ ? compact(*parameters_) : std::string("{}");
-  });
+  std::call_once(jsonOnce_,
+                 [this] { json_ = parameters_ ? compact(*parameters_) : std::string("{}"); });
   return json_;
 }
 

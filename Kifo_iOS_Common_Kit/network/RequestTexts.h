@@ -15,8 +15,8 @@ namespace kifo {
 /// A request's parameters: a JSON object, or null for a request without any.
 using RequestParameters = std::shared_ptr<const nlohmann::json>;
 
-/// What a request's parameters look like on the wire: the query and the body. They are written once,
-/// by whichever thread first needs them, which is never the one that sends an event.
+/// What a request's parameters look like on the wire: the query and the body. They are written
+/// once, by whichever thread first needs them, which is never the one that sends an event.
 ///
 /// Text that is no UTF-8 is mended with replacement characters rather than lost.
 ///

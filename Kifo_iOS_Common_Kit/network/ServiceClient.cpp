@@ -30,9 +30,11 @@ void print(std::string_view message) {
   Console::print(tag, message);
 }
 
-/// The address with its parameters as the query; an address that is no URL gets the query's endpoint
-/// name behind it instead, and if that is none either, there is nothing that could be sent anywhere.
-std::shared_ptr<const RequestTexts> textsFor(const std::string& base, RequestParameters parameters) {
+/// The address with its parameters as the query; an address that is no URL gets the query's
+/// endpoint name behind it instead, and if that is none either, there is nothing that could be sent
+/// anywhere.
+std::shared_ptr<const RequestTexts> textsFor(const std::string& base,
+                                             RequestParameters parameters) {
   if (isUrl(base)) return std::make_shared<RequestTexts>(base, true, std::move(parameters));
   const std::string fallback = base + "getInAppCommunication";
   if (!isUrl(fallback)) fatalError("the server's address is no URL: " + base);
@@ -57,7 +59,9 @@ std::shared_ptr<ServiceClient> ServiceClient::make() {
   return std::shared_ptr<ServiceClient>(new ServiceClient);
 }
 
-void ServiceClient::setStopping(bool stopping) { isStopping = stopping; }
+void ServiceClient::setStopping(bool stopping) {
+  isStopping = stopping;
+}
 
 void ServiceClient::reset() {
   unauthorizedCount = 0;
@@ -76,8 +80,10 @@ void ServiceClient::sendEvent(const Headers& headers, EventParameters parameters
   request.serviceUrl = textsFor(Session::shared().identity()->listenerUri,
                                 std::make_shared<const nlohmann::json>(std::move(parameters)));
   if (completion) {
-    request.completionHandler = [completion = std::move(completion)](
-                                    auto result, const auto&, auto flag) { completion(result, flag); };
+    request.completionHandler = [completion = std::move(completion)](auto result, const auto&,
+                                                                     auto flag) {
+      completion(result, flag);
+    };
   }
   make()->sendRequest(std::move(request), requestId, isNotificationEvent);
 }
@@ -105,8 +111,8 @@ void ServiceClient::getInAppCommunication(
 // Sending ----------------------------------------------------------------------------------------
 
 void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationEvent) {
-  // Under way before its copy can be seen in the store, so that no pass takes the copy for a request
-  // that nobody is sending.
+  // Under way before its copy can be seen in the store, so that no pass takes the copy for a
+  // request that nobody is sending.
   RequestLedger::shared().begin(request->requestId);
   cache(request);
   if (!mayGoOut(*request, isNotificationEvent)) {
@@ -120,9 +126,8 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
   platform->http->send(
       [request] { return httpRequest(*request); },
       [self = shared_from_this(), request, queue = platform->answerQueue](HttpAnswer answer) {
-        queue->post([self, request, answer = std::move(answer)] {
-          self->handleAnswer(request, answer);
-        });
+        queue->post(
+            [self, request, answer = std::move(answer)] { self->handleAnswer(request, answer); });
       });
 }
 
@@ -153,11 +158,12 @@ bool ServiceClient::mayGoOut(const Outgoing& request, bool isNotificationEvent) 
   }
   if (session.appCommunication() || isNotificationEvent) return true;
   const auto identity = session.identity();
-  const bool isQuery = !identity->apiUri.empty() &&
-                       request.texts->url().find(identity->apiUri) != std::string::npos;
+  const bool isQuery =
+      !identity->apiUri.empty() && request.texts->url().find(identity->apiUri) != std::string::npos;
   if (isQuery) return true;
-  print("App communication is nil or is app communication itemLog is false or Notification event is "
-        "false");
+  print(
+      "App communication is nil or is app communication itemLog is false or Notification event is "
+      "false");
   KIFO_INSPECT("gated", {{"requestId", request.requestId}, {"gate", "communication"}});
   return false;
 }
@@ -180,7 +186,8 @@ HttpRequest ServiceClient::httpRequest(const Outgoing& request) {
 
 // Answers ----------------------------------------------------------------------------------------
 
-void ServiceClient::handleAnswer(const std::shared_ptr<Outgoing>& request, const HttpAnswer& answer) {
+void ServiceClient::handleAnswer(const std::shared_ptr<Outgoing>& request,
+                                 const HttpAnswer& answer) {
   KIFO_INSPECT("answered", {{"requestId", request->requestId},
                             {"status", std::to_string(answer.status)},
                             {"error", answer.error ? answer.error->message : ""}});
@@ -206,7 +213,8 @@ void ServiceClient::handleAnswer(const std::shared_ptr<Outgoing>& request, const
   });
 }
 
-void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request, const std::string& data) {
+void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
+                                  const std::string& data) {
   const std::string& requestId = request->requestId;
   const auto forget = [requestId] { RequestLedger::shared().forgetDelivered(requestId); };
   // A locked file may keep the row; it must not be sent again all the same.

@@ -30,19 +30,20 @@ class KIFO_EXPORT ServiceClientProtocol {
   virtual ~ServiceClientProtocol() = default;
 
   /// The completion runs once, with null and no flag when no answer will come.
-  virtual void getInAppCommunication(const std::optional<Headers>& headers,
-                                     const std::optional<std::map<std::string, std::string>>& parameters,
-                                     InAppCompletion completion) = 0;
+  virtual void getInAppCommunication(
+      const std::optional<Headers>& headers,
+      const std::optional<std::map<std::string, std::string>>& parameters,
+      InAppCompletion completion) = 0;
 };
 
-/// The SDK's only HTTP client. It keeps a copy of each event's request in the store, decides whether
-/// the request may go out now, sends it, and deals with the answer: rows are marked and removed,
-/// refusals counted, and after a re-sent row the next one follows.
+/// The SDK's only HTTP client. It keeps a copy of each event's request in the store, decides
+/// whether the request may go out now, sends it, and deals with the answer: rows are marked and
+/// removed, refusals counted, and after a re-sent row the next one follows.
 ///
 /// A new client is made for every event, every query and every re-send.
 ///
-/// **Threading:** operations may be called from any thread and never wait; answers are dealt with on
-/// the answer queue, statements on the main queue.
+/// **Threading:** operations may be called from any thread and never wait; answers are dealt with
+/// on the answer queue, statements on the main queue.
 /// **Ownership:** made shared, because what is under way keeps its client alive.
 /// **Errors:** console lines; completions get a null result.
 class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
@@ -85,7 +86,8 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
     std::string method;
     std::shared_ptr<const RequestTexts> texts;
     std::optional<bool> isCached;
-    std::function<void(std::optional<std::string_view> data)> complete;  ///< None: no answer to decode.
+    std::function<void(std::optional<std::string_view> data)>
+        complete;  ///< None: no answer to decode.
     std::function<void()> whenUnanswered;
     std::string requestId;
     bool isStored = false;  ///< Main queue only.
@@ -121,10 +123,10 @@ void ServiceClient::sendRequest(JSONRequest<Response> request, const std::string
   outgoing->requestId = requestId;
   outgoing->isStored = request.isCached.value_or(false);
   outgoing->whenUnanswered = std::move(request.whenUnanswered);
-  outgoing->complete = [handler = std::move(request.completionHandler)](
-                           std::optional<std::string_view> data) {
-    if (handler) handler(data ? decode<Response>(*data) : nullptr, std::nullopt, true);
-  };
+  outgoing->complete =
+      [handler = std::move(request.completionHandler)](std::optional<std::string_view> data) {
+        if (handler) handler(data ? decode<Response>(*data) : nullptr, std::nullopt, true);
+      };
   send(std::move(outgoing), isNotificationEvent);
 }
 

@@ -1,5 +1,6 @@
 #include "Kifo_iOS_Common_Kit/storage/DataManager.h"
 
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -10,11 +11,16 @@
 namespace kifo {
 namespace {
 
-KifoSqliteManager& store() { return KifoSqliteManager::sharedManager(); }
+KifoSqliteManager& store() {
+  return KifoSqliteManager::sharedManager();
+}
 
-void print(std::string_view message) { Console::print(logTag("DataManager"), message); }
+void print(std::string_view message) {
+  Console::print(logTag("DataManager"), message);
+}
 
-/// Whether `text` stays inside single quotes: an apostrophe would end them, a zero byte the statement.
+/// Whether `text` stays inside single quotes: an apostrophe would end them, a zero byte the
+/// statement.
 bool isQuotable(std::string_view text) {
   return text.find_first_of(std::string_view("'\0", 2)) == std::string_view::npos;
 }
@@ -24,16 +30,25 @@ bool isQuotable(const KifoLog& log) {
          isQuotable(log._httpMethod);
 }
 
+std::string joined(std::initializer_list<std::string_view> parts) {
+  std::string text;
+  for (const auto part : parts) text += part;
+  return text;
+}
+
 std::string insertStatement(const KifoLog& log) {
-  return std::string("INSERT INTO ") + DataManager::TABLE_NAME +
-         " (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, ISSYNC_SUCCESS) VALUES ('" +
-         log._paramaters + "', '" + log._requestId + "', '" + log._url + "', " +
-         std::to_string(log._date) + ", " + std::to_string(log._isSync) + ", " +
-         std::to_string(log._tryCount) + ", '" + log._httpMethod + "', 0)";
+  return joined(
+      {"INSERT INTO ", DataManager::TABLE_NAME,
+       " (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, ISSYNC_SUCCESS) "
+       "VALUES ('",
+       log._paramaters, "', '", log._requestId, "', '", log._url, "', ", std::to_string(log._date),
+       ", ", std::to_string(log._isSync), ", ", std::to_string(log._tryCount), ", '",
+       log._httpMethod, "', 0)"});
 }
 
 std::string countStatement() {
-  return std::string("select count(*) from ") + DataManager::TABLE_NAME + " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0";
+  return joined({"select count(*) from ", DataManager::TABLE_NAME,
+                 " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0"});
 }
 
 /// A row in the order of the select. Cells are texts, and a number field takes numbers only, so the
@@ -69,9 +84,8 @@ void DataManager::cacheLog(const std::function<std::int64_t()>& limit,
                            const std::function<KifoLog()>& log,
                            std::function<void(bool)> stored) const {
   store().inOneTurn([manager = *this, limit, log, stored = std::move(stored)] {
-    manager.unsyncedLogCount([=](std::int64_t count) {
-      manager.insertLog(count, limit(), log(), stored);
-    });
+    manager.unsyncedLogCount(
+        [=](std::int64_t count) { manager.insertLog(count, limit(), log(), stored); });
     manager.unsyncedLogCount([](std::int64_t) {});
   });
 }
@@ -79,7 +93,7 @@ void DataManager::cacheLog(const std::function<std::int64_t()>& limit,
 void DataManager::deleteLog(const std::string& requestId, std::function<void()> removed) const {
   if (requestId.empty() || !isQuotable(requestId)) return;
   store().execute(
-      std::string("delete from ") + TABLE_NAME + " where REQUEST_ID = '" + requestId + "' or TRYCOUNT > 0",
+      joined({"delete from ", TABLE_NAME, " where REQUEST_ID = '", requestId, "' or TRYCOUNT > 0"}),
       [removed = std::move(removed)](const auto*, const auto&, bool) {
         if (removed && store().lastSucceeded()) removed();
       });
@@ -89,22 +103,23 @@ void DataManager::updateSyncStatus(const std::string& requestId, int success,
                                    std::function<void()> marked) const {
   if (requestId.empty()) return print("Request id is empty");
   if (!isQuotable(requestId)) return;
-  store().performQuery(std::string("update ") + TABLE_NAME + " set ISSYNC_SUCCESS = " + std::to_string(success) +
-                           ", ISSYNC = 1 where REQUEST_ID = '" + requestId + "'",
-                       [marked = std::move(marked)](const auto*, const auto&, bool) {
-                         if (marked && store().lastSucceeded()) marked();
-                       });
+  store().performQuery(
+      joined({"update ", TABLE_NAME, " set ISSYNC_SUCCESS = ", std::to_string(success),
+              ", ISSYNC = 1 where REQUEST_ID = '", requestId, "'"}),
+      [marked = std::move(marked)](const auto*, const auto&, bool) {
+        if (marked && store().lastSucceeded()) marked();
+      });
 }
 
 void DataManager::increaseTryCount(const std::string& requestId,
                                    std::function<void(bool)> marked) const {
   if (requestId.empty()) return print("increaseTryCount - requestId is empty");
   if (!isQuotable(requestId)) return;
-  store().execute(
-      std::string("update ") + TABLE_NAME + " set TRYCOUNT = TRYCOUNT + 1 where REQUEST_ID = '" + requestId + "'",
-      [marked = std::move(marked)](const auto*, const auto&, bool) {
-        if (marked) marked(store().rowsChanged() > 0);
-      });
+  store().execute(joined({"update ", TABLE_NAME,
+                          " set TRYCOUNT = TRYCOUNT + 1 where REQUEST_ID = '", requestId, "'"}),
+                  [marked = std::move(marked)](const auto*, const auto&, bool) {
+                    if (marked) marked(store().rowsChanged() > 0);
+                  });
 }
 
 void DataManager::unsyncedLogCount(std::function<void(std::int64_t count)> completion) const {
@@ -118,8 +133,8 @@ void DataManager::firstUnsyncedLog(
     std::function<void(const std::optional<KifoLog>&)> completion) const {
   const auto records = std::make_shared<std::vector<KifoLog>>();
   store().performQuery(
-      std::string("select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID from ") +
-          TABLE_NAME + " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1",
+      joined({"select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID from ",
+              TABLE_NAME, " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1"}),
       [records, completion = std::move(completion)](const auto* row, const auto&, bool) {
         if (row) records->push_back(logOf(*row));
         completion(records->empty() ? std::nullopt : std::optional(records->front()));

@@ -10,9 +10,9 @@
 
 namespace kifo {
 
-/// The statements on the table of stored requests, "KifoLog". Values are pasted between single quotes
-/// as they are; one that holds an apostrophe would break out of them, so its statement is not run at
-/// all: such a request is never stored, and no value can become a statement of its own.
+/// The statements on the table of stored requests, "KifoLog". Values are pasted between single
+/// quotes as they are; one that holds an apostrophe would break out of them, so its statement is
+/// not run at all: such a request is never stored, and no value can become a statement of its own.
 ///
 /// **Threading:** operations may be called from any thread; completions run on the main queue.
 /// **Errors:** a statement that fails makes no completion and says nothing.
@@ -41,8 +41,8 @@ class KIFO_EXPORT DataManager {
   void cacheLog(const std::function<std::int64_t()>& limit, const std::function<KifoLog()>& log,
                 std::function<void(bool)> stored = {}) const;
 
-  /// Removes the request's row and every row that was tried. `removed` runs when that has been done,
-  /// not when it failed.
+  /// Removes the request's row and every row that was tried. `removed` runs when that has been
+  /// done, not when it failed.
   void deleteLog(const std::string& requestId, std::function<void()> removed = {}) const;
 
   /// Marks a row after an answer: `success` is 1 after a 200, else 0. `marked` runs when that has

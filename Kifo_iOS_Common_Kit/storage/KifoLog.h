@@ -21,12 +21,12 @@ struct KifoLog {
         _requestId(std::move(requestId)) {}
 
   std::int64_t _id = 0;
-  std::string _paramaters;            ///< The body as compact JSON text; the spelling is the field's own.
+  std::string _paramaters;  ///< The body as compact JSON text; the spelling is the field's own.
   std::string _url;
   std::string _httpMethod = "POST";
-  std::int64_t _date = 0;             ///< Whole seconds since 1970.
+  std::int64_t _date = 0;  ///< Whole seconds since 1970.
   std::int64_t _tryCount = 0;
-  std::int64_t _isSync = 0;           ///< 1 when it was stored while the network was not online.
+  std::int64_t _isSync = 0;  ///< 1 when it was stored while the network was not online.
   std::string _requestId;
 };
 

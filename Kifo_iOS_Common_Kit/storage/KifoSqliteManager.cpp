@@ -34,7 +34,9 @@ std::string withoutOuterNewlines(const std::string& text) {
   return text.substr(first, text.find_last_not_of(newlines) - first + 1);
 }
 
-Error fileError(const std::error_code& code) { return {"file", code.value(), code.message()}; }
+Error fileError(const std::error_code& code) {
+  return {"file", code.value(), code.message()};
+}
 
 /// The file that a maintenance operation's name stands for: its last component, in the documents
 /// directory, so that no name reaches beyond it.
@@ -118,8 +120,8 @@ void KifoSqliteManager::prepareDb() {
     std::error_code error;
     if (fs::exists(databasePath_, error)) return;
     fs::create_directories(fs::path(databasePath_).parent_path(), error);
-    // Built beside its place and then linked into it: the file is never there without its table, and
-    // one that another process has just made is not replaced.
+    // Built beside its place and then linked into it: the file is never there without its table,
+    // and one that another process has just made is not replaced.
     const fs::path draft = databasePath_ + ".new";
     fs::remove(draft, error);
     makeTable(draft);
@@ -149,9 +151,13 @@ bool KifoSqliteManager::open(int flags) {
   return true;
 }
 
-bool KifoSqliteManager::openExisting() { return open(SQLITE_OPEN_READWRITE); }
+bool KifoSqliteManager::openExisting() {
+  return open(SQLITE_OPEN_READWRITE);
+}
 
-bool KifoSqliteManager::openOrMake() { return open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE); }
+bool KifoSqliteManager::openOrMake() {
+  return open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+}
 
 bool KifoSqliteManager::close() {
   const bool success = sqlite3_close(database_) == SQLITE_OK;

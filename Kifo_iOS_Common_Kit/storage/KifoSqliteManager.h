@@ -21,16 +21,16 @@ namespace kifo {
 /// The SDK's only way to SQLite: one file, "KifoLog.db" in the documents directory, opened before
 /// each statement and closed after it.
 ///
-/// Every operation returns at once; its work is one turn of the main queue, and the statements that a
-/// callback of that turn issues belong to the same turn: they run, in the order of their issue, before
-/// anything that was queued meanwhile. That is what makes a count and the insert that depends on it
-/// one step, however many threads send.
+/// Every operation returns at once; its work is one turn of the main queue, and the statements that
+/// a callback of that turn issues belong to the same turn: they run, in the order of their issue,
+/// before anything that was queued meanwhile. That is what makes a count and the insert that
+/// depends on it one step, however many threads send.
 ///
 /// **Threading:** operations may be called from any thread; callbacks run on the main queue. The
 /// property accessors are for the main queue alone.
-/// **Errors:** nothing is printed or thrown. A statement whose open or prepare fails makes no callback
-/// at all; one that fails at its step still reports that it has finished. A file locked by another
-/// process is waited for, 5 s at most.
+/// **Errors:** nothing is printed or thrown. A statement whose open or prepare fails makes no
+/// callback at all; one that fails at its step still reports that it has finished. A file locked by
+/// another process is waited for, 5 s at most.
 class KIFO_EXPORT KifoSqliteManager {
  public:
   using Cell = std::optional<std::string>;  ///< A column as text; none for NULL.
@@ -45,8 +45,8 @@ class KIFO_EXPORT KifoSqliteManager {
   /// The one instance. Never destroyed.
   static KifoSqliteManager& sharedManager();
 
-  /// Makes the file with its table when there is no file yet. The file appears whole: a process that
-  /// dies here leaves either none or a sound one.
+  /// Makes the file with its table when there is no file yet. The file appears whole: a process
+  /// that dies here leaves either none or a sound one.
   void prepareDb();
 
   /// Opens the file, made empty when there is none; `name` is not used. The block may be empty.
@@ -54,9 +54,9 @@ class KIFO_EXPORT KifoSqliteManager {
   /// Closes it; the block is called only when that succeeds. `name` is not used.
   void closeLocalDatabaseWithName(const std::string& name, StatusBlock statusBlock);
 
-  /// Runs a statement that returns no rows. `countedBy`, when given, is the text of a count statement
-  /// whose result grows by one for each row that this statement adds; it lets a count that is known
-  /// stay known instead of being taken anew from a deep table.
+  /// Runs a statement that returns no rows. `countedBy`, when given, is the text of a count
+  /// statement whose result grows by one for each row that this statement adds; it lets a count
+  /// that is known stay known instead of being taken anew from a deep table.
   void execute(const std::string& statement, QueryBlock block,
                const std::optional<std::string>& countedBy = std::nullopt);
   /// Runs a SELECT; the block gets one row at a time and then the end.

@@ -11,8 +11,8 @@ struct LogTable {
       "REQUEST_ID TEXT, URL TEXT, DATE INTEGER, ISSYNC INTEGER, ISSYNC_SUCCESS INTEGER, TRYCOUNT "
       "INTEGER, HTTPMETHOD TEXT)";
 
-  /// Keep every statement's cost the same however deep the table is. Equal entries of an index lie in
-  /// the order of their row numbers, so the first row taken is still the lowest.
+  /// Keep every statement's cost the same however deep the table is. Equal entries of an index lie
+  /// in the order of their row numbers, so the first row taken is still the lowest.
   static constexpr std::array kIndexes{
       "CREATE INDEX IF NOT EXISTS KifoLogWaiting ON KifoLog (ISSYNC_SUCCESS, TRYCOUNT)",
       "CREATE INDEX IF NOT EXISTS KifoLogRequest ON KifoLog (REQUEST_ID)",

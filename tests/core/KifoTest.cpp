@@ -40,10 +40,13 @@ class KifoTest : public SdkTest {
 
 TEST_F(KifoTest, AnInstallationGoesThroughEveryStepInOrder) {
   start();
-  EXPECT_EQ(said(), (Lines{"Kifo is being initialized",
-                           "Local actor id is empty. If Configuration id is empty, a new Actor id will be created",
-                           "actorId is being updated", "Prefactor is not equal new actor id",
-                           "KifoNetworkStatus: ONLINE"}));
+  EXPECT_EQ(
+      said(),
+      (Lines{
+          "Kifo is being initialized",
+          "Local actor id is empty. If Configuration id is empty, a new Actor id will be created",
+          "actorId is being updated", "Prefactor is not equal new actor id",
+          "KifoNetworkStatus: ONLINE"}));
   EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZED);
   EXPECT_EQ(storedActor(), "actor");
   EXPECT_EQ(eventNames(), (Lines{"install", "sdk_initialize"}))
@@ -142,15 +145,16 @@ TEST_P(ActorChoice, TakesTheHostsElseTheStoredElseANewOne) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kifo, ActorChoice,
-                         ::testing::Values(ActorCase{"A", "B", "B", false}, ActorCase{"A", "", "A", false},
-                                           ActorCase{"A", std::nullopt, "A", false},
-                                           ActorCase{"", "B", "B", true}, ActorCase{nullptr, "B", "B", true},
-                                           ActorCase{nullptr, "", "", true}));
+INSTANTIATE_TEST_SUITE_P(
+    Kifo, ActorChoice,
+    ::testing::Values(ActorCase{"A", "B", "B", false}, ActorCase{"A", "", "A", false},
+                      ActorCase{"A", std::nullopt, "A", false}, ActorCase{"", "B", "B", true},
+                      ActorCase{nullptr, "B", "B", true}, ActorCase{nullptr, "", "", true}));
 
 TEST_F(KifoTest, TheShortFormSaysWhereTheActorCameFromAndLeavesTheRestAlone) {
   const auto initialize = [this](const std::optional<std::string>& actor) {
-    Kifo::initialize("http://api.test/inapp", "http://listener.test/events", "t", "origin", actor, "Shop", false);
+    Kifo::initialize("http://api.test/inapp", "http://listener.test/events", "t", "origin", actor,
+                     "Shop", false);
     fake.runUntilIdle();
   };
   answerNothing();
@@ -158,8 +162,9 @@ TEST_F(KifoTest, TheShortFormSaysWhereTheActorCameFromAndLeavesTheRestAlone) {
   EXPECT_EQ(said()[1], "Prefactor id count <= 0");
   EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::NOT_INITIALIZED);
   initialize("");
-  EXPECT_EQ(said(), (Lines{"Kifo is being initialized", "Prefactor id count > 0", "actorId is being updated",
-                           "Prefactor is equal new actor id", "KifoNetworkStatus: ONLINE"}));
+  EXPECT_EQ(said(), (Lines{"Kifo is being initialized", "Prefactor id count > 0",
+                           "actorId is being updated", "Prefactor is equal new actor id",
+                           "KifoNetworkStatus: ONLINE"}));
   initialize("B");
   EXPECT_EQ(said()[1], "actorId is available and id.count > 0");
   EXPECT_FALSE(Kifo::isInstall() || Kifo::isStarted());
@@ -194,12 +199,17 @@ TEST_F(KifoTest, AnEmptyAuthorizationTokenIsRefused) {
   EXPECT_EQ(Kifo::authorization(), "token");
   Kifo::setAuthorizationToken("next");
   EXPECT_EQ(Kifo::authorization(), "next");
-  EXPECT_EQ(said(), (Lines{"Authorization token cannot be empty", "Authorization token set complete"}));
+  EXPECT_EQ(said(),
+            (Lines{"Authorization token cannot be empty", "Authorization token set complete"}));
 }
 
 TEST_F(KifoTest, AStoredTimeOutCountsWhenItIsAboveZero) {
-  for (const auto& [stored, expected] : std::vector<std::pair<DefaultsValue, double>>{
-           {0.0, 5000.0}, {-3.0, 5000.0}, {std::string("x"), 5000.0}, {0.5, 0.5}, {std::string("2.5"), 2.5}}) {
+  for (const auto& [stored, expected] :
+       std::vector<std::pair<DefaultsValue, double>>{{0.0, 5000.0},
+                                                     {-3.0, 5000.0},
+                                                     {std::string("x"), 5000.0},
+                                                     {0.5, 0.5},
+                                                     {std::string("2.5"), 2.5}}) {
     fake.userDefaults->setValue("kifo_timeout", stored);
     auto config = configuration();
     config.forceInitialize = true;
@@ -222,10 +232,11 @@ TEST_F(KifoTest, TheApplicationsHooksSpeakAndObeyTheirSwitch) {
   Kifo::applicationWillResignActive();
   fake.runUntilIdle();
   EXPECT_FALSE(lastEvent("app_background").is_null());
-  EXPECT_EQ(said(), (Lines{"didFinishLaunchingWithOptions", "applicationDidReceiveRemoteNotification",
-                           "applicationDidBecomeActive", "send application lifecycle events disabled!",
-                           "applicationWillResignActive", "send application lifecycle events disabled!",
-                           "applicationWillResignActive"}));
+  EXPECT_EQ(said(),
+            (Lines{"didFinishLaunchingWithOptions", "applicationDidReceiveRemoteNotification",
+                   "applicationDidBecomeActive", "send application lifecycle events disabled!",
+                   "applicationWillResignActive", "send application lifecycle events disabled!",
+                   "applicationWillResignActive"}));
 }
 
 TEST_F(KifoTest, AnAddressThatIsNoUrlEndsTheProcessWhereNothingElseCanBeDone) {

@@ -5,7 +5,9 @@
 namespace kifo {
 namespace {
 
-bool decodes(const char* text) { return decode<AppCommunication>(std::string_view(text)) != nullptr; }
+bool decodes(const char* text) {
+  return decode<AppCommunication>(std::string_view(text)) != nullptr;
+}
 
 TEST(Record, AnEmptyItemDecodesWithEveryFieldEmpty) {
   const auto item = decode<AppCommunicationItem>(std::string_view("{}"));
@@ -26,20 +28,22 @@ TEST(Record, ANullCountsAsAbsent) {
 
 class RefusedAnswer : public testing::TestWithParam<const char*> {};
 
-TEST_P(RefusedAnswer, OneBadMemberSpoilsTheWholeAnswer) { EXPECT_FALSE(decodes(GetParam())); }
+TEST_P(RefusedAnswer, OneBadMemberSpoilsTheWholeAnswer) {
+  EXPECT_FALSE(decodes(GetParam()));
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Record, RefusedAnswer,
-    testing::Values(
-        R"({"configuration": {}})", R"({"configuration": {"stopAllEvents": 1}})",
-        R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": "10"}})",
-        R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": 1.5}})",
-        R"({"model": [{"maxShowCount": "3"}]})", R"({"model": [null]})", R"({"model": {}})",
-        R"({"model": [{"selection": {"value": 5, "selectedOperator": "GREATER"}}]})",
-        R"({"model": [{"coupon": {"code": {"text": "A", "color": "0"}}}]})",
-        R"({"model": [{"header": "title"}]})", R"({"blockedEvents": ["login"]})",
-        R"({"model": [{"maxScore": 9223372036854775808}]})", "[]", "null", "", "{", "{\"model\": [}",
-        "{\"model\": [{\"uuid\": \"\xff\"}]}"));
+    testing::Values(R"({"configuration": {}})", R"({"configuration": {"stopAllEvents": 1}})",
+                    R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": "10"}})",
+                    R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": 1.5}})",
+                    R"({"model": [{"maxShowCount": "3"}]})", R"({"model": [null]})",
+                    R"({"model": {}})",
+                    R"({"model": [{"selection": {"value": 5, "selectedOperator": "GREATER"}}]})",
+                    R"({"model": [{"coupon": {"code": {"text": "A", "color": "0"}}}]})",
+                    R"({"model": [{"header": "title"}]})", R"({"blockedEvents": ["login"]})",
+                    R"({"model": [{"maxScore": 9223372036854775808}]})", "[]", "null", "", "{",
+                    "{\"model\": [}", "{\"model\": [{\"uuid\": \"\xff\"}]}"));
 
 TEST(Record, AnAnswerWithEveryMemberSurvivesTheRoundTrip) {
   const auto whole = nlohmann::json::parse(R"({

@@ -27,16 +27,18 @@ class EventPayloadTest : public SdkTest {
     fake.runUntilIdle();
     json event = lastEvent(name);
     for (const char* key :
-         {"push_token", "apns_token", "actorId", "device_id", "requestId", "channel", "sync", "device_os",
-          "phone_brand", "phone_model", "device_os_version", "sdk_version", "scenario", "time_zone",
-          "timestamp", "application_name", "push_notification_permission_status"}) {
+         {"push_token", "apns_token", "actorId", "device_id", "requestId", "channel", "sync",
+          "device_os", "phone_brand", "phone_model", "device_os_version", "sdk_version", "scenario",
+          "time_zone", "timestamp", "application_name", "push_notification_permission_status"}) {
       EXPECT_EQ(event.erase(key), 1U) << key;
     }
     return event;
   }
 
-  json answer(const std::string& type, InAppAnswer answer, std::shared_ptr<ViewController> controller = nullptr) {
-    auto item = decode<AppCommunicationItem>(std::string_view(R"({"uuid":"u","question":{"text":"q"}})"));
+  json answer(const std::string& type, InAppAnswer answer,
+              std::shared_ptr<ViewController> controller = nullptr) {
+    auto item =
+        decode<AppCommunicationItem>(std::string_view(R"({"uuid":"u","question":{"text":"q"}})"));
     if (!type.empty()) item->type = type;
     KifoEventManager::reporter()->answered(item, std::move(answer), controller, std::nullopt);
     json keys = own("InAppMessageResponse");
@@ -83,7 +85,8 @@ TEST_F(EventPayloadTest, EveryEventCarriesTheCommonKeys) {
 
 TEST_F(EventPayloadTest, DeviceKeysComeOnlyWithTheirSwitches) {
   Session& session = Session::shared();
-  session.isBatteryStatusRequired = session.isWifiStatusRequired = session.isDiskCapacityRequired = true;
+  session.isBatteryStatusRequired = session.isWifiStatusRequired = session.isDiskCapacityRequired =
+      true;
   session.isLocationRequired = true;
   fake.device->readings.update([](auto& now) { now.batteryLevel = 0.555F; });
   fake.position->authorization = 4;
@@ -113,9 +116,11 @@ TEST_F(EventPayloadTest, TheSdksOwnEventsCarryTheirKeys) {
   EXPECT_EQ(own("actor_change"), (json{{"name", "actor_change"}, {"newActorId", "new,id"}}));
   EXPECT_EQ(lastEvent("actor_change")["actorId"], "actor");
   KifoEventManager::sendTokenChangeEvent(TokenProviderType::firebase);
-  EXPECT_EQ(own("push_token_change"), (json{{"name", "push_token_change"}, {"token_provider", "firebase"}}));
+  EXPECT_EQ(own("push_token_change"),
+            (json{{"name", "push_token_change"}, {"token_provider", "firebase"}}));
   KifoEventManager::sendApplicationErrorEvent({"net", 7, "broken"});
-  EXPECT_EQ(own("application_error"), (json{{"name", "application_error"}, {"message", "broken"}, {"type", "net"}}));
+  EXPECT_EQ(own("application_error"),
+            (json{{"name", "application_error"}, {"message", "broken"}, {"type", "net"}}));
 }
 
 TEST_F(EventPayloadTest, APageIsNamedByTheCallerElseByTheScreenAndNotAtAllWithoutOne) {
@@ -128,10 +133,12 @@ TEST_F(EventPayloadTest, APageIsNamedByTheCallerElseByTheScreenAndNotAtAllWithou
 }
 
 TEST_F(EventPayloadTest, AHostsKeysGiveWayToTheSdks) {
-  KifoEventManager::sendLoginEvent(screen, std::nullopt,
-                                   {{"channel", "WEB"}, {"name", "x"}, {"mine", {1, nullptr}}, {"page_name", "y"}});
+  KifoEventManager::sendLoginEvent(
+      screen, std::nullopt,
+      {{"channel", "WEB"}, {"name", "x"}, {"mine", {1, nullptr}}, {"page_name", "y"}});
   EXPECT_EQ(lastEvent("login")["channel"], "MOBILE");
-  EXPECT_EQ(own("login"), (json{{"name", "login"}, {"page_name", "HomeScreen"}, {"mine", {1, nullptr}}}));
+  EXPECT_EQ(own("login"),
+            (json{{"name", "login"}, {"page_name", "HomeScreen"}, {"mine", {1, nullptr}}}));
 }
 
 TEST_F(EventPayloadTest, AnswersAreNamedByWhatWasAnswered) {
@@ -144,11 +151,17 @@ TEST_F(EventPayloadTest, AnswersAreNamedByWhatWasAnswered) {
   EXPECT_EQ(answer("POPUP", {.button = button("{}")}), (json{{"responseType", "BUTTON"}}));
   EXPECT_EQ(answer("POPUP", {.choice = b}), json::object()) << "a combination that says nothing";
   EXPECT_EQ(answer("SURVEY", {.choice = b, .choiseField = ChoiseFieldModel{"ab", "t", "free"}}),
-            (json{{"responseId", "ab"}, {"responseType", "CHOICE"}, {"responseText", "t"}, {"defaultFreeText", "free"}}));
+            (json{{"responseId", "ab"},
+                  {"responseType", "CHOICE"},
+                  {"responseText", "t"},
+                  {"defaultFreeText", "free"}}));
   EXPECT_EQ(answer("", {.choice = b, .choiseField = ChoiseFieldModel{"ab", "t", std::nullopt}}),
             (json{{"responseId", "ab"}, {"responseType", "EMOJI"}}));
   EXPECT_EQ(answer("SCORE", {.scoreField = ScoreFieldModel{7, "why"}}, screen),
-            (json{{"sliderValue", 7}, {"responseType", "SCORE"}, {"defaultFreeText", "why"}, {"page_name", "HomeScreen"}}));
+            (json{{"sliderValue", 7},
+                  {"responseType", "SCORE"},
+                  {"defaultFreeText", "why"},
+                  {"page_name", "HomeScreen"}}));
   EXPECT_EQ(answer("OPEN_ENDED", {.openEndedField = OpenEndedFieldModel{"said"}}),
             (json{{"responseType", "OPEN_ENDED"}, {"defaultFreeText", "said"}}));
 }
@@ -157,7 +170,10 @@ TEST_F(EventPayloadTest, AnOpenedCampaignCarriesItsIdentityAndLeavesOutWhatItLac
   const auto item = decode<AppCommunicationItem>(
       std::string_view(R"({"uuid":"u","type":"SURVEY","name":"n","question":{"text":"q"}})"));
   KifoEventManager::reporter()->opened(item, nullptr, std::nullopt);
-  EXPECT_EQ(own("in_app_opened"), (json{{"uuid", "u"}, {"type", "SURVEY"}, {"survey_question", "q"}, {"name", "in_app_opened"}}));
+  EXPECT_EQ(
+      own("in_app_opened"),
+      (json{
+          {"uuid", "u"}, {"type", "SURVEY"}, {"survey_question", "q"}, {"name", "in_app_opened"}}));
 }
 
 TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
@@ -165,16 +181,22 @@ TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
   EXPECT_EQ(lastEvent("push_notification_received")["scenario"], "S");
   EXPECT_EQ(lastEvent("push_notification_received")["actorId"], "who");
   json keys = own("push_notification_received");
-  EXPECT_EQ(keys, (json{{"name", "push_notification_received"}, {"responseId", ""}, {"code", "code"},
-                        {"communication_name", "camp"}, {"status", keys["status"]}}));
-  KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", "b,1", "Yes");
+  EXPECT_EQ(keys, (json{{"name", "push_notification_received"},
+                        {"responseId", ""},
+                        {"code", "code"},
+                        {"communication_name", "camp"},
+                        {"status", keys["status"]}}));
+  KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", "b,1",
+                                                     "Yes");
   keys = own("push_notification_clicked");
   EXPECT_EQ(keys["responseType"], "BUTTON");
   EXPECT_EQ(keys["responseId"], "b1");
   EXPECT_EQ(keys["responseText"], "Yes");
-  KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", std::nullopt, std::nullopt);
+  KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", std::nullopt,
+                                                     std::nullopt);
   EXPECT_EQ(own("push_notification_clicked")["responseType"], "SELF");
-  KifoEventManager::sendPushNotificationDismissedEvent({{"data", R"({"uuid":"camp","type":"POPUP","code":"c"})"}});
+  KifoEventManager::sendPushNotificationDismissedEvent(
+      {{"data", R"({"uuid":"camp","type":"POPUP","code":"c"})"}});
   keys = own("push_notification_dismissed");
   EXPECT_EQ(keys["responseType"], "SELF");
   EXPECT_EQ(keys["type"], "POPUP");

@@ -147,7 +147,8 @@ TEST_F(EventManagerTest, ScreensReportThemselvesUnlessTheSwitchIsOff) {
   screen->viewWillDisappear(false);
   fake.runUntilIdle();
   EXPECT_EQ(fake.http->count(), before);
-  EXPECT_EQ(fake.console->count("Kifo KifoViewController: send activity lifecycle events disabled!"), 2U);
+  EXPECT_EQ(
+      fake.console->count("Kifo KifoViewController: send activity lifecycle events disabled!"), 2U);
   Kifo::applicationDidBecomeActive();
   fake.runUntilIdle();
   EXPECT_FALSE(lastEvent("app_foreground").is_null()) << "the other family has a switch of its own";

@@ -40,7 +40,8 @@ TEST_F(ServiceClientTest, ARequestCarriesTheFourHeadersAndItsParametersInQueryAn
                                            std::pair("LocalOrigin", "com.example.test"),
                                            std::pair("cache-control", "no-cache")));
   EXPECT_EQ(request.timeout, 5000.0);
-  EXPECT_TRUE(request.url.starts_with("http://listener.test/events?a=7&actorId=actor&apns_token=&"));
+  EXPECT_TRUE(
+      request.url.starts_with("http://listener.test/events?a=7&actorId=actor&apns_token=&"));
   EXPECT_THAT(request.url, HasSubstr("&b%20c=%C3%BC%2F%3F%26%3D&"));
   EXPECT_THAT(request.url, HasSubstr("&deep=%7B%22x%22%3A%5B1%2C2%5D%7D&"));
   EXPECT_THAT(request.url, HasSubstr("&yes=true"));
@@ -65,7 +66,8 @@ TEST_F(ServiceClientTest, OfflineAnEventIsStoredAndNotSent) {
   const auto sent = fake.http->count();
   send("tap");
   EXPECT_EQ(fake.http->count(), sent);
-  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT, HTTPMETHOD from KifoLog"), Lines{"1|0|0|POST"});
+  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT, HTTPMETHOD from KifoLog"),
+            Lines{"1|0|0|POST"});
   EXPECT_EQ(lines("Kifo online status is not ONLINE"), 1U);
 }
 
@@ -83,8 +85,10 @@ TEST_F(ServiceClientTest, BeforeTheFirstAnswerOnlyTheQueryAndPushEventsGoOut) {
   KifoEventManager::sendPushNotificationReceivedEvent("t", "a", "c", "code", "s");
   fake.runUntilIdle();
   EXPECT_EQ(eventNames(), Lines{"push_notification_received"});
-  EXPECT_GE(lines("App communication is nil or is app communication itemLog is false or Notification "
-                  "event is false"), 1U);
+  EXPECT_GE(
+      lines("App communication is nil or is app communication itemLog is false or Notification "
+            "event is false"),
+      1U);
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
 }
 
@@ -129,7 +133,8 @@ TEST_P(FailedAnswer, KeepsTheRowForOneMoreTry) {
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
 }
 
-INSTANTIATE_TEST_SUITE_P(ServiceClient, FailedAnswer, ::testing::Values(0, 500, 404, 302, 204, 401));
+INSTANTIATE_TEST_SUITE_P(ServiceClient, FailedAnswer,
+                         ::testing::Values(0, 500, 404, 302, 204, 401));
 
 TEST_F(ServiceClientTest, TheLineOfAnAnswerKeepsItsTwoBlanks) {
   start(kCounted);
@@ -137,14 +142,17 @@ TEST_F(ServiceClientTest, TheLineOfAnAnswerKeepsItsTwoBlanks) {
   send("tap");
   const auto all = fake.console->lines();
   EXPECT_TRUE(std::ranges::any_of(all, [](const auto& line) {
-    return line.starts_with("Kifo ServiceClient: kifo_requestId:  is cached: false request id: 0000");
+    return line.starts_with(
+        "Kifo ServiceClient: kifo_requestId:  is cached: false request id: 0000");
   }));
 }
 
 TEST_F(ServiceClientTest, TwoRefusalsInARowFailTheTokenAndA200BetweenThemDoesNot) {
   class Service : public TokenServiceProtocol {
    public:
-    void getToken(Completion completion) override { completion("renewed " + std::to_string(++calls)); }
+    void getToken(Completion completion) override {
+      completion("renewed " + std::to_string(++calls));
+    }
     int calls = 0;
   };
   auto config = configuration();
@@ -176,7 +184,8 @@ class SyncTest : public ServiceClientTest {
   }
   Lines resent() const {
     Lines names = eventNames();
-    std::erase_if(names, [](const auto& name) { return name != "one" && name != "two" && name != "three"; });
+    std::erase_if(
+        names, [](const auto& name) { return name != "one" && name != "two" && name != "three"; });
     return names;
   }
 };
@@ -188,7 +197,8 @@ TEST_F(SyncTest, StoredRowsGoOutOneAfterAnotherInOrderUntilNoneIsLeft) {
   for (const char* next : {"one", "two", "three"}) {
     EXPECT_EQ(fake.http->open().size(), 1U) << "one at a time";
     EXPECT_EQ(resent().back(), next);
-    EXPECT_EQ(rows("select count(*) from KifoLog where TRYCOUNT = 1"), Lines{"1"}) << "marked first";
+    EXPECT_EQ(rows("select count(*) from KifoLog where TRYCOUNT = 1"), Lines{"1"})
+        << "marked first";
     fake.http->answerNext(200, "{}");
     fake.runUntilIdle();
   }
@@ -276,9 +286,12 @@ TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
 TEST_F(SyncTest, ARowThatCannotBeRebuiltIsGivenUpWithoutARequest) {
   start(kCounted);
   setOnline(false);
-  for (const char* row : {"('[1]', 'a', 'http://h/', 'POST', 0, 0)", "('{', 'b', 'http://h/', 'POST', 0, 0)",
-                          "('{}', 'c', 'no url', 'POST', 0, 0)", "(x'7bff7d', 'd', 'http://h/', 'POST', 0, 0)"}) {
-    rows(std::string("insert into KifoLog (PARAMETERS, REQUEST_ID, URL, HTTPMETHOD, ISSYNC_SUCCESS, TRYCOUNT) values ") + row);
+  for (const char* row :
+       {"('[1]', 'a', 'http://h/', 'POST', 0, 0)", "('{', 'b', 'http://h/', 'POST', 0, 0)",
+        "('{}', 'c', 'no url', 'POST', 0, 0)", "(x'7bff7d', 'd', 'http://h/', 'POST', 0, 0)"}) {
+    rows(std::string("insert into KifoLog (PARAMETERS, REQUEST_ID, URL, HTTPMETHOD, "
+                     "ISSYNC_SUCCESS, TRYCOUNT) values ") +
+         row);
   }
   const auto before = fake.http->count();
   for (int i = 0; i < 4; ++i) {
@@ -293,8 +306,10 @@ TEST_F(SyncTest, ARowThatCannotBeRebuiltIsGivenUpWithoutARequest) {
 TEST_F(SyncTest, AGetRowIsSentWithoutABody) {
   start(kCounted);
   setOnline(false);
-  rows("insert into KifoLog (PARAMETERS, REQUEST_ID, URL, HTTPMETHOD, ISSYNC_SUCCESS, TRYCOUNT) values "
-       "('{\"a\":1}', 'g', 'http://h/p?a=1', 'GET', 0, 0)");
+  rows(
+      "insert into KifoLog (PARAMETERS, REQUEST_ID, URL, HTTPMETHOD, ISSYNC_SUCCESS, TRYCOUNT) "
+      "values "
+      "('{\"a\":1}', 'g', 'http://h/p?a=1', 'GET', 0, 0)");
   setOnline(true);
   EXPECT_EQ(lastRequest().method, "GET");
   EXPECT_EQ(lastRequest().url, "http://h/p?a=1");

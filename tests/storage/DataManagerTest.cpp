@@ -25,7 +25,8 @@ class DataManagerTest : public SdkTest {
     return {0, parameters, "http://h/p", "POST", 12, 0, 1, requestId};
   }
 
-  void cache(const std::string& requestId, std::int64_t limit, const std::string& parameters = "{}") {
+  void cache(const std::string& requestId, std::int64_t limit,
+             const std::string& parameters = "{}") {
     data.cacheLog([limit] { return limit; }, [=] { return log(requestId, parameters); });
   }
 
@@ -184,7 +185,8 @@ TEST_F(DataManagerTest, ManyRandomOperationsAgreeWithAPlainModel) {
       default:
         fake.runUntilIdle();
         model.push_back({id, 0, 0});
-        rows("insert into KifoLog (REQUEST_ID, ISSYNC_SUCCESS, TRYCOUNT) values ('" + id + "', 0, 0)");
+        rows("insert into KifoLog (REQUEST_ID, ISSYNC_SUCCESS, TRYCOUNT) values ('" + id +
+             "', 0, 0)");
     }
     if (random() % 3 == 0) {
       ASSERT_EQ(waiting(), std::ranges::count_if(model, waits)) << "step " << step;

@@ -99,7 +99,9 @@ TEST_F(SqliteManagerTest, AMalformedStatementMakesNoCallbackAndTheNextOneRuns) {
 TEST_F(SqliteManagerTest, StatementsOfOneTurnRunBeforeWhatWasQueuedMeanwhile) {
   prepare();
   std::string order;
-  const auto note = [&](char c) { return [&order, c](const auto*, const auto&, bool) { order += c; }; };
+  const auto note = [&](char c) {
+    return [&order, c](const auto*, const auto&, bool) { order += c; };
+  };
   manager.inOneTurn([&] {
     manager.execute("select 1", [&](const auto*, const auto&, bool) {
       order += 'a';
@@ -139,7 +141,9 @@ TEST_F(SqliteManagerTest, OpeningAndClosingReportAsTheyAlwaysDid) {
 
 TEST_F(SqliteManagerTest, MaintenanceReportsSuccessWithAnErrorForAFailedRename) {
   std::vector<std::pair<bool, bool>> reports;
-  const auto note = [&](bool success, const auto& error) { reports.emplace_back(success, error.has_value()); };
+  const auto note = [&](bool success, const auto& error) {
+    reports.emplace_back(success, error.has_value());
+  };
   manager.createDatabaseWithName("../one.db", true, note);
   manager.renameDatabaseWithName("other.db", "two.db", note);  // not current: no report
   manager.renameDatabaseWithName("../one.db", "missing/two.db", note);
@@ -151,8 +155,9 @@ TEST_F(SqliteManagerTest, MaintenanceReportsSuccessWithAnErrorForAFailedRename) 
   manager.renameDatabaseWithName("three.db", "four.db", note);
   manager.deleteDatabaseWithName("three.db", note);
   fake.runUntilIdle();
-  EXPECT_EQ(reports, (std::vector<std::pair<bool, bool>>{
-                         {true, false}, {true, false}, {true, false}, {true, true}, {false, true}}));
+  EXPECT_EQ(reports,
+            (std::vector<std::pair<bool, bool>>{
+                {true, false}, {true, false}, {true, false}, {true, true}, {false, true}}));
 }
 
 }  // namespace

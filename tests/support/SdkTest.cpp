@@ -15,11 +15,15 @@ namespace {
 constexpr auto kApi = "http://api.test/inapp";
 constexpr auto kListener = "http://listener.test/events";
 
-bool isQuery(const HttpRequest& request) { return request.url.starts_with(kApi); }
+bool isQuery(const HttpRequest& request) {
+  return request.url.starts_with(kApi);
+}
 
 }  // namespace
 
-SdkTest::SdkTest() { fake.reachability->setFlags(2); }
+SdkTest::SdkTest() {
+  fake.reachability->setFlags(2);
+}
 
 SdkTest::~SdkTest() {
   NetworkManager::shared().stopMonitoring();

@@ -21,7 +21,8 @@ class SdkTest : public ::testing::Test {
   static KifoInitConfig configuration();
   /// Initialises, answers the in-app query with `answer` and runs everything that follows; the
   /// listener then answers every event with `eventStatus`.
-  void start(const std::string& answer = R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":100}})",
+  void start(const std::string& answer =
+                 R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":100}})",
              const KifoInitConfig& config = configuration());
   /// From now on every request is answered with `status`; the in-app query with the start's answer.
   void answerWith(int status, const std::string& body = R"({"code":0})");
