@@ -21,6 +21,7 @@ std::vector<std::string> query(const std::string& path, const std::string& state
   sqlite3* database = nullptr;
   sqlite3_stmt* prepared = nullptr;
   sqlite3_open(path.c_str(), &database);
+  sqlite3_busy_timeout(database, 5000);
   sqlite3_prepare_v2(database, statement.c_str(), -1, &prepared, nullptr);
   while (sqlite3_step(prepared) == SQLITE_ROW) {
     for (int i = 0; i < sqlite3_column_count(prepared); ++i) {

@@ -29,6 +29,7 @@ void measure(BenchServer::Manner manner, int events, const std::string& what,
   sqlite3* database = nullptr;
   sqlite3_stmt* count = nullptr;
   sqlite3_open(host.databasePath().c_str(), &database);
+  sqlite3_busy_timeout(database, 5000);
   sqlite3_prepare_v2(database, "select count(*) from KifoLog", -1, &count, nullptr);
   sqlite3_step(count);
   row("  rows left in the store", std::to_string(sqlite3_column_int(count, 0)), "");

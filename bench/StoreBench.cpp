@@ -28,6 +28,7 @@ void byHand(const std::string& path, const std::string& statement) {
   sqlite3* database = nullptr;
   sqlite3_stmt* prepared = nullptr;
   sqlite3_open(path.c_str(), &database);
+  sqlite3_busy_timeout(database, 5000);
   sqlite3_prepare_v2(database, statement.c_str(), -1, &prepared, nullptr);
   while (sqlite3_step(prepared) == SQLITE_ROW) sqlite3_column_int(prepared, 0);
   sqlite3_finalize(prepared);
@@ -54,6 +55,7 @@ std::string insert(const KifoLog& log) {
 void makeBareTable(const std::string& path, int depth, const std::string& url) {
   sqlite3* database = nullptr;
   sqlite3_open(path.c_str(), &database);
+  sqlite3_busy_timeout(database, 5000);
   sqlite3_exec(database, LogTable::kCreate, nullptr, nullptr, nullptr);
   sqlite3_close(database);
   fillTable(path, depth, url);
@@ -83,7 +85,7 @@ Costs measure(int depth) {
     const KifoLog log = sample(texts, requestId(round));
     Platform::current()->mainQueue->sync([] {});
     double begin = now();
-    DataManager().cacheLog([] { return 1000000; }, [&] { return log; });
+    DataManager().cacheLog(1000000, [&] { return log; });
     Platform::current()->mainQueue->sync([] {});
     ours.add(now() - begin);
     begin = now();

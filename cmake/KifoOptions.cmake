@@ -18,6 +18,11 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# What ships is small: whatever nothing refers to is left out when the libraries are linked.
+if(PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG -ffunction-sections -fdata-sections")
+endif()
+
 if(KIFO_SANITIZE)
   add_compile_options(-fsanitize=${KIFO_SANITIZE} -fno-omit-frame-pointer -g)
   add_link_options(-fsanitize=${KIFO_SANITIZE})

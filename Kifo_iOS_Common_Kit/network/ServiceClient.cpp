@@ -137,8 +137,10 @@ void ServiceClient::cache(const std::shared_ptr<Outgoing>& request) {
   if (!isKept) return;
   const bool isOnline = Session::shared().networkStatus == KifoNetworkStatus::ONLINE;
   const std::int64_t date = Platform::current()->clock->millisecondsSince1970() / 1000;
+  // The limit is the one in force when the event is sent: before the first answer nothing is stored,
+  // however soon that answer comes.
   DataManager().cacheLog(
-      queueLimit,
+      queueLimit(),
       [request, isOnline, date] {
         return KifoLog(0, request->texts->json(), request->texts->url(), request->method, date, 0,
                        isOnline ? 0 : 1, request->requestId);

@@ -80,12 +80,12 @@ void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLo
       isCounted ? std::optional(countStatement()) : std::nullopt);
 }
 
-void DataManager::cacheLog(const std::function<std::int64_t()>& limit,
-                           const std::function<KifoLog()>& log,
+void DataManager::cacheLog(std::int64_t limit, std::function<KifoLog()> log,
                            std::function<void(bool)> stored) const {
-  store().inOneTurn([manager = *this, limit, log, stored = std::move(stored)] {
-    manager.unsyncedLogCount(
-        [=](std::int64_t count) { manager.insertLog(count, limit(), log(), stored); });
+  store().inOneTurn([manager = *this, limit, log = std::move(log), stored = std::move(stored)] {
+    manager.unsyncedLogCount([=](std::int64_t count) {
+      manager.insertLog(count, limit, log(), stored);
+    });
     manager.unsyncedLogCount([](std::int64_t) {});
   });
 }

@@ -36,9 +36,9 @@ class KIFO_EXPORT DataManager {
   void insertLog(std::int64_t count, std::int64_t limit, const KifoLog& log,
                  std::function<void(bool)> stored = {}) const;
 
-  /// Counts and inserts as one step, so that never more than `limit` never-tried rows wait. `limit`
-  /// is asked for on the main queue.
-  void cacheLog(const std::function<std::int64_t()>& limit, const std::function<KifoLog()>& log,
+  /// Counts and inserts as one step, so that never more than `limit` never-tried rows wait. `log` is
+  /// made on the main queue, where writing its texts costs no caller anything.
+  void cacheLog(std::int64_t limit, std::function<KifoLog()> log,
                 std::function<void(bool)> stored = {}) const;
 
   /// Removes the request's row and every row that was tried. `removed` runs when that has been

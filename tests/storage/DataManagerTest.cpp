@@ -27,7 +27,7 @@ class DataManagerTest : public SdkTest {
 
   void cache(const std::string& requestId, std::int64_t limit,
              const std::string& parameters = "{}") {
-    data.cacheLog([limit] { return limit; }, [=] { return log(requestId, parameters); });
+    data.cacheLog(limit, [=] { return log(requestId, parameters); });
   }
 
   std::int64_t waiting() {
