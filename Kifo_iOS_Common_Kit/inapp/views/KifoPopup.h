@@ -215,7 +215,18 @@ class KIFO_EXPORT KifoPopup : public QObject,
 
  private:
   enum class Phase { idle, shown, hiding };
-  struct Showing;
+  /// What a show call asks for.
+  struct Showing {
+    QString title;
+    QString subTitle;
+    std::optional<KifoPopupStyle> style;  ///< None: the host's own colour.
+    QColor color;
+    QString closeButtonTitle;
+    std::optional<KifoTimeoutConfiguration> timeout;
+    std::uint32_t colorTextButton;
+    QIcon circleIconImage;
+    KifoAnimationStyle animationStyle;
+  };
 
   KifoPopupResponder show(const Showing& showing);
   void dress(const Showing& showing);

@@ -5,7 +5,6 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoButton.h"
@@ -20,20 +19,16 @@
 namespace kifo {
 namespace {
 
-constexpr int kWidestForText = 400;  // Wider lines are tiring to read.
-constexpr int kWideningStep = 40;
-constexpr int kBelowTitle = 4;
 constexpr int kBorder = 1;
 constexpr int kRoomForCircle = 220;  // A lower room is for the words.
 
 int whole(double length) {
-  return static_cast<int>(std::lround(std::clamp(length, 0.0, 10000.0)));
+  return KifoPopupRows::whole(length);
 }
 
 }  // namespace
 
-KifoPopupCard::KifoPopupCard()
-    : labelTitle(new KifoPopupLabel), viewText(new KifoPopupLabel), scroll_(new QScrollArea(this)) {
+KifoPopupCard::KifoPopupCard() : scroll_(new QScrollArea(this)) {
   scroll_->setObjectName(QLatin1String(KifoPopupSheet::kScrollName));
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -46,8 +41,8 @@ KifoPopupCard::KifoPopupCard()
   // After setWidget, which turns it on.
   contentView->setAutoFillBackground(false);
   scroll_->viewport()->setAutoFillBackground(false);
-  labelTitle->setParent(contentView);
-  viewText->setParent(contentView);
+  labelTitle = new KifoPopupLabel(contentView);
+  viewText = new KifoPopupLabel(contentView);
   list = new KifoPopupList(contentView);
   circleBG = new KifoPopupDisc(this);
   circleView = new KifoPopupDisc(circleBG);
@@ -58,7 +53,7 @@ KifoPopupCard::KifoPopupCard()
 
 void KifoPopupCard::addField(QWidget* field) {
   field->setObjectName(QLatin1String(KifoPopupSheet::kFieldName));
-  fields_.push_back(field);
+  fields.push_back(field);
   field->setVisible(true);
   Q_EMIT outgrown();
 }
@@ -98,11 +93,11 @@ void KifoPopupCard::removeButton(KifoButton* button) {
 }
 
 void KifoPopupCard::setCustomSubview(QWidget* view) {
-  if (view == custom_) return;
-  if (custom_ != nullptr) custom_->setParent(nullptr);
-  custom_ = view;
+  if (view == customSubview) return;
+  if (customSubview != nullptr) customSubview->setParent(nullptr);
+  customSubview = view;
   if (view == nullptr) return;
-  customSize_ = view->testAttribute(Qt::WA_Resized) ? view->size() : QSize(0, 0);
+  customSize = view->testAttribute(Qt::WA_Resized) ? view->size() : QSize(0, 0);
   view->setParent(contentView);
   view->setVisible(true);
 }
@@ -157,133 +152,41 @@ int KifoPopupCard::titleInset() const {
   return circleShown_ || closeImage->isHidden() ? margin : std::max(margin, closeImage->width());
 }
 
-int KifoPopupCard::widthOfButtonRow() const {
-  int widest = 0;
-  for (const KifoButton* button : buttons) widest = std::max(widest, button->sizeHint().width());
-  const int count = static_cast<int>(buttons.size());
-  return count * widest + std::max(0, count - 1) * whole(appearance_.margin.buttonSpacing);
-}
-
-int KifoPopupCard::chooseWidth(int widest) const {
-  const int margins = 2 * whole(appearance_.margin.horizontal);
-  int width = whole(appearance_.kWindowWidth);
-  if (custom_ != nullptr) {
-    int least = std::max(custom_->minimumWidth(), custom_->minimumSizeHint().width());
-    if (!custom_->sizeHint().isValid()) least = std::max(least, customSize_.width());
-    width = std::max(width, least + margins);
-  }
-  if (appearance_.buttonsLayout == KifoAlertButtonLayout::horizontal) {
-    const int row = widthOfButtonRow() + margins;
-    if (row <= widest) width = std::max(width, row);
-  }
-  while (width + kWideningStep <= std::min(widest, kWidestForText) &&
-         viewText->heightForWidth(width - margins) > appearance_.kTextHeight) {
-    width += kWideningStep;
-  }
-  return std::clamp(width, 1, std::max(1, widest));
-}
-
-int KifoPopupCard::heightOfCustomSubview(int width) const {
-  const QSize hint = custom_->sizeHint();
-  int height = hint.isValid() ? hint.height() : customSize_.height();
-  if (custom_->sizePolicy().hasHeightForWidth()) height = custom_->heightForWidth(width);
-  return std::clamp(height, custom_->minimumHeight(), custom_->maximumHeight());
-}
-
-std::vector<KifoPopupCard::Row> KifoPopupCard::rows(int width) const {
-  const Margin& margin = appearance_.margin;
-  const int inner = std::max(1, width - 2 * whole(margin.horizontal));
-  std::vector<Row> rows;
-  const int textHeight = viewText->heightForWidth(inner);
-  if (!labelTitle->text().isEmpty()) {
-    const int height = labelTitle->heightForWidth(std::max(1, width - 2 * titleInset()));
-    rows.push_back({labelTitle, std::max(height, whole(appearance_.kTitleHeight)), 0});
-  }
-  if (textHeight > 0) {
-    if (!rows.empty()) rows.back().gap = kBelowTitle;
-    rows.push_back({viewText, textHeight, 0});
-  }
-  if (!rows.empty()) rows.back().gap = whole(margin.textViewBottom);
-  const int spacing = whole(margin.textFieldSpacing);
-  if (!list->isEmpty()) rows.push_back({list, list->heightForWidth(inner), spacing});
-  for (QWidget* field : fields_) {
-    const bool single = qobject_cast<QLineEdit*>(field) != nullptr;
-    rows.push_back({field,
-                    whole(single ? appearance_.kTextFieldHeight : appearance_.kTextViewdHeight),
-                    spacing});
-  }
-  if (custom_ != nullptr) rows.push_back({custom_, heightOfCustomSubview(inner), spacing});
-  return rows;
-}
-
-int KifoPopupCard::arrangeContents(int width, int slack, bool move) {
-  const int margin = whole(appearance_.margin.horizontal);
-  const bool titled = !labelTitle->text().isEmpty();
-  int y = titled ? 0 : slack / 2;
-  for (const Row& row : rows(width)) {
-    const int inset = row.part == labelTitle ? titleInset() : margin;
-    if (move) row.part->setGeometry(inset, y, std::max(1, width - 2 * inset), row.height);
-    y += row.height + row.gap + (row.part == labelTitle ? slack / 2 : 0);
-  }
-  return arrangeButtons(y + slack - slack / 2, width, move) + whole(appearance_.margin.bottom);
-}
-
-int KifoPopupCard::arrangeButtons(int top, int width, bool move) {
-  const int margin = whole(appearance_.margin.horizontal);
-  const int spacing = whole(appearance_.margin.buttonSpacing);
-  const int inner = std::max(1, width - 2 * margin);
-  const int count = static_cast<int>(buttons.size());
-  const bool inRow =
-      appearance_.buttonsLayout == KifoAlertButtonLayout::horizontal && widthOfButtonRow() <= inner;
-  if (!inRow) {
-    int y = top;
-    for (KifoButton* button : buttons) {
-      const int height = button->heightForWidth(inner);
-      if (move) button->setGeometry(margin, y, inner, height);
-      y += height + spacing;
-    }
-    return count == 0 ? top : y - spacing;
-  }
-  int height = 0;
-  for (int i = 0; i < count; ++i) {
-    // The edges are rounded and not the widths, so that the row ends where the text does.
-    const int left = margin + i * (inner + spacing) / count;
-    const int right = margin + (i + 1) * (inner + spacing) / count - spacing;
-    KifoButton* button = buttons[i];
-    height = std::max(height, button->heightForWidth(right - left));
-    if (!move) continue;
-    const QRect place(left, top, right - left, button->heightForWidth(right - left));
-    button->setGeometry(QStyle::visualRect(layoutDirection(), QRect(0, 0, width, 1), place));
-  }
-  return top + height;
+KifoPopupRows KifoPopupCard::rows() const {
+  return {appearance_, *this, titleInset()};
 }
 
 void KifoPopupCard::arrange(const QSize& room) {
-  const int width = chooseWidth(room.width());
+  const int width = rows().chooseWidth(room.width());
   circleShown_ = circleWanted_;
-  int natural = contentTop() + arrangeContents(width, 0, false);
+  int natural = contentTop() + rows().height(width);
   if (circleShown_ && overhang() + natural > room.height() && room.height() < kRoomForCircle) {
     circleShown_ = false;
-    natural = contentTop() + arrangeContents(width, 0, false);
+    natural = contentTop() + rows().height(width);
   }
-  const int highest = std::max(1, room.height() - overhang());
   // Without buttons below it there would be nothing but emptiness under the text.
   const int least = buttons.empty() ? 0 : whole(appearance_.kWindowHeight);
-  const int wanted = std::max(natural, least);
-  const int height = std::min(wanted, highest);
-  const bool tooHigh = natural > highest;
-  const int contentWidth = tooHigh ? width - KifoPopupSheet::kScrollBarWidth : width;
+  const int height = std::min(std::max(natural, least), std::max(1, room.height() - overhang()));
   resize(width, overhang() + height);
+  placeContents(width, height, natural);
+  placeCircle(width);
+  placeCross(width);
+  outline_ = makeOutline();
+  update();
+}
+
+void KifoPopupCard::placeContents(int width, int height, int natural) {
+  const bool tooHigh = natural > height;
   scroll_->setVerticalScrollBarPolicy(tooHigh ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
   scroll_->setGeometry(0, overhang() + contentTop(), width,
                        std::max(0, height - contentTop() - kBorder));
-  const int slack = std::max(0, height - natural);
-  const int contentHeight = arrangeContents(contentWidth, slack, true);
-  contentView->resize(contentWidth, contentHeight);
-  placeCircle(width);
-  QRect corner(width - closeImage->width(), overhang(), closeImage->width(), closeImage->height());
+  const int contentWidth = tooHigh ? width - KifoPopupSheet::kScrollBarWidth : width;
+  contentView->resize(contentWidth, rows().place(contentWidth, std::max(0, height - natural)));
+}
+
+void KifoPopupCard::placeCross(int width) {
+  const QRect corner(QPoint(width - closeImage->width(), overhang()), closeImage->size());
   closeImage->move(QStyle::visualRect(layoutDirection(), QRect(0, 0, width, 1), corner).topLeft());
-  update();
 }
 
 void KifoPopupCard::placeCircle(int width) {
@@ -323,7 +226,7 @@ bool KifoPopupCard::readsBefore(const QWidget* former, const QWidget* latter) co
   return placeInReading(former) < placeInReading(latter);
 }
 
-QPainterPath KifoPopupCard::outline() const {
+QPainterPath KifoPopupCard::makeOutline() const {
   QPainterPath path;
   const double radius = appearance_.contentViewCornerRadius;
   path.addRoundedRect(panel(), radius, radius);
@@ -356,7 +259,7 @@ void KifoPopupCard::forget(const QObject* part) {
   std::erase(inputs, part);
   std::erase(input, part);
   std::erase(buttons, part);
-  std::erase(fields_, part);
+  std::erase(fields, part);
 }
 
 bool KifoPopupCard::eventFilter(QObject* watched, QEvent* event) {

@@ -10,15 +10,13 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoAppearance.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupRows.h"
 
 namespace kifo {
 
-class KifoButton;
 class KifoPopupCloseButton;
 class KifoPopupDisc;
 class KifoPopupIconView;
-class KifoPopupLabel;
-class KifoPopupList;
 
 /// The card of an alert and everything on it. It knows how it looks and how it is laid out; where
 /// it stands and what its buttons do is for others to say.
@@ -28,7 +26,7 @@ class KifoPopupList;
 /// it goes without the circle.
 ///
 /// **Threading:** UI thread only. **Ownership:** the parts are the card's children.
-class KifoPopupCard : public QWidget {
+class KifoPopupCard : public QWidget, public KifoPopupParts {
   Q_OBJECT
  public:
   KifoPopupCard();
@@ -53,24 +51,20 @@ class KifoPopupCard : public QWidget {
   /// The card without the circle's upper half, in its own coordinates.
   [[nodiscard]] QRect panel() const;
   /// The card's whole outline, for its shadow.
-  [[nodiscard]] QPainterPath outline() const;
+  [[nodiscard]] const QPainterPath& outline() const { return outline_; }
   [[nodiscard]] bool scrolls() const;
   /// The uppermost field; null without one.
-  [[nodiscard]] QWidget* firstField() const { return fields_.empty() ? nullptr : fields_.front(); }
+  [[nodiscard]] QWidget* firstField() const { return fields.empty() ? nullptr : fields.front(); }
   /// Whether `former` comes before `latter` for somebody who reads the card; the cross comes last.
   [[nodiscard]] bool readsBefore(const QWidget* former, const QWidget* latter) const;
 
-  KifoPopupLabel* labelTitle;
-  KifoPopupLabel* viewText;
   QWidget* contentView;
   KifoPopupDisc* circleBG;
   KifoPopupDisc* circleView;
   KifoPopupIconView* circleIconView;
-  KifoPopupList* list;
   KifoPopupCloseButton* closeImage;
   std::vector<QLineEdit*> inputs;
   std::vector<QPlainTextEdit*> input;
-  std::vector<KifoButton*> buttons;
 
  Q_SIGNALS:
   /// Something on the card wants another size.
@@ -87,36 +81,24 @@ class KifoPopupCard : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  struct Row {
-    QWidget* part;
-    int height;
-    int gap;  ///< Below it.
-  };
-
   void addField(QWidget* field);
   /// A part was deleted or taken away by the host.
   void forget(const QObject* part);
   void dressButton(KifoButton* button, const QColor& color, const QColor& text) const;
+  void placeContents(int width, int height, int natural);
   void placeCircle(int width);
+  void placeCross(int width);
+  [[nodiscard]] KifoPopupRows rows() const;
+  [[nodiscard]] QPainterPath makeOutline() const;
   [[nodiscard]] int overhang() const;
   [[nodiscard]] int contentTop() const;
   [[nodiscard]] int titleInset() const;
-  [[nodiscard]] int chooseWidth(int widest) const;
-  [[nodiscard]] int widthOfButtonRow() const;
-  [[nodiscard]] std::vector<Row> rows(int width) const;
-  /// Lays the contents out, with `slack` pixels to spare, and returns their height. Moves them only
-  /// if `move` says so.
-  int arrangeContents(int width, int slack, bool move);
-  int arrangeButtons(int top, int width, bool move);
-  [[nodiscard]] int heightOfCustomSubview(int width) const;
   /// Where the part that holds `widget` lies: row first, then place in the row.
   [[nodiscard]] std::pair<int, int> placeInReading(const QWidget* widget) const;
 
   KifoAppearance appearance_;
   QScrollArea* scroll_;
-  QPointer<QWidget> custom_;
-  QSize customSize_;  ///< What the host gave it; the fallback for a view that asks for no size.
-  std::vector<QWidget*> fields_;
+  QPainterPath outline_;
   double iconScale_ = 1;
   bool circleWanted_ = true;
   bool circleShown_ = true;

@@ -35,7 +35,7 @@ KifoPopupOverlay::KifoPopupOverlay(QWidget* host, KifoPopupCard* card, KifoPopup
   setCursor(Qt::ArrowCursor);
   setAcceptDrops(true);  // And refuses them, so that the window behind gets none.
   card->setParent(this);
-  connect(animator, &KifoPopupAnimator::moved, this, &KifoPopupOverlay::place);
+  connect(animator, &KifoPopupAnimator::moved, this, &KifoPopupOverlay::moveCard);
   connect(card, &KifoPopupCard::outgrown, this, &KifoPopupOverlay::place);
   connect(focus_, &KifoPopupFocus::moved, card, &KifoPopupCard::reveal);
   if (host != nullptr) {
@@ -91,8 +91,13 @@ QRect KifoPopupOverlay::room() const {
 void KifoPopupOverlay::place() {
   if (card_ == nullptr || placing_) return;
   const QScopedValueRollback rollback(placing_, true);
+  card_->arrange(room().size());
+  moveCard();
+}
+
+void KifoPopupOverlay::moveCard() {
+  if (card_ == nullptr) return;
   const QRect room = this->room();
-  card_->arrange(room.size());
   QRect place = card_->rect();
   place.moveCenter(room.center());
   if (type_ == ScreenType::notification) place.moveTop(room.top());

@@ -53,6 +53,7 @@ class KifoPopupOverlay : public QWidget {
 
  private:
   void coverWindow();
+  void moveCard();
   void fade();
   void releaseCard();
   [[nodiscard]] QRect room() const;
