@@ -4,7 +4,7 @@
 #include <QScrollArea>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
 #include "tests/alert/AlertFixture.h"
 
 namespace kifo {
@@ -173,12 +173,11 @@ TEST_F(KifoPopupLayoutTest, TitlesAreNeverLostOnTheirButtons) {
         KifoPopupStyle::question}) {
     alert->showTitle("Colours", "", style, "Default colours");
     for (const KifoButton* button : alert->buttons()) {
-      contrasts.push_back(
-          KifoPopupColors::contrast(button->look().text, button->look().background));
+      contrasts.push_back(contrastRatio(button->look().text, button->look().background));
     }
     alert->showTitle("Colours", "", style, "Given colours", {}, 0xFFFF00, 0xFFFFFF);
-    contrasts.push_back(KifoPopupColors::contrast(alert->buttons().back()->look().text,
-                                                  alert->buttons().back()->look().background));
+    contrasts.push_back(contrastRatio(alert->buttons().back()->look().text,
+                                      alert->buttons().back()->look().background));
   }
   EXPECT_THAT(contrasts, Each(Ge(2.5)));
   alert->showTitle("Colours", "", KifoPopupStyle::info, "Fine as it is", {}, 0x000000, 0xABCDEF);

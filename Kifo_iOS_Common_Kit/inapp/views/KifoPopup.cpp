@@ -23,6 +23,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupOverlay.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupTimeout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
 
 namespace kifo {
 namespace {
@@ -262,8 +263,7 @@ void KifoPopup::dressCircle(const Showing& showing) {
   card_->showCircle(appearance.showCircularIcon && (hasImage || showing.style.has_value()));
   card_->scaleIcon(1);
   if (hasImage) return card_->circleIconView->showImage(showing.circleIconImage, iconTintColor);
-  const QColor color =
-      iconTintColor.isValid() ? iconTintColor : KifoPopupColors::readable(Qt::white, viewColor);
+  const QColor color = iconTintColor.isValid() ? iconTintColor : readableOn(Qt::white, viewColor);
   if (!waits_) return card_->circleIconView->showIcon(*showing.style, color);
   const auto indicator = appearance.activityIndicatorStyle;
   if (indicator == ActivityIndicatorStyle::whiteLarge) card_->scaleIcon(kLargeIndicator);
@@ -273,12 +273,11 @@ void KifoPopup::dressCircle(const Showing& showing) {
 
 void KifoPopup::refresh() {
   const QColor card = appearance.contentViewColor;
-  const QColor ink = KifoPopupColors::readable(appearance.subTitleColor, card);
-  card_->list->setContents(headerStr, datas,
-                           {appearance.kTextFont, ink, KifoPopupColors::mixed(ink, card, 0.15)});
+  const QColor ink = readableOn(appearance.subTitleColor, card);
+  card_->list->setContents(headerStr, datas, {appearance.kTextFont, ink, mixed(card, ink, 0.15)});
   card_->closeImage->setLook(closeIcon, ink);
   card_->closeImage->setVisible(needsCross());
-  card_->dress(appearance, viewColor, KifoPopupColors::fromInt(colorTextButton_));
+  card_->dress(appearance, viewColor, colorFromInt(colorTextButton_));
   if (overlay_ != nullptr) overlay_->place();
 }
 

@@ -15,6 +15,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupSheet.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
 
 namespace kifo {
 namespace {
@@ -106,11 +107,11 @@ void KifoPopupCard::dress(const KifoAppearance& appearance, const QColor& color,
                           const QColor& buttonText) {
   appearance_ = appearance;
   const QColor card = appearance.contentViewColor;
-  const QColor ink = KifoPopupColors::readable(appearance.subTitleColor, card);
+  const QColor ink = readableOn(appearance.subTitleColor, card);
   // A line or a ring in a colour that the card swallows would not be seen.
-  const QColor accent = KifoPopupColors::contrast(color, card) < 1.3 ? ink : color;
+  const QColor accent = contrastRatio(color, card) < 1.3 ? ink : color;
   setStyleSheet(KifoPopupSheet::forCard(appearance, accent));
-  labelTitle->setLook(appearance.kTitleFont, KifoPopupColors::readable(appearance.titleColor, card),
+  labelTitle->setLook(appearance.kTitleFont, readableOn(appearance.titleColor, card),
                       Qt::AlignHCenter);
   labelTitle->setMinimumScale(appearance.kTitleMinimumScaleFactor);
   viewText->setLook(appearance.kTextFont, ink, appearance.textViewAlignment);
@@ -123,11 +124,11 @@ void KifoPopupCard::dress(const KifoAppearance& appearance, const QColor& color,
 void KifoPopupCard::dressButton(KifoButton* button, const QColor& color, const QColor& text) const {
   KifoButton::Look look;
   look.background = button->customBackgroundColor.isValid() ? button->customBackgroundColor : color;
-  look.text = KifoPopupColors::readable(
-      button->customTextColor.isValid() ? button->customTextColor : text, look.background);
+  look.text = readableOn(button->customTextColor.isValid() ? button->customTextColor : text,
+                         look.background);
   const QColor card = appearance_.contentViewColor;
-  if (KifoPopupColors::contrast(look.background, card) < 1.2) {
-    look.border = KifoPopupColors::mixed(look.text, card, 0.3);
+  if (contrastRatio(look.background, card) < 1.2) {
+    look.border = mixed(card, look.text, 0.3);
   }
   look.font = appearance_.kButtonFont;
   look.cornerRadius = appearance_.buttonCornerRadius;

@@ -4,6 +4,8 @@
 #include <QFont>
 #include <QLabel>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/WrappedText.h"
+
 namespace kifo {
 
 /// A piece of plain text in an alert's card. It paints itself, so that no style sheet of the host
@@ -30,11 +32,14 @@ class KifoPopupLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  /// The text as it is set in `width`.
+  const WrappedText& wrapped(int width) const;
   [[nodiscard]] QFont fontFor(int width) const;
 
   QFont font_;
   QColor color_;
   Qt::Alignment alignment_ = Qt::AlignLeft;
+  mutable WrappedText wrapped_;  ///< Keeps the last layout.
   double minimumScale_ = 1;
 };
 

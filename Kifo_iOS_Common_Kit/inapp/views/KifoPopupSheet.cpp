@@ -1,6 +1,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupSheet.h"
 
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
 
 namespace kifo {
 namespace {
@@ -28,21 +29,21 @@ QString shield() {
 
 QString fields(const KifoAppearance& appearance, const QColor& accent) {
   const QColor card = appearance.contentViewColor;
-  const QColor ink = KifoPopupColors::readable(appearance.subTitleColor, card);
+  const QColor ink = readableOn(appearance.subTitleColor, card);
   return QStringLiteral(
              "#kifoPopupField { %1 color: %2; background: %3; border: 1px solid %4;"
              "  border-radius: %5px; padding: 0 6px; margin: 0; min-width: 0; min-height: 0;"
              "  selection-background-color: %6; selection-color: %7; }"
              "#kifoPopupField:focus { border: 2px solid %6; padding: 0 5px; }")
-      .arg(css(appearance.kTextFont), ink.name(), KifoPopupColors::mixed(ink, card, 0.03).name(),
-           KifoPopupColors::mixed(ink, card, 0.35).name())
+      .arg(css(appearance.kTextFont), ink.name(), mixed(card, ink, 0.03).name(),
+           mixed(card, ink, 0.35).name())
       .arg(appearance.fieldCornerRadius)
-      .arg(accent.name(), KifoPopupColors::readable(Qt::white, accent).name());
+      .arg(accent.name(), readableOn(Qt::white, accent).name());
 }
 
 QString scrollBar(const KifoAppearance& appearance) {
   const QColor card = appearance.contentViewColor;
-  const QColor ink = KifoPopupColors::readable(appearance.subTitleColor, card);
+  const QColor ink = readableOn(appearance.subTitleColor, card);
   return QStringLiteral(
              "#kifoPopupScroll QScrollBar:vertical { background: transparent; border: none;"
              "  width: %1px; margin: 2px; }"
@@ -53,7 +54,7 @@ QString scrollBar(const KifoAppearance& appearance) {
              "#kifoPopupScroll QScrollBar::add-page, #kifoPopupScroll QScrollBar::sub-page {"
              "  background: none; }")
       .arg(KifoPopupSheet::kScrollBarWidth)
-      .arg(KifoPopupColors::mixed(ink, card, 0.45).name());
+      .arg(mixed(card, ink, 0.45).name());
 }
 
 }  // namespace

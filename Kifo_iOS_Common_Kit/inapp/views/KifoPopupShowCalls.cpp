@@ -90,8 +90,7 @@ KifoPopupResponder KifoPopup::showTitle(const QString& title, const QString& sub
                                         const QIcon& circleIconImage,
                                         KifoAnimationStyle animationStyle) {
   const std::uint32_t text = style == KifoPopupStyle::warning ? 0x000000 : 0xFFFFFF;
-  return show({title, subTitle, style,
-               KifoPopupColors::fromInt(colorStyle.value_or(defaultColorInt(style))),
+  return show({title, subTitle, style, colorFromInt(colorStyle.value_or(defaultColorInt(style))),
                closeButtonTitle, timeout, colorTextButton.value_or(text), circleIconImage,
                animationStyle});
 }

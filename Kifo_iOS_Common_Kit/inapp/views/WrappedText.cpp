@@ -35,6 +35,12 @@ int WrappedText::naturalWidth() const {
   return text_.isEmpty() ? 0 : QFontMetrics(font_).horizontalAdvance(text_) + 1;
 }
 
+Qt::Alignment WrappedText::visualAlignment() const {
+  if (alignment_ == Alignment::center) return Qt::AlignHCenter;
+  const bool left = (alignment_ == Alignment::leading) == (direction_ != Qt::RightToLeft);
+  return (left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignAbsolute;
+}
+
 void WrappedText::layOut(int width) const {
   width = std::max(width, 1);
   if (width == width_) return;
@@ -42,9 +48,7 @@ void WrappedText::layOut(int width) const {
   QString broken = text_;
   broken.replace(QLatin1String("\r\n"), QLatin1String("\n"));
   broken.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
-  QTextOption option(alignment_ == Alignment::center ? Qt::AlignHCenter
-                     : direction_ == Qt::RightToLeft ? Qt::AlignRight | Qt::AlignAbsolute
-                                                     : Qt::AlignLeft | Qt::AlignAbsolute);
+  QTextOption option(visualAlignment());
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   option.setTextDirection(Qt::LayoutDirectionAuto);
   layout_.clearLayout();

@@ -16,7 +16,7 @@ namespace kifo {
 /// **Threading:** UI thread only.
 class WrappedText {
  public:
-  enum class Alignment { center, leading };
+  enum class Alignment { center, leading, trailing };
 
   void setText(const QString& text);
   void setFont(const QFont& font);
@@ -35,6 +35,7 @@ class WrappedText {
 
  private:
   void layOut(int width) const;
+  [[nodiscard]] Qt::Alignment visualAlignment() const;
   void forget() { width_ = -1; }
 
   QString text_;
