@@ -24,7 +24,7 @@ if(PROJECT_IS_TOP_LEVEL)
 endif()
 
 if(KIFO_SANITIZE)
-  add_compile_options(-fsanitize=${KIFO_SANITIZE} -fno-omit-frame-pointer -g)
+  add_compile_options(-fsanitize=${KIFO_SANITIZE} -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${KIFO_SANITIZE})
   if(KIFO_SANITIZE MATCHES undefined)
     add_compile_options(-fno-sanitize-recover=undefined)
