@@ -136,6 +136,7 @@ bool Day::outage() {
 bool Day::returnOfTheServer() {
   tell("The server comes back: what was stored is sent, one request after another.");
   if (server_.start() == 0) return false;
+  host_->mark();
   network(true);
   if (!settle()) return false;
   event("receipt_printed", {{"pages", 1}}, Way::FRESH);
@@ -144,6 +145,7 @@ bool Day::returnOfTheServer() {
 
 bool Day::nightAndNextMorning() {
   tell("In the evening the cable comes off once more, and the kiosk is switched off.");
+  host_->mark();
   network(false);
   event("stock_counted", {{"shelves", 12}}, Way::RESENT);
   expectations_.expect("app_background", nlohmann::json::object(), Way::RESENT);
@@ -174,7 +176,6 @@ bool Day::initialize() {
 }
 
 void Day::network(bool reachable) {
-  host_->mark();
   reachability_->change(reachable ? reachableFlag : 0);
   host_->waitForLine(
       std::string("Kifo Kifo: KifoNetworkStatus: ") + (reachable ? "ONLINE" : "OFFLINE"), patience);
