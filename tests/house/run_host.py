@@ -1,0 +1,39 @@
+#!/usr/bin/env python3
+"""Runs a host program against the local server and looks at what the server saw.
+
+    run_host.py SERVER HOST
+"""
+import json
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+
+
+def run(server_program, host_program, home):
+    log = os.path.join(home, "log")
+    server = subprocess.Popen([server_program, "--log", log], stdout=subprocess.PIPE, text=True)
+    try:
+        word, uri = server.stdout.readline().split()
+        assert word == "ready", word
+        subprocess.run([host_program, uri], check=True, timeout=60,
+                       env={**os.environ, "XDG_DATA_HOME": home})
+    finally:
+        server.send_signal(signal.SIGTERM)
+        assert server.wait(60) == 0
+    with open(log, encoding="utf-8") as lines:
+        return [json.loads(line) for line in lines]
+
+
+def main():
+    with tempfile.TemporaryDirectory() as home:
+        requests = run(*sys.argv[1:3], home)
+    events = [each["body"] for each in requests if each["path"] == "/sdkListenerEvent"]
+    seen = [(each["name"], each.get("items")) for each in events]
+    print(*seen, sep="\n")
+    return 0 if seen.count(("basket_opened", 3)) == 1 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
