@@ -74,8 +74,7 @@ bool HttpListener::process_and_close_socket(socket_t socket) {
     served = &connection;
     serve(connection);
     served = nullptr;
-    const std::lock_guard lock(mutex_);
-    connections_.erase(socket);
+    leave(socket);
   }
   shutdown(socket, SHUT_RDWR);
   close(socket);
@@ -104,7 +103,8 @@ void HttpListener::complete(HttpConnection& connection, httplib::Request& reques
 
 bool HttpListener::enter(socket_t socket) {
   const std::lock_guard lock(mutex_);
-  if (!stopping_) connections_[socket] = Use::IDLE;
+  // Busy from the start: its first request is on its way, and nobody would send that again.
+  if (!stopping_) connections_[socket] = Use::BUSY;
   return !stopping_;
 }
 
@@ -112,12 +112,20 @@ bool HttpListener::change(socket_t socket, Use use) {
   const std::lock_guard lock(mutex_);
   auto& current = connections_[socket];
   if (current == Use::RELEASED) return false;
+  if (use == Use::IDLE && wanted_ > 0) return false;
   current = use;
   return true;
 }
 
+void HttpListener::leave(socket_t socket) {
+  const std::lock_guard lock(mutex_);
+  connections_.erase(socket);
+  if (wanted_ > 0) --wanted_;
+}
+
 void HttpListener::releaseIdle() {
   const std::lock_guard lock(mutex_);
+  ++wanted_;
   for (auto& [socket, use] : connections_) {
     if (use != Use::IDLE) continue;
     use = Use::RELEASED;

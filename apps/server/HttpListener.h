@@ -37,6 +37,8 @@ class HttpListener : private httplib::Server {
   void complete(HttpConnection& connection, httplib::Request& request) const;
   bool enter(socket_t socket);
   bool change(socket_t socket, Use use);
+  void leave(socket_t socket);
+  /// Ends an idle connection, or the next one that becomes idle: another one waits for its thread.
   void releaseIdle();
 
   const Handler handler_;
@@ -44,6 +46,7 @@ class HttpListener : private httplib::Server {
   std::mutex mutex_;
   // Guarded by mutex_.
   std::unordered_map<socket_t, Use> connections_;
+  std::size_t wanted_ = 0;  // Connections that wait for a thread.
   bool stopping_ = false;
 };
 
