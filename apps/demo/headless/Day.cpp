@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+#include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "platform/linux/LinuxPlatform.h"
 
 namespace kifo::demo {
@@ -101,14 +102,19 @@ bool Day::customers() {
   const auto home = std::make_shared<HomeScreen>();
   const auto catalogue = std::make_shared<CatalogueScreen>();
   show(home, "HomeScreen");
+  if (!settle()) return false;
   event("product_viewed", {{"sku", "B-17"}, {"price", 12.5}, {"note", "the barista's choice"}},
         Way::FRESH);
   KifoEventManager::sendEvent("debug_ping", std::nullopt);  // The server blocks this one.
+  if (!settle()) return false;
   hide(home, "HomeScreen");
+  if (!settle()) return false;
   show(catalogue, "CatalogueScreen");
+  if (!settle()) return false;
   expectations_.expect("login", {{"page_name", "CatalogueScreen"}, {"method", "badge"}},
                        Way::FRESH);
   KifoEventManager::sendLoginEvent(catalogue, std::nullopt, {{"method", "badge"}});
+  if (!settle()) return false;
   expectations_.expect("actor_change", {{"newActorId", "customer-4711"}}, Way::FRESH);
   Kifo::updateActorId("customer-4711");
   expectations_.expect("basket_opened", {{"items", 3}, {"actorId", "customer-4711"}}, Way::FRESH);
@@ -187,7 +193,16 @@ bool Day::settle() {
              return request->path == "/sdkListenerEvent";
            })) >= expectations_.count();
   };
-  return server_.requests().waitFor(arrived, patience) && host_->waitForAnswers(patience);
+  if (!server_.requests().waitFor(arrived, patience) || !host_->waitForAnswers(patience)) {
+    return false;
+  }
+  // What the last answers led to runs out: each step of it queues the next one.
+  const auto platform = Platform::current();
+  for (int step = 0; step < 10; ++step) {
+    platform->answerQueue->sync([] {});
+    platform->mainQueue->sync([] {});
+  }
+  return host_->waitForAnswers(patience);
 }
 
 void Day::show(const std::shared_ptr<KifoViewController>& screen, const std::string& name) {
