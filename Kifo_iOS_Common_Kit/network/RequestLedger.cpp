@@ -15,14 +15,14 @@ void RequestLedger::begin(const std::string& requestId) {
   if (!requestId.empty()) inFlight_.try_emplace(requestId);
 }
 
-void RequestLedger::settle(const std::string& requestId) {
+void RequestLedger::settle(const std::string& requestId, bool delivered) {
   std::vector<Callback> waiting;
   {
     const std::lock_guard lock(mutex_);
     if (underWay_ > 0) --underWay_;
     if (auto found = inFlight_.extract(requestId)) waiting = std::move(found.mapped());
   }
-  for (const auto& callback : waiting) callback();
+  for (const auto& callback : waiting) callback(delivered);
   settled_.notify_all();
 }
 

@@ -22,7 +22,7 @@ namespace kifo {
 /// **Threading:** thread-safe; waiting callbacks run on the thread that settles.
 class KIFO_EXPORT RequestLedger {
  public:
-  using Callback = std::function<void()>;
+  using Callback = std::function<void(bool delivered)>;
 
   /// The process's ledger. Never destroyed.
   static RequestLedger& shared();
@@ -30,8 +30,9 @@ class KIFO_EXPORT RequestLedger {
   /// A request goes out. An empty id (a query, which is never stored) only counts as under way.
   void begin(const std::string& requestId);
 
-  /// A request's answer has been dealt with, statements included; whoever waited for it runs.
-  void settle(const std::string& requestId);
+  /// A request's answer has been dealt with, statements included; whoever waited for it learns
+  /// whether it was answered 200.
+  void settle(const std::string& requestId, bool delivered);
 
   /// Runs `callback` when the request settles. False, and nothing is kept, when it is not under
   /// way.

@@ -116,7 +116,7 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
   RequestLedger::shared().begin(request->requestId);
   cache(request);
   if (!mayGoOut(*request, isNotificationEvent)) {
-    RequestLedger::shared().settle(request->requestId);
+    RequestLedger::shared().settle(request->requestId, false);
     if (request->whenUnanswered) request->whenUnanswered();
     return;
   }
@@ -208,10 +208,11 @@ void ServiceClient::handleAnswer(const std::shared_ptr<Outgoing>& request,
     }
   }
   // Behind the statements of above, so that whoever waits for this request finds them done.
-  Platform::current()->mainQueue->post([request] {
+  const bool delivered = !answer.error && answer.status == kOk;
+  Platform::current()->mainQueue->post([request, delivered] {
     RequestLedger& ledger = RequestLedger::shared();
     if (!request->isStored) ledger.forgetDelivered(request->requestId);
-    ledger.settle(request->requestId);
+    ledger.settle(request->requestId, delivered);
   });
 }
 
@@ -293,8 +294,12 @@ void ServiceClient::syncStep(const std::optional<KifoLog>& log) {
   }
   lastSyncRequestIds_.push_back(requestId);
   RequestLedger& ledger = RequestLedger::shared();
-  // The request itself still waits for its answer: the pass goes on once it is known.
-  if (ledger.whenSettled(requestId, [] { make()->syncLogs(); })) return;
+  // The request itself still waits for its answer: the pass goes on once that is a 200. A failure ends
+  // it, as it ends every chain; a try at once would be spent on the server that has just failed.
+  const auto goOn = [](bool delivered) {
+    if (delivered) make()->syncLogs();
+  };
+  if (ledger.whenSettled(requestId, goOn)) return;
   if (ledger.isDelivered(requestId)) return removeDelivered(requestId);
   if (isStopping) return;
   // Sent only with the mark in the file: a row that cannot be marked could go out twice.

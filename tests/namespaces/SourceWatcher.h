@@ -24,6 +24,9 @@ class SourceWatcher {
     source_->setDispatchQueue(queue_);
   }
   ~SourceWatcher() {
+    // A call that is running reads the source: it ends before the source does.
+    if (source_) source_->setCallback({}, {});
+    queue_->sync([] {});
     source_.reset();
     queue_->stop(SerialQueue::Duration(10));
   }

@@ -258,7 +258,10 @@ TEST_F(SyncTest, ARequestThatStillWaitsForItsAnswerIsNotSentFromTheStore) {
   EXPECT_EQ(resent(), (Lines{"one", "two"})) << "the pass waits for the second as well";
   fake.http->answerNext(500);
   fake.runUntilIdle();
-  EXPECT_EQ(resent(), (Lines{"one", "two", "two"})) << "and sends what has failed";
+  EXPECT_EQ(resent(), (Lines{"one", "two"})) << "a failure ends the chain and spends no try";
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "two"}));
 }
 
 TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {

@@ -192,6 +192,7 @@ TEST_F(DataManagerTest, ManyRandomOperationsAgreeWithAPlainModel) {
       ASSERT_EQ(waiting(), std::ranges::count_if(model, waits)) << "step " << step;
     }
   }
+  fake.runUntilIdle();
   Lines expected;
   for (const auto& row : model) expected.push_back(row.id);
   EXPECT_EQ(ids(), expected);
