@@ -13,7 +13,7 @@ install(EXPORT kifoTargets NAMESPACE kifo:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/
 set(_qt_folders inapp/views)
 install(DIRECTORY Kifo_iOS_Common_Kit DESTINATION include/kifo FILES_MATCHING PATTERN "*.h"
   PATTERN views EXCLUDE)
-install(DIRECTORY platform/linux DESTINATION include/kifo/platform FILES_MATCHING PATTERN "*.h")
+install(FILES platform/linux/LinuxPlatform.h DESTINATION include/kifo/platform/linux)
 if(KIFO_WITH_UI)
   install(DIRECTORY Kifo_iOS_Common_Kit/inapp/views DESTINATION include/kifo/Kifo_iOS_Common_Kit/inapp
     FILES_MATCHING PATTERN "*.h")

@@ -8,6 +8,8 @@ namespace kifo {
 
 KifoPopupResponder::KifoPopupResponder(KifoPopup* alertview) : alertview_(alertview) {}
 
+KifoPopup* KifoPopupResponder::alertview() const { return alertview_; }
+
 void KifoPopupResponder::setTitle(const QString& title) const {
   if (alertview_ != nullptr) alertview_->setTitle(title);
 }

@@ -23,7 +23,7 @@ class KIFO_EXPORT KifoPopupResponder {
   explicit KifoPopupResponder(KifoPopup* alertview);
 
   /// The alert, or null when it is gone.
-  [[nodiscard]] KifoPopup* alertview() const { return alertview_; }
+  [[nodiscard]] KifoPopup* alertview() const;
   void setTitle(const QString& title) const;
   void setSubTitle(const QString& subTitle) const;
   /// Hides the alert.
