@@ -59,8 +59,16 @@ void CurlSockets::forget(std::uint64_t transfer) {
 }
 
 void CurlSockets::networkChanged() {
+  lastChange_ = std::chrono::steady_clock::now();
   for (auto& [descriptor, socket] : sockets_) socket.stale = true;
   shutIdle();
+}
+
+long CurlSockets::nameLifetime() const {
+  constexpr long kLongest = 60;
+  if (!lastChange_) return kLongest;
+  const auto since = std::chrono::steady_clock::now() - *lastChange_;
+  return std::min<long>(kLongest, std::chrono::floor<std::chrono::seconds>(since).count());
 }
 
 bool CurlSockets::hasStale() const {

@@ -2,8 +2,10 @@
 
 #include <sys/socket.h>
 
+#include <chrono>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -35,6 +37,8 @@ class CurlSockets {
   void networkChanged();
   /// Whether a connection from before the last change is still in use.
   [[nodiscard]] bool hasStale() const;
+  /// Seconds for which a name's address counts: none from before the last change is used again.
+  [[nodiscard]] long nameLifetime() const;
   /// The transfers that use an address which is not among `addresses`.
   [[nodiscard]] std::vector<std::uint64_t> stranded(const std::set<std::string>& addresses) const;
 
@@ -56,6 +60,7 @@ class CurlSockets {
   void shutIdle();
   bool isUsed(int descriptor, const Socket& socket) const;
 
+  std::optional<std::chrono::steady_clock::time_point> lastChange_;
   std::map<int, Socket> sockets_;
   std::map<std::uint64_t, Transfer> transfers_;
 };

@@ -102,6 +102,7 @@ void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "gzip");
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
+  curl_easy_setopt(easy_, CURLOPT_DNS_CACHE_TIMEOUT, sockets.nameLifetime());
   // A connection that carries several requests at once would take on new ones while old ones last.
   curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, sockets.hasStale() && isSecure() ? 1L : 0L);
   setMethod();
