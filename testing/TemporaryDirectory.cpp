@@ -6,8 +6,11 @@
 
 namespace kifo::testing {
 
-TemporaryDirectory::TemporaryDirectory() {
-  std::string path = (std::filesystem::temp_directory_path() / "kifo-XXXXXX").string();
+TemporaryDirectory::TemporaryDirectory()
+    : TemporaryDirectory(std::filesystem::temp_directory_path().string()) {}
+
+TemporaryDirectory::TemporaryDirectory(const std::string& parent) {
+  std::string path = parent + "/kifo-XXXXXX";
   if (!mkdtemp(path.data())) {
     throw std::system_error(errno, std::generic_category(), "no temporary directory");
   }

@@ -8,6 +8,8 @@ namespace kifo::testing {
 class TemporaryDirectory {
  public:
   TemporaryDirectory();
+  /// Below `parent`.
+  explicit TemporaryDirectory(const std::string& parent);
   ~TemporaryDirectory();
   TemporaryDirectory(const TemporaryDirectory&) = delete;
   TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;

@@ -5,6 +5,7 @@
 #include <linux/if_tun.h>
 #include <sched.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -41,6 +42,12 @@ int makeNamespace(int& error) {
     }
   }).join();
   return descriptor;
+}
+
+ifreq requestFor(const std::string& interface) {
+  ifreq request{};
+  std::strncpy(request.ifr_name, interface.c_str(), IFNAMSIZ - 1);
+  return request;
 }
 
 bool succeeds(const std::string& command) {
@@ -98,6 +105,19 @@ bool NetworkNamespace::ipBatch(const std::string& lines) const {
   return ip("-batch " + file);
 }
 
+void NetworkNamespace::setLink(const std::string& interface, bool up) const {
+  run([&] {
+    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ifreq request = requestFor(interface);
+    ioctl(socket, SIOCGIFFLAGS, &request);
+    request.ifr_flags =
+        static_cast<short>(up ? request.ifr_flags | IFF_UP : request.ifr_flags & ~IFF_UP);
+    const bool done = ioctl(socket, SIOCSIFFLAGS, &request) == 0;
+    close(socket);
+    if (!done) throw std::runtime_error("cannot set " + interface + " up or down");
+  });
+}
+
 void NetworkNamespace::connect(const std::string& here, const NetworkNamespace& other,
                                const std::string& there) const {
   if (!ip("link add " + here + " type veth peer name " + there + " netns " + other.path()) ||
@@ -117,8 +137,7 @@ InNamespace::~InNamespace() {
 
 TunDevice::TunDevice(const std::string& name, int hardwareType)
     : descriptor_(open("/dev/net/tun", O_RDWR | O_CLOEXEC)) {
-  ifreq request{};
-  std::strncpy(request.ifr_name, name.c_str(), IFNAMSIZ - 1);
+  ifreq request = requestFor(name);
   request.ifr_flags = IFF_TUN | IFF_NO_PI;
   if (descriptor_ < 0 || ioctl(descriptor_, TUNSETIFF, &request) != 0 ||
       ioctl(descriptor_, TUNSETLINK, hardwareType) != 0) {

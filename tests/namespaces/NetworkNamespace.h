@@ -25,6 +25,9 @@ class NetworkNamespace {
   /// Runs many of them at once, one a line, as `ip -batch` does.
   bool ipBatch(const std::string& lines) const;
 
+  /// Sets an interface up or down, without a process of its own for it.
+  void setLink(const std::string& interface, bool up) const;
+
   /// Makes a cable from here to `other`: interface `here` on this side, `there` on the other, up.
   void connect(const std::string& here, const NetworkNamespace& other,
                const std::string& there) const;

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/ports/ConsoleSink.h"
+
+namespace kifo::testing {
+
+/// A console whose lines can be waited for.
+class ConsoleLog final : public ConsoleSink {
+ public:
+  using Time = std::chrono::steady_clock::time_point;
+
+  void write(std::string line) override {
+    const std::lock_guard lock(mutex_);
+    lines_.push_back({std::move(line), std::chrono::steady_clock::now()});
+    written_.notify_all();
+  }
+
+  /// Lines so far; what is waited for is counted from there.
+  [[nodiscard]] std::size_t mark() const {
+    const std::lock_guard lock(mutex_);
+    return lines_.size();
+  }
+
+  /// Waits for a line behind `mark` that is exactly `line`; the mark behind it. None after a
+  /// minute.
+  [[nodiscard]] std::optional<std::size_t> await(std::string_view line, std::size_t mark) const {
+    std::unique_lock lock(mutex_);
+    auto found = lines_.end();
+    const bool came = written_.wait_for(lock, std::chrono::minutes(1), [&] {
+      found = std::find_if(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(),
+                           [&](const Line& each) { return each.text == line; });
+      return found != lines_.end();
+    });
+    if (!came) return std::nullopt;
+    return static_cast<std::size_t>(found - lines_.begin()) + 1;
+  }
+
+  /// Waits for any line behind `mark`. False after a minute.
+  bool awaitMore(std::size_t mark) const {
+    std::unique_lock lock(mutex_);
+    return written_.wait_for(lock, std::chrono::minutes(1), [&] { return lines_.size() > mark; });
+  }
+
+  /// How many lines behind `mark` are exactly `line`.
+  [[nodiscard]] std::ptrdiff_t count(std::string_view line, std::size_t mark) const {
+    const std::lock_guard lock(mutex_);
+    return std::count_if(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(),
+                         [&](const Line& each) { return each.text == line; });
+  }
+
+  /// When the last such line was written.
+  [[nodiscard]] Time timeOf(std::string_view line) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = std::find_if(lines_.rbegin(), lines_.rend(),
+                                    [&](const Line& each) { return each.text == line; });
+    return found == lines_.rend() ? Time() : found->time;
+  }
+
+ private:
+  struct Line {
+    std::string text;
+    Time time;
+  };
+
+  mutable std::mutex mutex_;
+  mutable std::condition_variable written_;
+  std::vector<Line> lines_;  // Guarded by mutex_.
+};
+
+}  // namespace kifo::testing

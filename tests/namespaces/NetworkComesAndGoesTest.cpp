@@ -1,0 +1,204 @@
+#include <linux/if_arp.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cctype>
+#include <cstdio>
+#include <numeric>
+#include <thread>
+
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
+#include "tests/namespaces/NetworkScene.h"
+
+namespace kifo::testing {
+namespace {
+
+using ::testing::Each;
+using ::testing::ElementsAreArray;
+using ::testing::UnorderedElementsAreArray;
+
+/// A way in which a network is lost and comes back.
+struct Loss {
+  const char* name;
+  const char* address;  ///< The server's.
+  const char* setUp;    ///< `ip` commands inside the host, one a line, as the following.
+  const char* lose;
+  const char* restore;
+  const char* capability;  ///< What payloads say while the network is there.
+};
+
+constexpr Loss kLosses[] = {
+    {"TheLinkGoesDownAndUp", "10.99.0.1", "", "link set up0 down\n",
+     "link set up0 up\nroute add default via 10.7.0.1\n", "wifi"},
+    {"TheDefaultRouteIsRemovedAndRestored", "10.99.0.1", "", "route del default\n",
+     "route add default via 10.7.0.1\n", "wifi"},
+    {"TheInterfaceIsRenamed", "10.99.0.1", "", "link set up0 down\nlink set up0 name lan7\n",
+     "link set lan7 up\nroute add default via 10.7.0.1\n", "wifi"},
+    {"TheHostGetsAnotherAddress", "10.99.0.1", "",
+     "link set up0 down\naddr del 10.7.0.2/24 dev up0\n",
+     "addr add 10.7.0.9/24 dev up0\nlink set up0 up\nroute add default via 10.7.0.1\n", "wifi"},
+    {"IPv6Alone", "fd99::1",
+     "addr flush dev up0\naddr add fd07::2/64 dev up0 nodad\nroute add default via fd07::1\n",
+     "route del default via fd07::1\n", "route add default via fd07::1\n", "wifi"},
+};
+
+class NetworkComesAndGoes : public NetworkScene {
+ protected:
+  static constexpr int kCount = 20;
+
+  /// Everything that has to hold around a loss of the network.
+  template <class Lose, class Restore>
+  void loseAndRestore(const Lose& lose, const Restore& restore, const std::string& capability) {
+    send("before", 1);
+    ASSERT_TRUE(awaitReceived("before", 1));
+    EXPECT_THAT(values("before", Constants::NETWORK_STATUS), Each(capability));
+    EXPECT_TRUE(drains());
+
+    timed("offline", lose, [&] { return goesOffline(); });
+    send("while", kCount);
+    EXPECT_EQ(Kifo::networkStatus(), KifoNetworkStatus::OFFLINE);
+    EXPECT_EQ(rows("select count(*) from KifoLog where ISSYNC = 1 and TRYCOUNT = 0").at(0),
+              std::to_string(kCount));
+
+    timed("online", restore, [&] { return goesOnline(); });
+    ASSERT_TRUE(awaitReceived("while", kCount));
+    EXPECT_TRUE(drains());
+    std::vector<int> inOrder(kCount);
+    std::iota(inOrder.begin(), inOrder.end(), 0);
+    EXPECT_THAT(received("while"), ElementsAreArray(inOrder)) << "each once, in order";
+
+    send("after", 1);
+    ASSERT_TRUE(awaitReceived("after", 1));
+    EXPECT_THAT(values("after", Constants::NETWORK_STATUS), Each(capability));
+    EXPECT_TRUE(shutDown());
+  }
+
+ private:
+  /// Says how long after the kernel's first word the SDK knew.
+  template <class Change, class Status>
+  void timed(const std::string& status, const Change& change, const Status& comes) {
+    KernelClock clock;
+    change();
+    ASSERT_TRUE(comes());
+    std::string word = status;
+    std::ranges::transform(word, word.begin(), [](char c) { return std::toupper(c); });
+    std::printf("  %s %.1f ms after the kernel's first word\n", status.c_str(),
+                clock.until(console_->timeOf("Kifo Kifo: KifoNetworkStatus: " + word)));
+  }
+};
+
+class NetworkLossTest : public NetworkComesAndGoes, public ::testing::WithParamInterface<Loss> {};
+
+TEST_P(NetworkLossTest, WhatIsSentMeanwhileArrivesLaterInOrderAndOnce) {
+  const Loss& loss = GetParam();
+  ASSERT_TRUE(host_->ipBatch(loss.setUp));
+  start(loss.address);
+  loseAndRestore([&] { ASSERT_TRUE(host_->ipBatch(loss.lose)); },
+                 [&] { ASSERT_TRUE(host_->ipBatch(loss.restore)); }, loss.capability);
+}
+
+INSTANTIATE_TEST_SUITE_P(Losses, NetworkLossTest, ::testing::ValuesIn(kLosses),
+                         [](const auto& loss) { return std::string(loss.param.name); });
+
+TEST_F(NetworkComesAndGoes, AnotherInterfaceTakesThePlaceOfTheOneThatWent) {
+  start();
+  loseAndRestore([&] { host("link del up0"); },
+                 [&] {
+                   plug("usb0");
+                   host("route add default via 10.7.0.1");
+                 },
+                 "wifi");
+}
+
+TEST_F(NetworkComesAndGoes, ThroughAModemPayloadsSayCellular) {
+  host("route del default");
+  const TunDevice modem("wwan0", ARPHRD_RAWIP);
+  std::optional<TunDevice> provider;
+  net_->run([&] { provider.emplace("line0", ARPHRD_RAWIP); });
+  const Line line(modem, *provider);
+  host("link set wwan0 up");
+  host("addr add 10.8.0.2/32 dev wwan0");
+  host("route add default dev wwan0 src 10.8.0.2");
+  net("link set line0 up");
+  net("route add 10.8.0.2/32 dev line0");
+  start();
+  loseAndRestore([&] { host("link set wwan0 down"); },
+                 [&] {
+                   host("link set wwan0 up");
+                   host("route add default dev wwan0 src 10.8.0.2");
+                 },
+                 "cellular");
+}
+
+TEST_F(NetworkComesAndGoes, ReSendsGoOutOneAfterAnother) {
+  constexpr double kLatency = 0.03;
+  start();
+  host("route del default");
+  ASSERT_TRUE(goesOffline());
+  send("while", 5);
+  server_->setFaults({.latency = kLatency});
+  host("route add default via 10.7.0.1");
+  ASSERT_TRUE(awaitReceived("while", 5));
+  EXPECT_TRUE(drains());
+  std::int64_t previous = 0;
+  for (const auto& request : server_->requests().all()) {
+    if (!request->text(Constants::NAME).starts_with("while")) continue;
+    // The one before was answered only after its latency: this one cannot have been under way then.
+    EXPECT_GE(request->time - previous, static_cast<std::int64_t>(kLatency * 1000) - 1);
+    previous = request->time;
+  }
+}
+
+/// Kilobytes of memory that the process has ever held at once.
+long peakMemory() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
+}
+
+TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
+  constexpr int kFlaps = 100;
+  constexpr int kThreads = 4;
+  constexpr int kEach = 125;
+  start();
+  const long before = peakMemory();
+  const std::size_t mark = console_->mark();
+  std::atomic<int> flaps = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < kThreads; ++i) {
+    threads.emplace_back([&flaps, name = "load" + std::to_string(i) + "-"] {
+      for (int event = 0; event < kEach; ++event) {
+        for (int seen = flaps; seen < event * kFlaps / kEach; seen = flaps) flaps.wait(seen);
+        send(name, 1, event);
+      }
+    });
+  }
+  while (flaps < kFlaps) {
+    const bool isSlow = flaps % 10 == 0;  // the others are as quick as can be
+    if (isSlow) EXPECT_TRUE(isOnlineAtLast());
+    net_->setLink("host0", false);
+    if (isSlow) EXPECT_TRUE(goesOffline());
+    net_->setLink("host0", true);
+    ++flaps;
+    flaps.notify_all();
+  }
+  for (auto& thread : threads) thread.join();
+  // Once more, for what a flap answered with an error.
+  ASSERT_TRUE(isOnlineAtLast());
+  loseAndFindTheRoute();
+  ASSERT_TRUE(awaitReceived("load", kThreads * kEach));
+  EXPECT_TRUE(drains());
+  std::vector<int> each(kEach);
+  std::iota(each.begin(), each.end(), 0);
+  for (int i = 0; i < kThreads; ++i) {
+    EXPECT_THAT(received("load" + std::to_string(i) + "-"), UnorderedElementsAreArray(each));
+  }
+  std::printf("  offline %td times, %ld KiB of memory more at the most\n",
+              console_->count("Kifo Kifo: KifoNetworkStatus: OFFLINE", mark),
+              peakMemory() - before);
+}
+
+}  // namespace
+}  // namespace kifo::testing

@@ -1,0 +1,266 @@
+#include "tests/namespaces/NetworkScene.h"
+
+#include <fcntl.h>
+#include <linux/rtnetlink.h>
+#include <poll.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <array>
+#include <charconv>
+#include <future>
+#include <stdexcept>
+#include <thread>
+
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
+#include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
+#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
+#include "platform/linux/CurlTransport.h"
+#include "platform/linux/LinuxSerialQueue.h"
+#include "platform/linux/NetlinkReachabilityService.h"
+
+namespace kifo::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kServerPath = "/sdkListenerEvent";
+
+}  // namespace
+
+void NetworkScene::SetUp() {
+  if (!NetworkNamespace::whyNot().empty()) GTEST_SKIP() << NetworkNamespace::whyNot();
+  host_.emplace();
+  net_.emplace();
+  net("addr add 10.99.0.1/32 dev lo");
+  net("addr add fd99::1/128 dev lo");
+  // Behind the place where a black hole goes.
+  net("rule add prio 2 lookup local");
+  net("rule del prio 0");
+  plug("up0");
+  host("route add default via 10.7.0.1");
+  net_->run([this] {
+    server_ = std::make_unique<server::LocalServer>(server::LocalServer::Options{.host = "::"});
+    server_->start();
+  });
+  inside_.emplace(*host_);
+}
+
+void NetworkScene::TearDown() {
+  if (!inside_) return;
+  if (Kifo::isStarted()) shutDown();
+  server_->stop();
+  inside_.reset();
+}
+
+void NetworkScene::plug(const std::string& interface) {
+  host_->connect(interface, *net_, "host0");
+  host("addr add 10.7.0.2/24 dev " + interface);
+  host("addr add fd07::2/64 dev " + interface + " nodad");
+  net("addr add 10.7.0.1/24 dev host0");
+  net("addr add fd07::1/64 dev host0 nodad");
+}
+
+std::string NetworkScene::endpoint(const std::string& address, const std::string& path) const {
+  const bool isIPv6 = address.find(':') != std::string::npos;
+  return "http://" + (isIPv6 ? "[" + address + "]" : address) + ":" +
+         std::to_string(server_->port()) + path;
+}
+
+Platform NetworkScene::platform() {
+  Platform platform = fake_.platform();
+  const auto reachabilityQueue = std::make_shared<LinuxSerialQueue>("kifo.reach");
+  platform.mainQueue = std::make_shared<LinuxSerialQueue>("kifo.main");
+  platform.answerQueue = std::make_shared<LinuxSerialQueue>("kifo.answers");
+  platform.reachabilityQueue = reachabilityQueue;
+  platform.reachability = std::make_shared<NetlinkReachabilityService>(reachabilityQueue);
+  platform.http = std::make_shared<CurlTransport>();
+  platform.console = console_;
+  platform.documentsDirectory = documents_.path();
+  return platform;
+}
+
+void NetworkScene::start(const std::string& address, double timeout) {
+  Platform::install(platform());
+  fake_.userDefaults->setValue(TokenConstant::TIMEOUT, timeout);
+  KifoInitConfig configuration;
+  configuration.bundle = {"com.example.kiosk"};
+  configuration.apiUri = endpoint(address, "/getInAppCommunication");
+  configuration.listenerUri = endpoint(address, kServerPath);
+  configuration.authorization = "token";
+  configuration.actorId = "actor";
+  configuration.isWifiStatusRequired = true;
+  std::promise<void> answered;
+  Kifo::initialize(configuration, [&] { answered.set_value(); });
+  ASSERT_EQ(answered.get_future().wait_for(1min), std::future_status::ready);
+  ASSERT_TRUE(goesOnline());
+  ASSERT_TRUE(awaitReceived("sdk_initialize", 1));
+}
+
+bool NetworkScene::shutDown(double bound) {
+  return Kifo::shutdown(bound);
+}
+
+void NetworkScene::setBlackHole(bool swallows) {
+  net(std::string("rule ") + (swallows ? "add" : "del") + " prio 1 from 10.7.0.2 blackhole");
+}
+
+bool NetworkScene::awaitAnswers() {
+  return RequestLedger::shared().waitUntilIdle(1min);
+}
+
+void NetworkScene::loseTheRoute() {
+  host("route del default");
+  ASSERT_TRUE(goesOffline());
+}
+
+void NetworkScene::findTheRoute() {
+  host("route add default via 10.7.0.1");
+  ASSERT_TRUE(goesOnline());
+}
+
+bool NetworkScene::awaitStatus(const std::string& status) {
+  const auto mark = console_->await("Kifo Kifo: KifoNetworkStatus: " + status, statusMark_);
+  statusMark_ = mark.value_or(statusMark_);
+  return mark.has_value();
+}
+
+bool NetworkScene::isOnlineAtLast() {
+  for (;;) {
+    statusMark_ = console_->mark();
+    if (Kifo::networkStatus() == KifoNetworkStatus::ONLINE) return true;
+    if (!console_->awaitMore(statusMark_)) return false;
+  }
+}
+
+bool NetworkScene::drains() {
+  for (;;) {
+    const std::size_t mark = console_->mark();
+    if (rowCount() == "0") return true;
+    // Whatever is still under way says so on the console before it changes the table.
+    if (!console_->awaitMore(mark)) return false;
+  }
+}
+
+void NetworkScene::send(const std::string& name, int count, int first) {
+  for (int i = first; i < first + count; ++i) {
+    KifoEventManager::sendEvent(name + std::to_string(i), std::nullopt);
+  }
+}
+
+std::vector<int> NetworkScene::received(const std::string& name) const {
+  std::vector<int> numbers;
+  for (const auto& request : server_->requests().on(kServerPath)) {
+    const std::string event = request->text(Constants::NAME);
+    if (!event.starts_with(name)) continue;
+    int number = 0;
+    std::from_chars(event.data() + name.size(), event.data() + event.size(), number);
+    numbers.push_back(number);
+  }
+  return numbers;
+}
+
+bool NetworkScene::awaitReceived(const std::string& name, std::size_t count) const {
+  const auto isOne = [&](const auto& request) {
+    return request->text(Constants::NAME).starts_with(name);
+  };
+  return server_->requests().waitFor(
+      [&](const auto& all) {
+        return static_cast<std::size_t>(std::ranges::count_if(all, isOne)) >= count;
+      },
+      1min);
+}
+
+std::vector<std::string> NetworkScene::values(const std::string& name, const char* key) const {
+  std::vector<std::string> texts;
+  for (const auto& request : server_->requests().on(kServerPath)) {
+    if (request->text(Constants::NAME).starts_with(name)) texts.push_back(request->text(key));
+  }
+  return texts;
+}
+
+std::vector<std::string> NetworkScene::rows(const std::string& query) const {
+  const auto platform = Platform::current();
+  // Answers queue statements; behind both of them the file is as it will stay.
+  platform->answerQueue->sync([] {});
+  platform->mainQueue->sync([] {});
+  std::vector<std::string> lines;
+  sqlite3* database = nullptr;
+  sqlite3_open_v2((platform->documentsDirectory + "/KifoLog.db").c_str(), &database,
+                  SQLITE_OPEN_READWRITE, nullptr);
+  sqlite3_busy_timeout(database, 5000);
+  const auto collect = [](void* target, int columns, char** cells, char**) {
+    std::string line;
+    for (int i = 0; i < columns; ++i)
+      line += (i > 0 ? "|" : "") + std::string(cells[i] ? cells[i] : "");
+    static_cast<std::vector<std::string>*>(target)->push_back(line);
+    return 0;
+  };
+  sqlite3_exec(database, query.c_str(), collect, &lines, nullptr);
+  sqlite3_close(database);
+  return lines;
+}
+
+KernelClock::KernelClock() {
+  int error = 0;
+  socket_ = NetlinkSocket::forNews(RTMGRP_LINK | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE, error);
+  if (!socket_) throw std::runtime_error("the kernel tells no news");
+  watch_ = queue_.watch(socket_->descriptor(), [this] {
+    if (!first_) first_ = std::chrono::steady_clock::now();
+    socket_->drain();
+  });
+}
+
+KernelClock::~KernelClock() {
+  queue_.unwatch(watch_);
+  queue_.stop(10s);
+}
+
+double KernelClock::until(ConsoleLog::Time time) {
+  double milliseconds = -1.0;
+  queue_.sync([&] {
+    if (first_) milliseconds = std::chrono::duration<double, std::milli>(time - *first_).count();
+  });
+  return milliseconds;
+}
+
+struct Line::Ends {
+  Ends(int one, int other) : descriptors{one, other} {
+    EXPECT_EQ(pipe2(stop.data(), O_CLOEXEC), 0);
+    thread = std::thread([this] { pass(); });
+  }
+  ~Ends() {
+    close(stop[1]);
+    thread.join();
+    close(stop[0]);
+  }
+
+  void pass() const {
+    std::array<char, 65536> packet{};
+    for (;;) {
+      std::array<pollfd, 3> waiting{
+          {{stop[0], POLLIN, 0}, {descriptors[0], POLLIN, 0}, {descriptors[1], POLLIN, 0}}};
+      poll(waiting.data(), waiting.size(), -1);
+      if (waiting[0].revents != 0) return;
+      for (int from = 0; from < 2; ++from) {
+        if ((waiting[from + 1].revents & POLLIN) == 0) continue;
+        const auto size = ::read(descriptors[from], packet.data(), packet.size());
+        // An end that is down takes no packet: it is lost, as on a real line.
+        if (size > 0) [[maybe_unused]]
+          const auto passed = ::write(descriptors[1 - from], packet.data(), size);
+      }
+    }
+  }
+
+  const std::array<int, 2> descriptors;
+  std::array<int, 2> stop{};
+  std::thread thread;
+};
+
+Line::Line(const TunDevice& one, const TunDevice& other)
+    : ends_(std::make_unique<Ends>(one.descriptor(), other.descriptor())) {}
+
+Line::~Line() = default;
+
+}  // namespace kifo::testing

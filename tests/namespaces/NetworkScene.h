@@ -1,0 +1,122 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/server/LocalServer.h"
+#include "platform/linux/LinuxSerialQueue.h"
+#include "platform/linux/NetlinkSocket.h"
+#include "testing/FakePlatform.h"
+#include "tests/namespaces/ConsoleLog.h"
+#include "tests/namespaces/NetworkNamespace.h"
+
+namespace kifo::testing {
+
+/// The whole SDK on real queues, sockets and a real database, in a namespace of its own; the server
+/// in another one, behind a cable and a default route:
+///
+///     host   up0    10.7.0.2, fd07::2
+///     ───────┴───────┬──────────────
+///     net    host0  10.7.0.1, fd07::1 · the server is 10.99.0.1 and fd99::1, on its loopback
+///
+/// The calling thread is inside the host while a test runs.
+class NetworkScene : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  /// Makes a cable with addresses, without a route; `up0` is there from the start.
+  void plug(const std::string& interface);
+  /// From now on the cable swallows whatever the host sends, or lets it through again.
+  void setBlackHole(bool swallows);
+  void host(const std::string& words) { ASSERT_TRUE(host_->ip(words)) << words; }
+  void net(const std::string& words) { ASSERT_TRUE(net_->ip(words)) << words; }
+
+  /// Initialises the SDK and waits until it is online and its start-up events have arrived.
+  /// `timeout`: seconds that a request may take.
+  void start(const std::string& address = "10.99.0.1", double timeout = 60.0);
+  /// True when nothing was left to do in the seconds that it takes at most.
+  static bool shutDown(double bound = 10.0);
+  void loseTheRoute();
+  void findTheRoute();
+  void loseAndFindTheRoute() {
+    loseTheRoute();
+    findTheRoute();
+  }
+  [[nodiscard]] std::string endpoint(const std::string& address, const std::string& path) const;
+
+  /// Waits for the next of the status's console lines; true when it came.
+  bool goesOffline() { return awaitStatus("OFFLINE"); }
+  bool goesOnline() { return awaitStatus("ONLINE"); }
+  /// Waits until the SDK takes itself for online; status lines from before count no more.
+  bool isOnlineAtLast();
+  /// Waits until no stored request is left.
+  bool drains();
+
+  /// Sends the events `name`0, `name`1, …, or from a later number on.
+  static void send(const std::string& name, int count, int first = 0);
+  /// The events of that name which the server received, numbers behind the name in order of
+  /// arrival.
+  [[nodiscard]] std::vector<int> received(const std::string& name) const;
+  bool awaitReceived(const std::string& name, std::size_t count) const;
+  /// The values under `key` of all events whose name starts so.
+  [[nodiscard]] std::vector<std::string> values(const std::string& name, const char* key) const;
+
+  /// Rows of a query on the database, after every statement that was queued; cells joined by "|".
+  [[nodiscard]] std::vector<std::string> rows(const std::string& query) const;
+  /// Waits until every request was answered or given up.
+  static bool awaitAnswers();
+  [[nodiscard]] std::string rowCount() const { return rows("select count(*) from KifoLog").at(0); }
+
+  std::optional<NetworkNamespace> host_;
+  std::optional<NetworkNamespace> net_;
+  std::optional<InNamespace> inside_;
+  std::unique_ptr<server::LocalServer> server_;
+  const std::shared_ptr<ConsoleLog> console_ = std::make_shared<ConsoleLog>();
+
+ private:
+  Platform platform();
+  bool awaitStatus(const std::string& status);
+
+  FakePlatform fake_;
+  /// In memory, for it is not the disk that is looked at here.
+  const TemporaryDirectory documents_{"/dev/shm"};
+  std::size_t statusMark_ = 0;
+};
+
+/// Notes when the kernel first says that something changed, in the namespace of the calling thread.
+class KernelClock {
+ public:
+  KernelClock();
+  ~KernelClock();
+  KernelClock(const KernelClock&) = delete;
+  KernelClock& operator=(const KernelClock&) = delete;
+
+  /// Milliseconds from there to `time`.
+  [[nodiscard]] double until(ConsoleLog::Time time);
+
+ private:
+  LinuxSerialQueue queue_{"kernel clock"};
+  std::unique_ptr<NetlinkSocket> socket_;
+  LinuxSerialQueue::Watch watch_;
+  std::optional<ConsoleLog::Time> first_;  // the queue's
+};
+
+/// Runs until the test goes: passes packets between two TUN devices, as a modem's line would.
+class Line {
+ public:
+  Line(const TunDevice& one, const TunDevice& other);
+  ~Line();
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+
+ private:
+  struct Ends;
+  const std::unique_ptr<Ends> ends_;
+};
+
+}  // namespace kifo::testing

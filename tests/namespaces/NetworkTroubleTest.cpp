@@ -1,0 +1,140 @@
+#include <sched.h>
+#include <sys/mount.h>
+
+#include <fstream>
+#include <thread>
+
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "tests/namespaces/NetworkScene.h"
+
+namespace kifo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class NetworkTrouble : public NetworkScene {};
+
+TEST_F(NetworkTrouble, ABlackHoleHoldsUpNeitherEventsNorTheStoreNorTheEnd) {
+  start();
+  ASSERT_TRUE(drains());
+  setBlackHole(true);
+  send("lost", 10);
+  EXPECT_EQ(rowCount(), "10") << "stored while every request still waits";
+  EXPECT_EQ(Kifo::networkStatus(), KifoNetworkStatus::ONLINE) << "the link says nothing of it";
+  EXPECT_FALSE(shutDown(0.5)) << "the requests were cut short";
+  EXPECT_THAT(received("lost"), IsEmpty());
+
+  setBlackHole(false);
+  start();
+  ASSERT_TRUE(awaitReceived("lost", 10));
+  EXPECT_TRUE(drains());
+  EXPECT_THAT(received("lost"), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9));
+}
+
+TEST_F(NetworkTrouble, ARequestThatRanOutOfTimeIsSentAgainWhenTheNetworkIsBack) {
+  start("10.99.0.1", 2.0);
+  ASSERT_TRUE(drains());
+  setBlackHole(true);
+  send("late", 2);
+  ASSERT_TRUE(awaitAnswers());
+  EXPECT_EQ(rows("select TRYCOUNT, ISSYNC_SUCCESS from KifoLog"),
+            (std::vector<std::string>{"0|0", "0|0"}));
+  loseTheRoute();
+  setBlackHole(false);
+  findTheRoute();
+  ASSERT_TRUE(awaitReceived("late", 2));
+  EXPECT_TRUE(drains());
+  EXPECT_THAT(received("late"), ElementsAre(0, 1));
+}
+
+TEST_F(NetworkTrouble, AnAnswerThatBreaksOffIsNoAnswer) {
+  start();
+  ASSERT_TRUE(drains());
+  server_->setFaults({.connection = server::Faults::Connection::DIE, .times = 1});
+  send("cut", 1);
+  ASSERT_TRUE(awaitReceived("cut", 1));
+  ASSERT_TRUE(awaitAnswers());
+  EXPECT_EQ(rowCount(), "1");
+  loseAndFindTheRoute();
+  ASSERT_TRUE(awaitReceived("cut", 2)) << "it cannot be known that the server took it";
+  EXPECT_TRUE(drains());
+}
+
+TEST_F(NetworkTrouble, AServerThatWasAwayGetsEverythingOnce) {
+  start();
+  ASSERT_TRUE(drains());
+  server_->stop();
+  send("away", 3);
+  ASSERT_TRUE(awaitAnswers());
+  EXPECT_EQ(rowCount(), "3");
+  loseTheRoute();
+  net_->run([this] { server_->start(); });
+  findTheRoute();
+  ASSERT_TRUE(awaitReceived("away", 3));
+  EXPECT_TRUE(drains());
+  EXPECT_THAT(received("away"), ElementsAre(0, 1, 2));
+}
+
+TEST_F(NetworkTrouble, AnErrorEndsAPassAndTheNextOneGoesOnBehindIt) {
+  start();
+  ASSERT_TRUE(drains());
+  loseTheRoute();
+  send("row", 4);
+  server_->setFaults({.everyOther = 500});
+  findTheRoute();
+  ASSERT_TRUE(awaitReceived("row", 2));
+  ASSERT_TRUE(awaitAnswers());
+  EXPECT_THAT(received("row"), ElementsAre(0, 1));
+  EXPECT_EQ(rows("select TRYCOUNT from KifoLog order by ID"),
+            (std::vector<std::string>{"1", "0", "0"}));
+
+  loseAndFindTheRoute();
+  ASSERT_TRUE(awaitReceived("row", 4));
+  ASSERT_TRUE(awaitAnswers());
+  EXPECT_THAT(received("row"), ElementsAre(0, 1, 2, 3)) << "a row is sent again once and no more";
+  EXPECT_EQ(rows("select TRYCOUNT from KifoLog"), (std::vector<std::string>{"1"}));
+}
+
+/// Gives the calling thread, and those that it starts, a hosts file of their own.
+class OwnHostsFile {
+ public:
+  explicit OwnHostsFile(const TemporaryDirectory& directory) : path_(directory.file("hosts")) {
+    write("");
+    isThere_ = unshare(CLONE_NEWNS) == 0 &&
+               mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount(path_.c_str(), "/etc/hosts", nullptr, MS_BIND, nullptr) == 0;
+  }
+  [[nodiscard]] bool isThere() const { return isThere_; }
+  void write(const std::string& lines) const { std::ofstream(path_) << lines; }
+
+ private:
+  const std::string path_;
+  bool isThere_ = false;
+};
+
+TEST_F(NetworkTrouble, AServerThatComesBackWithAnotherAddressIsFoundByItsName) {
+  const TemporaryDirectory directory;
+  // On a thread of its own, for what it changes cannot be changed back.
+  std::thread([&] {
+    const InNamespace inside(*host_);
+    const OwnHostsFile hosts(directory);
+    if (!hosts.isThere()) GTEST_SKIP() << "cannot have a hosts file of its own";
+    hosts.write("10.99.0.1 kiosk-server.test\n");
+    start("kiosk-server.test");
+    ASSERT_TRUE(drains());
+    loseTheRoute();
+    send("moved", 3);
+    net("addr del 10.99.0.1/32 dev lo");
+    net("addr add 10.99.0.2/32 dev lo");
+    hosts.write("10.99.0.2 kiosk-server.test\n");
+    findTheRoute();
+    EXPECT_TRUE(awaitReceived("moved", 3));
+    EXPECT_TRUE(drains());
+    EXPECT_THAT(received("moved"), ElementsAre(0, 1, 2));
+    shutDown();
+  }).join();
+}
+
+}  // namespace
+}  // namespace kifo::testing
