@@ -1,7 +1,9 @@
 #include "platform/qt/NotificationImage.h"
 
+#include <QFile>
 #include <QImage>
-#include <QImageReader>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
 
 namespace kifo {
 namespace {
@@ -11,23 +13,15 @@ constexpr QSize LARGEST(512, 512);
 }  // namespace
 
 std::optional<NotificationImage> NotificationImage::read(const QString& path) {
-  QImageReader reader(path);
-  reader.setDecideFormatFromContent(true);  // the file's name says nothing of its format
-  reader.setAutoTransform(true);
-  if (const QSize size = reader.size();
-      size.width() > LARGEST.width() || size.height() > LARGEST.height()) {
-    reader.setScaledSize(size.scaled(LARGEST, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
-  }
-  QImage image = reader.read();
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
+  QImage image = decodeImage(file.readAll().toStdString(), LARGEST);
   if (image.isNull()) return std::nullopt;
-  const bool alpha = image.hasAlphaChannel();
-  image.convertTo(alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
+  image.convertTo(QImage::Format_RGBA8888);
   return NotificationImage{
       .width = image.width(),
       .height = image.height(),
       .bytesPerLine = static_cast<int>(image.bytesPerLine()),
-      .hasAlpha = alpha,
-      .channels = alpha ? 4 : 3,
       .pixels = QByteArray(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes())};
 }
 

@@ -210,9 +210,9 @@ TEST_F(DesktopNotificationCentreTest, AnImageGoesByItsPathThenAsPixelsThenNotAtA
   EXPECT_EQ(service_->shown()[0].hints["image-path"].toString().toStdString(), "file://" + file->path());
   const auto pixels = qdbus_cast<NotificationImage>(service_->shown()[1].hints["image-data"]);
   EXPECT_EQ(pixels.width, 512);
-  EXPECT_EQ(pixels.channels, 3);
+  EXPECT_EQ(pixels.channels, 4);
   EXPECT_EQ(pixels.pixels.size(), pixels.height * pixels.bytesPerLine);
-  EXPECT_EQ(pixels.pixels.left(3), QByteArray("\xff\0\0", 3));
+  EXPECT_EQ(pixels.pixels.left(4), QByteArray("\xff\0\0\xff", 4));
   EXPECT_THAT(service_->shown()[2].hints, IsEmpty());
 
   service_->refuse = nullptr;  // the push that nobody took is given up; the next one is shown
