@@ -3,12 +3,8 @@
 #include <algorithm>
 
 namespace kifo::shop {
-namespace {
 
-constexpr int kCardWidth = 225;
-constexpr int kCardHeight = 300;
-
-}  // namespace
+Shelf::Shelf(QSize card, QWidget* parent) : QWidget(parent), card_(card) {}
 
 void Shelf::add(QWidget* card) {
   card->setParent(this);
@@ -19,16 +15,16 @@ void Shelf::add(QWidget* card) {
 }
 
 int Shelf::columns(int width) const {
-  return std::clamp(width / kCardWidth, 1, std::max(1, static_cast<int>(cards_.size())));
+  return std::clamp(width / card_.width(), 1, std::max(1, static_cast<int>(cards_.size())));
 }
 
 int Shelf::heightForWidth(int width) const {
   const int perRow = columns(width);
-  return (static_cast<int>(cards_.size()) + perRow - 1) / perRow * kCardHeight;
+  return (static_cast<int>(cards_.size()) + perRow - 1) / perRow * card_.height();
 }
 
 QSize Shelf::sizeHint() const {
-  return {kCardWidth * 3, heightForWidth(kCardWidth * 3)};
+  return {card_.width() * 3, heightForWidth(card_.width() * 3)};
 }
 
 void Shelf::resizeEvent(QResizeEvent*) {
@@ -36,8 +32,8 @@ void Shelf::resizeEvent(QResizeEvent*) {
   for (int index = 0; index < static_cast<int>(cards_.size()); ++index) {
     const int left = width() * (index % perRow) / perRow;
     const int right = width() * (index % perRow + 1) / perRow;
-    cards_[static_cast<std::size_t>(index)]->setGeometry(left, index / perRow * kCardHeight,
-                                                         right - left, kCardHeight);
+    cards_[static_cast<std::size_t>(index)]->setGeometry(left, index / perRow * card_.height(),
+                                                         right - left, card_.height());
   }
 }
 

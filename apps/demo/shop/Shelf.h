@@ -10,7 +10,8 @@ class Shelf : public QWidget {
   Q_OBJECT
 
  public:
-  using QWidget::QWidget;
+  /// `card`: the least width of a card, and the height of each.
+  explicit Shelf(QSize card = {225, 300}, QWidget* parent = nullptr);
 
   void add(QWidget* card);
 
@@ -24,6 +25,7 @@ class Shelf : public QWidget {
  private:
   [[nodiscard]] int columns(int width) const;
 
+  const QSize card_;
   std::vector<QWidget*> cards_;
 };
 

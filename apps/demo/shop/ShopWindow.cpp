@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "apps/demo/shop/AccountScreen.h"
+#include "apps/demo/shop/AlertsScreen.h"
 #include "apps/demo/shop/BasketScreen.h"
 #include "apps/demo/shop/HomeScreen.h"
 #include "apps/demo/shop/NavigationBar.h"
@@ -14,6 +15,7 @@ namespace kifo::shop {
 namespace {
 
 constexpr int kRoomForActivity = 860;
+constexpr int kRoomForAlerts = 500;  // Below it the bar holds the shop's own pages only.
 
 }  // namespace
 
@@ -44,6 +46,7 @@ ShopWindow::ShopWindow()
   basketPage_ = new BasketScreen(basket_);
   NavigationButton* basketButton = addScreen(tr("Basket"), static_cast<ShopScreen*>(basketPage_));
   addScreen(tr("Account"), new AccountScreen);
+  alertsButton_ = addScreen(tr("Alerts"), new AlertsScreen);
   activitySwitch_->setChecked(true);
   centre->setFocus();
 
@@ -88,6 +91,7 @@ void ShopWindow::followLink(const QString& link) {
 
 void ShopWindow::showActivityWhereThereIsRoom() {
   const bool hasRoom = width() >= kRoomForActivity;
+  alertsButton_->setVisible(width() >= kRoomForAlerts);
   activitySwitch_->setVisible(hasRoom);
   activity_->setVisible(hasRoom && activitySwitch_->isChecked());
 }

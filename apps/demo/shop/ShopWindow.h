@@ -44,6 +44,7 @@ class ShopWindow : public QMainWindow {
   Basket basket_;
   NavigationBar* bar_;
   NavigationButton* activitySwitch_;
+  NavigationButton* alertsButton_ = nullptr;
   QStackedWidget* pages_;
   ActivityPanel* activity_;
   QButtonGroup pageButtons_;

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "apps/demo/shop/tour/AlertsTour.h"
+
 namespace kifo::shop {
 
 Tour::Tour(QWidget& window, server::LocalServer& server, const QString& folder)
@@ -23,6 +25,7 @@ bool Tour::run() {
                          {"A long survey", &Tour::longSurvey},
                          {"A survey from right to left", &Tour::rightToLeft},
                          {"A carousel", &Tour::carousel},
+                         {"The alerts", &Tour::alerts},
                          {"A small window", &Tour::smallWindow}};
   int failures = 0;
   for (const auto& [name, stop] : stops) {
@@ -155,6 +158,14 @@ bool Tour::carousel() {
   QTest::qWait(2100);
   if (!keep("28-carousel-next") || !visitor_.click("Close")) return false;
   return answered("ROOM-3", {{"responseType", "REJECT"}, {"responseText", nullptr}});
+}
+
+bool Tour::alerts() {
+  if (!visitor_.click("Alerts")) return false;
+  visitor_.waitForStillness();
+  if (!ear_.hears({{"name", "page_in"}, {"page_name", "AlertsScreen"}})) return false;
+  const bool isGood = AlertsTour(visitor_).run();
+  return visitor_.click("Shop") && isGood;
 }
 
 bool Tour::smallWindow() {

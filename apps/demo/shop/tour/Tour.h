@@ -32,6 +32,7 @@ class Tour {
   bool survey();
   bool longSurvey();
   bool rightToLeft();
+  bool alerts();
   bool smallWindow();
 
   /// Clicks `button`, waits for the popup and keeps its picture; the server must hear of its

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 #include <cstdio>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
@@ -46,9 +47,20 @@ PopUpWindow* Visitor::popup() const {
   return nullptr;
 }
 
+QWidget* Visitor::alert() const {
+  QWidget* uppermost = nullptr;
+  for (auto* child : window_.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+    auto* interface = QAccessible::queryAccessibleInterface(child);
+    const bool isAlert = interface != nullptr && interface->role() == QAccessible::AlertMessage;
+    if (isAlert && child->isVisible()) uppermost = child;
+  }
+  return uppermost;
+}
+
 Visitor::Found Visitor::find(const QString& name) {
   // What lies under a popup cannot be used.
-  QWidget* root = popup() != nullptr ? static_cast<QWidget*>(popup()) : &window_;
+  QWidget* root = popup() != nullptr ? static_cast<QWidget*>(popup()) : alert();
+  if (root == nullptr) root = &window_;
   QAccessibleInterface* control = named(QAccessible::queryAccessibleInterface(root), name);
   if (control == nullptr) return {};
   return {control, window_.mapFromGlobal(control->rect().center())};
@@ -113,6 +125,27 @@ bool Visitor::waitForPopup() {
 bool Visitor::waitForNoPopup() {
   const auto isGone = [this] { return window_.findChild<PopUpWindow*>() == nullptr; };
   return QTest::qWaitFor(isGone, kPatience) || complain("the popup stays");
+}
+
+bool Visitor::waitForAlert() {
+  // Its card fades in, and is without an effect once it has come.
+  const auto hasCome = [this] {
+    if (alert() == nullptr) return false;
+    const auto cards = alert()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    return std::ranges::all_of(cards,
+                               [](QWidget* card) { return card->graphicsEffect() == nullptr; });
+  };
+  return QTest::qWaitFor(hasCome, kPatience) || complain("no alert came");
+}
+
+bool Visitor::waitForNoAlert() {
+  return QTest::qWaitFor([this] { return alert() == nullptr; }, kPatience) ||
+         complain("the alert stays");
+}
+
+bool Visitor::waitFor(const QString& name) {
+  return QTest::qWaitFor([&] { return isShown(name); }, kPatience) ||
+         complain(name + " does not appear");
 }
 
 void Visitor::waitForStillness() {

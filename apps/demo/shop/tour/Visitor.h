@@ -36,6 +36,11 @@ class Visitor {
   /// Waits until a popup stands still over the window; null when none comes.
   bool waitForPopup();
   bool waitForNoPopup();
+  /// Waits until an alert has come; what turns or counts on it need not stand still.
+  bool waitForAlert();
+  bool waitForNoAlert();
+  /// Waits until the control can be found.
+  bool waitFor(const QString& name);
   /// Waits until nothing in the window moves.
   void waitForStillness();
 
@@ -54,6 +59,8 @@ class Visitor {
 
   Found find(const QString& name);
   PopUpWindow* popup() const;
+  /// What covers the window for the uppermost alert; null without one.
+  QWidget* alert() const;
 
   QWidget& window_;
   const QString folder_;
