@@ -13,6 +13,8 @@ namespace {
 
 constexpr int kButton = 30;
 constexpr double kHalo = 46;
+constexpr int kPictorialPixels = 24;
+constexpr int kLetterPixels = 16;
 
 QString firstCharacter(const QString& text) {
   QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
@@ -82,12 +84,13 @@ void KifoEmojiCollectionViewCell::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void KifoEmojiCollectionViewCell::paintSubstitute(QPainter& painter, const QRectF& place) const {
+  const bool pictorial = !substitute_.isEmpty() && !substitute_.front().isLetterOrNumber();
   painter.setPen(QPen(theme_.ink, 1.5));
   painter.setBrush(Qt::NoBrush);
-  painter.drawEllipse(place.adjusted(1, 1, -1, -1));
+  if (!pictorial || loading_) painter.drawEllipse(place.adjusted(1, 1, -1, -1));
   if (loading_) return;
-  QFont font = theme_.font(TextRole::option);
-  font.setPixelSize(16);
+  QFont font = theme_.font(TextRole::description);
+  font.setPixelSize(pictorial ? kPictorialPixels : kLetterPixels);
   painter.setFont(font);
   painter.setPen(theme_.ink);
   painter.drawText(place, Qt::AlignCenter, substitute_);

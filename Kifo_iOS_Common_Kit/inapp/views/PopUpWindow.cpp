@@ -55,6 +55,16 @@ QString describe(const PopupPreferences& p) {
   return lines.join(QLatin1Char('\n'));
 }
 
+/// Right to left as soon as the campaign's own words are.
+Qt::LayoutDirection directionOf(const PopupPreferences& p, const PopUpOptions& options,
+                                const QWidget* host) {
+  if (options.layoutDirection != Qt::LayoutDirectionAuto) return options.layoutDirection;
+  for (const auto& text : {p.title, p.detailText, p.questionText}) {
+    if (text && QString::fromStdString(*text).isRightToLeft()) return Qt::RightToLeft;
+  }
+  return host ? host->layoutDirection() : QGuiApplication::layoutDirection();
+}
+
 bool scrolls(int key) {
   return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
 }
@@ -82,6 +92,7 @@ PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptio
   hide();
   const PopupPreferences& p = request_->preferences;
   keepHostStyleOut(*this);
+  setLayoutDirection(directionOf(p, options_, parent));
   fields_ = PopUpWindowFields::from(*request_, screenWidth());
   popUpWindowView_ = new PopUpWindowView(PopUpWindowHeights::of(fields_, p), p, options_, this);
   Console::print(tag(), "popup type : " + p.type.value_or("nil"));

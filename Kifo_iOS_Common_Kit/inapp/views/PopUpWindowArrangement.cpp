@@ -25,6 +25,9 @@ constexpr int kWideGap = 10;
 constexpr int kTextInset = 10;
 constexpr int kCopyInset = 12;     ///< 4 within the list, which is 8 within the panel.
 constexpr int kCounterWidth = 40;
+constexpr int kCouponInset = 20;   ///< Keeps the code clear of its border.
+constexpr int kSmallestCode = 12;
+constexpr int kSmallestBound = 9;
 constexpr int kTextRoom = 6;       ///< Above and below a text that outgrows its height.
 
 int whole(double height) { return static_cast<int>(std::lround(height)); }
@@ -62,6 +65,7 @@ void PopUpWindowArrangement::pictures(Cursor& at) const {
 
 void PopUpWindowArrangement::coupon(Cursor& at) const {
   if (!e_.couponLabel) return;
+  e_.couponLabel->shrinkToFit(at.width - 2 * kCouponInset, kSmallestCode);
   const int label = std::max(whole(h_.couponLabelHeight), e_.couponLabel->heightFor(at.width - 2 * kGap));
   put(at, e_.couponLabel, kGap, kGap, label);
   const int button = std::max(whole(h_.couponCopyButtonHeight),
@@ -71,11 +75,14 @@ void PopUpWindowArrangement::coupon(Cursor& at) const {
 
 void PopUpWindowArrangement::score(Cursor& at) const {
   const int value = std::max(whole(h_.scoreValueLabelHeight), e_.scoreValueLabel->heightFor(at.width));
+  const int third = (at.width - 2 * kGap) / 3;  // the bounds and the score share the row
+  e_.scoreValueLabel->shrinkToFit(third, kSmallestBound);
   put(at, e_.scoreValueLabel, kWideGap, 0, value);
   const QRect row = e_.scoreValueLabel->geometry();
   const auto ends = {std::pair(e_.sliderMinLabel, false), std::pair(e_.sliderMaksLabel, true)};
   for (const auto& [label, trailing] : ends) {
-    const int width = std::min(label->naturalWidth() + 2, at.width / 3);
+    label->shrinkToFit(third - kGap, kSmallestBound);
+    const int width = label->naturalWidth() + 2;
     const QRect place(trailing ? at.width - kGap - width : kGap, row.y(), width, row.height());
     label->setGeometry(QStyle::visualRect(label->layoutDirection(), QRect(0, 0, at.width, 1), place));
   }

@@ -54,6 +54,7 @@ class Builder {
     pictures();
     e_.popupDescription = label("popupDescription", TextRole::description, p_.detailText,
                                 toQColor(p_.detailTextColor));
+    e_.popupDescription->setNearTop(true);
     if (item_ && item_->coupon) coupon(*item_->coupon);
     e_.popupQuestion = label("popupQuestion", TextRole::question, p_.questionText,
                              toQColor(p_.questionColor));

@@ -6,6 +6,7 @@
 #include <QGraphicsOpacityEffect>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTimer>
@@ -217,6 +218,13 @@ void PopUpWindowView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   painter.setOpacity(opacity_);
+  if (theme_.panelFill.alpha() < 255) {  // the shadow must not be seen through the panel
+    QPainterPath outside;
+    outside.addRect(rect());
+    outside.addRoundedRect(elements_.popupView->geometry(), PopupPanel::cornerRadius,
+                           PopupPanel::cornerRadius);
+    painter.setClipPath(outside);
+  }
   PanelShadow::paint(painter, elements_.popupView->geometry(), PopupPanel::cornerRadius);
 }
 

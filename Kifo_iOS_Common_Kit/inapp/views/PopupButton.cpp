@@ -11,7 +11,8 @@ namespace {
 
 constexpr int kSidePadding = 12;
 constexpr int kTextPadding = 8;       ///< Above and below the caption within the surface.
-constexpr double kDimmed = 0.45;
+constexpr double kDimmedSurface = 0.3;  ///< Of the surface's colour in the panel's.
+constexpr double kDimmedText = 0.5;     ///< Of ink in the surface.
 constexpr double kSeenBorder = 1.25;  ///< Below this contrast a surface needs an outline to be seen.
 
 }  // namespace
@@ -51,11 +52,13 @@ void PopupButton::setDimmed(bool dimmed) {
 }
 
 QColor PopupButton::seenSurface() const {
-  return surface_ ? over(*surface_, theme_.panel) : theme_.panel;
+  const QColor seen = surface_ ? over(*surface_, theme_.panel) : theme_.panel;
+  return dimmed_ ? mixed(theme_.panel, seen, kDimmedSurface) : seen;
 }
 
 QColor PopupButton::captionColor() const {
   const QColor behind = seenSurface();
+  if (dimmed_) return theme_.text(mixed(behind, inkOn(behind), kDimmedText), behind);
   return theme_.text(text_.value_or(inkOn(behind)), behind);
 }
 
@@ -71,7 +74,8 @@ void PopupButton::paintSurface(QPainter& painter) const {
   const double touched = isDown() ? 0.16 : underMouse() && isEnabled() ? 0.08 : 0.0;
   painter.setPen(Qt::NoPen);
   if (surface_ || touched > 0) {
-    painter.setBrush(touched > 0 ? mixed(seen, inkOn(seen), touched) : surface_.value_or(seen));
+    const bool asGiven = surface_ && !dimmed_ && touched == 0;
+    painter.setBrush(asGiven ? *surface_ : mixed(seen, inkOn(seen), touched));
     painter.drawRoundedRect(bounds, radius_, radius_);
   }
   if (surface_ && contrastRatio(seen, theme_.panel) < kSeenBorder) {
@@ -84,11 +88,9 @@ void PopupButton::paintSurface(QPainter& painter) const {
 void PopupButton::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (dimmed_) painter.setOpacity(kDimmed);
   paintSurface(painter);
   const QRectF text = surfaceRect().adjusted(kSidePadding, 0, -kSidePadding, 0);
   caption_.draw(painter, text, captionColor(), event->rect());
-  painter.setOpacity(1);
   if (!showsFocus()) return;
   const QColor behind = seenSurface();
   const QColor ring = contrastRatio(theme_.accent, behind) >= 3.0 ? theme_.accent : inkOn(behind);

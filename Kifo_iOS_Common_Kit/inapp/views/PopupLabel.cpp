@@ -6,6 +6,11 @@
 #include <QPainter>
 
 namespace kifo {
+namespace {
+
+constexpr int kNearTop = 4;
+
+}  // namespace
 
 PopupLabel::PopupLabel(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
@@ -22,6 +27,7 @@ void PopupLabel::setLabel(const QString& text) {
 void PopupLabel::setFace(const QFont& font, const QColor& color, Alignment alignment) {
   color_ = color;
   alignment_ = alignment;
+  wanted_ = font;
   content_.setFont(font);
   realign();
 }
@@ -31,9 +37,19 @@ int PopupLabel::heightFor(int width) const {
   return content_.heightFor(width);
 }
 
+void PopupLabel::shrinkToFit(int width, int pixels) {
+  QFont font = wanted_;
+  content_.setFont(font);
+  while (content_.naturalWidth() > width && font.pixelSize() > pixels) {
+    font.setPixelSize(font.pixelSize() - 1);
+    content_.setFont(font);
+  }
+  update();
+}
+
 void PopupLabel::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  content_.draw(painter, rect(), color_, event->rect());
+  content_.draw(painter, rect(), color_, event->rect(), nearTop_ ? kNearTop : INT_MAX);
 }
 
 void PopupLabel::changeEvent(QEvent* event) {

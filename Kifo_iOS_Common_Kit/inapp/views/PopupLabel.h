@@ -24,6 +24,10 @@ class PopupLabel : public QLabel {
 
   /// The height that the text needs at this width.
   [[nodiscard]] int heightFor(int width) const;
+  /// A text that is lower than its place stands near the place's top instead of in its middle.
+  void setNearTop(bool nearTop) { nearTop_ = nearTop; }
+  /// Makes the type smaller, but not below `pixels`, until the text fits on one line of this width.
+  void shrinkToFit(int width, int pixels);
   /// The text is digits and needs no room for accents and descenders.
   void setDigits(bool digits) { digits_ = digits; }
   [[nodiscard]] int naturalWidth() const { return content_.naturalWidth(); }
@@ -38,7 +42,9 @@ class PopupLabel : public QLabel {
   WrappedText content_;
   QColor color_ = Qt::black;
   Alignment alignment_ = Alignment::center;
+  QFont wanted_;  ///< The type before any shrinking.
   bool digits_ = false;
+  bool nearTop_ = false;
 };
 
 }  // namespace kifo

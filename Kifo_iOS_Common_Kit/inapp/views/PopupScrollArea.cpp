@@ -19,6 +19,7 @@ PopupScrollArea::PopupScrollArea(const PopupTheme& theme, QWidget* parent) : QSc
   setMinimumSize(0, 0);
   viewport()->setAutoFillBackground(false);
   verticalScrollBar()->setSingleStep(24);
+  shade_ = new ScrollShade(verticalScrollBar(), theme.panel, this);
   indicator_ = new ScrollIndicator(verticalScrollBar(), theme.ink, theme.options.reducedMotion, this);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int offset) { Q_EMIT scrollViewDidScroll(offset); });
@@ -45,6 +46,8 @@ void PopupScrollArea::resizeEvent(QResizeEvent* event) {
   const int x = layoutDirection() == Qt::RightToLeft
                     ? inset : width() - ScrollIndicator::thickness - inset;
   indicator_->setGeometry(x, inset, ScrollIndicator::thickness, std::max(height() - 2 * inset, 0));
+  shade_->setGeometry(rect());
+  shade_->raise();
   indicator_->raise();
 }
 

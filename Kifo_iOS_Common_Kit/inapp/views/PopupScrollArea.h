@@ -4,6 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/ScrollIndicator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/ScrollShade.h"
 
 namespace kifo {
 
@@ -32,6 +33,7 @@ class PopupScrollArea : public QScrollArea {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  ScrollShade* shade_;
   ScrollIndicator* indicator_;
 };
 

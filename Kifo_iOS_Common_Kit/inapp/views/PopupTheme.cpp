@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QPalette>
 #include <QWidget>
 
@@ -56,6 +57,8 @@ PopupTheme PopupTheme::of(const PopupPreferences& preferences, const PopUpOption
   theme.options = options;
   theme.options.fontScale = std::clamp(std::isfinite(options.fontScale) ? options.fontScale : 1.0,
                                        1.0, 2.0);
+  // The host's font by the name it resolves to, so that what it lacks, and only that, comes in colour.
+  theme.families = {QFontInfo(QApplication::font()).family(), QStringLiteral("Noto Color Emoji")};
   theme.panelFill = fillOf(preferences);
   const QPalette palette = host ? host->palette() : QApplication::palette();
   theme.panel = over(theme.panelFill, mixed(palette.color(QPalette::Window), Qt::black, 0.3));
@@ -67,6 +70,7 @@ PopupTheme PopupTheme::of(const PopupPreferences& preferences, const PopUpOption
 QFont PopupTheme::font(TextRole role) const {
   const Face face = faceOf(role);
   QFont font = QApplication::font();
+  font.setFamilies(families);
   font.setPixelSize(static_cast<int>(std::lround(face.pixels * options.fontScale)));
   font.setWeight(face.weight);
   font.setItalic(false);

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QStringList>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupPreferences.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpOptions.h"
@@ -19,6 +20,7 @@ enum class TextRole { title, description, question, option, button, label, field
 /// **Threading:** a plain value; fonts are made on the UI thread.
 struct PopupTheme {
   PopUpOptions options;
+  QStringList families;
   QColor panelFill;  ///< As the campaign gives it, its transparency included.
   QColor panel;      ///< As it is seen; opaque.
   QColor ink;        ///< Neutral text and glyphs on the panel.

@@ -67,11 +67,11 @@ void WrappedText::layOut(int width) const {
 }
 
 void WrappedText::draw(QPainter& painter, const QRectF& rect, const QColor& color,
-                       const QRectF& clip) const {
+                       const QRectF& clip, int lowest) const {
   if (text_.isEmpty()) return;
   layOut(static_cast<int>(rect.width()));
   painter.setPen(color);
-  const qreal y = rect.y() + std::floor((rect.height() - height_) / 2);
+  const qreal y = rect.y() + std::min<qreal>(std::floor((rect.height() - height_) / 2), lowest);
   layout_.draw(&painter, {rect.x(), y}, {}, clip);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <climits>
+
 #include <QColor>
 #include <QFont>
 #include <QRectF>
@@ -30,8 +32,10 @@ class WrappedText {
   /// Width of the text on one line.
   [[nodiscard]] int naturalWidth() const;
 
-  /// Draws the text centred in the height of `rect`; only the lines that `clip` touches cost anything.
-  void draw(QPainter& painter, const QRectF& rect, const QColor& color, const QRectF& clip) const;
+  /// Draws the text in the middle of the height of `rect`, or at most `lowest` below its top
+  /// edge; only the lines that `clip` touches cost anything.
+  void draw(QPainter& painter, const QRectF& rect, const QColor& color, const QRectF& clip,
+            int lowest = INT_MAX) const;
 
  private:
   void layOut(int width) const;
