@@ -60,16 +60,16 @@ void CustomSlider::moveTo(float position) {
   position = std::clamp(position, static_cast<float>(minimum()), static_cast<float>(maximum()));
   if (position == position_) return;
   position_ = position;
-  const int whole = static_cast<int>(std::clamp(std::trunc(static_cast<double>(position)),
-                                                static_cast<double>(minimum()),
-                                                static_cast<double>(maximum())));
+  const int whole =
+      static_cast<int>(std::clamp(std::trunc(static_cast<double>(position)),
+                                  static_cast<double>(minimum()), static_cast<double>(maximum())));
   if (whole != value()) setValue(whole);
   update();
   Q_EMIT valueDidChange(position_);
 }
 
-/// A value set from outside (keys, wheel, assistive technology) takes the thumb to that very score; a
-/// drag has moved the thumb already.
+/// A value set from outside (keys, wheel, assistive technology) takes the thumb to that very score;
+/// a drag has moved the thumb already.
 void CustomSlider::sliderChange(SliderChange change) {
   QSlider::sliderChange(change);
   if (change != SliderValueChange || static_cast<int>(position_) == value()) return;
@@ -145,8 +145,8 @@ void CustomSlider::paintThumb(QPainter& painter) const {
   painter.setPen(QPen(marked ? theme_.accent : QColor(0, 0, 0, underMouse() ? 120 : 70), 1));
   painter.drawEllipse(centre, radius, radius);
   if (!marked) return;
-  painter.setPen(QPen(contrastRatio(theme_.accent, Qt::white) >= 3 ? theme_.accent
-                                                                   : QColor(0x1c, 0x1c, 0x1e), 3));
+  painter.setPen(QPen(
+      contrastRatio(theme_.accent, Qt::white) >= 3 ? theme_.accent : QColor(0x1c, 0x1c, 0x1e), 3));
   painter.drawEllipse(centre, radius - 1.5, radius - 1.5);
 }
 

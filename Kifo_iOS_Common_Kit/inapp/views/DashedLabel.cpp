@@ -4,7 +4,9 @@
 
 namespace kifo {
 
-DashedLabel::DashedLabel(QWidget* parent) : PopupLabel(parent) { layoutSubviews(); }
+DashedLabel::DashedLabel(QWidget* parent) : PopupLabel(parent) {
+  layoutSubviews();
+}
 
 void DashedLabel::setTintColor(const QColor& color) {
   shapeLayer_.strokeColor = color;

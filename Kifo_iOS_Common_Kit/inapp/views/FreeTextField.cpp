@@ -8,6 +8,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/FreeTextRule.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupControl.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupStyle.h"
 
 namespace kifo {
 namespace {
@@ -27,8 +28,9 @@ QString insertion(const QString& before, const QString& after, int caret) {
 /// Puts the rule where every edit passes.
 class Validator : public QValidator {
  public:
-  explicit Validator(FreeTextField* field) : QValidator(field), field_(field) {
-    QObject::connect(field, &QLineEdit::textChanged, this, [this](const QString& text) { before_ = text; });
+  explicit Validator(FreeTextField* field) : QValidator(field) {
+    QObject::connect(field, &QLineEdit::textChanged, this,
+                     [this](const QString& text) { before_ = text; });
   }
 
   State validate(QString& input, int& caret) const override {
@@ -43,7 +45,6 @@ class Validator : public QValidator {
   }
 
  private:
-  FreeTextField* field_;
   QString before_;
 };
 
@@ -56,13 +57,24 @@ QPalette colorsOf(const PopupTheme& theme, const QColor& fill) {
   return palette;
 }
 
+/// The same as a sheet, which a host's sheet would otherwise override.
+QString sheetOf(const QPalette& colors) {
+  return QStringLiteral(
+             "background: transparent; border: none; padding: 0; color: %1;"
+             " selection-background-color: %2; selection-color: %3;")
+      .arg(colors.color(QPalette::Text).name(), colors.color(QPalette::Highlight).name(),
+           colors.color(QPalette::HighlightedText).name());
+}
+
 }  // namespace
 
 FreeTextField::FreeTextField(const PopupTheme& theme, QWidget* parent)
     : QLineEdit(parent), theme_(theme) {
   setFrame(false);
   setFont(theme.font(TextRole::field));
-  setPalette(colorsOf(theme, theme.shade(0.05)));
+  const QPalette colors = colorsOf(theme, theme.shade(0.05));
+  setPalette(colors);
+  if (isUnderStyleSheet(parent)) setStyleSheet(sheetOf(colors));
   setTextMargins(10, 0, 10, 0);
   setMinimumSize(0, 0);
   setValidator(new Validator(this));

@@ -6,8 +6,8 @@
 
 namespace kifo {
 
-/// The line into which an answer is typed. Whatever changes its text, be it keys, paste, drop, undo or
-/// an input method, goes through `FreeTextRule`.
+/// The line into which an answer is typed. Whatever changes its text, be it keys, paste, drop, undo
+/// or an input method, goes through `FreeTextRule`.
 ///
 /// **Threading:** UI thread only.
 class FreeTextField : public QLineEdit {

@@ -27,9 +27,12 @@ QString prefix(const QString& text, int room) {
 
 }  // namespace
 
-int FreeTextRule::bytes(const QString& text) { return static_cast<int>(text.toUtf8().size()); }
+int FreeTextRule::bytes(const QString& text) {
+  return static_cast<int>(text.toUtf8().size());
+}
 
-FreeTextRule::Verdict FreeTextRule::shouldChange(const QString& current, const QString& replacement) {
+FreeTextRule::Verdict FreeTextRule::shouldChange(const QString& current,
+                                                 const QString& replacement) {
   using Kind = Verdict::Kind;
   if (current.isEmpty() && replacement == QLatin1String(" ")) return {Kind::refuse, {}};
   if (replacement.isEmpty()) return {};

@@ -17,8 +17,8 @@ namespace kifo {
 namespace {
 
 constexpr std::size_t kMaximumBytes = 10u << 20;
-constexpr double kTimeout = 30.0;                      // seconds
-constexpr qsizetype kMaximumKeptBytes = 48ll << 20;    // of decoded pictures
+constexpr double kTimeout = 30.0;                    // seconds
+constexpr qsizetype kMaximumKeptBytes = 48ll << 20;  // of decoded pictures
 
 bool isWeb(const std::string& url) {
   const QString scheme = QUrl(QString::fromStdString(url)).scheme().toLower();

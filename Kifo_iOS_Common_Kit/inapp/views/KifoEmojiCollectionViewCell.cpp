@@ -35,10 +35,11 @@ KifoEmojiCollectionViewCell::KifoEmojiCollectionViewCell(
   setObjectName(identifier);
   setCursor(Qt::PointingHandCursor);
   emojiButton_->setObjectName("emojiButton");
-  const QString text = QString::fromStdString(appCommunicationItemButton_->text.value_or("")).trimmed();
+  const QString text =
+      QString::fromStdString(appCommunicationItemButton_->text.value_or("")).trimmed();
   substitute_ = text.isEmpty() ? QString::number(row + 1) : firstCharacter(text);
-  emojiButton_->setAccessibleName(
-      text.isEmpty() ? theme.options.texts.option.arg(row + 1).arg(rows) : text);
+  emojiButton_->setAccessibleName(text.isEmpty() ? theme.options.texts.option.arg(row + 1).arg(rows)
+                                                 : text);
   connect(emojiButton_, &QAbstractButton::clicked, this,
           &KifoEmojiCollectionViewCell::emojiSelectAction);
 }
@@ -47,7 +48,9 @@ double KifoEmojiCollectionViewCell::alpha() const {
   return emojiButton_->isChecked() ? selectedAlpha : otherAlpha;
 }
 
-void KifoEmojiCollectionViewCell::setChosen(bool chosen) { emojiButton_->setChosen(chosen); }
+void KifoEmojiCollectionViewCell::setChosen(bool chosen) {
+  emojiButton_->setChosen(chosen);
+}
 
 void KifoEmojiCollectionViewCell::load(ImageLoader& loader) {
   const auto& url = appCommunicationItemButton_->imageUrl;

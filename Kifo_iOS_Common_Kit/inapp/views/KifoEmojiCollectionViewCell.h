@@ -33,7 +33,8 @@ class KIFO_EXPORT KifoEmojiCollectionViewCell : public QWidget {
                               std::shared_ptr<AppCommunicationItemButton> emoji, int row, int rows,
                               QWidget* parent);
 
-  [[nodiscard]] const std::shared_ptr<AppCommunicationItemButton>& appCommunicationItemButton() const {
+  [[nodiscard]] const std::shared_ptr<AppCommunicationItemButton>& appCommunicationItemButton()
+      const {
     return appCommunicationItemButton_;
   }
   [[nodiscard]] int indexPath() const { return indexPath_; }  ///< The row.

@@ -13,7 +13,8 @@ KifoImageCollectionViewCell::KifoImageCollectionViewCell(const PopupTheme& theme
 
 void KifoImageCollectionViewCell::configure(const std::string& url, ImageLoader& loader) {
   if (!ImageLoader::isUrl(url)) {
-    Console::print(logTag(identifier), "Failed to present attachment due to an invalid url: " + url);
+    Console::print(logTag(identifier),
+                   "Failed to present attachment due to an invalid url: " + url);
     return;
   }
   if (const QImage kept = loader.kept(url); !kept.isNull()) return imageView_->setImage(kept);
@@ -21,6 +22,8 @@ void KifoImageCollectionViewCell::configure(const std::string& url, ImageLoader&
   loader.load(url, this, [this](const QImage& image) { imageView_->setImage(image); });
 }
 
-void KifoImageCollectionViewCell::resizeEvent(QResizeEvent*) { imageView_->setGeometry(rect()); }
+void KifoImageCollectionViewCell::resizeEvent(QResizeEvent*) {
+  imageView_->setGeometry(rect());
+}
 
 }  // namespace kifo

@@ -49,7 +49,9 @@ KifoPopupCell::KifoPopupCell(const PopupTheme& theme,
   });
 }
 
-int KifoPopupCell::heightFor(int width) const { return titleLbl_->heightFor(width); }
+int KifoPopupCell::heightFor(int width) const {
+  return titleLbl_->heightFor(width);
+}
 
 void KifoPopupCell::setLineVisible(bool visible) {
   lineView_->setVisible(visible && !titleLbl_->surface());

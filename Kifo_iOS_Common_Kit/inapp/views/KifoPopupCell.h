@@ -24,8 +24,8 @@ class KIFO_EXPORT KifoPopupCell : public QWidget {
 
   static constexpr const char* identifier = "KifoPopupCell";
 
-  KifoPopupCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> button, int index,
-                int rows, QWidget* parent);
+  KifoPopupCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> button,
+                int index, int rows, QWidget* parent);
 
   [[nodiscard]] int index() const { return index_; }
   /// The control that is pressed; its caption is the row's title.

@@ -12,9 +12,9 @@
 namespace kifo {
 namespace {
 
-constexpr int kInset = 3;       ///< Between two rows' surfaces, above and below each.
+constexpr int kInset = 3;  ///< Between two rows' surfaces, above and below each.
 constexpr int kMarkStart = 12;
-constexpr int kMark = 22;       ///< Diameter.
+constexpr int kMark = 22;  ///< Diameter.
 constexpr int kTextStart = 46;
 constexpr int kTextEnd = 12;
 constexpr int kTextPadding = 6;
@@ -23,8 +23,8 @@ constexpr double kCorner = 8;
 }  // namespace
 
 KifoSurveyCell::KifoSurveyCell(const PopupTheme& theme,
-                               std::shared_ptr<AppCommunicationItemButton> choice, int row, int rows,
-                               QWidget* parent)
+                               std::shared_ptr<AppCommunicationItemButton> choice, int row,
+                               int rows, QWidget* parent)
     : QWidget(parent),
       theme_(theme),
       appCommunicationItemButton_(std::move(choice)),
@@ -52,7 +52,9 @@ const char* KifoSurveyCell::radialButton() const {
   return selectButton_->isChecked() ? "largecircle.fill.circle" : "circle";
 }
 
-void KifoSurveyCell::setChosen(bool chosen) { selectButton_->setChosen(chosen); }
+void KifoSurveyCell::setChosen(bool chosen) {
+  selectButton_->setChosen(chosen);
+}
 
 int KifoSurveyCell::heightFor(int width) const {
   return titleLbl_->heightFor(width - kTextStart - kTextEnd) + 2 * (kTextPadding + kInset);
@@ -62,7 +64,9 @@ QColor KifoSurveyCell::seenSurface() const {
   return surface_ ? over(*surface_, theme_.panel) : theme_.panel;
 }
 
-QRectF KifoSurveyCell::surfaceRect() const { return QRectF(rect()).adjusted(0, kInset, 0, -kInset); }
+QRectF KifoSurveyCell::surfaceRect() const {
+  return QRectF(rect()).adjusted(0, kInset, 0, -kInset);
+}
 
 void KifoSurveyCell::resizeEvent(QResizeEvent*) {
   selectButton_->setGeometry(rect());

@@ -26,10 +26,11 @@ class KIFO_EXPORT KifoSurveyCell : public QWidget {
 
   static constexpr const char* identifier = "KifoSurveyCell";
 
-  KifoSurveyCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> choice, int row,
-                 int rows, QWidget* parent);
+  KifoSurveyCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> choice,
+                 int row, int rows, QWidget* parent);
 
-  [[nodiscard]] const std::shared_ptr<AppCommunicationItemButton>& appCommunicationItemButton() const {
+  [[nodiscard]] const std::shared_ptr<AppCommunicationItemButton>& appCommunicationItemButton()
+      const {
     return appCommunicationItemButton_;
   }
   [[nodiscard]] int indexPath() const { return indexPath_; }  ///< The row.

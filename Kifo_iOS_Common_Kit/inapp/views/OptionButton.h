@@ -6,18 +6,28 @@
 
 namespace kifo {
 
-/// One of several options that exclude each other. It shows as chosen what it is told to; pressing it
-/// only says so. It paints nothing: the cell that it lies in does, and is repainted with it.
+/// One of several options that exclude each other. It shows as chosen what it is told to; pressing
+/// it only says so. It paints nothing: the cell that it lies in does, and is repainted with it.
 ///
 /// **Threading:** UI thread only.
 class OptionButton : public PopupControl<QRadioButton> {
   Q_OBJECT
 
  public:
-  explicit OptionButton(QWidget* cell) : PopupControl(cell) { setAutoExclusive(false); }
+  explicit OptionButton(QWidget* cell) : PopupControl(cell) {
+    setAutoExclusive(false);
+    // Assistive technology toggles what it takes for any radio button: that is a press like others.
+    connect(this, &QAbstractButton::toggled, this, [this](bool checked) {
+      if (telling_) return;
+      setChosen(!checked);
+      click();
+    });
+  }
 
   void setChosen(bool chosen) {
+    telling_ = true;
     setChecked(chosen);
+    telling_ = false;
     parentWidget()->update();
   }
 
@@ -39,6 +49,9 @@ class OptionButton : public PopupControl<QRadioButton> {
     }
     return PopupControl::event(event);
   }
+
+ private:
+  bool telling_ = false;  ///< The state is being set, not toggled.
 };
 
 }  // namespace kifo

@@ -59,8 +59,10 @@ void PageIndicator::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  if (numberOfPages_ * kPitch <= width()) paintDots(painter);
-  else paintWay(painter);
+  if (numberOfPages_ * kPitch <= width())
+    paintDots(painter);
+  else
+    paintWay(painter);
 }
 
 }  // namespace kifo

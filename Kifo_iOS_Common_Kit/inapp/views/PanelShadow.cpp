@@ -12,9 +12,9 @@ namespace kifo {
 namespace {
 
 constexpr int kReach = PanelShadow::reach;
-constexpr int kDrop = 8;            ///< The light comes from above.
-constexpr int kPasses = 3;          ///< Box blurs that make a soft one.
-constexpr int kDarkness = 105;      ///< Alpha under the panel's edge, of 255.
+constexpr int kDrop = 8;        ///< The light comes from above.
+constexpr int kPasses = 3;      ///< Box blurs that make a soft one.
+constexpr int kDarkness = 105;  ///< Alpha under the panel's edge, of 255.
 
 using Row = std::vector<int>;
 
@@ -35,8 +35,10 @@ void blur(QImage& image, int radius) {
   Row copy;
   const int pitch = static_cast<int>(image.bytesPerLine());
   for (int pass = 0; pass < kPasses; ++pass) {
-    for (int y = 0; y < image.height(); ++y) blurLine(image.scanLine(y), image.width(), 1, radius, copy);
-    for (int x = 0; x < image.width(); ++x) blurLine(image.bits() + x, image.height(), pitch, radius, copy);
+    for (int y = 0; y < image.height(); ++y)
+      blurLine(image.scanLine(y), image.width(), 1, radius, copy);
+    for (int x = 0; x < image.width(); ++x)
+      blurLine(image.bits() + x, image.height(), pitch, radius, copy);
   }
 }
 

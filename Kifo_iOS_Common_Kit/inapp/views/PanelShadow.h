@@ -6,8 +6,8 @@ class QPainter;
 
 namespace kifo {
 
-/// The soft shadow that lifts the panel off the dimmed host. It is blurred once for each device scale
-/// and then stretched to any panel.
+/// The soft shadow that lifts the panel off the dimmed host. It is blurred once for each device
+/// scale and then stretched to any panel.
 ///
 /// **Threading:** UI thread only.
 struct PanelShadow {

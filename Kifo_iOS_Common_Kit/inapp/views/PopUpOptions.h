@@ -22,11 +22,11 @@ enum class ContrastPolicy {
 
 /// How long a popup's movements take. Reduced motion makes the first three zero.
 struct PopUpDurations {
-  std::chrono::milliseconds fade{220};                      ///< Cross-fade in and out.
-  std::chrono::milliseconds freeText{200};                  ///< The free-text block opens or closes.
-  std::chrono::milliseconds scroll{350};                    ///< The carousel moves by one page.
-  std::chrono::milliseconds carouselInterval{2000};         ///< From one page to the next.
-  std::chrono::milliseconds scrollIndicatorDelay{100};      ///< Before the indicator starts to flash.
+  std::chrono::milliseconds fade{220};                  ///< Cross-fade in and out.
+  std::chrono::milliseconds freeText{200};              ///< The free-text block opens or closes.
+  std::chrono::milliseconds scroll{350};                ///< The carousel moves by one page.
+  std::chrono::milliseconds carouselInterval{2000};     ///< From one page to the next.
+  std::chrono::milliseconds scrollIndicatorDelay{100};  ///< Before the indicator starts to flash.
   std::chrono::milliseconds scrollIndicatorInterval{1500};  ///< From one flash to the next.
 };
 

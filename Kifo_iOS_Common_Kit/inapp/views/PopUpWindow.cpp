@@ -37,10 +37,10 @@
 namespace kifo {
 namespace {
 
-constexpr double kDim = 0.3;          ///< Alpha of the black over the host.
+constexpr double kDim = 0.3;  ///< Alpha of the black over the host.
 constexpr double kKeyboardLift = 0.5;
-constexpr int kWidestPicture = 480;   ///< Logical pixels: the panel at its widest.
-constexpr int kLineStep = 48;         ///< An arrow key scrolls a tall panel by this much.
+constexpr int kWidestPicture = 480;  ///< Logical pixels: the panel at its widest.
+constexpr int kLineStep = 48;        ///< An arrow key scrolls a tall panel by this much.
 
 const std::string& tag() {
   static const std::string& text = *new std::string(logTag("PopUpWindow"));
@@ -66,7 +66,8 @@ Qt::LayoutDirection directionOf(const PopupPreferences& p, const PopUpOptions& o
 }
 
 bool scrolls(int key) {
-  return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+  return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
+         key == Qt::Key_PageDown;
 }
 
 /// Keys that mean something to a popup; the host's shortcuts on them wait until it is closed.
@@ -160,7 +161,8 @@ void PopUpWindow::fillEmojis() {
   for (int row = 0; row < rows; ++row) {
     const Button& choice = fields_.choices[static_cast<std::size_t>(row)];
     if (!choice) continue;
-    auto* cell = new KifoEmojiCollectionViewCell(popUpWindowView_->theme(), choice, row, rows, emojis);
+    auto* cell =
+        new KifoEmojiCollectionViewCell(popUpWindowView_->theme(), choice, row, rows, emojis);
     cell->selectItem = [this](const Button& button) { selectEmoji(button); };
     emojis->add(cell);
   }
@@ -262,7 +264,8 @@ void PopUpWindow::selectSurvey(const Button& button) {
   if (dismissing_) return;
   const auto row = fields_.rowOf(*button);
   const auto* list = popUpWindowView_->elements().buttonsTableview;
-  for (auto* cell : list->findChildren<KifoSurveyCell*>()) cell->setChosen(cell->indexPath() == row);
+  for (auto* cell : list->findChildren<KifoSurveyCell*>())
+    cell->setChosen(cell->indexPath() == row);
   select(button);
 }
 
@@ -284,15 +287,16 @@ void PopUpWindow::applyFreeTextRule(const Button& button) {
   }
 }
 
-/// What submitting sends, in order: the choice, if there is one, and then whatever the item's own type
-/// asks for.
+/// What submitting sends, in order: the choice, if there is one, and then whatever the item's own
+/// type asks for.
 std::vector<InAppAnswer> PopUpWindow::answers() const {
   std::vector<InAppAnswer> all;
   const std::string& freeText = popUpWindowView_->freeText();
   if (const Button& chosen = fields_.selectActionItem) {
     auto& answer = all.emplace_back();
     answer.choice = chosen;
-    answer.choiseField = ChoiseFieldModel{chosen->id.value_or(""), chosen->text.value_or(""), freeText};
+    answer.choiseField =
+        ChoiseFieldModel{chosen->id.value_or(""), chosen->text.value_or(""), freeText};
   }
   const auto& type = fields_.appCommunicationItem->type;
   if (type == rawValue(PopupType::score)) {
@@ -386,7 +390,9 @@ void PopUpWindow::setOpacity(double opacity) {
   update();
 }
 
-bool PopUpWindow::focusNextPrevChild(bool next) { return focus_->step(next); }
+bool PopUpWindow::focusNextPrevChild(bool next) {
+  return focus_->step(next);
+}
 
 bool PopUpWindow::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride && isOurs(static_cast<QKeyEvent*>(event)->key())) {
@@ -403,7 +409,9 @@ bool PopUpWindow::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
-void PopUpWindow::resizeEvent(QResizeEvent*) { placeView(); }
+void PopUpWindow::resizeEvent(QResizeEvent*) {
+  placeView();
+}
 
 /// The window manager's way of closing, for a popup that is a window of its own.
 void PopUpWindow::closeEvent(QCloseEvent* event) {

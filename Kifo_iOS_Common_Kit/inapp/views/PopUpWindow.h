@@ -29,12 +29,13 @@ class PopupFocus;
 ///     popup->present();
 ///
 /// With a parent it is an overlay that covers the parent and follows its size. Without one it is a
-/// frameless, translucent window whose geometry the caller sets, for hosts whose window is no QWidget.
+/// frameless, translucent window whose geometry the caller sets, for hosts whose window is no
+/// QWidget.
 ///
 /// **Threading:** UI thread only. The request's callbacks run on it, with nothing locked; they may
 /// close or delete anything, this window included.
-/// **Ownership:** belongs to its parent and deletes itself once it is closed. A parent that is deleted
-/// takes it along without a report and without `closed`; watch `destroyed` for that.
+/// **Ownership:** belongs to its parent and deletes itself once it is closed. A parent that is
+/// deleted takes it along without a report and without `closed`; watch `destroyed` for that.
 /// **Errors:** none reach the user; a picture that cannot be had leaves its place empty.
 class KIFO_EXPORT PopUpWindow : public QWidget {
   Q_OBJECT
@@ -47,8 +48,8 @@ class KIFO_EXPORT PopUpWindow : public QWidget {
   /// Shows the popup: covers the parent, fades in, takes the focus.
   void present();
 
-  /// Stops the carousel and fades out; `closed` follows. Reports nothing. Calling it again, or while
-  /// the window is still fading in, is harmless.
+  /// Stops the carousel and fades out; `closed` follows. Reports nothing. Calling it again, or
+  /// while the window is still fading in, is harmless.
   void dismissView();
 
   [[nodiscard]] bool isDismissing() const { return dismissing_; }

@@ -23,14 +23,16 @@ namespace {
 constexpr int kGap = 8;
 constexpr int kWideGap = 10;
 constexpr int kTextInset = 10;
-constexpr int kCopyInset = 12;     ///< 4 within the list, which is 8 within the panel.
+constexpr int kCopyInset = 12;  ///< 4 within the list, which is 8 within the panel.
 constexpr int kCounterWidth = 40;
-constexpr int kCouponInset = 20;   ///< Keeps the code clear of its border.
+constexpr int kCouponInset = 20;  ///< Keeps the code clear of its border.
 constexpr int kSmallestCode = 12;
 constexpr int kSmallestBound = 9;
-constexpr int kTextRoom = 6;       ///< Above and below a text that outgrows its height.
+constexpr int kTextRoom = 6;  ///< Above and below a text that outgrows its height.
 
-int whole(double height) { return static_cast<int>(std::lround(height)); }
+int whole(double height) {
+  return static_cast<int>(std::lround(height));
+}
 
 /// A text that fits keeps the height it is given; one that does not gets some air as well.
 int heightOf(const PopupLabel& label, int width, double height) {
@@ -49,7 +51,8 @@ void put(Cursor& at, QWidget* widget, int gap, int inset, int height) {
 }  // namespace
 
 void PopUpWindowArrangement::title(Cursor& at) const {
-  put(at, e_.popupTitle, kGap, kGap, heightOf(*e_.popupTitle, at.width - 2 * kGap, h_.popupTitleHeight));
+  put(at, e_.popupTitle, kGap, kGap,
+      heightOf(*e_.popupTitle, at.width - 2 * kGap, h_.popupTitleHeight));
 }
 
 void PopUpWindowArrangement::pictures(Cursor& at) const {
@@ -66,7 +69,8 @@ void PopUpWindowArrangement::pictures(Cursor& at) const {
 void PopUpWindowArrangement::coupon(Cursor& at) const {
   if (!e_.couponLabel) return;
   e_.couponLabel->shrinkToFit(at.width - 2 * kCouponInset, kSmallestCode);
-  const int label = std::max(whole(h_.couponLabelHeight), e_.couponLabel->heightFor(at.width - 2 * kGap));
+  const int label =
+      std::max(whole(h_.couponLabelHeight), e_.couponLabel->heightFor(at.width - 2 * kGap));
   put(at, e_.couponLabel, kGap, kGap, label);
   const int button = std::max(whole(h_.couponCopyButtonHeight),
                               e_.copyButton->heightFor(at.width - 2 * kCopyInset));
@@ -74,7 +78,8 @@ void PopUpWindowArrangement::coupon(Cursor& at) const {
 }
 
 void PopUpWindowArrangement::score(Cursor& at) const {
-  const int value = std::max(whole(h_.scoreValueLabelHeight), e_.scoreValueLabel->heightFor(at.width));
+  const int value =
+      std::max(whole(h_.scoreValueLabelHeight), e_.scoreValueLabel->heightFor(at.width));
   const int third = (at.width - 2 * kGap) / 3;  // the bounds and the score share the row
   e_.scoreValueLabel->shrinkToFit(third, kSmallestBound);
   put(at, e_.scoreValueLabel, kWideGap, 0, value);
@@ -84,7 +89,8 @@ void PopUpWindowArrangement::score(Cursor& at) const {
     label->shrinkToFit(third - kGap, kSmallestBound);
     const int width = label->naturalWidth() + 2;
     const QRect place(trailing ? at.width - kGap - width : kGap, row.y(), width, row.height());
-    label->setGeometry(QStyle::visualRect(label->layoutDirection(), QRect(0, 0, at.width, 1), place));
+    label->setGeometry(
+        QStyle::visualRect(label->layoutDirection(), QRect(0, 0, at.width, 1), place));
   }
   put(at, e_.slider, kWideGap, kGap, whole(h_.sliderHeight));
 }
@@ -92,7 +98,8 @@ void PopUpWindowArrangement::score(Cursor& at) const {
 void PopUpWindowArrangement::body(Cursor& at) const {
   const bool asked = e_.popupQuestion && !e_.popupQuestion->text().isEmpty();
   if (asked || !e_.buttonsTableview) {
-    const int height = heightOf(*e_.popupQuestion, at.width - 2 * kTextInset, h_.popupQuestionHeight);
+    const int height =
+        heightOf(*e_.popupQuestion, at.width - 2 * kTextInset, h_.popupQuestionHeight);
     put(at, e_.popupQuestion, kWideGap, kTextInset, height);
   }
   if (e_.slider) return score(at);
@@ -132,7 +139,8 @@ int PopUpWindowArrangement::arrange(int width, double openness) {
   Cursor at{width};
   title(at);
   pictures(at);
-  const int text = heightOf(*e_.popupDescription, width - 2 * kTextInset, h_.popupDescriptionHeight);
+  const int text =
+      heightOf(*e_.popupDescription, width - 2 * kTextInset, h_.popupDescriptionHeight);
   put(at, e_.popupDescription, kGap, kTextInset, text);
   coupon(at);
   body(at);
@@ -144,7 +152,8 @@ int PopUpWindowArrangement::arrange(int width, double openness) {
     at.y += block;
   }
   const int submit = e_.submitButton ? std::max(whole(h_.submitButtonHeight),
-                                                e_.submitButton->heightFor(width - 2 * kGap)) : 0;
+                                                e_.submitButton->heightFor(width - 2 * kGap))
+                                     : 0;
   const int target = whole(h_.totalHeight - (1 - openness) * h_.fieldViewHeight);
   const int height = std::max(target, at.y + kGap + submit + kGap);
   if (e_.submitButton) {

@@ -14,9 +14,9 @@ class PopUpWindowArrangement {
   PopUpWindowArrangement(const PopUpWindowElements& elements, const PopUpWindowHeights& heights)
       : e_(elements), h_(heights) {}
 
-  /// Arranges for a panel `width` wide whose free-text block is `openness` open, 0 to 1, and returns
-  /// the panel's height: the campaign's total, less the block's as far as it is closed, or what the
-  /// pieces need when that is more. The submit button stands at the bottom.
+  /// Arranges for a panel `width` wide whose free-text block is `openness` open, 0 to 1, and
+  /// returns the panel's height: the campaign's total, less the block's as far as it is closed, or
+  /// what the pieces need when that is more. The submit button stands at the bottom.
   int arrange(int width, double openness);
 
  private:

@@ -30,7 +30,9 @@ constexpr double kThickestBorder = 8;
 constexpr double kSmallestCoupon = 8;  // points
 constexpr double kLargestCoupon = 40;
 
-QString q(const std::string& text) { return QString::fromStdString(text); }
+QString q(const std::string& text) {
+  return QString::fromStdString(text);
+}
 
 std::optional<QColor> toQColor(const std::optional<Color>& color) {
   return color ? std::optional(kifo::toQColor(*color)) : std::nullopt;
@@ -46,7 +48,10 @@ double numberIn(const std::string& text, double fallback, double least, double m
 class Builder {
  public:
   Builder(const PopupPreferences& preferences, const PopupTheme& theme, QWidget* view)
-      : p_(preferences), item_(preferences.appCommunicationItem.get()), theme_(theme), view_(view) {}
+      : p_(preferences),
+        item_(preferences.appCommunicationItem.get()),
+        theme_(theme),
+        view_(view) {}
 
   Elements build() {
     panel();
@@ -56,8 +61,8 @@ class Builder {
                                 toQColor(p_.detailTextColor));
     e_.popupDescription->setNearTop(true);
     if (item_ && item_->coupon) coupon(*item_->coupon);
-    e_.popupQuestion = label("popupQuestion", TextRole::question, p_.questionText,
-                             toQColor(p_.questionColor));
+    e_.popupQuestion =
+        label("popupQuestion", TextRole::question, p_.questionText, toQColor(p_.questionColor));
     body();
     if (mayAskForFreeText(p_)) freeText();
     submit();
@@ -95,7 +100,8 @@ class Builder {
 
   void pictures() {
     if (p_.images.size() > 1) {
-      e_.popupImageViewList = named(new PopupCarousel(theme_, e_.contentView), "popupImageViewList");
+      e_.popupImageViewList =
+          named(new PopupCarousel(theme_, e_.contentView), "popupImageViewList");
       setAccessibleRole(e_.popupImageViewList, QAccessible::Graphic);
       e_.pageIndicator = named(new PageIndicator(theme_, e_.contentView), "pageIndicator");
       setAccessibleRole(e_.pageIndicator, QAccessible::Indicator);
@@ -113,15 +119,16 @@ class Builder {
     e_.couponLabel = named(new DashedLabel(e_.contentView), "couponLabel");
     QFont font = theme_.font(TextRole::coupon);
     if (coupon.code.size) {
-      const double size = numberIn(*coupon.code.size, font.pixelSize(), kSmallestCoupon, kLargestCoupon);
+      const double size =
+          numberIn(*coupon.code.size, font.pixelSize(), kSmallestCoupon, kLargestCoupon);
       font.setPixelSize(static_cast<int>(size * theme_.options.fontScale));
     }
     e_.couponLabel->setFace(font, color);
     e_.couponLabel->setLabel(q(coupon.code.text));
     e_.couponLabel->setBackgroundColor(background);
     e_.couponLabel->setTintColor(color);
-    e_.couponLabel->setLineWidth(numberIn(coupon.border.thickness, e_.couponLabel->shapeLayer().lineWidth,
-                                          1, kThickestBorder));
+    e_.couponLabel->setLineWidth(numberIn(
+        coupon.border.thickness, e_.couponLabel->shapeLayer().lineWidth, 1, kThickestBorder));
     e_.copyButton = named(new PopupButton(theme_, TextRole::button, e_.contentView), "copyButton");
     e_.copyButton->setCornerRadius(4);
     const CouponCode& look = coupon.button.active;
@@ -140,9 +147,11 @@ class Builder {
       nameGroup(e_.emojiCollectionView);
       return;
     }
-    const auto stops = kind == PopupType::survey ? RovingFocus::Stops::one : RovingFocus::Stops::every;
-    e_.buttonsTableview = named(new PopupListView(theme_, stops, PopUpWindowFields().cellHeight,
-                                                  e_.contentView), "buttonsTableview");
+    const auto stops =
+        kind == PopupType::survey ? RovingFocus::Stops::one : RovingFocus::Stops::every;
+    e_.buttonsTableview =
+        named(new PopupListView(theme_, stops, PopUpWindowFields().cellHeight, e_.contentView),
+              "buttonsTableview");
     nameGroup(e_.buttonsTableview);
   }
 
@@ -168,9 +177,12 @@ class Builder {
   void score() {
     const std::int64_t lowest = item_ ? item_->minScore.value_or(0) : 0;
     const std::int64_t highest = item_ ? item_->maxScore.value_or(0) : 0;
-    e_.scoreValueLabel = scoreLabel("scoreValueLabel", TextRole::score, PopupLabel::Alignment::center);
-    e_.sliderMinLabel = scoreLabel("sliderMinLabel", TextRole::bound, PopupLabel::Alignment::center);
-    e_.sliderMaksLabel = scoreLabel("sliderMaksLabel", TextRole::bound, PopupLabel::Alignment::center);
+    e_.scoreValueLabel =
+        scoreLabel("scoreValueLabel", TextRole::score, PopupLabel::Alignment::center);
+    e_.sliderMinLabel =
+        scoreLabel("sliderMinLabel", TextRole::bound, PopupLabel::Alignment::center);
+    e_.sliderMaksLabel =
+        scoreLabel("sliderMaksLabel", TextRole::bound, PopupLabel::Alignment::center);
     e_.sliderMinLabel->setLabel(QString::number(lowest));
     e_.sliderMaksLabel->setLabel(QString::number(highest));
     e_.slider = named(new CustomSlider(theme_, e_.contentView), "slider");
@@ -180,8 +192,8 @@ class Builder {
   }
 
   void freeText() {
-    const DefaultFreeText question = item_ ? item_->defaultFreeText.value_or(DefaultFreeText{})
-                                           : DefaultFreeText{};
+    const DefaultFreeText question =
+        item_ ? item_->defaultFreeText.value_or(DefaultFreeText{}) : DefaultFreeText{};
     QWidget* block = e_.fieldView = named(new QWidget(e_.contentView), "fieldView");
     e_.textFieldLabel = named(new PopupLabel(block), "textFieldLabel");
     const QString asked = q(question.questionText.value_or(""));
@@ -189,6 +201,7 @@ class Builder {
                                theme_.text(colorOf(question.textColor).value_or(theme_.ink)),
                                PopupLabel::Alignment::leading);
     e_.textFieldLabel->setLabel(asked);
+    e_.textFieldLabel->setVisible(!asked.isEmpty());
     e_.textField = named(new FreeTextField(theme_, block), "textField");
     e_.textField->setAccessibleName(asked.isEmpty() ? theme_.options.texts.freeText : asked);
     e_.textFieldCountLabel = named(new PopupLabel(block), "textFieldCountLabel");
@@ -199,12 +212,14 @@ class Builder {
 
   void submit() {
     if (!p_.submitButton) return;
-    e_.submitButton = named(new PopupButton(theme_, TextRole::button, e_.contentView), "submitButton");
+    e_.submitButton =
+        named(new PopupButton(theme_, TextRole::button, e_.contentView), "submitButton");
     e_.submitButton->setCaption(q(p_.submitButton->text.value_or("")));
     if (!p_.submitButton->text || p_.submitButton->text->empty()) {
       e_.submitButton->setAccessibleName(theme_.options.texts.submit);
     }
-    e_.submitButton->setColors(colorOf(p_.submitButton->color), colorOf(p_.submitButton->textColor));
+    e_.submitButton->setColors(colorOf(p_.submitButton->color),
+                               colorOf(p_.submitButton->textColor));
   }
 
   const PopupPreferences& p_;

@@ -22,8 +22,8 @@ class PopupListView;
 class PopupPanel;
 class PopupScrollArea;
 
-/// The pieces of one popup. Each has its name here as its object name; what the campaign's kind does
-/// not have is null.
+/// The pieces of one popup. Each has its name here as its object name; what the campaign's kind
+/// does not have is null.
 ///
 /// **Threading:** UI thread only. **Ownership:** all belong to the view.
 struct PopUpWindowElements {
@@ -56,9 +56,9 @@ struct PopUpWindowElements {
                                    QWidget* view);
 };
 
-/// Whether the free-text block is open before anything is chosen: always for an open-ended question;
-/// for a survey, emojis and a score when the campaign has a free-text question that is not tied to
-/// particular choices; never for a plain popup.
+/// Whether the free-text block is open before anything is chosen: always for an open-ended
+/// question; for a survey, emojis and a score when the campaign has a free-text question that is
+/// not tied to particular choices; never for a plain popup.
 bool asksForFreeText(const PopupPreferences& preferences);
 
 /// Whether choosing may open the free-text block.

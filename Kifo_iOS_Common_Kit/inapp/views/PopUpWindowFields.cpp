@@ -10,12 +10,16 @@ constexpr double kListMargin = 10;
 constexpr double kSurveyListCap = 200;
 constexpr double kElementHeight = 50;
 
-double heightIf(bool present) { return present ? kElementHeight : 0; }
+double heightIf(bool present) {
+  return present ? kElementHeight : 0;
+}
 
-bool hasText(const std::optional<std::string>& text) { return text && !text->empty(); }
+bool hasText(const std::optional<std::string>& text) {
+  return text && !text->empty();
+}
 
-/// Score and open-ended campaigns, and whatever else is no plain popup and no survey, count as emoji
-/// here; submitting goes by the item's own type.
+/// Score and open-ended campaigns, and whatever else is no plain popup and no survey, count as
+/// emoji here; submitting goes by the item's own type.
 PopupType windowType(const std::optional<std::string>& type) {
   if (type == rawValue(PopupType::popup)) return PopupType::popup;
   if (type == rawValue(PopupType::survey)) return PopupType::survey;
@@ -57,7 +61,9 @@ PopUpWindowFields PopUpWindowFields::from(const PopupRequest& request, double sc
   return fields;
 }
 
-double PopUpWindowFields::margins(double screenWidth) { return screenWidth < 400 ? 62 : 70; }
+double PopUpWindowFields::margins(double screenWidth) {
+  return screenWidth < 400 ? 62 : 70;
+}
 
 double PopUpWindowFields::imageHeight(const PopupPreferences& preferences, double screenWidth) {
   if (!preferences.image && preferences.images.empty()) return 0;

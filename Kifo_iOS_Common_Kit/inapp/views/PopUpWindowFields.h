@@ -21,10 +21,12 @@ struct KIFO_EXPORT PopUpWindowFields {
   /// From this width on the panel stays at its widest, 480.
   static constexpr double widestScreen = 550;
 
-  std::optional<int> currentSelected;  ///< Row of the emoji picked last; none when it was not found.
+  std::optional<int>
+      currentSelected;  ///< Row of the emoji picked last; none when it was not found.
   std::weak_ptr<ViewController> controller;  ///< The host's screen; goes with every report.
   std::optional<std::string> pageName;       ///< Goes with every report.
-  std::shared_ptr<AppCommunicationItem> appCommuncationItem;  ///< The item as the close path reads it.
+  std::shared_ptr<AppCommunicationItem>
+      appCommuncationItem;  ///< The item as the close path reads it.
   PopupRequest::ButtonCallback actionItem;
   PopupRequest::ButtonCallback submitButtonItem;
   PopupRequest::ButtonCallback actionBodyItem;
@@ -40,16 +42,17 @@ struct KIFO_EXPORT PopUpWindowFields {
   Buttons buttons;
   std::shared_ptr<AppCommunicationItemButton> submitButton;  ///< Kept, never filled.
   Buttons choices;
-  std::vector<std::string> images;  ///< URLs of the carousel.
+  std::vector<std::string> images;                               ///< URLs of the carousel.
   std::shared_ptr<AppCommunicationItemButton> selectActionItem;  ///< The chosen choice or emoji.
-  int currentIndex = 0;  ///< Carousel page shown.
+  int currentIndex = 0;                                          ///< Carousel page shown.
   bool isKeyboardSizeAdded = false;  ///< The view is lifted for the on-screen keyboard.
   std::optional<bool> defaultFreeTextCheckBox;
 
   /// The fields of a window that is about to show `request` on a screen `screenWidth` wide.
   static PopUpWindowFields from(const PopupRequest& request, double screenWidth);
 
-  /// The panel's inset from both edges of a screen, together: 62 below a width of 400, 70 from there.
+  /// The panel's inset from both edges of a screen, together: 62 below a width of 400, 70 from
+  /// there.
   static double margins(double screenWidth);
 
   /// 0 when there is no picture; otherwise half the panel's width.

@@ -11,10 +11,10 @@ namespace kifo {
 ///
 /// **Threading:** a plain value.
 struct KIFO_EXPORT PopUpWindowHeights {
-  static constexpr double rightLeftSpace = 15;     ///< Panel inset from the screen's margins.
-  static constexpr double emojiCellSize = 50;      ///< Width and height.
-  static constexpr double indicatorHeight = 10;    ///< Page indicator.
-  static constexpr double textFieldHeight = 36;    ///< Free-text field.
+  static constexpr double rightLeftSpace = 15;   ///< Panel inset from the screen's margins.
+  static constexpr double emojiCellSize = 50;    ///< Width and height.
+  static constexpr double indicatorHeight = 10;  ///< Page indicator.
+  static constexpr double textFieldHeight = 36;  ///< Free-text field.
   static constexpr double textFieldLabelHeight = 36;
   static constexpr double sliderHeight = 30;
   static constexpr double scoreValueLabelHeight = 17;
@@ -35,7 +35,8 @@ struct KIFO_EXPORT PopUpWindowHeights {
   bool isImageListAvailable = false;
   bool isListCapped = false;  ///< Beyond 200 the list scrolls rather than grows.
 
-  static PopUpWindowHeights of(const PopUpWindowFields& fields, const PopupPreferences& preferences);
+  static PopUpWindowHeights of(const PopUpWindowFields& fields,
+                               const PopupPreferences& preferences);
 
   /// The free-text block when it is open; without a question of its own it is the field alone.
   [[nodiscard]] double openFieldHeight(bool hasQuestion) const;
@@ -44,7 +45,8 @@ struct KIFO_EXPORT PopUpWindowHeights {
   [[nodiscard]] int listHeightFor(int rows) const;
 };
 
-/// The kind whose rules lay out the panel: the preferences' type text, or the item's when there is none.
+/// The kind whose rules lay out the panel: the preferences' type text, or the item's when there is
+/// none.
 KIFO_EXPORT std::optional<PopupType> layoutKind(const PopupPreferences& preferences);
 
 }  // namespace kifo

@@ -26,11 +26,12 @@
 namespace kifo {
 namespace {
 
-constexpr int kEdge = 8;           ///< Least distance from the panel and the close button to the window's edge.
+constexpr int kEdge =
+    8;  ///< Least distance from the panel and the close button to the window's edge.
 constexpr int kCloseButton = 40;
-constexpr int kCloseGap = 8;       ///< From the close button down to the panel.
+constexpr int kCloseGap = 8;  ///< From the close button down to the panel.
 constexpr int kSmallestPanel = 120;
-constexpr int kScrolledInset = 10; ///< Keeps scrolled content clear of the panel's round corners.
+constexpr int kScrolledInset = 14;  ///< Keeps scrolled content clear of the panel's round corners.
 
 void fade(QWidget* widget, double opacity) {
   auto* effect = qobject_cast<QGraphicsOpacityEffect*>(widget->graphicsEffect());
@@ -71,10 +72,12 @@ void PopUpWindowView::wire() {
             &PopUpWindowView::sliderValueDidChange);
   }
   if (elements_.textField) {
-    connect(elements_.textField, &QLineEdit::textChanged, this, &PopUpWindowView::textFieldDidChange);
+    connect(elements_.textField, &QLineEdit::textChanged, this,
+            &PopUpWindowView::textFieldDidChange);
   }
   if (elements_.copyButton) {
-    connect(elements_.copyButton, &QAbstractButton::clicked, this, &PopUpWindowView::copyButtonPressed);
+    connect(elements_.copyButton, &QAbstractButton::clicked, this,
+            &PopUpWindowView::copyButtonPressed);
   }
 }
 
@@ -96,8 +99,8 @@ void PopUpWindowView::setOpacity(double opacity) {
 }
 
 void PopUpWindowView::reveal(QWidget* piece) {
-  for (PopupScrollArea* area : {static_cast<PopupScrollArea*>(elements_.buttonsTableview),
-                                elements_.panelScroll}) {
+  for (PopupScrollArea* area :
+       {static_cast<PopupScrollArea*>(elements_.buttonsTableview), elements_.panelScroll}) {
     if (area && area->widget()->isAncestorOf(piece)) area->reveal(piece);
   }
 }
@@ -129,7 +132,8 @@ void PopUpWindowView::enableSubmitButton() {
   if (!elements_.submitButton) return;
   const auto& submit = *popupPreferences_.submitButton;
   elements_.submitButton->setDimmed(false);
-  elements_.submitButton->setColors(colorOf(submit.color).value_or(Qt::white), colorOf(submit.textColor));
+  elements_.submitButton->setColors(colorOf(submit.color).value_or(Qt::white),
+                                    colorOf(submit.textColor));
 }
 
 void PopUpWindowView::showFreeTextField() {
@@ -212,7 +216,9 @@ void PopUpWindowView::placePanel(int width, int contentHeight) {
   update();
 }
 
-void PopUpWindowView::resizeEvent(QResizeEvent*) { arrange(); }
+void PopUpWindowView::resizeEvent(QResizeEvent*) {
+  arrange();
+}
 
 void PopUpWindowView::paintEvent(QPaintEvent*) {
   QPainter painter(this);

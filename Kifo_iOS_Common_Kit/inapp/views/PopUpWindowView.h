@@ -18,13 +18,13 @@ class QTimer;
 
 namespace kifo {
 
-/// Draws one campaign: the panel and everything in it, in the middle of the window. It keeps what was
-/// typed and the score, and says through its pieces what was pressed. Every piece bears its name in
-/// `PopUpWindowElements` as its object name.
+/// Draws one campaign: the panel and everything in it, in the middle of the window. It keeps what
+/// was typed and the score, and says through its pieces what was pressed. Every piece bears its
+/// name in `PopUpWindowElements` as its object name.
 ///
-/// The panel has the campaign's `totalHeight`; while the free-text block is closed, as it is from the
-/// start for campaigns that ask for none, `fieldViewHeight` less; and more where the content needs it.
-/// A panel that is taller than the window scrolls below the close button.
+/// The panel has the campaign's `totalHeight`; while the free-text block is closed, as it is from
+/// the start for campaigns that ask for none, `fieldViewHeight` less; and more where the content
+/// needs it. A panel that is taller than the window scrolls below the close button.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to its window.
 class KIFO_EXPORT PopUpWindowView : public QWidget {

@@ -42,7 +42,8 @@ class Interface : public QAccessibleWidget {
 QAccessibleInterface* make(const QString&, QObject* object) {
   auto* widget = qobject_cast<QWidget*>(object);
   const QVariant role = widget ? widget->property(kRole) : QVariant();
-  return role.isValid() ? new Interface(widget, static_cast<QAccessible::Role>(role.toInt())) : nullptr;
+  return role.isValid() ? new Interface(widget, static_cast<QAccessible::Role>(role.toInt()))
+                        : nullptr;
 }
 
 }  // namespace

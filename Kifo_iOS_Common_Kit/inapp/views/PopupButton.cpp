@@ -10,10 +10,11 @@ namespace kifo {
 namespace {
 
 constexpr int kSidePadding = 12;
-constexpr int kTextPadding = 8;       ///< Above and below the caption within the surface.
+constexpr int kTextPadding = 8;         ///< Above and below the caption within the surface.
 constexpr double kDimmedSurface = 0.3;  ///< Of the surface's colour in the panel's.
 constexpr double kDimmedText = 0.5;     ///< Of ink in the surface.
-constexpr double kSeenBorder = 1.25;  ///< Below this contrast a surface needs an outline to be seen.
+constexpr double kSeenBorder =
+    1.25;  ///< Below this contrast a surface needs an outline to be seen.
 
 }  // namespace
 
@@ -29,7 +30,8 @@ void PopupButton::setCaption(const QString& caption) {
   update();
 }
 
-void PopupButton::setColors(const std::optional<QColor>& surface, const std::optional<QColor>& text) {
+void PopupButton::setColors(const std::optional<QColor>& surface,
+                            const std::optional<QColor>& text) {
   surface_ = surface;
   text_ = text;
   update();
@@ -66,7 +68,9 @@ int PopupButton::heightFor(int width) const {
   return caption_.heightFor(width - 2 * kSidePadding) + 2 * (kTextPadding + inset_);
 }
 
-QRectF PopupButton::surfaceRect() const { return QRectF(rect()).adjusted(0, inset_, 0, -inset_); }
+QRectF PopupButton::surfaceRect() const {
+  return QRectF(rect()).adjusted(0, inset_, 0, -inset_);
+}
 
 void PopupButton::paintSurface(QPainter& painter) const {
   const QColor seen = seenSurface();

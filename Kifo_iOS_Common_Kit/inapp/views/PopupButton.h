@@ -10,8 +10,8 @@
 
 namespace kifo {
 
-/// A push button in a campaign's colours: a filled, rounded surface with its caption, or the caption
-/// alone when the campaign gives no surface.
+/// A push button in a campaign's colours: a filled, rounded surface with its caption, or the
+/// caption alone when the campaign gives no surface.
 ///
 /// **Threading:** UI thread only.
 class PopupButton : public PopupControl<QPushButton> {

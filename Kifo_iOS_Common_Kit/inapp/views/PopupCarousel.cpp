@@ -150,6 +150,8 @@ void PopupCarousel::focusInEvent(QFocusEvent* event) {
   focusMark_->setVisible(event->reason() != Qt::MouseFocusReason);
 }
 
-void PopupCarousel::focusOutEvent(QFocusEvent*) { focusMark_->hide(); }
+void PopupCarousel::focusOutEvent(QFocusEvent*) {
+  focusMark_->hide();
+}
 
 }  // namespace kifo

@@ -17,8 +17,8 @@ namespace kifo {
 class ImageLoader;
 class KifoImageCollectionViewCell;
 
-/// The campaign's pictures side by side, of which one is seen. It moves by itself, by swiping, and by
-/// the arrow keys while it has the focus. Only the pages about the one shown have cells.
+/// The campaign's pictures side by side, of which one is seen. It moves by itself, by swiping, and
+/// by the arrow keys while it has the focus. Only the pages about the one shown have cells.
 ///
 /// **Threading:** UI thread only.
 class KIFO_EXPORT PopupCarousel : public QWidget, public CollectionView {

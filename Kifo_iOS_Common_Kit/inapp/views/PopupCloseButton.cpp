@@ -14,7 +14,9 @@ void PopupCloseButton::paintEvent(QPaintEvent*) {
   const QPointF middle = QRectF(rect()).center();
   const QRectF disc(middle.x() - kDisc / 2, middle.y() - kDisc / 2, kDisc, kDisc);
   painter.setPen(QPen(QColor(0, 0, 0, 40), 1));
-  painter.setBrush(isDown() ? QColor(0xd5, 0xd5, 0xda) : underMouse() ? QColor(0xec, 0xec, 0xf0) : QColor(Qt::white));
+  painter.setBrush(isDown()       ? QColor(0xd5, 0xd5, 0xda)
+                   : underMouse() ? QColor(0xec, 0xec, 0xf0)
+                                  : QColor(Qt::white));
   painter.drawEllipse(disc);
   painter.setPen(QPen(QColor(0x1c, 0x1c, 0x1e), 2, Qt::SolidLine, Qt::RoundCap));
   painter.drawLine(middle - QPointF(kArm, kArm), middle + QPointF(kArm, kArm));

@@ -21,13 +21,14 @@ double luminance(const QColor& color) {
          0.0722 * linear(color.blueF());
 }
 
-/// The colour moved towards black or white, whichever is the way away from `behind`, until it can be
-/// read. A grey has no hue to keep and becomes ink at once.
+/// The colour moved towards black or white, whichever is the way away from `behind`, until it can
+/// be read. A grey has no hue to keep and becomes ink at once.
 QColor shifted(const QColor& color, const QColor& behind) {
   const QColor ink = inkOn(behind);
   if (color.hslSaturationF() < 0.1) return ink;
   const QColor pole = contrastRatio(Qt::white, behind) > contrastRatio(Qt::black, behind)
-                          ? QColor(Qt::white) : QColor(Qt::black);
+                          ? QColor(Qt::white)
+                          : QColor(Qt::black);
   for (int step = 1; step < kShiftSteps; ++step) {
     const QColor candidate = mixed(color, pole, static_cast<double>(step) / kShiftSteps);
     if (contrastRatio(candidate, behind) >= kStrong) return candidate;

@@ -30,8 +30,8 @@ double contrastRatio(const QColor& a, const QColor& b);
 /// Near-black or white, whichever stands out more from `behind`.
 QColor inkOn(const QColor& behind);
 
-/// `wanted`, or a colour of its hue that can be read when `wanted` on `behind` has less contrast than
-/// the policy allows. A colour that is replaced is replaced by one of at least 4.5:1.
+/// `wanted`, or a colour of its hue that can be read when `wanted` on `behind` has less contrast
+/// than the policy allows. A colour that is replaced is replaced by one of at least 4.5:1.
 QColor legibleOn(const QColor& wanted, const QColor& behind, ContrastPolicy policy);
 
 }  // namespace kifo

@@ -5,8 +5,8 @@
 #include <QColor>
 #include <QFocusEvent>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QMouseEvent>
+#include <QPainter>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupScrollArea.h"
@@ -20,9 +20,9 @@ namespace kifo {
 void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius, const QColor& color);
 
 /// `Base` (QPushButton, QRadioButton) with a focus ring only for those who use the keyboard, Enter
-/// beside Space, arrows left to the surrounding list, and the whole rectangle as its target whatever
-/// the host's style makes of it. A finger that is drawn along it scrolls what it lies in and presses
-/// nothing.
+/// beside Space, arrows left to the surrounding list, and the whole rectangle as its target
+/// whatever the host's style makes of it. A finger that is drawn along it scrolls what it lies in
+/// and presses nothing.
 template <class Base>
 class PopupControl : public Base {
  public:

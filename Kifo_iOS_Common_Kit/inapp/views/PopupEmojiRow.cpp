@@ -14,8 +14,8 @@ namespace kifo {
 namespace {
 
 constexpr int kInset = 8;
-constexpr int kSpacing = 10;       ///< The least between two emojis.
-constexpr int kWideSpacing = 36;   ///< What they stand apart when there is room.
+constexpr int kSpacing = 10;      ///< The least between two emojis.
+constexpr int kWideSpacing = 36;  ///< What they stand apart when there is room.
 constexpr int kCell = static_cast<int>(PopUpWindowHeights::emojiCellSize);
 
 }  // namespace

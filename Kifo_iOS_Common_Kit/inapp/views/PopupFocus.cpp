@@ -32,7 +32,8 @@ QList<QWidget*> PopupFocus::stops() const {
   QList<QWidget*> found;
   for (QWidget* widget : overlay_->findChildren<QWidget*>()) {
     const bool stop = (widget->focusPolicy() & Qt::TabFocus) != 0;
-    if (stop && widget->isEnabled() && widget->isVisible() && !widget->focusProxy()) found << widget;
+    if (stop && widget->isEnabled() && widget->isVisible() && !widget->focusProxy())
+      found << widget;
   }
   return found;
 }

@@ -8,15 +8,16 @@ namespace kifo {
 
 /// Keeps the keyboard's focus inside an overlay while it is shown, and gives it back afterwards.
 ///
-/// **Threading:** UI thread only. **Ownership:** belongs to the overlay; holds everything else weakly.
+/// **Threading:** UI thread only. **Ownership:** belongs to the overlay; holds everything else
+/// weakly.
 class PopupFocus : public QObject {
   Q_OBJECT
 
  public:
   explicit PopupFocus(QWidget* overlay);
 
-  /// Remembers who has the focus and gives it to the overlay itself, so that what the user is typing
-  /// this very moment presses nothing.
+  /// Remembers who has the focus and gives it to the overlay itself, so that what the user is
+  /// typing this very moment presses nothing.
   void take();
   /// Gives the focus back to who had it, if it is still with the overlay.
   void giveBack();

@@ -22,7 +22,8 @@ class PopupListView : public PopupScrollArea {
     std::function<int(int width)> heightFor;
   };
 
-  PopupListView(const PopupTheme& theme, RovingFocus::Stops stops, double cellHeight, QWidget* parent);
+  PopupListView(const PopupTheme& theme, RovingFocus::Stops stops, double cellHeight,
+                QWidget* parent);
 
   /// The parent of the cells.
   [[nodiscard]] QWidget* content() const { return widget(); }

@@ -23,7 +23,8 @@ void PopupPanel::paintEvent(QPaintEvent*) {
   QColor edge = theme_.ink;
   edge.setAlphaF(0.08f);
   painter.setPen(QPen(edge, 1));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
+                          cornerRadius);
   if (hasFocus()) paintFocusRing(painter, rect(), cornerRadius, theme_.accent);
 }
 
@@ -34,7 +35,11 @@ void PopupPanel::keyPressEvent(QKeyEvent* event) {
   Q_EMIT pressed();
 }
 
-void PopupPanel::focusInEvent(QFocusEvent*) { update(); }
-void PopupPanel::focusOutEvent(QFocusEvent*) { update(); }
+void PopupPanel::focusInEvent(QFocusEvent*) {
+  update();
+}
+void PopupPanel::focusOutEvent(QFocusEvent*) {
+  update();
+}
 
 }  // namespace kifo

@@ -20,12 +20,15 @@ PopupScrollArea::PopupScrollArea(const PopupTheme& theme, QWidget* parent) : QSc
   viewport()->setAutoFillBackground(false);
   verticalScrollBar()->setSingleStep(24);
   shade_ = new ScrollShade(verticalScrollBar(), theme.panel, this);
-  indicator_ = new ScrollIndicator(verticalScrollBar(), theme.ink, theme.options.reducedMotion, this);
+  indicator_ =
+      new ScrollIndicator(verticalScrollBar(), theme.ink, theme.options.reducedMotion, this);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int offset) { Q_EMIT scrollViewDidScroll(offset); });
 }
 
-bool PopupScrollArea::isScrollable() const { return verticalScrollBar()->maximum() > 0; }
+bool PopupScrollArea::isScrollable() const {
+  return verticalScrollBar()->maximum() > 0;
+}
 
 bool PopupScrollArea::scrollBy(int pixels) {
   const int before = verticalScrollBar()->value();
@@ -43,8 +46,8 @@ void PopupScrollArea::reveal(const QWidget* descendant) {
 void PopupScrollArea::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
   const int inset = 2;
-  const int x = layoutDirection() == Qt::RightToLeft
-                    ? inset : width() - ScrollIndicator::thickness - inset;
+  const int x =
+      layoutDirection() == Qt::RightToLeft ? inset : width() - ScrollIndicator::thickness - inset;
   indicator_->setGeometry(x, inset, ScrollIndicator::thickness, std::max(height() - 2 * inset, 0));
   shade_->setGeometry(rect());
   shade_->raise();

@@ -4,9 +4,8 @@
 #include <QWidget>
 
 namespace kifo {
-namespace {
 
-bool hasStyleSheet(const QWidget* widget) {
+bool isUnderStyleSheet(const QWidget* widget) {
   if (!qApp->styleSheet().isEmpty()) return true;
   for (; widget; widget = widget->parentWidget()) {
     if (!widget->styleSheet().isEmpty()) return true;
@@ -14,10 +13,8 @@ bool hasStyleSheet(const QWidget* widget) {
   return false;
 }
 
-}  // namespace
-
 void keepHostStyleOut(QWidget& popup) {
-  if (!hasStyleSheet(popup.parentWidget())) return;
+  if (!isUnderStyleSheet(popup.parentWidget())) return;
   popup.setStyleSheet(QStringLiteral(
       "#PopUpWindow * { background: transparent; border: none; margin: 0; padding: 0;"
       " min-width: 0; min-height: 0; }"

@@ -20,17 +20,28 @@ struct Face {
 
 Face faceOf(TextRole role) {
   switch (role) {
-    case TextRole::title: return {20, QFont::DemiBold};
-    case TextRole::description: return {15, QFont::Normal};
-    case TextRole::question: return {16, QFont::Medium};
-    case TextRole::option: return {15, QFont::Medium};
-    case TextRole::button: return {16, QFont::DemiBold};
-    case TextRole::label: return {14, QFont::Medium};
-    case TextRole::field: return {15, QFont::Normal};
-    case TextRole::score: return {18, QFont::Bold};
-    case TextRole::bound: return {13, QFont::Medium};
-    case TextRole::counter: return {10, QFont::Normal};
-    case TextRole::coupon: return {20, QFont::Bold};
+    case TextRole::title:
+      return {20, QFont::DemiBold};
+    case TextRole::description:
+      return {15, QFont::Normal};
+    case TextRole::question:
+      return {16, QFont::Medium};
+    case TextRole::option:
+      return {15, QFont::Medium};
+    case TextRole::button:
+      return {16, QFont::DemiBold};
+    case TextRole::label:
+      return {14, QFont::Medium};
+    case TextRole::field:
+      return {15, QFont::Normal};
+    case TextRole::score:
+      return {18, QFont::Bold};
+    case TextRole::bound:
+      return {13, QFont::Medium};
+    case TextRole::counter:
+      return {10, QFont::Normal};
+    case TextRole::coupon:
+      return {20, QFont::Bold};
   }
   return {15, QFont::Normal};
 }
@@ -55,9 +66,10 @@ PopupTheme PopupTheme::of(const PopupPreferences& preferences, const PopUpOption
                           const QWidget* host) {
   PopupTheme theme;
   theme.options = options;
-  theme.options.fontScale = std::clamp(std::isfinite(options.fontScale) ? options.fontScale : 1.0,
-                                       1.0, 2.0);
-  // The host's font by the name it resolves to, so that what it lacks, and only that, comes in colour.
+  theme.options.fontScale =
+      std::clamp(std::isfinite(options.fontScale) ? options.fontScale : 1.0, 1.0, 2.0);
+  // The host's font by the name it resolves to, so that what it lacks, and only that, comes in
+  // colour.
   theme.families = {QFontInfo(QApplication::font()).family(), QStringLiteral("Noto Color Emoji")};
   theme.panelFill = fillOf(preferences);
   const QPalette palette = host ? host->palette() : QApplication::palette();
@@ -81,7 +93,9 @@ QColor PopupTheme::text(const QColor& wanted, const QColor& behind) const {
   return legibleOn(wanted, behind, options.contrast);
 }
 
-QColor PopupTheme::shade(double amount) const { return mixed(panel, ink, amount); }
+QColor PopupTheme::shade(double amount) const {
+  return mixed(panel, ink, amount);
+}
 
 int PopupTheme::milliseconds(std::chrono::milliseconds duration) const {
   return options.reducedMotion ? 0 : static_cast<int>(duration.count());

@@ -12,10 +12,22 @@ class QWidget;
 namespace kifo {
 
 /// The roles that text plays in a popup; each has its size and weight.
-enum class TextRole { title, description, question, option, button, label, field, score, bound, counter, coupon };
+enum class TextRole {
+  title,
+  description,
+  question,
+  option,
+  button,
+  label,
+  field,
+  score,
+  bound,
+  counter,
+  coupon
+};
 
-/// What all elements of one popup share: the host's wishes, the panel's colour, and what follows from
-/// the two.
+/// What all elements of one popup share: the host's wishes, the panel's colour, and what follows
+/// from the two.
 ///
 /// **Threading:** a plain value; fonts are made on the UI thread.
 struct PopupTheme {

@@ -32,13 +32,19 @@ bool RovingFocus::press(QWidget* from, int key) {
   const bool mirrored = from->layoutDirection() == Qt::RightToLeft;
   const auto here = std::find(options_.begin(), options_.end(), from) - options_.begin();
   auto next = here;
-  if (key == Qt::Key_Down || key == (mirrored ? Qt::Key_Left : Qt::Key_Right)) ++next;
-  else if (key == Qt::Key_Up || key == (mirrored ? Qt::Key_Right : Qt::Key_Left)) --next;
-  else if (key == Qt::Key_Home) next = 0;
-  else if (key == Qt::Key_End) next = static_cast<std::ptrdiff_t>(options_.size()) - 1;
-  else return false;
+  if (key == Qt::Key_Down || key == (mirrored ? Qt::Key_Left : Qt::Key_Right))
+    ++next;
+  else if (key == Qt::Key_Up || key == (mirrored ? Qt::Key_Right : Qt::Key_Left))
+    --next;
+  else if (key == Qt::Key_Home)
+    next = 0;
+  else if (key == Qt::Key_End)
+    next = static_cast<std::ptrdiff_t>(options_.size()) - 1;
+  else
+    return false;
   if (next < 0 || next >= static_cast<std::ptrdiff_t>(options_.size())) return true;
-  if (QWidget* option = options_[static_cast<std::size_t>(next)]) option->setFocus(Qt::TabFocusReason);
+  if (QWidget* option = options_[static_cast<std::size_t>(next)])
+    option->setFocus(Qt::TabFocusReason);
   return true;
 }
 

@@ -9,8 +9,9 @@ class QWidget;
 
 namespace kifo {
 
-/// Moves the focus among the options of a list with the arrow, Home and End keys. In a group that is
-/// one question only one option is a stop of the Tab key: the one focused last, at first the first.
+/// Moves the focus among the options of a list with the arrow, Home and End keys. In a group that
+/// is one question only one option is a stop of the Tab key: the one focused last, at first the
+/// first.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to the list; holds the options weakly.
 class RovingFocus : public QObject {

@@ -37,7 +37,9 @@ void ScrollIndicator::flash() {
   if (fade_.state() != QAbstractAnimation::Running) fade_.start();
 }
 
-bool ScrollIndicator::isScrollable() const { return bar_->maximum() > bar_->minimum(); }
+bool ScrollIndicator::isScrollable() const {
+  return bar_->maximum() > bar_->minimum();
+}
 
 double ScrollIndicator::strength() const {
   if (!isScrollable()) return 0;
@@ -49,9 +51,10 @@ void ScrollIndicator::paintEvent(QPaintEvent*) {
   const double visible = strength();
   if (visible <= 0) return;
   const double whole = bar_->maximum() - bar_->minimum() + bar_->pageStep();
-  const double length = std::max(height() * bar_->pageStep() / whole, std::min(kShortest, 1.0 * height()));
-  const double along = static_cast<double>(bar_->value() - bar_->minimum()) /
-                       (bar_->maximum() - bar_->minimum());
+  const double length =
+      std::max(height() * bar_->pageStep() / whole, std::min(kShortest, 1.0 * height()));
+  const double along =
+      static_cast<double>(bar_->value() - bar_->minimum()) / (bar_->maximum() - bar_->minimum());
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(0.45 * visible);
