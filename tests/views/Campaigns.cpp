@@ -48,7 +48,8 @@ void choose(PopupRequest& request, const std::vector<std::string>& texts) {
 }
 
 void plain(PopupRequest& r) {
-  start(r, PopupType::popup, "Free delivery this weekend", "On every order above 25 €. Until Sunday, midnight.");
+  start(r, PopupType::popup, "Free delivery this weekend",
+        "On every order above 25 €. Until Sunday, midnight.");
   r.preferences.buttons = {option("b1", "Show me the offers", "0A5CD8", "FFFFFF"),
                            option("b2", "Not now", "EEF1F6", "1C1C1E")};
 }
@@ -56,11 +57,13 @@ void plain(PopupRequest& r) {
 void plainWithImage(PopupRequest& r) {
   start(r, PopupType::popup, "The new collection is here", "Light layers for the warm days.");
   r.preferences.image = "https://pictures.example/summer.jpg";
-  r.preferences.buttons = {option("b1", "Discover"), option("b2", "Remind me later"), option("b3", "No, thanks")};
+  r.preferences.buttons = {option("b1", "Discover"), option("b2", "Remind me later"),
+                           option("b3", "No, thanks")};
 }
 
 void coupon(PopupRequest& r) {
-  auto& item = start(r, PopupType::popup, "A present for you", "10 % off your next order.", "FFF8EC", "5B3A00");
+  auto& item = start(r, PopupType::popup, "A present for you", "10 % off your next order.",
+                     "FFF8EC", "5B3A00");
   item.coupon = Coupon{{"SUMMER10", "C2410C", "FFEDD5", "22"},
                        {{"Copy code", "FFFFFF", "C2410C", {}}, {"Copied", "7C2D12", "FDBA74", {}}},
                        {"C2410C", "4"}};
@@ -81,14 +84,15 @@ void survey(PopupRequest& r) {
 }
 
 void longSurvey(PopupRequest& r) {
-  auto& item = start(r, PopupType::survey, "What shall we build next?", "Choose the one that you would use most.",
-                     "1E293B", "F8FAFC");
+  auto& item = start(r, PopupType::survey, "What shall we build next?",
+                     "Choose the one that you would use most.", "1E293B", "F8FAFC");
   r.preferences.questionText = "Your favourite";
   item.defaultFreeText = DefaultFreeText{"E2E8F0", "Anything to add?"};
   item.defaultFreeTextCheckBox = true;
   std::vector<std::string> texts;
   for (int i = 1; i <= 20; ++i) texts.push_back("Idea number " + std::to_string(i));
-  texts[1] = "A considerably longer idea that needs a second line to say what it is about, if not a third";
+  texts[1] =
+      "A considerably longer idea that needs a second line to say what it is about, if not a third";
   choose(r, texts);
   submit(r, "Vote", "38BDF8", "0F172A");
 }
@@ -104,15 +108,18 @@ void emoji(PopupRequest& r) {
 }
 
 void emojiWithText(PopupRequest& r) {
-  auto& item = start(r, PopupType::emoji, "How was your visit?", "Every voice counts.", "F0FDF4", "14532D");
+  auto& item =
+      start(r, PopupType::emoji, "How was your visit?", "Every voice counts.", "F0FDF4", "14532D");
   r.preferences.questionText = "Rate us";
   item.defaultFreeText = DefaultFreeText{"166534", "What can we do better?"};
-  for (const std::string face : {"😡", "😐", "😍"}) r.preferences.choices.push_back(option(face, face));
+  for (const std::string face : {"😡", "😐", "😍"})
+    r.preferences.choices.push_back(option(face, face));
   submit(r, "Send", "16A34A", "FFFFFF");
 }
 
 void score(PopupRequest& r) {
-  auto& item = start(r, PopupType::score, "One question", "It helps us to get better.", "312E81", "FFFFFF");
+  auto& item =
+      start(r, PopupType::score, "One question", "It helps us to get better.", "312E81", "FFFFFF");
   r.preferences.questionText = "How likely are you to recommend us to a friend?";
   item.minScore = 0;
   item.maxScore = 10;
@@ -142,7 +149,8 @@ void openEndedBare(PopupRequest& r) {
 }
 
 void arabic(PopupRequest& r) {
-  auto& item = start(r, PopupType::survey, "كيف كانت تجربتك معنا؟", "رأيك يساعدنا على تحسين خدماتنا باستمرار.");
+  auto& item = start(r, PopupType::survey, "كيف كانت تجربتك معنا؟",
+                     "رأيك يساعدنا على تحسين خدماتنا باستمرار.");
   item.defaultFreeText = DefaultFreeText{"1C1C1E", "هل تريد إضافة شيء؟"};
   choose(r, {"ممتازة", "جيدة جدا", "يمكن أن تكون أفضل"});
   submit(r, "إرسال");
@@ -158,34 +166,46 @@ void arabicScore(PopupRequest& r) {
 
 void chinese(PopupRequest& r) {
   start(r, PopupType::popup, "夏季新品上市，全场八折优惠，机会难得，欲购从速",
-        "即日起至月底，凡在本店购物满三百元的顾客均可获得精美礼品一份，数量有限，送完为止。详情请咨询店员。");
-  r.preferences.buttons = {option("b1", "立即查看全部优惠商品", "DC2626", "FFFFFF"), option("b2", "以后再说")};
+        "即日起至月底，凡在本店购物满三百元的顾客均可获得精美礼品一份，数量有限，送完为止。详情请咨"
+        "询店员。");
+  r.preferences.buttons = {option("b1", "立即查看全部优惠商品", "DC2626", "FFFFFF"),
+                           option("b2", "以后再说")};
 }
 
 void longWords(PopupRequest& r) {
-  auto& item = start(r, PopupType::survey, "Donaudampfschifffahrtselektrizitätenhauptbetriebswerkbauunterbeamtengesellschaft",
-                     "Rindfleischetikettierungsüberwachungsaufgabenübertragungsgesetz und andere Wörter, die in keine Zeile passen, "
-                     "stehen hier, damit man sieht, dass nichts abgeschnitten wird und alles seinen Platz findet.");
+  auto& item =
+      start(r, PopupType::survey,
+            "Donaudampfschifffahrtselektrizitätenhauptbetriebswerkbauunterbeamtengesellschaft",
+            "Rindfleischetikettierungsüberwachungsaufgabenübertragungsgesetz und andere Wörter, "
+            "die in keine Zeile passen, "
+            "stehen hier, damit man sieht, dass nichts abgeschnitten wird und alles seinen Platz "
+            "findet.");
   r.preferences.questionText = "Llanfairpwllgwyngyllgogerychwyrndrobwllllantysiliogogogoch?";
-  item.defaultFreeText = DefaultFreeText{"1C1C1E", "Eierschalensollbruchstellenverursacherbedienungsanleitung, die man gelesen haben sollte"};
+  item.defaultFreeText = DefaultFreeText{
+      "1C1C1E",
+      "Eierschalensollbruchstellenverursacherbedienungsanleitung, die man gelesen haben sollte"};
   choose(r, {"Kraftfahrzeughaftpflichtversicherungsvertragsbedingungen", "Nein"});
   submit(r, "Geschwindigkeitsbegrenzungsschilderaufstellungsgenehmigung absenden");
 }
 
 void emptyColours(PopupRequest& r) {
-  start(r, PopupType::popup, "White on white", "Neither the text nor the panel has a colour.", "FFFFFF", "FFFFFF");
+  start(r, PopupType::popup, "White on white", "Neither the text nor the panel has a colour.",
+        "FFFFFF", "FFFFFF");
   r.preferences.appCommunicationItem->bgColor.reset();
-  r.preferences.buttons = {option("b1", "White too", "FFFFFF", "FFFFFF"), option("b2", "Nothing at all")};
+  r.preferences.buttons = {option("b1", "White too", "FFFFFF", "FFFFFF"),
+                           option("b2", "Nothing at all")};
 }
 
 void yellowOnWhite(PopupRequest& r) {
-  start(r, PopupType::survey, "Pale yellow on white", "Colours that are nearly the panel's own.", "FFFFFF", "FFF9C4");
+  start(r, PopupType::survey, "Pale yellow on white", "Colours that are nearly the panel's own.",
+        "FFFFFF", "FFF9C4");
   choose(r, {"One", "Two"});
   submit(r, "Send", "FFFDE7", "FFF9C4");
 }
 
 void translucent(PopupRequest& r) {
-  start(r, PopupType::popup, "See-through", "A panel with some transparency.", "CC0F172A", "FFFFFF");
+  start(r, PopupType::popup, "See-through", "A panel with some transparency.", "CC0F172A",
+        "FFFFFF");
   r.preferences.buttons = {option("b1", "Fine", "FFFFFF", "0F172A")};
 }
 
@@ -197,13 +217,26 @@ void bare(PopupRequest& r) {
 }  // namespace
 
 std::vector<Campaign> campaigns() {
-  return {{"plain", plain}, {"plain-image", plainWithImage}, {"coupon", coupon},
-          {"carousel", carousel}, {"survey", survey}, {"survey-long", longSurvey},
-          {"emoji", emoji}, {"emoji-text", emojiWithText}, {"score", score},
-          {"score-text", scoreWithText}, {"open-ended", openEnded}, {"open-ended-bare", openEndedBare},
-          {"arabic", arabic}, {"arabic-score", arabicScore}, {"chinese", chinese},
-          {"long-words", longWords}, {"white-on-white", emptyColours}, {"yellow-on-white", yellowOnWhite},
-          {"translucent", translucent}, {"bare", bare}};
+  return {{"plain", plain},
+          {"plain-image", plainWithImage},
+          {"coupon", coupon},
+          {"carousel", carousel},
+          {"survey", survey},
+          {"survey-long", longSurvey},
+          {"emoji", emoji},
+          {"emoji-text", emojiWithText},
+          {"score", score},
+          {"score-text", scoreWithText},
+          {"open-ended", openEnded},
+          {"open-ended-bare", openEndedBare},
+          {"arabic", arabic},
+          {"arabic-score", arabicScore},
+          {"chinese", chinese},
+          {"long-words", longWords},
+          {"white-on-white", emptyColours},
+          {"yellow-on-white", yellowOnWhite},
+          {"translucent", translucent},
+          {"bare", bare}};
 }
 
 }  // namespace kifo::testing

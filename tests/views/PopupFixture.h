@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QImage>
 #include <QMainWindow>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QTest>
 #include <memory>
@@ -35,11 +36,27 @@ class RecordingReporter : public InAppReporter {
   void answered(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
                 std::shared_ptr<ViewController> controller,
                 std::optional<std::string> pageName) override {
-    reports.push_back({std::move(item), std::move(answer), std::move(controller), std::move(pageName)});
+    reports.push_back(
+        {std::move(item), std::move(answer), std::move(controller), std::move(pageName)});
   }
 
   std::vector<Report> reports;
 };
+
+/// Presses at one place of `widget`, moves to the other in two steps and lets go there.
+inline void drag(QWidget* widget, QPoint from, QPoint to) {
+  const QPoint origin =
+      widget->mapToGlobal(QPoint());  // the widget may scroll away under the pointer
+  const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton button,
+                        Qt::MouseButtons buttons) {
+    QMouseEvent event(type, QPointF(at), QPointF(origin + at), button, buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &event);
+  };
+  send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+  send(QEvent::MouseMove, (from + to) / 2, Qt::NoButton, Qt::LeftButton);
+  send(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+  send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+}
 
 class Screen : public ViewController {
  public:
@@ -68,8 +85,8 @@ inline std::string pictureBytes(QSize size, QColor color, const char* format = "
   return bytes.toStdString();
 }
 
-/// A host's window and a campaign to show over it. The campaign is described in `request`; what is not
-/// set is absent.
+/// A host's window and a campaign to show over it. The campaign is described in `request`; what is
+/// not set is absent.
 class PopupTest : public ::testing::Test {
  protected:
   PopupTest() {

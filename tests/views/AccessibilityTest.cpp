@@ -1,0 +1,134 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/CustomSlider.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoEmojiCollectionViewCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/OptionButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupEmojiRow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
+#include "tests/views/Campaigns.h"
+#include "tests/views/PopupFixture.h"
+
+namespace kifo::testing {
+namespace {
+
+std::vector<QPointer<QObject>> alerts;
+
+void listen(QAccessibleEvent* event) {
+  if (event->type() == QAccessible::Alert) alerts.emplace_back(event->object());
+}
+
+class AccessibilityTest : public PopupTest {
+ protected:
+  AccessibilityTest() {
+    alerts.clear();
+    QAccessible::setActive(true);
+    previous_ = QAccessible::installUpdateHandler(listen);
+  }
+  ~AccessibilityTest() override { QAccessible::installUpdateHandler(previous_); }
+
+  static QAccessibleInterface* of(QWidget* widget) {
+    return QAccessible::queryAccessibleInterface(widget);
+  }
+  static QString name(QWidget* widget) { return of(widget)->text(QAccessible::Name); }
+
+ private:
+  QAccessible::UpdateHandler previous_;
+};
+
+TEST_F(AccessibilityTest, ThePopupIsADialogAndIsAnnouncedOnce) {
+  campaign("POPUP");
+  present();
+  settle();
+  ASSERT_EQ(alerts.size(), 1u);
+  EXPECT_EQ(alerts[0].data(), popup.data());
+  EXPECT_EQ(of(popup)->role(), QAccessible::Dialog);
+  EXPECT_TRUE(of(popup)->state().modal);
+  EXPECT_EQ(name(popup), "Your opinion counts");
+  EXPECT_EQ(of(popup)->text(QAccessible::Description),
+            "It takes less than a minute and helps us a lot.");
+}
+
+TEST_F(AccessibilityTest, NothingThatTakesTheFocusIsWithoutNameOrRole) {
+  for (const Campaign& campaign : campaigns()) {
+    SCOPED_TRACE(campaign.name);
+    campaign.describe(*request);
+    present();
+    for (QWidget* widget : popup->findChildren<QWidget*>()) {
+      if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) continue;
+      EXPECT_FALSE(name(widget).trimmed().isEmpty()) << widget->objectName().toStdString();
+      EXPECT_NE(of(widget)->role(), QAccessible::Client) << widget->objectName().toStdString();
+    }
+    popup->dismissView();
+    settle();
+  }
+}
+
+TEST_F(AccessibilityTest, OptionsWithoutATextAreNumbered) {
+  campaign("EMOJI");
+  request->preferences.choices = {option("a", ""), option("b", " ")};
+  item->submitButton = request->preferences.submitButton = option("s", "");
+  present();
+  const auto& cells = elements().emojiCollectionView->cells();
+  EXPECT_EQ(name(cells[0]->emojiButton()), "Option 1 of 2");
+  EXPECT_EQ(name(cells[1]->emojiButton()), "Option 2 of 2");
+  EXPECT_EQ(name(elements().submitButton), "Submit");
+}
+
+TEST_F(AccessibilityTest, TheChosenOptionSaysSo) {
+  campaign("SURVEY");
+  choices(2);
+  present();
+  auto* second = popup->findChildren<KifoSurveyCell*>().at(1)->selectButton();
+  EXPECT_EQ(of(second)->role(), QAccessible::RadioButton);
+  EXPECT_FALSE(of(second)->state().checked);
+  of(second)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_TRUE(of(second)->state().checked);
+  EXPECT_EQ(popup->fields().selectActionItem, request->preferences.choices[1]);
+}
+
+TEST_F(AccessibilityTest, TheSliderTellsItsRangeAndTakesAValue) {
+  campaign("SCORE");
+  request->preferences.questionText = "Would you recommend us?";
+  item->minScore = 2;
+  item->maxScore = 9;
+  present();
+  auto* slider = of(elements().slider);
+  EXPECT_EQ(slider->role(), QAccessible::Slider);
+  EXPECT_EQ(name(elements().slider), "Would you recommend us?");
+  ASSERT_TRUE(slider->valueInterface());
+  EXPECT_EQ(slider->valueInterface()->minimumValue().toInt(), 2);
+  EXPECT_EQ(slider->valueInterface()->maximumValue().toInt(), 9);
+  slider->valueInterface()->setCurrentValue(7);
+  EXPECT_EQ(popup->popUpWindowView()->sliderValue(), 7.f);
+  EXPECT_EQ(slider->valueInterface()->currentValue().toInt(), 7);
+}
+
+TEST_F(AccessibilityTest, ABodyWithAnActionIsALinkThatCanBePressed) {
+  campaign("POPUP");
+  item->action = std::make_shared<AppCommunicationItemAction>();
+  int followed = 0;
+  request->actionBodyItem = [&](auto) { ++followed; };
+  present();
+  auto* panel = of(elements().popupView);
+  EXPECT_EQ(panel->role(), QAccessible::Link);
+  panel->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(followed, 1);
+}
+
+TEST_F(AccessibilityTest, ASubmitButtonThatCannotBeUsedYetSaysWhy) {
+  campaign("SURVEY");
+  choices(2);
+  submitButton();
+  present();
+  EXPECT_EQ(of(elements().submitButton)->text(QAccessible::Description), "Choose an answer first");
+  QTest::mouseClick(popup->findChildren<KifoSurveyCell*>().at(0)->selectButton(), Qt::LeftButton);
+  EXPECT_EQ(of(elements().submitButton)->text(QAccessible::Description), "");
+}
+
+}  // namespace
+}  // namespace kifo::testing

@@ -1,0 +1,148 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QThreadPool>
+#include <QTimer>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/ActivityIndicator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoImageCollectionViewCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PageIndicator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
+#include "tests/views/PopupFixture.h"
+
+namespace kifo::testing {
+namespace {
+
+class CarouselTest : public PopupTest {
+ protected:
+  CarouselTest() {
+    options.reducedMotion = false;
+    options.durations.fade = {};
+    campaign("POPUP");
+  }
+
+  void pictures(int count) {
+    for (int i = 0; i < count; ++i) {
+      request->preferences.images.push_back("https://pictures.example/" + std::to_string(i));
+    }
+  }
+
+  PopupCarousel* list() { return elements().popupImageViewList; }
+};
+
+TEST_F(CarouselTest, AdvancesPageByPageAndWrapsWithoutMoving) {
+  pictures(3);
+  options.durations.carouselInterval = std::chrono::hours(1);
+  present();
+  EXPECT_EQ(popup->timer(), nullptr) << "it starts once the popup is up";
+  settle();
+  ASSERT_TRUE(popup->timer());
+  const struct {
+    int page;
+    bool animated;
+  } expected[] = {{1, true}, {2, true}, {0, false}, {1, true}};
+  for (const auto& step : expected) {
+    popup->scrollImageListTimer();
+    EXPECT_EQ(popup->fields().currentIndex, step.page);
+    EXPECT_EQ(list()->currentPage(), step.page);
+    EXPECT_EQ(elements().pageIndicator->currentPage(), step.page);
+    EXPECT_EQ(list()->isScrolling(), step.animated);
+  }
+  EXPECT_EQ(elements().pageIndicator->numberOfPages(), 3);
+}
+
+TEST_F(CarouselTest, AdvancesByItself) {
+  EXPECT_EQ(PopUpDurations().carouselInterval, std::chrono::milliseconds(2000));
+  pictures(2);
+  options.durations.carouselInterval = std::chrono::milliseconds(1);
+  present();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return popup->fields().currentIndex == 1; }, 5000));
+}
+
+TEST_F(CarouselTest, OnePictureIsNoCarousel) {
+  pictures(1);
+  request->preferences.image = "https://pictures.example/single";
+  present();
+  settle();
+  EXPECT_EQ(list(), nullptr);
+  EXPECT_EQ(popup->timer(), nullptr);
+  ASSERT_EQ(fake.http->count(), 1u);
+  EXPECT_EQ(fake.http->requests()[0].url, "https://pictures.example/single");
+}
+
+TEST_F(CarouselTest, ClosingStopsItAndAnOpenEndedAnswerLeavesItRunning) {
+  pictures(2);
+  options.durations.fade = std::chrono::hours(1);
+  present();
+  settle();
+  QTest::mouseClick(elements().closeButton, Qt::LeftButton);
+  EXPECT_EQ(popup->timer(), nullptr);
+  delete popup;
+  campaign("OPEN_ENDED");
+  present();
+  settle();
+  popup->submitButtonPressed();
+  EXPECT_TRUE(popup->isDismissing());
+  EXPECT_TRUE(popup->timer());
+}
+
+TEST_F(CarouselTest, FetchesOnlyWhatIsNearAndKeepsFewCells) {
+  pictures(1000);
+  present();
+  EXPECT_EQ(fake.http->count(), 2u);
+  popup->scrollImageListTimer();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !list()->isScrolling(); }, 5000));
+  EXPECT_EQ(fake.http->count(), 3u);
+  EXPECT_TRUE(list()->cellForItem(1));
+  EXPECT_LE(popup->findChildren<KifoImageCollectionViewCell*>().size(), 4);
+}
+
+TEST_F(CarouselTest, SwipingTurnsThePageAndTouchesNothing) {
+  pictures(3);
+  item->action = std::make_shared<AppCommunicationItemAction>();
+  present();
+  const QPoint middle = list()->rect().center();
+  drag(list(), middle, middle - QPoint(140, 0));
+  EXPECT_EQ(popup->fields().currentIndex, 1);
+  EXPECT_FALSE(popup->isDismissing());
+}
+
+TEST_F(CarouselTest, RightToLeftTheNextPageIsOnTheLeft) {
+  pictures(2);
+  options.layoutDirection = Qt::RightToLeft;
+  present();
+  EXPECT_EQ(list()->cellForItem(0)->x(), 0);
+  EXPECT_LT(list()->cellForItem(1)->x(), 0);
+}
+
+TEST_F(CarouselTest, ACellShowsItsPictureAWheelUntilThenAndNothingBrokenWithoutIt) {
+  pictures(3);
+  present();
+  auto* first = list()->cellForItem(0);
+  EXPECT_TRUE(first->activityIndicatorView()->isAnimating());
+  const QSize size = first->size();
+  fake.http->answer(0, 200, pictureBytes({400, 100}, Qt::red));
+  fake.http->answer(1, 200, "this is no picture");
+  QThreadPool::globalInstance()->waitForDone();
+  settle();
+  EXPECT_FALSE(first->imageView()->image().isNull());
+  EXPECT_FALSE(first->activityIndicatorView()->isAnimating());
+  EXPECT_EQ(first->size(), size);
+  auto* second = list()->cellForItem(1);
+  EXPECT_TRUE(second->imageView()->image().isNull());
+  EXPECT_FALSE(second->activityIndicatorView()->isAnimating());
+}
+
+TEST_F(CarouselTest, ATextThatIsNoUrlIsNamedAndNotFetched) {
+  request->preferences.images = {"http://exa mple/ü%%", ""};
+  present();
+  EXPECT_EQ(fake.http->count(), 0u);
+  const std::string line =
+      "Kifo KifoImageCollectionViewCell: Failed to present attachment due to an invalid url: ";
+  EXPECT_EQ(fake.console->count(line + "http://exa mple/ü%%"), 1u);
+  EXPECT_EQ(fake.console->count(line), 1u);
+}
+
+}  // namespace
+}  // namespace kifo::testing

@@ -1,0 +1,235 @@
+// Popups by keyboard alone.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/CustomSlider.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/OptionButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupListView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
+#include "tests/views/PopupFixture.h"
+
+namespace kifo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+class FocusTest : public PopupTest {
+ protected:
+  FocusTest() : hostField(new QLineEdit(host.get())) {
+    host->setCentralWidget(hostField);
+    hostField->setFocus();
+  }
+
+  QString focused() const {
+    QWidget* widget = QApplication::focusWidget();
+    return widget ? widget->objectName() : QStringLiteral("nobody");
+  }
+
+  void key(Qt::Key code, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), code, modifiers);
+  }
+
+  std::vector<std::string> tabRound(int steps) {
+    std::vector<std::string> names;
+    for (int i = 0; i < steps; ++i) {
+      key(Qt::Key_Tab);
+      names.push_back(focused().toStdString());
+    }
+    return names;
+  }
+
+  QLineEdit* hostField;
+};
+
+TEST_F(FocusTest, WhatTheUserTypesWhenAPopupAppearsPressesNothing) {
+  campaign("POPUP");
+  request->preferences.buttons = {option("b1", "Yes")};
+  bool pressed = false;
+  request->actionItem = [&](auto) { pressed = true; };
+  present();
+  EXPECT_EQ(QApplication::focusWidget(), popup.data());
+  key(Qt::Key_Space);
+  key(Qt::Key_Return);
+  key(Qt::Key_A);
+  EXPECT_FALSE(pressed);
+  EXPECT_EQ(hostField->text(), "");
+}
+
+TEST_F(FocusTest, TabGoesRoundInsideThePopup) {
+  campaign("SCORE");
+  item->maxScore = 10;
+  item->defaultFreeText = DefaultFreeText{};
+  submitButton();
+  present();
+  EXPECT_THAT(tabRound(5),
+              ElementsAre("slider", "textField", "submitButton", "closeButton", "slider"));
+  key(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(focused(), "closeButton");
+}
+
+TEST_F(FocusTest, ASurveyIsOneStopAndItsArrowsMoveWithinIt) {
+  campaign("SURVEY");
+  choices(20);
+  submitButton();
+  present();
+  EXPECT_THAT(tabRound(3), ElementsAre("selectButton", "submitButton", "closeButton"));
+  key(Qt::Key_Tab);
+  key(Qt::Key_Down);
+  key(Qt::Key_Down);
+  key(Qt::Key_Space);
+  EXPECT_EQ(popup->fields().selectActionItem, request->preferences.choices[2]);
+  key(Qt::Key_End);
+  QWidget* last = popup->findChildren<KifoSurveyCell*>().at(19)->selectButton();
+  EXPECT_EQ(QApplication::focusWidget(), last);
+  EXPECT_FALSE(last->visibleRegion().isEmpty()) << "the list follows the focus";
+  key(Qt::Key_Return);
+  EXPECT_EQ(popup->fields().selectActionItem, request->preferences.choices[19]);
+  key(Qt::Key_Tab);
+  key(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(QApplication::focusWidget(), last) << "Tab comes back to where one was";
+}
+
+TEST_F(FocusTest, TheSliderMovesByWholeScores) {
+  campaign("SCORE");
+  item->minScore = 0;
+  item->maxScore = 10;
+  present();
+  key(Qt::Key_Tab);
+  key(Qt::Key_Right);
+  key(Qt::Key_Right);
+  EXPECT_EQ(popup->popUpWindowView()->sliderValue(), 2.f);
+  key(Qt::Key_End);
+  EXPECT_EQ(popup->popUpWindowView()->sliderValue(), 10.f);
+  key(Qt::Key_Left);
+  EXPECT_EQ(popup->popUpWindowView()->sliderValue(), 9.f);
+}
+
+TEST_F(FocusTest, AnAnswerCanBeGivenWithoutAMouse) {
+  campaign("OPEN_ENDED");
+  submitButton();
+  present();
+  key(Qt::Key_Tab);
+  QTest::keyClicks(QApplication::focusWidget(), "fine");
+  key(Qt::Key_Return);
+  EXPECT_EQ(focused(), "submitButton");
+  key(Qt::Key_Return);
+  ASSERT_EQ(reporter->reports.size(), 1u);
+  EXPECT_EQ(reporter->reports[0].answer.openEndedField->freeText, "fine");
+}
+
+TEST_F(FocusTest, AnItemsActionCanBeFollowedWithoutAMouse) {
+  campaign("POPUP");
+  item->action = std::make_shared<AppCommunicationItemAction>();
+  int followed = 0;
+  request->actionBodyItem = [&](auto) { ++followed; };
+  present();
+  key(Qt::Key_Tab);
+  EXPECT_EQ(focused(), "popupView");
+  key(Qt::Key_Space);
+  EXPECT_EQ(followed, 1);
+}
+
+TEST_F(FocusTest, ArrowsTurnTheCarouselsPages) {
+  campaign("POPUP");
+  request->preferences.images = {"https://p.example/1", "https://p.example/2"};
+  present();
+  key(Qt::Key_Tab);
+  EXPECT_EQ(focused(), "popupImageViewList");
+  key(Qt::Key_Right);
+  EXPECT_EQ(elements().popupImageViewList->currentPage(), 1);
+  EXPECT_EQ(popup->fields().currentIndex, 1);
+  key(Qt::Key_Left);
+  EXPECT_EQ(popup->fields().currentIndex, 0);
+}
+
+TEST_F(FocusTest, EscapeClosesFromEverywhereAsTheCloseButtonDoes) {
+  for (int steps = 0; steps < 4; ++steps) {
+    campaign("SCORE");
+    item->maxScore = 3;
+    item->defaultFreeText = DefaultFreeText{};
+    present();
+    tabRound(steps);
+    key(Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(closings, steps + 1);
+    EXPECT_EQ(reporter->reports.size(), static_cast<std::size_t>(steps + 1));
+  }
+}
+
+TEST_F(FocusTest, TheFocusReturnsToWhereItWas) {
+  hostField->setText("draft");
+  campaign("POPUP");
+  present();
+  tabRound(1);
+  key(Qt::Key_Escape);
+  settle();
+  EXPECT_EQ(QApplication::focusWidget(), hostField);
+}
+
+TEST_F(FocusTest, AFieldThatIsGoneIsNotReturnedTo) {
+  campaign("POPUP");
+  present();
+  delete host->takeCentralWidget();
+  key(Qt::Key_Escape);
+  settle();
+  EXPECT_EQ(closings, 1);
+}
+
+TEST_F(FocusTest, TheHostCannotTakeTheFocusFromUnderneath) {
+  campaign("OPEN_ENDED");
+  present();
+  tabRound(1);
+  hostField->setFocus();
+  EXPECT_EQ(focused(), "textField");
+}
+
+TEST_F(FocusTest, AnotherOverlayOnTopMayHaveIt) {
+  campaign("OPEN_ENDED");
+  present();
+  auto* onTop = new QPushButton(host.get());
+  onTop->show();
+  onTop->setFocus();
+  EXPECT_EQ(QApplication::focusWidget(), onTop);
+}
+
+TEST_F(FocusTest, TheHostsShortcutsOnThePopupsKeysWait) {
+  int triggered = 0;
+  QShortcut escape(QKeySequence(Qt::Key_Escape), host.get());
+  QObject::connect(&escape, &QShortcut::activated, host.get(), [&] { ++triggered; });
+  campaign("POPUP");
+  present();
+  key(Qt::Key_Escape);
+  settle();
+  EXPECT_EQ(triggered, 0);
+  EXPECT_EQ(closings, 1);
+}
+
+TEST_F(FocusTest, ATallPanelScrollsByKeyboardBelowACloseButtonThatStays) {
+  host->resize(320, 480);
+  campaign("POPUP");
+  request->preferences.detailText = std::string(3000, 'x');
+  present();
+  QScrollBar* bar = elements().panelScroll->verticalScrollBar();
+  const QRect close = elements().closeButton->geometry();
+  key(Qt::Key_PageDown);
+  EXPECT_GT(bar->value(), 100);
+  key(Qt::Key_Up);
+  EXPECT_LT(bar->value(), 400);
+  EXPECT_EQ(elements().closeButton->geometry(), close);
+  EXPECT_TRUE(popup->rect().contains(close));
+}
+
+}  // namespace
+}  // namespace kifo::testing

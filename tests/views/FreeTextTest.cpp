@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QTest>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextRule.h"
+
+namespace kifo {
+namespace {
+
+class FreeTextFieldTest : public ::testing::Test {
+ protected:
+  FreeTextFieldTest() { field.show(); }
+
+  void paste(const QString& text) {
+    QGuiApplication::clipboard()->setText(text);
+    field.paste();
+  }
+
+  FreeTextField field{PopupTheme::of({}, {}, nullptr), nullptr};
+};
+
+TEST_F(FreeTextFieldTest, RefusesABlankAtTheStartAndOnlyThere) {
+  QTest::keyClicks(&field, " ");
+  EXPECT_EQ(field.text(), "");
+  QTest::keyClicks(&field, "a b ");
+  EXPECT_EQ(field.text(), "a b ");
+}
+
+TEST_F(FreeTextFieldTest, CutsAPasteAtTheLimit) {
+  paste(QString(200, 'x'));
+  EXPECT_EQ(field.text(), QString(150, 'x'));
+  QTest::keyClicks(&field, "y");
+  EXPECT_EQ(field.text(), QString(150, 'x')) << "a full field takes nothing more";
+}
+
+TEST_F(FreeTextFieldTest, CountsBytesAndNeverCutsACharacter) {
+  paste(QString(75, QChar(0xe9)));  // two bytes each
+  EXPECT_EQ(FreeTextRule::bytes(field.text()), 150);
+  field.clear();
+  const QString face = QString::fromUtf8("😀");  // four bytes
+  paste(QString("a") + face.repeated(40));
+  EXPECT_EQ(field.text(), "a" + face.repeated(37));
+  field.clear();
+  const QString accented = QString::fromUtf8("e\u0301");  // three bytes, one character
+  paste(QString("a") + accented.repeated(60));
+  EXPECT_EQ(field.text(), "a" + accented.repeated(49));
+}
+
+TEST_F(FreeTextFieldTest, AppendsAtTheEndWhatReachesTheLimit) {
+  paste(QString(148, 'x'));
+  field.setCursorPosition(0);
+  QTest::keyClicks(&field, "y");
+  EXPECT_EQ(field.text(), "y" + QString(148, 'x')) << "there is still room after it";
+  field.setCursorPosition(0);
+  QTest::keyClicks(&field, "z");
+  EXPECT_EQ(field.text(), "y" + QString(148, 'x') + "z");
+  EXPECT_EQ(field.cursorPosition(), 150);
+}
+
+TEST_F(FreeTextFieldTest, LetsDeleteWhateverIsThere) {
+  paste(QString(150, 'x'));
+  QTest::keyClick(&field, Qt::Key_Backspace);
+  EXPECT_EQ(field.text().size(), 149);
+  field.selectAll();
+  QTest::keyClick(&field, Qt::Key_Delete);
+  EXPECT_EQ(field.text(), "");
+}
+
+TEST(FreeTextRule, TheCounterShowsBytes) {
+  EXPECT_EQ(FreeTextRule::count("twelve bytes"), "12/150");
+  EXPECT_EQ(FreeTextRule::count(QString::fromUtf8("ğü")), "4/150");
+}
+
+}  // namespace
+}  // namespace kifo
