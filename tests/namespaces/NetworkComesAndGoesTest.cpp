@@ -177,9 +177,13 @@ TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
   }
   while (flaps < kFlaps) {
     const bool isSlow = flaps % 10 == 0;  // the others are as quick as can be
-    if (isSlow) EXPECT_TRUE(isOnlineAtLast());
+    if (isSlow) {
+      EXPECT_TRUE(isOnlineAtLast());
+    }
     net_->setLink("host0", false);
-    if (isSlow) EXPECT_TRUE(goesOffline());
+    if (isSlow) {
+      EXPECT_TRUE(goesOffline());
+    }
     net_->setLink("host0", true);
     ++flaps;
     flaps.notify_all();
