@@ -81,7 +81,12 @@ void InAppTrigger::reset() {
 
 void InAppTrigger::look(const std::string& eventName, Due due) {
   auto answer = Session::shared().appCommunication();
-  if (!answer || !answer->model || answer->model->empty()) return;
+  if (!answer || !answer->model || answer->model->empty()) {
+    KIFO_INSPECT("campaign", {{"event", eventName},
+                              {"outcome", "no match"},
+                              {"reason", answer ? "no campaigns" : "no answer yet"}});
+    return;
+  }
   Platform::current()->mainQueue->post(
       [answer = std::move(answer), eventName, due = std::move(due)] {
         bool found = false;

@@ -116,6 +116,19 @@ void show(PopupType type, const DuePopup& due) {
   }
 }
 
+bool isEmpty(const InAppAnswer& answer) {
+  return !answer.body && !answer.choice && !answer.button && !answer.scoreField &&
+         !answer.openEndedField && !answer.choiseField;
+}
+
+/// What became of a campaign, and for what reason.
+void inspect(const AppCommunicationItem* item, const char* outcome, const char* reason = "") {
+  KIFO_INSPECT("campaign", {{"uuid", item ? item->uuid.value_or("") : ""},
+                            {"type", item ? item->type.value_or("") : ""},
+                            {"outcome", outcome},
+                            {"reason", reason}});
+}
+
 class Reporter final : public InAppReporter {
  public:
   void opened(std::shared_ptr<AppCommunicationItem> item,
@@ -126,6 +139,7 @@ class Reporter final : public InAppReporter {
   void answered(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
                 std::shared_ptr<ViewController> controller,
                 std::optional<std::string> pageName) override {
+    inspect(item.get(), isEmpty(answer) ? "closed" : "answered");
     KifoEventManager::sendInAppMessageEvent(
         std::move(item), answer.body, answer.choice, answer.button, answer.scoreField,
         answer.openEndedField, answer.choiseField, std::move(controller), std::move(pageName));
@@ -198,6 +212,7 @@ void KifoEventManager::sendEvent(std::shared_ptr<ViewController> controller,
                   onActionRequired = std::move(onActionRequired)](const auto& item) {
         const auto stillThere = screen.lock();
         if (!hasController) {
+          inspect(item.get(), "refused", "controller is nil, couldn't call handlePopupAction");
           print("controller is nil, couldn't call handlePopupAction");
         } else if (stillThere) {
           handlePopupAction(stillThere, pageName, item, false, onActionRequired);
@@ -211,6 +226,7 @@ void KifoEventManager::sendEvent(const std::string& eventName, std::optional<std
   InAppTrigger::shared().eventSent(
       eventName, [onActionRequired = std::move(onActionRequired)](const auto& item) {
         if (!item->type) return print("couldn't get action type!");
+        inspect(item.get(), "handed to the host");
         print("action: " + *item->type);
         callHost(logTag("KifoEventManager"), onActionRequired, item);
       });
@@ -277,7 +293,10 @@ void KifoEventManager::handlePopupAction(std::shared_ptr<ViewController> control
   const std::string type = action->type.value_or("");
   print("handlePopupAction: " + type);
   const auto kind = popupType(type);
-  if (!kind) return print("couldn't get a actionType for popup");
+  if (!kind) {
+    inspect(action.get(), "refused", "couldn't get a actionType for popup");
+    return print("couldn't get a actionType for popup");
+  }
   DuePopup due{controller, std::move(pageName), std::move(action),
                [onActionRequired = std::move(onActionRequired)](const auto& button) {
                  callHost(logTag("KifoEventManager"), onActionRequired, button);

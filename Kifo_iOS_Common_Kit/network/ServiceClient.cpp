@@ -147,7 +147,7 @@ void ServiceClient::cache(const std::shared_ptr<Outgoing>& request) {
       },
       [request](bool stored) {
         request->isStored = stored;
-        KIFO_INSPECT(stored ? "stored" : "notStored", {{"requestId", request->requestId}});
+        if (stored) KIFO_INSPECT("stored", {{"requestId", request->requestId}});
       });
 }
 
@@ -206,6 +206,10 @@ void ServiceClient::handleAnswer(const std::shared_ptr<Outgoing>& request,
     } else {
       handleRefusal(*request, answer.status);
     }
+  }
+  // A row is tried once.
+  if (request->isCached.value_or(false) && (answer.error || answer.status != kOk)) {
+    KIFO_INSPECT("givenUp", {{"requestId", request->requestId}, {"reason", "not answered 200"}});
   }
   // Behind the statements of above, so that whoever waits for this request finds them done.
   const bool delivered = !answer.error && answer.status == kOk;
@@ -319,7 +323,7 @@ void ServiceClient::resend(const KifoLog& log) {
   if (!isUtf8(log._paramaters)) return print("data is nil");
   const auto parameters = parametersFromText(log._paramaters);
   if (!parameters || !isUrl(log._url)) {
-    KIFO_INSPECT("givenUp", {{"requestId", log._requestId}});
+    KIFO_INSPECT("givenUp", {{"requestId", log._requestId}, {"reason", "unreadable"}});
     return;
   }
   const bool isPost = log._httpMethod == rawValue(HTTPMethod::post);

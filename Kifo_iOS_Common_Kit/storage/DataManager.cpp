@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
 namespace kifo {
@@ -67,7 +68,12 @@ void DataManager::createTable() const {
 
 void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLog& log,
                             std::function<void(bool)> stored) const {
-  if (count >= limit || !isQuotable(log)) {
+  const bool isFull = count >= limit;
+  if (isFull || !isQuotable(log)) {
+    KIFO_INSPECT("notStored", {{"requestId", log._requestId},
+                               {"reason", isFull ? "cap" : "apostrophe"},
+                               {"waiting", std::to_string(count)},
+                               {"limit", std::to_string(limit)}});
     if (stored) stored(false);
     return;
   }

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Kifo_iOS_Common_Kit/ports/Platform.h"
+#include "apps/kifo/host/Arguments.h"
+#include "apps/kifo/host/CountingQueue.h"
+#include "apps/kifo/host/Output.h"
+#include "apps/kifo/host/ScriptedClock.h"
+#include "apps/kifo/host/ScriptedNotificationCentre.h"
+#include "testing/FakeDeviceProbe.h"
+#include "testing/FakePositionSource.h"
+#include "testing/FakeReachability.h"
+
+namespace kifo::tool {
+
+/// The world around the SDK as a script tells it: network, device, position, permission, stored
+/// values. Queues, HTTP, the database and the clock are the system's.
+///
+/// **Threading:** the script's thread. What it tells the SDK is thread-safe.
+class World {
+ public:
+  /// `home` is where the database and the user defaults lie.
+  World(std::string home, std::shared_ptr<Output> output, bool tellsDecisions,
+        std::shared_ptr<PopupPresenter> popups);
+
+  /// Puts a platform of this world in force; a second time after the SDK was shut down.
+  void install();
+
+  /// Each carries out what one line of the script says of it, and returns once the SDK knows.
+  void network(const nlohmann::json& value);
+  void device(Arguments arguments);
+  void location(Arguments arguments);
+  void defaults(const EventParameters& values);
+  void permission(std::int64_t status) { notifications_->status = static_cast<int>(status); }
+
+  /// Whether no queue has work and no request is under way.
+  [[nodiscard]] bool isIdle() const;
+  /// What keeps it from being idle, in plain words.
+  [[nodiscard]] std::string business() const;
+  [[nodiscard]] std::uint64_t generation() const { return activity_->generation(); }
+
+  /// A queue for what is to happen later; what waits there keeps nobody from being idle.
+  [[nodiscard]] const std::shared_ptr<SerialQueue>& timers() const { return timers_; }
+
+  [[nodiscard]] ScriptedNotificationCentre& notifications() { return *notifications_; }
+
+ private:
+  const std::string home_;
+  const std::shared_ptr<Output> output_;
+  const bool tellsDecisions_;
+  const std::shared_ptr<PopupPresenter> popups_;
+  const std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
+  const std::shared_ptr<testing::FakeReachability> reachability_;
+  const std::shared_ptr<testing::FakeDeviceProbe> device_;
+  const std::shared_ptr<testing::FakePositionSource> position_;
+  const std::shared_ptr<ScriptedNotificationCentre> notifications_;
+  std::shared_ptr<ScriptedClock> clock_;
+  std::shared_ptr<SerialQueue> timers_;
+};
+
+}  // namespace kifo::tool

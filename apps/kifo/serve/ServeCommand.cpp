@@ -1,0 +1,103 @@
+#include "apps/kifo/serve/ServeCommand.h"
+
+#include <csignal>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+
+#include "apps/kifo/serve/EventPrinter.h"
+#include "apps/server/LocalServer.h"
+
+namespace kifo::tool {
+namespace {
+
+struct Options {
+  int port = 0;
+  std::string campaigns;
+  std::string log;
+  // The faults as they are written; empty ones are not set.
+  double latency = 0.0;
+  int status = 0;
+  int everyOther = 0;
+  std::string body, connection, on;
+  std::uint64_t times = 0;
+};
+
+server::Faults faultsOf(const Options& options) {
+  nlohmann::json json = {{"latency", options.latency}};
+  if (options.status != 0) json["status"] = options.status;
+  if (options.everyOther != 0) json["everyOther"] = options.everyOther;
+  if (!options.body.empty()) json["body"] = options.body;
+  if (!options.connection.empty()) json["connection"] = options.connection;
+  if (!options.on.empty()) json["on"] = options.on;
+  if (options.times != 0) json["times"] = options.times;
+  std::string problem;
+  const auto faults = server::Faults::fromJson(json, problem);
+  if (!faults) throw std::runtime_error(problem);
+  return *faults;
+}
+
+/// The signals that end the server. Blocked before any thread is made, so that only the wait for
+/// them takes them.
+sigset_t blockedEnds() {
+  sigset_t ends;
+  sigemptyset(&ends);
+  sigaddset(&ends, SIGTERM);
+  sigaddset(&ends, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &ends, nullptr);
+  return ends;
+}
+
+int run(const Options& options) {
+  const sigset_t ends = blockedEnds();
+  EventPrinter printer(options.log);
+  server::LocalServer server(server::LocalServer::Options{.port = options.port});
+  server.setFaults(faultsOf(options));
+  if (!options.campaigns.empty()) server.campaigns().servePath(options.campaigns);
+  if (const auto problem = server.campaigns().problem(); !problem.empty()) {
+    throw std::runtime_error(problem);
+  }
+  server.observe([&](const server::ReceivedRequest& request) { printer.received(request); });
+  if (server.start() == 0) {
+    throw std::runtime_error("port " + std::to_string(options.port) + " cannot be had");
+  }
+  std::cout << "ready " << server.uri() << std::endl;
+  std::cerr << "  in-app query  " << server.apiUri() << "\n  events        " << server.listenerUri()
+            << "\n  faults        " << server.uri() << "/faults\n";
+  int signal = 0;
+  sigwait(&ends, &signal);
+  server.stop();
+  return 0;
+}
+
+}  // namespace
+
+void addServeCommand(CLI::App& program, int& status) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* command = program.add_subcommand("serve", "A server on this machine to talk to");
+  command->add_option("--port", options->port, "0, as without it: a free one")
+      ->check(CLI::Range(0, 65535));
+  command->add_option("--campaigns", options->campaigns,
+                      "A JSON answer, or a folder of them; read again when they change");
+  command->add_option("--log", options->log, "Adds each request to this file, a line of JSON each");
+  command->add_option("--latency", options->latency, "Seconds by which each answer is late")
+      ->check(CLI::NonNegativeNumber);
+  command->add_option("--status", options->status, "Answers this in place of 200");
+  command->add_option("--every-other", options->everyOther, "Answers every second request with this");
+  command->add_option("--body", options->body, "truncated, invalid-utf8, empty or huge");
+  command->add_option("--connection", options->connection, "drop, or die in the middle of an answer");
+  command->add_option("--on", options->on, "Whom faults meet: all, api or listener");
+  command->add_option("--times", options->times, "How many requests faults meet; all without it");
+  command->footer(
+      "Prints \"ready ADDRESS\", then a line for each request, until it is interrupted.\n"
+      "Faults can be changed while it runs: POST a JSON object to /faults. GET /requests gives all\n"
+      "that was received.\n\n"
+      "  kifo serve --port 8080 --campaigns samples/campaigns --log events.jsonl\n"
+      "  kifo serve --latency 2 --every-other 500\n"
+      "  curl -d '{\"connection\": \"drop\", \"times\": 3}' http://127.0.0.1:8080/faults");
+  command->callback([options, &status] { status = run(*options); });
+}
+
+}  // namespace kifo::tool

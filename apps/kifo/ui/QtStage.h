@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QStackedWidget>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "apps/kifo/host/Stage.h"
+#include "platform/qt/QtPopupPresenter.h"
+
+namespace kifo::tool {
+
+/// Hands popups on to the real presenter, and knows which of them are still somewhere.
+///
+/// **Threading:** thread-safe.
+class WatchedPresenter final : public PopupPresenter {
+ public:
+  WatchedPresenter();
+
+  void present(std::shared_ptr<const PopupRequest> request) override;
+
+  /// Popups that wait or are shown.
+  [[nodiscard]] std::size_t alive();
+
+ private:
+  QtPopupPresenter presenter_;
+  std::mutex mutex_;
+  std::vector<std::weak_ptr<const PopupRequest>> requests_;  // guarded by mutex_
+};
+
+/// The stage with real widgets: one window whose pages are the screens, as on a phone.
+///
+/// **Threading:** made on the UI thread; the operations of `Stage` on any other one.
+class QtStage final : public QObject, public Stage {
+  Q_OBJECT
+
+ public:
+  explicit QtStage(std::shared_ptr<Output> output);
+
+  [[nodiscard]] std::shared_ptr<PopupPresenter> presenter() const override { return presenter_; }
+  [[nodiscard]] std::shared_ptr<KifoViewController> makeScreen(const std::string& name) override;
+  void appear(KifoViewController& screen) override;
+  void disappear(KifoViewController& screen) override;
+  void perform(const UserAction& action) override;
+  [[nodiscard]] bool isSettled() override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void shown(PopUpWindow& popup);
+  PopUpWindow* current() const;
+
+  const std::shared_ptr<Output> output_;
+  const std::shared_ptr<WatchedPresenter> presenter_;
+  QStackedWidget window_;
+  std::vector<QPointer<PopUpWindow>> popups_;  ///< Those on the screen, oldest first.
+};
+
+}  // namespace kifo::tool
