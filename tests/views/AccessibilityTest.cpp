@@ -40,12 +40,18 @@ class AccessibilityTest : public PopupTest {
   QAccessible::UpdateHandler previous_;
 };
 
-TEST_F(AccessibilityTest, ThePopupIsADialogAndIsAnnouncedOnce) {
+TEST_F(AccessibilityTest, ThePopupIsAnnouncedOnce) {
+  if (!QAccessible::isActive()) GTEST_SKIP() << "this Qt platform keeps accessibility inactive";
   campaign("POPUP");
   present();
   settle();
   ASSERT_EQ(alerts.size(), 1u);
   EXPECT_EQ(alerts[0].data(), popup.data());
+}
+
+TEST_F(AccessibilityTest, ThePopupIsAModalDialogWithNameAndDescription) {
+  campaign("POPUP");
+  present();
   EXPECT_EQ(of(popup)->role(), QAccessible::Dialog);
   EXPECT_TRUE(of(popup)->state().modal);
   EXPECT_EQ(name(popup), "Your opinion counts");

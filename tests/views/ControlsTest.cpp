@@ -80,7 +80,9 @@ TEST_P(Contrast, ReplacesOnlyWhatThePolicyCallsIllegible) {
   const auto& [text, behind, policy, kept] = GetParam();
   const QColor painted = legibleOn(text, behind, policy);
   EXPECT_EQ(painted == text, kept);
-  if (!kept) EXPECT_GE(contrastRatio(painted, behind), 4.5);
+  if (!kept) {
+    EXPECT_GE(contrastRatio(painted, behind), 4.5);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(

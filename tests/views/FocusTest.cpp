@@ -29,6 +29,7 @@ class FocusTest : public PopupTest {
  protected:
   FocusTest() : hostField(new QLineEdit(host.get())) {
     host->setCentralWidget(hostField);
+    hostField->show();
     hostField->setFocus();
   }
 

@@ -125,13 +125,15 @@ void expectApart(const QWidget* parent) {
 
 void expectRoom(const PopUpWindow* popup) {
   for (const auto* label : popup->findChildren<PopupLabel*>()) {
-    if (label->isVisible())
+    if (label->isVisible()) {
       EXPECT_GE(label->height(), label->heightFor(label->width())) << label->text().toStdString();
+    }
   }
   for (const auto* button : popup->findChildren<PopupButton*>()) {
-    if (button->isVisible())
+    if (button->isVisible()) {
       EXPECT_GE(button->height(), button->heightFor(button->width()))
           << button->text().toStdString();
+    }
   }
 }
 

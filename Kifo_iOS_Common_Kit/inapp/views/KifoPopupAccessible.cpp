@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupOverlay.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupAccessibility.h"
 
 namespace kifo {
 namespace {
@@ -33,6 +34,7 @@ void KifoPopupAccessible::announce(QWidget* overlay) {
     return true;
   }();
   Q_UNUSED(installed)
+  renewAccessible(overlay);
   QAccessibleEvent event(overlay, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
 }

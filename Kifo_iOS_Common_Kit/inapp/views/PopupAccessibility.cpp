@@ -55,6 +55,12 @@ void setAccessibleRole(QWidget* widget, QAccessible::Role role) {
   }();
   Q_UNUSED(installed)
   widget->setProperty(kRole, static_cast<int>(role));
+  renewAccessible(widget);
+}
+
+void renewAccessible(QWidget* widget) {
+  QAccessibleInterface* known = QAccessible::queryAccessibleInterface(widget);
+  if (known) QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(known));
 }
 
 }  // namespace kifo

@@ -40,7 +40,8 @@ UserAction userAction(Arguments& arguments) {
   const auto word = arguments.text("popup");
   const auto kind = kinds.find(word);
   if (kind == kinds.end()) throw BadLine("a popup has no \"" + word + "\"");
-  UserAction action{kind->second};
+  UserAction action;
+  action.kind = kind->second;
   if (action.kind == Kind::button || action.kind == Kind::select) {
     action.text = arguments.text("id");
   } else if (action.kind == Kind::type) {

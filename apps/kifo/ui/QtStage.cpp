@@ -133,7 +133,8 @@ bool QtStage::eventFilter(QObject* watched, QEvent* event) {
 
 void QtStage::shown(PopUpWindow& popup) {
   // Its window may be hidden and shown again.
-  if (std::ranges::find(popups_, &popup) != popups_.end()) return;
+  const auto isThis = [&](const QPointer<PopUpWindow>& known) { return known == &popup; };
+  if (std::ranges::any_of(popups_, isThis)) return;
   popups_.emplace_back(&popup);
   output_->line(lineOf(popup).line("shown"));
   connect(&popup, &PopUpWindow::closed, this,
