@@ -8,7 +8,7 @@ import subprocess
 import sys
 
 OWN = re.compile(r"^(typeinfo (name )?for |vtable for |VTT for |guard variable for "
-                 r"|(non-virtual|virtual) thunk to )?kifo::")
+                 r"|(non-virtual|virtual) thunk to |std::optional<kifo::\w+> )?kifo::")
 
 
 def main():

@@ -161,7 +161,8 @@ void PopUpWindowView::moveOpennessTo(double openness) {
 
 void PopUpWindowView::setOpenness(double openness) {
   openness_ = openness;
-  if (openness == 0) elements_.fieldView->hide();
+  // The animation's first value is where it starts: a block that opens begins closed, and hidden.
+  elements_.fieldView->setVisible(openness > 0);
   arrange();
 }
 
