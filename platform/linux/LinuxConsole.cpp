@@ -9,6 +9,7 @@
 #include <chrono>
 #include <climits>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 namespace kifo {
@@ -73,7 +74,7 @@ class LinuxConsole::Buffer : public std::enable_shared_from_this<Buffer> {
   const std::shared_ptr<SerialQueue> queue_;
   const Output output_;
 
-  std::timed_mutex writing_;
+  std::mutex writing_;
   std::string pending_;  // guarded by writing_: taken out of waiting_ and not yet written
 
   std::mutex mutex_;
@@ -117,7 +118,12 @@ void LinuxConsole::Buffer::finish(SerialQueue::Duration bound) {
     const std::lock_guard lock(mutex_);
     finished_ = true;
   }
-  const std::unique_lock turn(writing_, until);
+  // At the end of the process: a thread that writes is looked in on until it is done or time is up.
+  std::unique_lock turn(writing_, std::try_to_lock);
+  while (!turn && Clock::now() < until) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    turn = std::unique_lock(writing_, std::try_to_lock);
+  }
   if (turn) drain(until);
 }
 
