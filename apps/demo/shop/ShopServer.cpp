@@ -20,6 +20,16 @@ QString detailOf(const server::ReceivedRequest& event) {
   return {};
 }
 
+/// The name of its picture in the sample push; null for what is not in it.
+const char* pushPictureOf(const Product& product) {
+  switch (product.motif) {
+    case Motif::lamp: return "push-lamp";
+    case Motif::armchair: return "push-chair";
+    case Motif::books: return "push-books";
+    default: return nullptr;
+  }
+}
+
 }  // namespace
 
 ShopServer::ShopServer(QObject* parent) : QObject(parent) {
@@ -33,6 +43,7 @@ bool ShopServer::start() {
   if (server_.start() == 0) return false;
   servePictures();
   serveCampaigns();
+  servePushes();
   return true;
 }
 
@@ -47,9 +58,22 @@ void ShopServer::servePictures() {
   serve("room-morning", roomImage(size, Daytime::morning));
   serve("room-noon", roomImage(size, Daytime::noon));
   serve("room-evening", roomImage(size, Daytime::evening));
+  for (const Product& product : catalogue()) {
+    if (const char* name = pushPictureOf(product)) serve(name, productImage({800, 760}, product));
+  }
   serve("face-sad", faceImage(128, Face::sad));
   serve("face-fair", faceImage(128, Face::fair));
   serve("face-happy", faceImage(128, Face::happy));
+}
+
+void ShopServer::servePushes() {
+  server_.respond("/push", [this](const server::ReceivedRequest& request) {
+    if (!request.json || !request.json->is_object()) {
+      return server::LocalServer::Answer{.status = 400, .body = R"({"error":"no JSON object"})"};
+    }
+    Q_EMIT pushed(QByteArray::fromStdString(request.body));
+    return server::LocalServer::Answer{.body = "{}"};
+  });
 }
 
 void ShopServer::serveCampaigns() {

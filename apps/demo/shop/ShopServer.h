@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 
@@ -9,7 +10,8 @@ namespace kifo::shop {
 
 /// The shop's server, in the same process: campaigns, their pictures, and an ear for events.
 ///
-/// **Threading:** made and started on the UI thread; `heard` is sent from the server's own threads.
+/// **Threading:** made and started on the UI thread; its signals are sent from the server's own
+/// threads.
 class ShopServer : public QObject {
   Q_OBJECT
 
@@ -24,10 +26,13 @@ class ShopServer : public QObject {
  Q_SIGNALS:
   /// An event arrived; `detail` says the most telling of its particulars.
   void heard(const QString& name, const QString& detail);
+  /// Someone posted a push's user info, a JSON object, to "/push".
+  void pushed(const QByteArray& push);
 
  private:
   void servePictures();
   void serveCampaigns();
+  void servePushes();
 
   server::LocalServer server_;
 };

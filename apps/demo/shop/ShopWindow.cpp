@@ -15,7 +15,7 @@ namespace kifo::shop {
 namespace {
 
 constexpr int kRoomForActivity = 860;
-constexpr int kRoomForAlerts = 500;  // Below it the bar holds the shop's own pages only.
+constexpr int kRoomForExtras = 600;  // Below it the bar holds the shop's own pages only.
 
 }  // namespace
 
@@ -46,7 +46,7 @@ ShopWindow::ShopWindow()
   basketPage_ = new BasketScreen(basket_);
   NavigationButton* basketButton = addScreen(tr("Basket"), static_cast<ShopScreen*>(basketPage_));
   addScreen(tr("Account"), new AccountScreen);
-  alertsButton_ = addScreen(tr("Alerts"), new AlertsScreen);
+  addExtra(tr("Alerts"), new AlertsScreen);
   activitySwitch_->setChecked(true);
   centre->setFocus();
 
@@ -73,6 +73,10 @@ NavigationButton* ShopWindow::addScreen(const QString& name, ShopScreen* screen)
   return addPage(name, screen);
 }
 
+void ShopWindow::addExtra(const QString& name, ShopScreen* screen) {
+  extraButtons_.push_back(addScreen(name, screen));
+}
+
 void ShopWindow::showPage(QWidget* page) {
   pages_->setCurrentWidget(page);
   // A product has no button of its own; it stands on the shelf.
@@ -91,7 +95,7 @@ void ShopWindow::followLink(const QString& link) {
 
 void ShopWindow::showActivityWhereThereIsRoom() {
   const bool hasRoom = width() >= kRoomForActivity;
-  alertsButton_->setVisible(width() >= kRoomForAlerts);
+  for (auto* button : extraButtons_) button->setVisible(width() >= kRoomForExtras);
   activitySwitch_->setVisible(hasRoom);
   activity_->setVisible(hasRoom && activitySwitch_->isChecked());
 }

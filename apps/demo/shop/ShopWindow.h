@@ -3,6 +3,7 @@
 #include <QButtonGroup>
 #include <QMainWindow>
 #include <QStackedWidget>
+#include <vector>
 
 #include "apps/demo/shop/ActivityPanel.h"
 #include "apps/demo/shop/Basket.h"
@@ -27,6 +28,9 @@ class ShopWindow : public QMainWindow {
   /// Adds a page of the shop, whose campaigns' links are followed.
   NavigationButton* addScreen(const QString& name, ShopScreen* screen);
 
+  /// Adds a page of the shop that has a button in the bar only while there is room for it.
+  void addExtra(const QString& name, ShopScreen* screen);
+
   void showPage(QWidget* page);
   /// Goes where a campaign leads: "shop://basket" or "shop://product/<id>"; other links are
   /// ignored.
@@ -44,7 +48,7 @@ class ShopWindow : public QMainWindow {
   Basket basket_;
   NavigationBar* bar_;
   NavigationButton* activitySwitch_;
-  NavigationButton* alertsButton_ = nullptr;
+  std::vector<NavigationButton*> extraButtons_;
   QStackedWidget* pages_;
   ActivityPanel* activity_;
   QButtonGroup pageButtons_;

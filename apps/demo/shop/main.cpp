@@ -4,11 +4,16 @@
 #include <QCommandLineParser>
 #include <QTemporaryDir>
 #include <cstdio>
+#include <memory>
+#include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "apps/demo/shop/NotificationPanel.h"
+#include "apps/demo/shop/NotificationPanelDesk.h"
 #include "apps/demo/shop/ShopServer.h"
 #include "apps/demo/shop/ShopWindow.h"
 #include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/tour/PushTourDesktop.h"
 #include "apps/demo/shop/tour/Tour.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/qt/QtPlatform.h"
@@ -28,12 +33,14 @@ bool hasDisplay() {
   return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
-void startSdk(const server::LocalServer& server, const QString& home, bool isVerbose) {
+void startSdk(const server::LocalServer& server, std::shared_ptr<NotificationCentre> pushes,
+              const QString& home, bool isVerbose) {
   LinuxPlatformOptions options;
   options.documentsDirectory = home.toStdString();
   options.applicationIdentifier = "com.example.nook";
   options.reachabilityTargets = {server.apiUri(), server.listenerUri()};
   Platform platform = withQt(makeLinuxPlatform(options));
+  if (pushes) platform.notifications = std::move(pushes);
   if (!isVerbose) platform.console = std::make_shared<Silence>();
   Platform::install(std::move(platform));
 
@@ -68,6 +75,19 @@ Wishes wishesOf(const QApplication& application) {
           .output = parser.value(output)};
 }
 
+/// Null without a bus.
+std::unique_ptr<shop::NotificationPanelDesk> deskOn(const QString& bus) {
+  return bus.isEmpty() ? nullptr : std::make_unique<shop::NotificationPanelDesk>(bus);
+}
+
+void addPushes(shop::ShopWindow& window, shop::ShopServer& server,
+               shop::NotificationPanelDesk& desk) {
+  QObject::connect(&server, &shop::ShopServer::pushed, &desk,
+                   &shop::NotificationPanelDesk::deliver);
+  const QString address = QString::fromStdString(server.server().uri());
+  window.addExtra(shop::ShopWindow::tr("Pushes"), new shop::NotificationPanel(desk, address));
+}
+
 int run(QApplication& application, const Wishes& wishes) {
   const QTemporaryDir home;
   shop::ShopServer server;
@@ -75,15 +95,23 @@ int run(QApplication& application, const Wishes& wishes) {
     std::fprintf(stderr, "kifo-shop: no folder or no port to be had\n");
     return 1;
   }
-  startSdk(server.server(), home.path(), wishes.isVerbose);
+  // A tour leaves the visitor's own desktop alone.
+  std::unique_ptr<shop::PushTourDesktop> desktop;
+  if (wishes.visitsItself) desktop = std::make_unique<shop::PushTourDesktop>();
+  const auto desk = deskOn(desktop ? desktop->address()
+                                   : qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
+  startSdk(server.server(), desk ? desk->centre() : nullptr, home.path(), wishes.isVerbose);
   int status = 0;
   {
     shop::ShopWindow window;
     QObject::connect(&server, &shop::ShopServer::heard, window.activity(),
                      &shop::ActivityPanel::heard);
+    if (desk) addPushes(window, server, *desk);
     window.show();
-    status = wishes.visitsItself ? shop::Tour(window, server.server(), wishes.output).run() ? 0 : 1
-                                 : application.exec();
+    const auto visit = [&] {
+      return shop::Tour(window, server.server(), *desktop, wishes.output).run() ? 0 : 1;
+    };
+    status = desktop ? visit() : application.exec();
   }
   Kifo::shutdown();
   return status;

@@ -7,11 +7,13 @@
 #include <utility>
 
 #include "apps/demo/shop/tour/AlertsTour.h"
+#include "apps/demo/shop/tour/PushTour.h"
 
 namespace kifo::shop {
 
-Tour::Tour(QWidget& window, server::LocalServer& server, const QString& folder)
-    : window_(window), visitor_(window, folder), ear_(server) {}
+Tour::Tour(QWidget& window, server::LocalServer& server, PushTourDesktop& desktop,
+           const QString& folder)
+    : window_(window), visitor_(window, folder), ear_(server), desktop_(desktop) {}
 
 bool Tour::run() {
   using Stop = std::pair<const char*, bool (Tour::*)()>;
@@ -26,6 +28,7 @@ bool Tour::run() {
                          {"A survey from right to left", &Tour::rightToLeft},
                          {"A carousel", &Tour::carousel},
                          {"The alerts", &Tour::alerts},
+                         {"The pushes", &Tour::pushes},
                          {"A small window", &Tour::smallWindow}};
   int failures = 0;
   for (const auto& [name, stop] : stops) {
@@ -165,6 +168,11 @@ bool Tour::alerts() {
   visitor_.waitForStillness();
   if (!ear_.hears({{"name", "page_in"}, {"page_name", "AlertsScreen"}})) return false;
   const bool isGood = AlertsTour(visitor_).run();
+  return visitor_.click("Shop") && isGood;
+}
+
+bool Tour::pushes() {
+  const bool isGood = PushTour(visitor_, ear_, desktop_).run();
   return visitor_.click("Shop") && isGood;
 }
 

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "apps/demo/shop/tour/Ear.h"
+#include "apps/demo/shop/tour/PushTourDesktop.h"
 #include "apps/demo/shop/tour/Visitor.h"
 
 namespace kifo::shop {
@@ -15,8 +16,9 @@ namespace kifo::shop {
 /// **Threading:** UI thread only.
 class Tour {
  public:
-  /// Pictures go to `folder`.
-  Tour(QWidget& window, server::LocalServer& server, const QString& folder);
+  /// Pictures go to `folder`; `desktop` is where the shop's pushes are shown.
+  Tour(QWidget& window, server::LocalServer& server, PushTourDesktop& desktop,
+       const QString& folder);
 
   /// Whether all went as it should; what did not was printed.
   bool run();
@@ -33,6 +35,7 @@ class Tour {
   bool longSurvey();
   bool rightToLeft();
   bool alerts();
+  bool pushes();
   bool smallWindow();
 
   /// Clicks `button`, waits for the popup and keeps its picture; the server must hear of its
@@ -46,6 +49,7 @@ class Tour {
   QWidget& window_;
   Visitor visitor_;
   Ear ear_;
+  PushTourDesktop& desktop_;
 };
 
 }  // namespace kifo::shop

@@ -1,0 +1,27 @@
+#include "apps/demo/shop/NotificationPanelDesk.h"
+
+#include <QPointer>
+#include <utility>
+
+namespace kifo::shop {
+
+NotificationPanelDesk::NotificationPanelDesk(const QString& busAddress) {
+  DesktopNotificationCentre::Options options;
+  options.applicationName = "Nook";
+  options.busAddress = busAddress.toStdString();
+  centre_ = std::make_shared<DesktopNotificationCentre>(
+      std::move(options), [desk = QPointer(this)](const auto& action, const std::string&) {
+        if (!desk) return;
+        const bool leads = action && action->link;
+        Q_EMIT desk->clicked(leads ? QString::fromStdString(*action->link) : QString());
+      });
+}
+
+void NotificationPanelDesk::deliver(const QByteArray& push) {
+  UserInfo userInfo = UserInfo::parse(push.toStdString(), nullptr, /*allow_exceptions=*/false);
+  if (!userInfo.is_object()) return;
+  Q_EMIT arrived({{"", std::make_shared<NotificationContent>(contentOfPush(userInfo))}});
+  centre_->deliver(std::move(userInfo));
+}
+
+}  // namespace kifo::shop

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <memory>
+
+#include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
+#include "platform/qt/DesktopNotificationCentre.h"
+
+namespace kifo::shop {
+
+/// Where the shop's pushes come in: hands them to the desktop and tells the panel what came and
+/// what was clicked.
+///
+/// **Threading:** UI thread only, made after the QApplication and before the SDK starts.
+class NotificationPanelDesk : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `busAddress`: another bus than the session's; empty for that one.
+  explicit NotificationPanelDesk(const QString& busAddress = {});
+
+  [[nodiscard]] std::shared_ptr<DesktopNotificationCentre> centre() const { return centre_; }
+
+  /// Takes a push's user info as it came, a JSON object. Other texts are ignored.
+  void deliver(const QByteArray& push);
+
+ Q_SIGNALS:
+  void arrived(const kifo::Notification& push);
+  /// The push or one of its buttons was clicked; it leads to `link`, or nowhere when that is empty.
+  void clicked(const QString& link);
+
+ private:
+  std::shared_ptr<DesktopNotificationCentre> centre_;
+};
+
+}  // namespace kifo::shop

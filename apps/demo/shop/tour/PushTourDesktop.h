@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVariantMap>
+#include <vector>
+
+namespace kifo::shop {
+
+/// A desktop for the tour alone: a message bus of its own with a notification service on it, which
+/// keeps what it is asked to show and clicks when the tour says so. The visitor's own desktop hears
+/// nothing of it. Both end with this object.
+///
+/// **Threading:** UI thread only. **Errors:** without a bus to be had `address` is empty.
+class PushTourDesktop : public QDBusVirtualObject {
+ public:
+  struct Shown {
+    QString title;
+    QStringList actions;  ///< Keys and texts in turns.
+    QVariantMap hints;
+  };
+
+  PushTourDesktop();
+  ~PushTourDesktop() override;
+
+  [[nodiscard]] const QString& address() const { return address_; }
+  [[nodiscard]] const std::vector<Shown>& shown() const { return shown_; }
+
+  /// Clicks the action `key` of the notification that was shown last.
+  void invoke(const QString& key);
+
+  QString introspect(const QString&) const override { return {}; }
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+ private:
+  bool writeConfiguration(const QString& path) const;
+  void startBus();
+  QDBusMessage answerTo(const QDBusMessage& message);
+  QDBusMessage notify(const QDBusMessage& message);
+
+  QTemporaryDir folder_;
+  QProcess bus_;
+  QString address_;
+  QDBusConnection connection_;
+  std::vector<Shown> shown_;
+};
+
+}  // namespace kifo::shop
