@@ -12,6 +12,9 @@ namespace kifo::testing {
 namespace {
 
 struct FileStore {
+  // A write that still waits holds the store, and the store its queue.
+  ~FileStore() { queue->discard(); }
+
   TemporaryDirectory directory;
   std::shared_ptr<FakeSerialQueue> queue = std::make_shared<FakeSerialQueue>();
   std::shared_ptr<UserDefaults> defaults =
