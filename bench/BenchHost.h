@@ -13,8 +13,9 @@ class BenchHost {
   explicit BenchHost(const BenchServer& server);
   ~BenchHost();
 
-  /// Initialises and waits for the first answer; microseconds that `initialize` took.
-  double start();
+  /// Initialises and waits for the first answer, and for those of the start-up events unless the
+  /// server never gives them; microseconds that `initialize` took.
+  double start(bool settles = true);
   void setOnline(bool online);
   /// Waits until all that is queued has been dealt with.
   void waitUntilIdle();

@@ -14,7 +14,7 @@ void measure(BenchServer::Manner manner, int events, const std::string& what,
              const std::string& wanted) {
   const BenchServer server(manner);
   BenchHost host(server);
-  host.start();
+  host.start(manner != BenchServer::Manner::mute);
   for (int i = 0; i < events; ++i) {
     KifoEventManager::sendEvent("bench", std::nullopt, BenchHost::parameters());
   }

@@ -20,7 +20,7 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 # What ships is small: whatever nothing refers to is left out when the libraries are linked.
 if(PROJECT_IS_TOP_LEVEL)
-  set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG -ffunction-sections -fdata-sections")
+  set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG -ffunction-sections -fdata-sections")
 endif()
 
 if(KIFO_SANITIZE)
