@@ -1,5 +1,6 @@
 #include "testing/FakeSerialQueue.h"
 
+#include <atomic>
 #include <utility>
 
 namespace kifo::testing {
@@ -46,10 +47,11 @@ void FakeSerialQueue::sync(const Task& task) {
     task();
     return;
   }
-  bool done = false;
+  // Another thread may be running the executor's tasks at this moment, and this one with them.
+  std::atomic<bool> done = false;
   post([&] {
-    done = true;
     task();
+    done = true;
   });
   // Nobody but the test runs tasks here, and the test is what waits: so it runs them.
   const double now = executor_->now();
