@@ -12,7 +12,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
-#include "tests/namespaces/NetworkNamespace.h"
+#include "testing/NetworkNamespace.h"
 #include "tests/namespaces/SourceWatcher.h"
 
 namespace kifo::testing {

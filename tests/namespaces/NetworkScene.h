@@ -11,8 +11,8 @@
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkSocket.h"
 #include "testing/FakePlatform.h"
+#include "testing/NetworkNamespace.h"
 #include "tests/namespaces/ConsoleLog.h"
-#include "tests/namespaces/NetworkNamespace.h"
 
 namespace kifo::testing {
 

@@ -4,7 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "platform/linux/NetworkTarget.h"
-#include "tests/namespaces/NetworkNamespace.h"
+#include "testing/NetworkNamespace.h"
 #include "tests/namespaces/SourceWatcher.h"
 
 namespace kifo::testing {

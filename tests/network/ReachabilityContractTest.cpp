@@ -12,7 +12,7 @@
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkReachabilityService.h"
 #include "testing/FakeReachability.h"
-#include "tests/namespaces/NetworkNamespace.h"
+#include "testing/NetworkNamespace.h"
 
 namespace kifo::testing {
 namespace {

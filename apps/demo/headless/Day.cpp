@@ -1,9 +1,12 @@
 #include "apps/demo/headless/Day.h"
 
 #include <algorithm>
+#include <future>
 #include <iostream>
+#include <utility>
 
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+#include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "platform/linux/LinuxPlatform.h"
 
@@ -15,7 +18,6 @@ using Way = Expectations::Way;
 using namespace std::chrono_literals;
 
 constexpr auto patience = 30s;
-constexpr std::uint32_t reachableFlag = 2;
 constexpr auto tokenOfTheDay = "token-of-the-day";
 
 constexpr auto campaigns = R"({
@@ -45,20 +47,34 @@ KifoInitConfig configurationFor(const server::LocalServer& server) {
   return configuration;
 }
 
+/// A cable that was just plugged in is of use only a moment later: until then the morning's events
+/// would be stored.
+bool awaitNetwork() {
+  const auto watcher = KifoReachability::create({}).reachability;
+  if (!watcher) return true;  // nobody will say that it is not there
+  const auto reachable = std::make_shared<std::promise<void>>();
+  watcher->setWhenReachable([reachable, once = false](auto&) mutable {
+    if (!std::exchange(once, true)) reachable->set_value();
+  });
+  watcher->startNotifier();
+  return reachable->get_future().wait_for(patience) == std::future_status::ready;
+}
+
 }  // namespace
 
-Day::Day(std::filesystem::path home, bool printsConsole)
+Day::Day(std::filesystem::path home, Network& network, bool printsConsole)
     : home_(std::move(home)),
-      host_(std::make_shared<HostLog>(printsConsole)),
-      reachability_(std::make_shared<testing::FakeReachability>()) {
+      network_(network),
+      server_({.host = network.serverAddress()}),
+      host_(std::make_shared<HostLog>(printsConsole)) {
   server_.campaigns().serveText(campaigns);
-  reachability_->setFlags(reachableFlag);
 }
 
 bool Day::live() {
-  if (server_.start() == 0) return false;
+  if (!startServer()) return false;
   tell("A server listens on " + server_.uri() + ".");
-  return firstMorning() && customers() && outage() && returnOfTheServer() && nightAndNextMorning();
+  return firstMorning() && customers() && outage() && returnOfTheServer() && losses() &&
+         nightAndNextMorning();
 }
 
 bool Day::judge() {
@@ -130,7 +146,7 @@ bool Day::outage() {
   event("item_added", {{"sku", "C-04"}}, Way::RESENT);
   // Not before the host knows that these two failed does the cable come off.
   if (!host_->waitForDecisions("answered", 2, patience)) return false;
-  network(false);
+  if (!change([this] { network_.unplug(); }, "OFFLINE")) return false;
   const auto checkout = std::make_shared<CheckoutScreen>();
   show(checkout, "CheckoutScreen");
   event("payment_started", {{"amount", 37.5}, {"city", "İzmir"}}, Way::RESENT);
@@ -141,24 +157,42 @@ bool Day::outage() {
 
 bool Day::returnOfTheServer() {
   tell("The server comes back: what was stored is sent, one request after another.");
-  if (server_.start() == 0) return false;
+  if (!startServer()) return false;
   host_->mark();
-  network(true);
-  if (!settle()) return false;
+  if (!change([this] { network_.plugIn(); }, "ONLINE") || !settle()) return false;
   event("receipt_printed", {{"pages", 1}}, Way::FRESH);
   return settle();
+}
+
+bool Day::losses() {
+  return std::ranges::all_of(network_.losses(), [this](const auto& loss) { return lose(loss); });
+}
+
+bool Day::lose(const Network::Loss& loss) {
+  constexpr int count = 5;
+  tell(loss.told);
+  host_->mark();
+  if (!change(loss.lose, "OFFLINE")) return false;
+  tell("  The SDK is offline: it stores " + std::to_string(count) + " events.");
+  for (int table = 1; table <= count; ++table) {
+    event("table_laid", {{"table", table}, {"without", loss.what}}, Way::RESENT);
+  }
+  if (!host_->waitForDecisions("stored", count, patience)) return false;
+  if (!change(loss.find, "ONLINE") || !settle()) return false;
+  tell("  It is online again: they went out, one after another.");
+  return true;
 }
 
 bool Day::nightAndNextMorning() {
   tell("In the evening the cable comes off once more, and the kiosk is switched off.");
   host_->mark();
-  network(false);
+  if (!change([this] { network_.unplug(); }, "OFFLINE")) return false;
   event("stock_counted", {{"shelves", 12}}, Way::RESENT);
   expectations_.expect("app_background", nlohmann::json::object(), Way::RESENT);
   Kifo::applicationWillResignActive();
   if (!Kifo::shutdown()) return false;
   tell("The next morning it is switched on again: no install, and the evening's events arrive.");
-  reachability_->setFlags(reachableFlag);
+  network_.plugIn();
   expectations_.expect("sdk_initialize", {{"actorId", "customer-4711"}}, Way::FRESH);
   switchOn();
   return initialize() && settle() && Kifo::shutdown();
@@ -169,22 +203,28 @@ void Day::switchOn() {
   options.documentsDirectory = home_.string();
   options.applicationIdentifier = "com.example.kiosk";
   auto platform = makeLinuxPlatform(options);
-  platform.reachability = reachability_;
+  network_.equip(platform);
   platform.console = host_;
   platform.inspector = host_;
   Platform::install(std::move(platform));
 }
 
 bool Day::initialize() {
+  if (!awaitNetwork()) return false;
   host_->mark();
   Kifo::initialize(configurationFor(server_), [] { tell("  The server has answered."); });
   return host_->waitForLine("Kifo Kifo: KifoNetworkStatus: ONLINE", patience);
 }
 
-void Day::network(bool reachable) {
-  reachability_->change(reachable ? reachableFlag : 0);
-  host_->waitForLine(
-      std::string("Kifo Kifo: KifoNetworkStatus: ") + (reachable ? "ONLINE" : "OFFLINE"), patience);
+bool Day::startServer() {
+  int port = 0;
+  network_.atTheServer([&] { port = server_.start(); });
+  return port != 0;
+}
+
+bool Day::change(const std::function<void()>& change, const std::string& status) {
+  change();
+  return host_->waitForLine("Kifo Kifo: KifoNetworkStatus: " + status, patience);
 }
 
 bool Day::settle() {

@@ -8,23 +8,23 @@
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "apps/demo/headless/Expectations.h"
 #include "apps/demo/headless/HostLog.h"
+#include "apps/demo/headless/Network.h"
 #include "apps/demo/headless/Screens.h"
 #include "apps/server/LocalServer.h"
-#include "testing/FakeReachability.h"
 
 namespace kifo::demo {
 
 /// A day of a kiosk without a display: the application is installed in the morning, people use it,
 /// the server goes away and comes back, and the next morning the kiosk starts again.
 ///
-/// Everything but the cable is real: the database, the preferences, the device's data, HTTP.
-/// Whether the network can be reached is scripted, for a loopback never loses its route.
+/// Everything is real: the database, the preferences, the device's data, HTTP; and the network too,
+/// where the process may make one.
 ///
 /// **Threading:** externally synchronised.
 class Day {
  public:
   /// Files lie in `home`. `printsConsole`: the SDK's own lines are shown too.
-  Day(std::filesystem::path home, bool printsConsole);
+  Day(std::filesystem::path home, Network& network, bool printsConsole);
 
   /// Lives through the day; false when something waited for did not come.
   bool live();
@@ -37,11 +37,15 @@ class Day {
   bool customers();
   bool outage();
   bool returnOfTheServer();
+  bool losses();
+  bool lose(const Network::Loss& loss);
   bool nightAndNextMorning();
 
   void switchOn();
   bool initialize();
-  void network(bool reachable);
+  bool startServer();
+  /// Changes the network and waits until the SDK says what has become of it.
+  bool change(const std::function<void()>& change, const std::string& status);
   /// Waits until the server has received all that is expected so far and the host knows the
   /// answers.
   bool settle();
@@ -51,9 +55,9 @@ class Day {
   void event(const std::string& name, const nlohmann::json& parameters, Expectations::Way way);
 
   const std::filesystem::path home_;
+  Network& network_;
   server::LocalServer server_;
   const std::shared_ptr<HostLog> host_;
-  const std::shared_ptr<testing::FakeReachability> reachability_;
   Expectations expectations_;
 };
 

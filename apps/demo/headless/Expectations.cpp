@@ -2,55 +2,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <set>
+
+#include "apps/server/EventText.h"
 
 namespace kifo::demo {
 
 namespace {
-
-// What every event carries; the table shows the rest.
-const std::set<std::string> commonKeys = {"push_token",
-                                          "apns_token",
-                                          "actorId",
-                                          "device_id",
-                                          "requestId",
-                                          "channel",
-                                          "sync",
-                                          "device_os",
-                                          "phone_brand",
-                                          "phone_model",
-                                          "device_os_version",
-                                          "sdk_version",
-                                          "scenario",
-                                          "time_zone",
-                                          "timestamp",
-                                          "application_name",
-                                          "push_notification_permission_status",
-                                          "name",
-                                          "free_disk",
-                                          "total_disk",
-                                          "battery",
-                                          "network_status"};
-
-std::string clockTime(std::int64_t milliseconds) {
-  const std::time_t seconds = milliseconds / 1000;
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  char text[16];
-  std::strftime(text, sizeof text, "%H:%M:%S", &local);
-  return text;
-}
-
-std::string particulars(const nlohmann::json& body) {
-  std::string text;
-  for (const auto& [key, value] : body.items()) {
-    if (commonKeys.contains(key)) continue;
-    if (!text.empty()) text += ", ";
-    text += key + "=" + (value.is_string() ? value.get<std::string>() : value.dump());
-  }
-  return text;
-}
 
 std::string shortId(const std::string& requestId) {
   return requestId.substr(0, 8);
@@ -76,10 +34,10 @@ void Expectations::print(const server::RequestLog::Requests& received, const Hos
   int number = 0;
   for (const auto& request : received) {
     const auto id = request->text("requestId");
-    std::printf("%3d  %s  %-17s  %s  %-7s  %s\n", ++number, clockTime(request->time).c_str(),
-                request->text("name").c_str(), shortId(id).c_str(),
-                host.wasResent(id) ? "again" : "fresh",
-                request->json ? particulars(*request->json).c_str() : "(no JSON)");
+    std::printf("%3d  %s  %-17s  %s  %-7s  %s\n", ++number,
+                server::clockTime(request->time).c_str(), request->text("name").c_str(),
+                shortId(id).c_str(), host.wasResent(id) ? "again" : "fresh",
+                request->json ? server::particulars(*request->json).c_str() : "(no JSON)");
   }
   std::printf("\n");
 }

@@ -1,4 +1,4 @@
-#include "tests/namespaces/NetworkNamespace.h"
+#include "testing/NetworkNamespace.h"
 
 #include <fcntl.h>
 #include <linux/if.h>
@@ -131,7 +131,7 @@ InNamespace::InNamespace(const NetworkNamespace& inside) : before_(openOwnNamesp
 }
 
 InNamespace::~InNamespace() {
-  enter(before_);
+  [[maybe_unused]] const int refused = setns(before_, CLONE_NEWNET);
   close(before_);
 }
 

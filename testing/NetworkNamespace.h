@@ -5,7 +5,8 @@
 
 namespace kifo::testing {
 
-/// A network of its own, with real interfaces, that goes when the object does.
+/// A network of its own, with real interfaces, that goes when the object does, or with the process
+/// however that ends: nothing stands for it in any file system.
 ///
 /// **Threading:** externally synchronised; threads started inside stay inside.
 class NetworkNamespace {
@@ -40,7 +41,8 @@ class NetworkNamespace {
   int descriptor_ = -1;
 };
 
-/// Puts the calling thread into a namespace, and back when it goes.
+/// Puts the calling thread into a namespace, and back when it goes; where it may not go back, as in
+/// a user namespace, it stays inside.
 class InNamespace {
  public:
   explicit InNamespace(const NetworkNamespace& inside);
