@@ -33,14 +33,18 @@ std::string newIdentifier() {
   return Platform::current()->identifiers->uuid();
 }
 
-/// The status that the network watcher reports, on the main queue.
-void networkStatusChanged(bool isOnline) {
+/// On the reachability queue: an event of the next moment is stored, or sent, whatever the disk has
+/// the main queue do.
+void networkStatusRead(bool isOnline) {
   const auto status = isOnline ? KifoNetworkStatus::ONLINE : KifoNetworkStatus::OFFLINE;
-  const auto previous = session().networkStatus.exchange(status);
-  if (isOnline) {
-    if (previous != status) Platform::current()->http->networkChanged();
-    ServiceClient::make()->syncLogs();
-  }
+  // Before anything is sent: connections from before the loss lead nowhere.
+  if (isOnline && session().networkStatus != status) Platform::current()->http->networkChanged();
+  session().networkStatus = status;
+}
+
+/// On the main queue, where what is stored can be re-sent.
+void networkStatusChanged(bool isOnline) {
+  if (isOnline) ServiceClient::make()->syncLogs();
   print(std::string("KifoNetworkStatus: ") + (isOnline ? "ONLINE" : "OFFLINE"));
 }
 
@@ -94,7 +98,7 @@ void chooseActorShortForm(const std::string& given) {
 void startUp(std::function<void(bool)> fetched) {
   session().requestTimeout = PreferencesManager::requestTimeout();
   fetchInAppCommunication(std::move(fetched));
-  NetworkManager::shared().startMonitoring(networkStatusChanged);
+  NetworkManager::shared().startMonitoring(networkStatusChanged, networkStatusRead);
 }
 
 /// The authorization that the configuration gives, or that its token service has; false without

@@ -123,7 +123,9 @@ std::optional<KifoReachabilityError> KifoReachability::read() {
     return KifoReachabilityError{Kind::unableToGetFlags, code, {}, {}};
   }
   const std::uint64_t reading = kRead | now;
-  if (flags_.exchange(reading) != reading) flagsChanged();
+  const bool changed = flags_.exchange(reading) != reading;
+  call(whenRead_);
+  if (changed) flagsChanged();
   return std::nullopt;
 }
 
@@ -140,14 +142,17 @@ void KifoReachability::flagsChanged() {
 
 void KifoReachability::handleChange() {
   refreshFlags();  // several changes may have gathered by now; what counts is how it stands
-  const bool available = connection() != Connection::unavailable;
-  Callback callback;
+  call(connection() != Connection::unavailable ? whenReachable_ : whenUnreachable_);
+  notificationCenter.load()->post({KifoReachabilityChangedNotification, shared_from_this()});
+}
+
+void KifoReachability::call(const Callback& callback) {
+  Callback copy;
   {
     const std::lock_guard lock(mutex_);
-    callback = available ? whenReachable_ : whenUnreachable_;
+    copy = callback;
   }
-  callHost(logTag("KifoReachability"), callback, *this);
-  notificationCenter.load()->post({KifoReachabilityChangedNotification, shared_from_this()});
+  callHost(logTag("KifoReachability"), copy, *this);
 }
 
 std::optional<std::uint32_t> KifoReachability::flags() const {
@@ -185,6 +190,11 @@ void KifoReachability::setWhenReachable(Callback callback) {
 void KifoReachability::setWhenUnreachable(Callback callback) {
   const std::lock_guard lock(mutex_);
   whenUnreachable_.swap(callback);
+}
+
+void KifoReachability::setWhenRead(Callback callback) {
+  const std::lock_guard lock(mutex_);
+  whenRead_.swap(callback);
 }
 
 }  // namespace kifo

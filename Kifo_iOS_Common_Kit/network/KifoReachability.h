@@ -75,6 +75,9 @@ class KIFO_EXPORT KifoReachability : public std::enable_shared_from_this<KifoRea
   /// Called after a change that left the connection available, or unavailable.
   void setWhenReachable(Callback callback);
   void setWhenUnreachable(Callback callback);
+  /// Called on the serial queue with every reading, before a change is handed to the notification
+  /// queue: for what may not wait until that has done its work.
+  void setWhenRead(Callback callback);
 
   std::atomic<bool> allowsCellularConnection = true;  ///< Whether a modem's connection counts.
   static constexpr bool reachableOnWWAN = true;       ///< Kept for compatibility; not consulted.
@@ -91,6 +94,7 @@ class KIFO_EXPORT KifoReachability : public std::enable_shared_from_this<KifoRea
   std::optional<KifoReachabilityError> read();
   void flagsChanged();
   void handleChange();
+  void call(const Callback& callback);
   void remove();
 
   // Constant after construction.
@@ -107,6 +111,7 @@ class KIFO_EXPORT KifoReachability : public std::enable_shared_from_this<KifoRea
   bool installed_ = false;
   Callback whenReachable_;
   Callback whenUnreachable_;
+  Callback whenRead_;
 };
 
 /// A watcher, or the reason why there is none.

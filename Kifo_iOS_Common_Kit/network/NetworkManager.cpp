@@ -9,6 +9,24 @@
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
+namespace {
+
+bool isOnline(const KifoReachability& watcher) {
+  return watcher.connection() != KifoReachability::Connection::unavailable;
+}
+
+void tell(const NetworkManager::NetworkStatusCallback& callback, bool online) {
+  callHost(logTag("NetworkManager"), callback, online);
+}
+
+/// Nothing is told of it any more, once a reading that is under way has ended.
+void retire(const std::shared_ptr<KifoReachability>& watcher) {
+  if (!watcher) return;
+  watcher->setWhenRead({});
+  watcher->stopNotifier();
+}
+
+}  // namespace
 
 NetworkManager& NetworkManager::shared() {
   static auto& only = *new std::shared_ptr<NetworkManager>(std::make_shared<NetworkManager>());
@@ -19,13 +37,15 @@ NetworkManager::~NetworkManager() {
   stopMonitoring();
 }
 
-void NetworkManager::startMonitoring(NetworkStatusCallback callback) {
+void NetworkManager::startMonitoring(NetworkStatusCallback callback, NetworkStatusCallback read) {
   auto [watcher, error] = KifoReachability::create(
       {.targetQueue = nullptr, .notificationQueue = Platform::current()->mainQueue});
+  if (watcher) watcher->setWhenRead([read](const auto& self) { tell(read, isOnline(self)); });
   std::shared_ptr<KifoReachability> previous;
   {
     const std::lock_guard lock(mutex_);
     networkStatusCallback_.swap(callback);
+    read_.swap(read);
     if (!watcher) return;
     previous = std::exchange(reachability_, watcher);
     if (observer_ == 0) {
@@ -35,22 +55,24 @@ void NetworkManager::startMonitoring(NetworkStatusCallback callback) {
           });
     }
   }
-  if (previous) previous->stopNotifier();
+  retire(previous);
   watcher->startNotifier();
 }
 
 void NetworkManager::stopMonitoring() {
   std::shared_ptr<KifoReachability> previous;
   NetworkStatusCallback callback;
+  NetworkStatusCallback read;
   KifoNotificationCenter::Token observer = 0;
   {
     const std::lock_guard lock(mutex_);
     previous = std::exchange(reachability_, nullptr);
     callback = std::exchange(networkStatusCallback_, nullptr);
+    read = std::exchange(read_, nullptr);
     observer = std::exchange(observer_, 0);
   }
   KifoNotificationCenter::defaultCenter().removeObserver(observer);
-  if (previous) previous->stopNotifier();
+  retire(previous);
 }
 
 void NetworkManager::reachabilityChanged(const KifoNotification& note) {
@@ -60,15 +82,19 @@ void NetworkManager::reachabilityChanged(const KifoNotification& note) {
   }
   KifoReachability& watcher = **object;
   watcher.refreshFlags();
-  const bool online = watcher.connection() != KifoReachability::Connection::unavailable;
+  const bool online = isOnline(watcher);
   NetworkStatusCallback callback;
+  NetworkStatusCallback read;
   {
     const std::lock_guard lock(mutex_);
     callback = networkStatusCallback_;
+    // Our own watcher has just told it on its queue, where no newer reading can come in between.
+    if (*object != reachability_) read = read_;
   }
   KIFO_INSPECT("network",
                {{"flags", watcher.description()}, {"online", online ? "true" : "false"}});
-  callHost(logTag("NetworkManager"), callback, online);
+  tell(read, online);
+  tell(callback, online);
 }
 
 std::optional<std::uint32_t> NetworkManager::flags() const {

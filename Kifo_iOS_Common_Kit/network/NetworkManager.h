@@ -17,7 +17,9 @@ class KifoReachability;
 
 /// Tells the SDK whether the network can be reached, now and at every change.
 ///
-/// **Threading:** thread-safe. The callback runs on the platform's main queue.
+/// **Threading:** thread-safe. The callback runs on the platform's main queue, behind whatever
+/// statements wait there; what may not wait for a slow disk is told besides, on the queue where the
+/// network is read.
 /// **Ownership:** held by a `std::shared_ptr`, so that a notification under way finds it or nobody.
 /// **Errors:** dropped. Where the network cannot be watched the callback is never called.
 class KIFO_EXPORT NetworkManager : public std::enable_shared_from_this<NetworkManager> {
@@ -30,7 +32,10 @@ class KIFO_EXPORT NetworkManager : public std::enable_shared_from_this<NetworkMa
 
   /// Has the callback called with the current status, soon, and with every later one. Called again,
   /// it replaces the callback and the watcher: only one of each is ever in force.
-  void startMonitoring(NetworkStatusCallback callback);
+  ///
+  /// `read`, unless empty, is told of each reading as soon as it is taken: before the callback is
+  /// told of the same one, and never of an older one after a newer. It must not wait.
+  void startMonitoring(NetworkStatusCallback callback, NetworkStatusCallback read = {});
   /// Stops; a callback that is running on the main queue finishes.
   void stopMonitoring();
 
@@ -46,6 +51,7 @@ class KIFO_EXPORT NetworkManager : public std::enable_shared_from_this<NetworkMa
   // Guarded by mutex_.
   std::shared_ptr<KifoReachability> reachability_;
   NetworkStatusCallback networkStatusCallback_;
+  NetworkStatusCallback read_;
   KifoNotificationCenter::Token observer_ = 0;
 };
 

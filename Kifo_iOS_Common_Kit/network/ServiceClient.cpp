@@ -115,7 +115,7 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
   // request that nobody is sending.
   RequestLedger::shared().begin(request->requestId);
   cache(request);
-  if (!mayGoOut(*request, isNotificationEvent)) {
+  if (!isDue_ && !mayGoOut(*request, isNotificationEvent)) {
     RequestLedger::shared().settle(request->requestId, false);
     if (request->whenUnanswered) request->whenUnanswered();
     return;
@@ -305,7 +305,8 @@ void ServiceClient::syncStep(const std::optional<KifoLog>& log) {
   };
   if (ledger.whenSettled(requestId, goOn)) return;
   if (ledger.isDelivered(requestId)) return removeDelivered(requestId);
-  if (isStopping) return;
+  // The network may have gone since the pass began: the row stays for the next one.
+  if (isStopping || Session::shared().networkStatus != KifoNetworkStatus::ONLINE) return;
   // Sent only with the mark in the file: a row that cannot be marked could go out twice.
   db_.increaseTryCount(requestId, [log = *log](bool marked) {
     if (marked) resend(log);
@@ -331,7 +332,9 @@ void ServiceClient::resend(const KifoLog& log) {
   request.httpMethod = rawValue(isPost ? HTTPMethod::post : HTTPMethod::get);
   request.serviceUrl = std::make_shared<RequestTexts>(log._url, false, parameters);
   request.isCached = true;
-  make()->sendRequest(std::move(request), log._requestId, false);
+  const auto client = make();
+  client->isDue_ = true;
+  client->sendRequest(std::move(request), log._requestId, false);
 }
 
 }  // namespace kifo

@@ -111,6 +111,9 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
 
   DataManager db_;
   std::vector<std::string> lastSyncRequestIds_;  ///< Main queue only.
+  /// The pass that took the row has asked the gates, before it marked the row: once marked, a row that
+  /// is not sent is lost.
+  bool isDue_ = false;
 };
 
 template <class Response>

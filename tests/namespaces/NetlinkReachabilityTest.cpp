@@ -13,6 +13,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "testing/NetworkNamespace.h"
+#include "tests/namespaces/HeldUp.h"
 #include "tests/namespaces/SourceWatcher.h"
 
 namespace kifo::testing {
@@ -175,28 +176,6 @@ TEST_F(NetlinkReachabilityTest, AnInterfaceThatWaitsForItsNetworkIsNotThereYet) 
   ip("link set up0 state UP");
   EXPECT_EQ(watcher.await(kOnline), kOnline);
 }
-
-/// Holds a queue up until it goes.
-class HeldUp {
- public:
-  explicit HeldUp(SerialQueue& queue) {
-    queue.post([this] {
-      begun_.set_value();
-      release_.get_future().wait();
-      ended_.set_value();
-    });
-    begun_.get_future().wait();
-  }
-  ~HeldUp() {
-    release_.set_value();
-    ended_.get_future().wait();
-  }
-
- private:
-  std::promise<void> begun_;
-  std::promise<void> release_;
-  std::promise<void> ended_;
-};
 
 TEST_F(NetlinkReachabilityTest, AStormIsOneReadingAndAnOverrunLosesNothing) {
   ip("route add default via 10.7.0.1");

@@ -134,6 +134,15 @@ bool NetworkScene::isOnlineAtLast() {
   }
 }
 
+bool NetworkScene::becomes(KifoNetworkStatus status) {
+  const auto platform = Platform::current();
+  const auto end = std::chrono::steady_clock::now() + 1min;
+  while (Kifo::networkStatus() != status && std::chrono::steady_clock::now() < end) {
+    platform->reachabilityQueue->sync([] {});  // that is where it changes
+  }
+  return Kifo::networkStatus() == status;
+}
+
 bool NetworkScene::drains() {
   for (;;) {
     const std::size_t mark = console_->mark();

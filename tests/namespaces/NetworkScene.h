@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
 #include "apps/server/LocalServer.h"
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkSocket.h"
@@ -54,6 +55,8 @@ class NetworkScene : public ::testing::Test {
   bool goesOnline() { return awaitStatus("ONLINE"); }
   /// Waits until the SDK takes itself for online; status lines from before count no more.
   bool isOnlineAtLast();
+  /// Waits until `Kifo::networkStatus` says so, whatever the main queue is doing.
+  static bool becomes(KifoNetworkStatus status);
   /// Waits until no stored request is left.
   bool drains();
 

@@ -1,4 +1,5 @@
-// What every reachability service promises, asked of the kernel's, the scripted one and the null one.
+// What every reachability service promises, asked of the kernel's, the scripted one and the null
+// one.
 #include <future>
 #include <memory>
 #include <optional>

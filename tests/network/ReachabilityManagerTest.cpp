@@ -9,6 +9,7 @@
 namespace kifo {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -23,6 +24,10 @@ class ReachabilityManagerTest : public ::testing::Test {
     };
   }
 
+  NetworkManager::NetworkStatusCallback recordReading() {
+    return [this](bool online) { read_.push_back(online); };
+  }
+
   void change(std::uint32_t flags) {
     platform_.reachability->change(flags);
     platform_.runUntilIdle();
@@ -31,6 +36,7 @@ class ReachabilityManagerTest : public ::testing::Test {
   testing::InstalledFakePlatform platform_;
   const std::shared_ptr<NetworkManager> manager_ = std::make_shared<NetworkManager>();
   std::vector<bool> told_;
+  std::vector<bool> read_;
 };
 
 TEST_F(ReachabilityManagerTest, TheStatusIsToldAtTheStartAndAtEveryChange) {
@@ -46,6 +52,17 @@ TEST_F(ReachabilityManagerTest, TheStatusIsToldAtTheStartAndAtEveryChange) {
   EXPECT_EQ(manager_->flags(), Flags::reachable | Flags::isWWAN);
 }
 
+TEST_F(ReachabilityManagerTest, AReadingIsToldOfBeforeTheMainQueueGetsToIt) {
+  manager_->startMonitoring(record(), recordReading());
+  EXPECT_THAT(read_, ElementsAre(false));
+  platform_.reachability->change(Flags::reachable);
+  platform_.reachabilityQueue->sync([] {});
+  EXPECT_THAT(read_, ElementsAre(false, true));
+  EXPECT_THAT(told_, IsEmpty());
+  platform_.runUntilIdle();
+  EXPECT_THAT(told_, Each(true)) << "it is told how it stands now";
+}
+
 TEST_F(ReachabilityManagerTest, StartingAgainLeavesOneWatcherAndOneObserver) {
   std::vector<bool> earlier;
   manager_->startMonitoring([&](bool online) { earlier.push_back(online); });
@@ -59,10 +76,12 @@ TEST_F(ReachabilityManagerTest, StartingAgainLeavesOneWatcherAndOneObserver) {
 }
 
 TEST_F(ReachabilityManagerTest, StoppedItTellsNothingMoreAndCanStartAgain) {
-  manager_->startMonitoring(record());
+  manager_->startMonitoring(record(), recordReading());
+  platform_.reachability->change(Flags::reachable);
   manager_->stopMonitoring();
-  change(Flags::reachable);
+  platform_.runUntilIdle();
   EXPECT_THAT(told_, IsEmpty());
+  EXPECT_THAT(read_, ElementsAre(false)) << "of the start";
   EXPECT_EQ(manager_->flags(), std::nullopt);
   EXPECT_EQ(platform_.reachability->sources(), 0U);
   manager_->startMonitoring(record());
@@ -97,14 +116,16 @@ TEST_F(ReachabilityManagerTest, ACallbackMayThrowAndMayStartAgain) {
 
 TEST_F(ReachabilityManagerTest, AnyWatchersNoteCountsAndAnythingElseIsFatal) {
   platform_.reachability->setFlags(Flags::reachable);
-  manager_->startMonitoring(record());
+  manager_->startMonitoring(record(), recordReading());
   platform_.runUntilIdle();
+  platform_.reachability->setFlags(0);
   const auto other =
       KifoReachability::create({.targetQueue = nullptr, .notificationQueue = platform_.mainQueue})
           .reachability;
   other->refreshFlags();
   platform_.runUntilIdle();
-  EXPECT_THAT(told_, ElementsAre(true, true));
+  EXPECT_THAT(told_, ElementsAre(true, false));
+  EXPECT_EQ(read_.back(), false);
 
   setFatalErrorHandler(
       [](std::string_view message) { throw std::logic_error(std::string(message)); });
