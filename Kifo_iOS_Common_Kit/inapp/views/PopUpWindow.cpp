@@ -421,10 +421,10 @@ void PopUpWindow::closeEvent(QCloseEvent* event) {
 
 void PopUpWindow::placeView() {
   fields_.imageViewHeight = PopUpWindowFields::imageHeight(request_->preferences, screenWidth());
-  popUpWindowView_->setHeights(PopUpWindowHeights::of(fields_, request_->preferences));
   const int lift = static_cast<int>(keyboardHeight_ * kKeyboardLift);
-  popUpWindowView_->setGeometry(0, -lift, width(), height());
-  popUpWindowView_->setVisibleBand(lift, height() - static_cast<int>(keyboardHeight_) + lift);
+  popUpWindowView_->setPlace({0, -lift, width(), height()},
+                             PopUpWindowHeights::of(fields_, request_->preferences), lift,
+                             height() - static_cast<int>(keyboardHeight_) + lift);
   if (QWidget* focused = window()->focusWidget(); focused && isAncestorOf(focused)) {
     popUpWindowView_->reveal(focused);
   }

@@ -81,13 +81,11 @@ void PopUpWindowView::wire() {
   }
 }
 
-void PopUpWindowView::setHeights(const PopUpWindowHeights& heights) {
+void PopUpWindowView::setPlace(const QRect& geometry, const PopUpWindowHeights& heights,
+                               int visibleTop, int visibleBottom) {
   heights_ = heights;
-  arrange();
-}
-
-void PopUpWindowView::setVisibleBand(int top, int bottom) {
-  visibleBand_ = {top, bottom};
+  visibleBand_ = {visibleTop, visibleBottom};
+  setGeometry(geometry);
   arrange();
 }
 

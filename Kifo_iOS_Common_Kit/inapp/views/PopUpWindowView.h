@@ -47,10 +47,10 @@ class KIFO_EXPORT PopUpWindowView : public QWidget {
   /// Runs while the list's scroll indicator flashes; null before and after.
   [[nodiscard]] QTimer* timerForShowScrollIndicator() const { return timerForShowScrollIndicator_; }
 
-  /// Lays out anew for another width of the screen.
-  void setHeights(const PopUpWindowHeights& heights);
-  /// The part of the view that an on-screen keyboard leaves; the whole view by default.
-  void setVisibleBand(int top, int bottom);
+  /// Lays out anew for another size of the screen. An on-screen keyboard leaves of the view only
+  /// what lies from `visibleTop` down to `visibleBottom`.
+  void setPlace(const QRect& geometry, const PopUpWindowHeights& heights, int visibleTop,
+                int visibleBottom);
   /// 0 (nothing of it is seen) to 1.
   void setOpacity(double opacity);
   /// Scrolls the panel and the list so that a piece of them can be seen.

@@ -1,0 +1,33 @@
+#include "bench/Runner.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace kifo::bench {
+
+int runBenches(int argc, char** argv, const Benches& benches) {
+  const std::vector<std::string> wanted(argv + 1, argv + argc);
+  int result = 0;
+  for (const auto& [name, run] : benches) {
+    if (!wanted.empty() && std::ranges::find(wanted, name) == wanted.end()) continue;
+    std::fflush(stdout);
+    const pid_t child = fork();
+    if (child == 0) {
+      run();
+      std::fflush(stdout);
+      _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (status != 0) {
+      std::printf("  the bench %s broke off\n", name.c_str());
+      result = 1;
+    }
+  }
+  return result;
+}
+
+}  // namespace kifo::bench

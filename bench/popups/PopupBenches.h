@@ -1,0 +1,11 @@
+#pragma once
+
+namespace kifo::bench {
+
+void frameBench();        ///< From the show operation to the first painted frame.
+void stretchBench();      ///< The longest single stretch of work on the UI thread.
+void wideStretchBench();  ///< The same in a window of 3840 x 2160.
+void choosingBench();     ///< Choosing among 500 campaigns.
+void cyclesBench();       ///< What 10,000 popups leave behind.
+
+}  // namespace kifo::bench
