@@ -73,6 +73,7 @@ std::string kindIn(const nlattr& linkInfo) {
 /// sysfs only. The index makes sure that the file is of this interface: sysfs may show those of
 /// another network namespace.
 bool isModemInSysfs(const NetworkLink& link) {
+  if (link.name.find('/') != std::string::npos) return false;  // none of the kernel's
   std::ifstream file("/sys/class/net/" + link.name + "/uevent");
   const std::string index = "IFINDEX=" + std::to_string(link.index);
   bool modem = false;

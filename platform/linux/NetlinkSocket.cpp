@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace kifo {
@@ -67,12 +68,26 @@ NetlinkSocket::Outcome NetlinkSocket::ask(nlmsghdr& question, const Each& each) 
     const auto received = mnl_socket_recvfrom(socket_.get(), buffer_.data(), buffer_.size());
     if (received < 0 && errno == EINTR) continue;
     if (received < 0) return {errno, 0};
-    int left = static_cast<int>(received);
-    const auto* message = reinterpret_cast<const nlmsghdr*>(buffer_.data());
-    for (; mnl_nlmsg_ok(message, left); message = mnl_nlmsg_next(message, &left)) {
-      if (take(*message, each, outcome) == Progress::done) return outcome;
-    }
+    const bool more = messagesIn(
+        buffer_.data(), static_cast<std::size_t>(received),
+        [&](const nlmsghdr& message) { return take(message, each, outcome) == Progress::more; });
+    if (!more) return outcome;
   }
+}
+
+bool NetlinkSocket::messagesIn(const void* received, std::size_t size,
+                               const std::function<bool(const nlmsghdr&)>& each) {
+  const auto* at = static_cast<const char*>(received);
+  // Not by the library's own step, which takes a length beyond 2 GiB for a negative one.
+  while (size >= sizeof(nlmsghdr)) {
+    const auto& message = *reinterpret_cast<const nlmsghdr*>(at);
+    if (message.nlmsg_len < sizeof message || message.nlmsg_len > size) return true;
+    if (!each(message)) return false;
+    const std::size_t step = std::min<std::size_t>(size, MNL_ALIGN(message.nlmsg_len));
+    at += step;
+    size -= step;
+  }
+  return true;
 }
 
 NetlinkSocket::Progress NetlinkSocket::take(const nlmsghdr& message, const Each& each,

@@ -24,6 +24,11 @@ class NetlinkSocket {
     int refusal = 0;  ///< The kernel's own answer was this error number.
   };
 
+  /// Calls `each` with every message that lies wholly within the `size` bytes that were received,
+  /// until it returns false; whether it never did. `received` is aligned for an `nlmsghdr`.
+  static bool messagesIn(const void* received, std::size_t size,
+                         const std::function<bool(const nlmsghdr&)>& each);
+
   /// For questions. Null, with `error` set, where the process may not talk to the kernel.
   static std::unique_ptr<NetlinkSocket> forQuestions(int& error);
   /// For the news of `groups` (RTMGRP_ bits). It never blocks.

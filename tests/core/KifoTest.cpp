@@ -256,6 +256,13 @@ TEST_F(KifoTest, ForcedItInitialisesAgainAndKeepsOneWatcher) {
   EXPECT_EQ(said(), Lines{"KifoNetworkStatus: OFFLINE"});
 }
 
+TEST_F(KifoTest, ANetworkThatNobodyCanWatchCountsAsThere) {
+  fake.reachability->failCreate(1);
+  start();
+  EXPECT_EQ(Kifo::networkStatus(), KifoNetworkStatus::ONLINE);
+  EXPECT_EQ(eventNames(), (Lines{"install", "sdk_initialize"}));
+}
+
 TEST_F(KifoTest, SessionValuesMayBeReadAndWrittenFromAnyThread) {
   start();
   std::vector<std::thread> threads;

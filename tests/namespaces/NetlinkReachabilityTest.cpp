@@ -1,6 +1,7 @@
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/if_arp.h>
+#include <linux/rtnetlink.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -12,6 +13,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
+#include "platform/linux/NetlinkSocket.h"
 #include "testing/NetworkNamespace.h"
 #include "tests/namespaces/HeldUp.h"
 #include "tests/namespaces/SourceWatcher.h"
@@ -276,6 +278,19 @@ TEST(NetlinkRightsTest, WithoutTheRightToAskThereIsNoSourceButTheReason) {
       EXPECT_EQ(error, EAFNOSUPPORT);
     }
   }).join();
+}
+
+TEST(NetlinkMessagesTest, NoMessageReachesBeyondWhatWasReceived) {
+  constexpr std::uint32_t kSize = sizeof(nlmsghdr);
+  for (const std::uint32_t length : {0U, kSize - 1, kSize + 1, 0x8000'0000U + kSize, ~0U}) {
+    const nlmsghdr received[] = {{kSize, RTM_NEWLINK, 0, 1, 0}, {length, RTM_NEWLINK, 0, 2, 0}};
+    std::vector<unsigned> read;
+    EXPECT_TRUE(NetlinkSocket::messagesIn(received, sizeof received, [&](const nlmsghdr& message) {
+      read.push_back(message.nlmsg_seq);
+      return true;
+    }));
+    EXPECT_THAT(read, ::testing::ElementsAre(1)) << length;
+  }
 }
 
 }  // namespace

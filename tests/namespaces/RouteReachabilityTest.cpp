@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
+#include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/NetworkTarget.h"
 #include "testing/NetworkNamespace.h"
 #include "tests/namespaces/SourceWatcher.h"
@@ -40,6 +41,19 @@ TEST_F(RouteReachabilityTest, AServerOnTheLoopbackIsReachedWithoutAnyDefaultRout
   EXPECT_EQ(watcher.await(0), 0U);
   ip("link set lo up");
   EXPECT_EQ(watcher.await(kOwn), kOwn);
+}
+
+TEST_F(RouteReachabilityTest, AHostWithoutADefaultRouteChoosesItsServersForItsPlatform) {
+  for (const auto& [targets, expected] :
+       std::vector<std::pair<std::vector<std::string>, std::uint32_t>>{
+           {{}, 0}, {{"http://127.0.0.1/inapp", "http://127.0.0.1/events"}, kOwn}}) {
+    const Platform platform =
+        makeLinuxPlatform({.documentsDirectory = "/nowhere", .reachabilityTargets = targets});
+    int error = 0;
+    std::uint32_t flags = ~0U;
+    EXPECT_EQ(platform.reachability->createWithAddress({16, 2}, error)->flags(flags), 0);
+    EXPECT_EQ(flags, expected);
+  }
 }
 
 TEST_F(RouteReachabilityTest, EveryTargetNeedsItsRoute) {
