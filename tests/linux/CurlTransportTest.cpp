@@ -307,16 +307,11 @@ TEST_F(CurlTransportTest, AMuteServerIsGivenUpWhenTheTimeIsOverEvenForThoseThatS
   for (auto& answer : patient) EXPECT_EQ(answer.get().error.value().message, "cancelled");
 }
 
-TEST_F(CurlTransportTest, ATimeoutBeyondAllMeasureIsTakenAsVeryLong) {
-  for (const double timeout : {5000.0, 1e300, HUGE_VAL}) {
-    EXPECT_EQ(fetch({.url = server_.uri() + "/a", .timeout = timeout}).status, 200);
+TEST_F(CurlTransportTest, ALateAnswerIsTakenAsLongAsThereIsTimeAndThatMayBeBeyondAllMeasure) {
+  for (const double timeout : {60.0, 5000.0, 1e300, HUGE_VAL}) {
+    server_.setFaults({.latency = 0.05, .times = 1});
+    EXPECT_EQ(fetch({.url = server_.apiUri(), .timeout = timeout}).status, 200);
   }
-}
-
-TEST_F(CurlTransportTest, ALateAnswerIsTakenAsLongAsThereIsTime) {
-  server_.setFaults({.latency = 0.2, .times = 1});
-  const auto answer = fetch({.url = server_.apiUri(), .timeout = 60});
-  EXPECT_EQ(answer.status, 200);
 }
 
 TEST_F(CurlTransportTest, StoppingDoesNotWaitForACompletionThatNeverReturns) {
@@ -340,6 +335,7 @@ TEST_F(CurlTransportTest, StoppingDoesNotWaitForACompletionThatNeverReturns) {
 }
 
 TEST_F(CurlTransportTest, AfterANetworkChangeNoConnectionFromBeforeIsUsed) {
+  transport_->networkChanged();  // nothing is there yet that it could concern
   get("/before");
   const auto before = connections();
   transport_->networkChanged();
@@ -382,11 +378,6 @@ TEST_F(CurlTransportTest, ARequestOverAnAddressThatIsGoneEndsWithAnError) {
   EXPECT_EQ(stranded.get().error.value(),
             (Error{"http", CURLE_RECV_ERROR, "the network that it was sent over is gone"}));
   close(connection);
-}
-
-TEST_F(CurlTransportTest, ANetworkChangeBeforeTheFirstRequestChangesNothing) {
-  transport_->networkChanged();
-  EXPECT_EQ(get("/a").status, 200);
 }
 
 }  // namespace

@@ -23,15 +23,9 @@ class ExitTest : public ::testing::Test {
   TemporaryDirectory directory_;
 };
 
-TEST_F(ExitTest, WithARequestUnderWay) {
+TEST_F(ExitTest, WithWorkThatNeverReturns) {
   EXPECT_EQ(run("request-under-way", server_.listenerUri()), 0);
-}
-
-TEST_F(ExitTest, WithACompletionThatNeverReturns) {
   EXPECT_EQ(run("completion-never-returns", server_.apiUri()), 0);
-}
-
-TEST_F(ExitTest, WithATaskThatNeverReturns) {
   EXPECT_EQ(run("main-task-never-returns", ""), 0);
   EXPECT_EQ(run("answer-task-never-returns", ""), 0);
 }

@@ -8,33 +8,12 @@
 
 #include "testing/FakePlatform.h"
 #include "tests/linux/Pipe.h"
+#include "tests/support/HeldUp.h"
 
 namespace kifo::testing {
 namespace {
 
 using Seconds = SerialQueue::Duration;
-
-/// A task that holds its queue up until it is told to end.
-class Obstacle {
- public:
-  void put(SerialQueue& queue) {
-    queue.post([this, release = release_.get_future().share()] {
-      begun_.set_value();
-      release.wait();
-      ended_.set_value();
-    });
-    begun_.get_future().wait();
-  }
-  void remove() {
-    release_.set_value();
-    ended_.get_future().wait();
-  }
-
- private:
-  std::promise<void> begun_;
-  std::promise<void> release_;
-  std::promise<void> ended_;
-};
 
 long voluntarySwitches(int thread) {
   std::FILE* file =
@@ -54,16 +33,15 @@ class LinuxSerialQueueTest : public ::testing::Test {
 };
 
 TEST_F(LinuxSerialQueueTest, StoppingBehindATaskThatDoesNotReturnEndsInItsBoundAndDropsTheRest) {
-  Obstacle obstacle;
   bool late = false;
   auto queue = std::make_unique<LinuxSerialQueue>("kifo.test");
-  obstacle.put(*queue);
+  auto obstacle = std::make_unique<HeldUp>(*queue);
   queue->post([&] { late = true; });
   auto waiting = std::async(std::launch::async, [&] { queue->sync([&] { late = true; }); });
   EXPECT_FALSE(queue->stop(Seconds(0.01)));
   waiting.wait();  // a dropped task ends the wait for it
   queue.reset();   // the thread is still in its task
-  obstacle.remove();
+  obstacle.reset();
   EXPECT_FALSE(late);
 }
 

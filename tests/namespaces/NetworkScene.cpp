@@ -30,21 +30,18 @@ constexpr auto kServerPath = "/sdkListenerEvent";
 }  // namespace
 
 void NetworkScene::SetUp() {
-  if (!NetworkNamespace::whyNot().empty()) GTEST_SKIP() << NetworkNamespace::whyNot();
-  host_.emplace();
-  net_.emplace();
+  CabledTest::SetUp();
+  if (IsSkipped()) return;
   net("addr add 10.99.0.1/32 dev lo");
   net("addr add fd99::1/128 dev lo");
   // Behind the place where a black hole goes.
   net("rule add prio 2 lookup local");
   net("rule del prio 0");
-  plug("up0");
   host("route add default via 10.7.0.1");
   net_->run([this] {
     server_ = std::make_unique<server::LocalServer>(server::LocalServer::Options{.host = "::"});
     server_->start();
   });
-  inside_.emplace(*host_);
 }
 
 void NetworkScene::TearDown() {
@@ -52,14 +49,6 @@ void NetworkScene::TearDown() {
   if (Kifo::isStarted()) shutDown();
   server_->stop();
   inside_.reset();
-}
-
-void NetworkScene::plug(const std::string& interface) {
-  host_->connect(interface, *net_, "host0");
-  host("addr add 10.7.0.2/24 dev " + interface);
-  host("addr add fd07::2/64 dev " + interface + " nodad");
-  net("addr add 10.7.0.1/24 dev host0");
-  net("addr add fd07::1/64 dev host0 nodad");
 }
 
 std::string NetworkScene::endpoint(const std::string& address, const std::string& path) const {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,30 +10,20 @@
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkSocket.h"
 #include "testing/FakePlatform.h"
-#include "testing/NetworkNamespace.h"
+#include "tests/namespaces/CabledTest.h"
 #include "tests/namespaces/ConsoleLog.h"
 
 namespace kifo::testing {
 
-/// The whole SDK on real queues, sockets and a real database, in a namespace of its own; the server
-/// in another one, behind a cable and a default route:
-///
-///     host   up0    10.7.0.2, fd07::2
-///     ───────┴───────┬──────────────
-///     net    host0  10.7.0.1, fd07::1 · the server is 10.99.0.1 and fd99::1, on its loopback
-///
-/// The calling thread is inside the host while a test runs.
-class NetworkScene : public ::testing::Test {
+/// The whole SDK on real queues, sockets and a real database, with a default route to the net, and
+/// the server there at 10.99.0.1 and fd99::1, on the net's loopback.
+class NetworkScene : public CabledTest {
  protected:
   void SetUp() override;
   void TearDown() override;
 
-  /// Makes a cable with addresses, without a route; `up0` is there from the start.
-  void plug(const std::string& interface);
   /// From now on the cable swallows whatever the host sends, or lets it through again.
   void setBlackHole(bool swallows);
-  void host(const std::string& words) { ASSERT_TRUE(host_->ip(words)) << words; }
-  void net(const std::string& words) { ASSERT_TRUE(net_->ip(words)) << words; }
 
   /// Initialises the SDK and waits until it is online and its start-up events have arrived.
   /// `timeout`: seconds that a request may take.
@@ -75,9 +63,6 @@ class NetworkScene : public ::testing::Test {
   static bool awaitAnswers();
   [[nodiscard]] std::string rowCount() const { return rows("select count(*) from KifoLog").at(0); }
 
-  std::optional<NetworkNamespace> host_;
-  std::optional<NetworkNamespace> net_;
-  std::optional<InNamespace> inside_;
   std::unique_ptr<server::LocalServer> server_;
   const std::shared_ptr<ConsoleLog> console_ = std::make_shared<ConsoleLog>();
 

@@ -5,8 +5,8 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "tests/namespaces/HeldUp.h"
 #include "tests/namespaces/NetworkScene.h"
+#include "tests/support/HeldUp.h"
 
 namespace kifo::testing {
 namespace {

@@ -5,7 +5,7 @@
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/NetworkTarget.h"
-#include "testing/NetworkNamespace.h"
+#include "tests/namespaces/CabledTest.h"
 #include "tests/namespaces/SourceWatcher.h"
 
 namespace kifo::testing {
@@ -16,30 +16,14 @@ using Flags = ReachabilityFlags;
 constexpr std::uint32_t kNear = Flags::reachable | Flags::isDirect;
 constexpr std::uint32_t kOwn = kNear | Flags::isLocalAddress;
 
-class RouteReachabilityTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    if (!NetworkNamespace::whyNot().empty()) GTEST_SKIP() << NetworkNamespace::whyNot();
-    host_.emplace();
-    router_.emplace();
-    host_->connect("up0", *router_, "host0");
-    ip("addr add 10.7.0.2/24 dev up0");
-    inside_.emplace(*host_);
-  }
-
-  void ip(const std::string& words) { ASSERT_TRUE(host_->ip(words)) << words; }
-
-  std::optional<NetworkNamespace> host_;
-  std::optional<NetworkNamespace> router_;
-  std::optional<InNamespace> inside_;
-};
+using RouteReachabilityTest = CabledTest;
 
 TEST_F(RouteReachabilityTest, AServerOnTheLoopbackIsReachedWithoutAnyDefaultRoute) {
   SourceWatcher watcher({"http://127.0.0.1:8080/inapp", "http://[::1]:8080/events"});
   EXPECT_EQ(watcher.read(), kOwn);
-  ip("link set lo down");
+  host("link set lo down");
   EXPECT_EQ(watcher.await(0), 0U);
-  ip("link set lo up");
+  host("link set lo up");
   EXPECT_EQ(watcher.await(kOwn), kOwn);
 }
 
@@ -59,34 +43,34 @@ TEST_F(RouteReachabilityTest, AHostWithoutADefaultRouteChoosesItsServersForItsPl
 TEST_F(RouteReachabilityTest, EveryTargetNeedsItsRoute) {
   SourceWatcher watcher({"http://10.7.0.1/inapp", "192.0.2.7:443"});
   EXPECT_EQ(watcher.read(), 0U);
-  ip("route add 192.0.2.0/24 via 10.7.0.1");
+  host("route add 192.0.2.0/24 via 10.7.0.1");
   EXPECT_EQ(watcher.await(Flags::reachable), Flags::reachable) << "one goes through a gateway";
-  ip("route replace blackhole 192.0.2.0/24");
+  host("route replace blackhole 192.0.2.0/24");
   EXPECT_EQ(watcher.await(0), 0U);
-  ip("route replace 192.0.2.0/24 dev up0");
+  host("route replace 192.0.2.0/24 dev up0");
   EXPECT_EQ(watcher.await(kNear), kNear);
-  ASSERT_TRUE(router_->ip("link set host0 down"));
+  net("link set host0 down");
   EXPECT_EQ(watcher.await(0), 0U);
 }
 
 TEST_F(RouteReachabilityTest, OneTargetBehindAModemMakesItAModemsConnection) {
   const TunDevice tun("line0", ARPHRD_RAWIP);
-  ip("link set line0 up");
-  ip("route add 192.0.2.7 dev line0");
+  host("link set line0 up");
+  host("route add 192.0.2.7 dev line0");
   SourceWatcher watcher({"192.0.2.7", "10.7.0.1"});
   EXPECT_EQ(watcher.read(), kNear | Flags::isWWAN | Flags::transientConnection);
 }
 
 TEST_F(RouteReachabilityTest, ANameIsJudgedByItsAddressOnceItHasOne) {
   SourceWatcher watcher({"http://localhost:8080/"});
-  ip("addr add 10.7.0.3/24 dev up0");  // any change has the name looked up, if it is not yet
+  host("addr add 10.7.0.3/24 dev up0");  // any change has the name looked up, if it is not yet
   EXPECT_EQ(watcher.await(kOwn), kOwn);
 }
 
 TEST_F(RouteReachabilityTest, ANameWithoutAddressIsJudgedByTheNetworkAsAWhole) {
   SourceWatcher watcher({"http://nowhere.invalid/"});
   EXPECT_EQ(watcher.read(), 0U);
-  ip("route add default via 10.7.0.1");
+  host("route add default via 10.7.0.1");
   EXPECT_EQ(watcher.await(Flags::reachable), Flags::reachable);
 }
 

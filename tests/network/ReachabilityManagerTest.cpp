@@ -136,25 +136,5 @@ TEST_F(ReachabilityManagerTest, AnyWatchersNoteCountsAndAnythingElseIsFatal) {
   setFatalErrorHandler(nullptr);
 }
 
-TEST(NetworkCapabilityTest, WhateverIsNotClearlyOnlineCountsAsCellular) {
-  constexpr auto reachable = Flags::reachable;
-  constexpr auto required = reachable | Flags::connectionRequired;
-  const std::vector<std::pair<std::optional<std::uint32_t>, KifoNetworkCapability>> table = {
-      {std::nullopt, KifoNetworkCapability::CELLULAR},
-      {0, KifoNetworkCapability::CELLULAR},
-      {reachable, KifoNetworkCapability::WIFI},
-      {reachable | Flags::isWWAN, KifoNetworkCapability::CELLULAR},
-      {required, KifoNetworkCapability::CELLULAR},
-      {required | Flags::connectionOnDemand, KifoNetworkCapability::WIFI},
-      {required | Flags::connectionOnTraffic, KifoNetworkCapability::WIFI},
-      {required | Flags::connectionOnTraffic | Flags::interventionRequired,
-       KifoNetworkCapability::CELLULAR},
-      {reachable | Flags::interventionRequired, KifoNetworkCapability::WIFI},
-  };
-  for (const auto& [flags, capability] : table) {
-    EXPECT_EQ(networkCapability(flags), capability) << KifoReachability::describe(flags);
-  }
-}
-
 }  // namespace
 }  // namespace kifo

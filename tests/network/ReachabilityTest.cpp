@@ -3,6 +3,7 @@
 
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachabilityWeakifier.h"
+#include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {
@@ -19,6 +20,7 @@ constexpr std::uint32_t kReachable = Flags::reachable;
 struct Judgement {
   std::uint32_t flags;
   Connection connection;
+  KifoNetworkCapability capability;
   const char* text;
 };
 
@@ -48,29 +50,36 @@ class ReachabilityTest : public ::testing::Test {
 
 TEST_F(ReachabilityTest, FlagsAreJudgedAndWrittenAsTheSystemMeansThem) {
   const auto subject = watcher();
+  constexpr auto required = kReachable | Flags::connectionRequired;
+  constexpr auto none = Connection::unavailable;
+  constexpr auto wired = Connection::wifi;
+  constexpr auto cellular = KifoNetworkCapability::CELLULAR;
+  constexpr auto wifi = KifoNetworkCapability::WIFI;
+  // Whatever is not clearly a wired connection is named cellular, no connection as well.
   const std::vector<Judgement> table = {
-      {0, Connection::unavailable, "-- -------"},
-      {kReachable, Connection::wifi, "-R -------"},
-      {Flags::isWWAN, Connection::unavailable, "W- -------"},
-      {kReachable | Flags::isWWAN, Connection::cellular, "WR -------"},
-      {kReachable | Flags::isWWAN | Flags::connectionRequired, Connection::cellular, "WR c------"},
-      {kReachable | Flags::connectionRequired, Connection::unavailable, "-R c------"},
-      {kReachable | Flags::connectionRequired | Flags::connectionOnDemand, Connection::wifi,
-       "-R c---D--"},
-      {kReachable | Flags::connectionRequired | Flags::connectionOnTraffic, Connection::wifi,
-       "-R c--C---"},
-      {kReachable | Flags::connectionRequired | Flags::connectionOnDemand |
-           Flags::interventionRequired,
-       Connection::unavailable, "-R c-i-D--"},
-      {kReachable | Flags::connectionOnTraffic | Flags::interventionRequired, Connection::wifi,
+      {0, none, cellular, "-- -------"},
+      {kReachable, wired, wifi, "-R -------"},
+      {Flags::isWWAN, none, cellular, "W- -------"},
+      {kReachable | Flags::isWWAN, Connection::cellular, cellular, "WR -------"},
+      {required | Flags::isWWAN, Connection::cellular, cellular, "WR c------"},
+      {required, none, cellular, "-R c------"},
+      {required | Flags::connectionOnDemand, wired, wifi, "-R c---D--"},
+      {required | Flags::connectionOnTraffic, wired, wifi, "-R c--C---"},
+      {required | Flags::connectionOnDemand | Flags::interventionRequired, none, cellular,
+       "-R c-i-D--"},
+      {required | Flags::connectionOnTraffic | Flags::interventionRequired, none, cellular,
+       "-R c-iC---"},
+      {kReachable | Flags::connectionOnTraffic | Flags::interventionRequired, wired, wifi,
        "-R --iC---"},
-      {kReachable | Flags::transientConnection | Flags::isLocalAddress | Flags::isDirect,
-       Connection::wifi, "-R -t---ld"},
+      {kReachable | Flags::transientConnection | Flags::isLocalAddress | Flags::isDirect, wired,
+       wifi, "-R -t---ld"},
   };
-  for (const auto& [flags, connection, text] : table) {
+  EXPECT_EQ(networkCapability(std::nullopt), cellular);
+  for (const auto& [flags, connection, capability, text] : table) {
     platform_.reachability->setFlags(flags);
     EXPECT_EQ(subject->refreshFlags(), std::nullopt);
     EXPECT_EQ(subject->connection(), connection) << text;
+    EXPECT_EQ(networkCapability(subject->flags()), capability) << text;
     EXPECT_EQ(subject->description(), text);
   }
 }

@@ -130,14 +130,6 @@ class HostLines(ToolCase):
         output = self.host(line, {"get": "Kifo.actorId"}, status=3)
         self.assertIn("Fatal error", output[-1]["error"])
 
-    def test_without_a_token_or_a_bundle_initialisation_fails(self):
-        for fields in ({"authorization": None}, {"bundle": None}):
-            configuration = {"apiUri": "http://127.0.0.1:9/a", "listenerUri": "http://127.0.0.1:9/l",
-                             "authorization": "t", **fields}
-            output = self.host({"call": "Kifo.initialize", "configuration": configuration},
-                               {"get": "Kifo.initializeStatus"})
-            self.assertEqual(self.of("value", output), ["INITIALIZE_FAILED"])
-
 
 class HostEvents(ToolCase):
     def test_a_first_start_installs_and_tells_of_it_in_order(self):
