@@ -14,34 +14,31 @@
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
-namespace {
 
 std::vector<QPointer<QObject>> alerts;
 
-void listen(QAccessibleEvent* event) {
-  if (event->type() == QAccessible::Alert) alerts.emplace_back(event->object());
+}  // namespace kifo::testing
+
+/// What the SDK announces. Qt's own function, for which this one stands in, passes nothing on for
+/// as long as no assistive technology is connected.
+void QAccessible::updateAccessibility(QAccessibleEvent* event) {
+  if (event->type() == QAccessible::Alert) kifo::testing::alerts.emplace_back(event->object());
 }
+
+namespace kifo::testing {
+namespace {
 
 class AccessibilityTest : public PopupTest {
  protected:
-  AccessibilityTest() {
-    alerts.clear();
-    QAccessible::setActive(true);
-    previous_ = QAccessible::installUpdateHandler(listen);
-  }
-  ~AccessibilityTest() override { QAccessible::installUpdateHandler(previous_); }
+  AccessibilityTest() { alerts.clear(); }
 
   static QAccessibleInterface* of(QWidget* widget) {
     return QAccessible::queryAccessibleInterface(widget);
   }
   static QString name(QWidget* widget) { return of(widget)->text(QAccessible::Name); }
-
- private:
-  QAccessible::UpdateHandler previous_;
 };
 
 TEST_F(AccessibilityTest, ThePopupIsAnnouncedOnce) {
-  if (!QAccessible::isActive()) GTEST_SKIP() << "this Qt platform keeps accessibility inactive";
   campaign("POPUP");
   present();
   settle();
