@@ -18,10 +18,17 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# What ships is small: whatever nothing refers to is left out when the libraries are linked.
+# What ships is small: compiled for size and as a whole, without what nothing refers to, and with its
+# relocations packed. An archive is left alone: other compilers must be able to read it.
 if(PROJECT_IS_TOP_LEVEL)
   set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG -ffunction-sections -fdata-sections")
+  if(BUILD_SHARED_LIBS)
+    include(CheckIPOSupported)
+    check_ipo_supported(RESULT KIFO_OPTIMIZES_WHOLE LANGUAGES CXX)
+  endif()
 endif()
+include(CheckLinkerFlag)
+check_linker_flag(CXX -Wl,-z,pack-relative-relocs KIFO_PACKS_RELOCATIONS)
 
 if(KIFO_SANITIZE)
   add_compile_options(-fsanitize=${KIFO_SANITIZE} -fno-omit-frame-pointer)

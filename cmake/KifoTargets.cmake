@@ -17,6 +17,8 @@ function(kifo_object_library name)
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
   target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:kifo_warnings>)
   target_compile_definitions(${name} PRIVATE KIFO_BUILDING)
+  set_target_properties(${name} PROPERTIES
+    INTERPROCEDURAL_OPTIMIZATION_RELEASE "${KIFO_OPTIMIZES_WHOLE}")
 endfunction()
 
 kifo_object_library(kifo_kit_objects)
@@ -50,7 +52,8 @@ function(kifo_finish_library target alias)
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/kifo>)
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${alias} VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+    SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX
+    INTERPROCEDURAL_OPTIMIZATION_RELEASE "${KIFO_OPTIMIZES_WHOLE}")
   target_compile_features(${target} PUBLIC cxx_std_20)
   if(target STREQUAL "kifo_kit")
     target_link_libraries(${target} PUBLIC nlohmann_json::nlohmann_json Threads::Threads
@@ -61,7 +64,8 @@ function(kifo_finish_library target alias)
   endif()
   if(BUILD_SHARED_LIBS AND NOT KIFO_SANITIZE)
     target_link_options(${target} PRIVATE
-      -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--gc-sections)
+      -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--gc-sections
+      $<$<BOOL:${KIFO_PACKS_RELOCATIONS}>:-Wl,-z,pack-relative-relocs>)
     set_property(TARGET ${target} APPEND PROPERTY
       LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   endif()

@@ -114,8 +114,9 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
   // Under way before its copy can be seen in the store, so that no pass takes the copy for a
   // request that nobody is sending.
   RequestLedger::shared().begin(request->requestId);
-  cache(request);
-  if (!isDue_ && !mayGoOut(*request, isNotificationEvent)) {
+  const bool goesOut = isDue_ || mayGoOut(*request, isNotificationEvent);
+  cache(request, goesOut ? SerialQueue::Wake::later : SerialQueue::Wake::now);
+  if (!goesOut) {
     RequestLedger::shared().settle(request->requestId, false);
     if (request->whenUnanswered) request->whenUnanswered();
     return;
@@ -123,15 +124,21 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
   KIFO_INSPECT(request->isCached.value_or(false) ? "resent" : "sent",
                {{"requestId", request->requestId}, {"url", request->texts->url()}});
   const auto platform = Platform::current();
+  // The transport's thread wakes the one that stores: the caller wakes one thread and not two.
   platform->http->send(
-      [request] { return httpRequest(*request); },
-      [self = shared_from_this(), request, queue = platform->answerQueue](HttpAnswer answer) {
-        queue->post(
+      [request, storing = platform->mainQueue] {
+        storing->wake();
+        return httpRequest(*request);
+      },
+      [self = shared_from_this(), request, storing = platform->mainQueue,
+       answers = platform->answerQueue](HttpAnswer answer) {
+        storing->wake();  // the transport may have stopped before it made the request
+        answers->post(
             [self, request, answer = std::move(answer)] { self->handleAnswer(request, answer); });
       });
 }
 
-void ServiceClient::cache(const std::shared_ptr<Outgoing>& request) {
+void ServiceClient::cache(const std::shared_ptr<Outgoing>& request, SerialQueue::Wake wake) {
   const bool isKept = request->isCached == false && !request->requestId.empty() &&
                       request->method == rawValue(HTTPMethod::post);
   if (!isKept) return;
@@ -148,7 +155,8 @@ void ServiceClient::cache(const std::shared_ptr<Outgoing>& request) {
       [request](bool stored) {
         request->isStored = stored;
         if (stored) KIFO_INSPECT("stored", {{"requestId", request->requestId}});
-      });
+      },
+      wake);
 }
 
 bool ServiceClient::mayGoOut(const Outgoing& request, bool isNotificationEvent) {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
@@ -25,8 +26,17 @@ class KIFO_EXPORT SerialQueue {
 
   virtual ~SerialQueue() = default;
 
+  /// Whether a sleeping thread is woken at once, or by whoever calls `wake`.
+  enum class Wake { now, later };
+
   /// Appends `task`. Never blocks on a running task.
   virtual void post(Task task) = 0;
+
+  /// Appends `task` like `post`, for a caller that wakes another thread anyway and has that one call
+  /// `wake`: waking is what a post costs most. A queue may wake its thread at once all the same.
+  virtual void enqueue(Task task) { post(std::move(task)); }
+  /// Lets the thread see to what was enqueued.
+  virtual void wake() {}
 
   /// Appends `task` once `delay` has passed, and then again every `delay` when `repeats`.
   /// A delay below zero counts as zero.

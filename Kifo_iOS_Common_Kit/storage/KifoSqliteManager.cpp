@@ -82,11 +82,14 @@ KifoSqliteManager& KifoSqliteManager::sharedManager() {
 
 // Turns ------------------------------------------------------------------------------------------
 
-void KifoSqliteManager::inOneTurn(std::function<void()> work) {
-  if (insideTurn) {
-    pending_.push_back(std::move(work));
+void KifoSqliteManager::inOneTurn(std::function<void()> work, SerialQueue::Wake wake) {
+  if (insideTurn) return pending_.push_back(std::move(work));
+  auto task = [this, work = std::move(work)] { turn(work); };
+  const auto platform = Platform::current();
+  if (wake == SerialQueue::Wake::now) {
+    platform->mainQueue->post(std::move(task));
   } else {
-    Platform::current()->mainQueue->post([this, work = std::move(work)] { turn(work); });
+    platform->mainQueue->enqueue(std::move(task));
   }
 }
 

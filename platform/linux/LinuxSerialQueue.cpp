@@ -57,6 +57,8 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
   explicit Core(std::string name) : name_(std::move(name)) {}
 
   void post(Task task);
+  void enqueue(Task task);
+  void wake();
   Timer schedule(Duration delay, Task task, bool repeats);
   Watch watch(int descriptor, Task readable);
   void forget(std::uint64_t source);
@@ -119,6 +121,16 @@ void LinuxSerialQueue::Core::post(Task task) {
   if (!stopping_) append({std::move(task), 0}, lock);
 }
 
+void LinuxSerialQueue::Core::enqueue(Task task) {
+  const std::lock_guard lock(mutex_);
+  if (!stopping_) ready_.push_back({std::move(task), 0});
+}
+
+void LinuxSerialQueue::Core::wake() {
+  std::unique_lock lock(mutex_);
+  if (!ready_.empty()) wake(lock);
+}
+
 SerialQueue::Timer LinuxSerialQueue::Core::schedule(Duration delay, Task task, bool repeats) {
   Source source{std::make_shared<const Task>(std::move(task))};
   const auto wait = clamped(delay);
@@ -174,7 +186,7 @@ bool LinuxSerialQueue::Core::stop(Duration bound) {
   timers_.clear();
   watches_.clear();
   if (isCurrent()) return ready_.empty();
-  if (started_) wake(lock);
+  if (started_ || !ready_.empty()) wake(lock);
   const bool ended = worker_.join(bound);
   if (!lock.owns_lock()) lock.lock();
   abandoned_ = abandoned_ || !ended || !ready_.empty();
@@ -294,6 +306,14 @@ LinuxSerialQueue::~LinuxSerialQueue() {
 
 void LinuxSerialQueue::post(Task task) {
   core_->post(std::move(task));
+}
+
+void LinuxSerialQueue::enqueue(Task task) {
+  core_->enqueue(std::move(task));
+}
+
+void LinuxSerialQueue::wake() {
+  core_->wake();
 }
 
 SerialQueue::Timer LinuxSerialQueue::schedule(Duration delay, Task task, bool repeats) {

@@ -28,6 +28,8 @@ class LinuxSerialQueue final : public SerialQueue {
   ~LinuxSerialQueue() override;
 
   void post(Task task) override;
+  void enqueue(Task task) override;
+  void wake() override;
   Timer schedule(Duration delay, Task task, bool repeats = false) override;
   void cancel(Timer timer) override;
   [[nodiscard]] bool isCurrent() const override;

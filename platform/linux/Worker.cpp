@@ -1,6 +1,7 @@
 #include "platform/linux/Worker.h"
 
 #include <pthread.h>
+#include <sched.h>
 #include <signal.h>
 
 #include <algorithm>
@@ -25,6 +26,14 @@ class SignalsBlocked {
  private:
   sigset_t previous_{};
 };
+
+/// Puts the calling thread behind the host's: one that wakes it is not preempted by it, and a host
+/// that runs in real time does not hand its priority on. Waking a thread costs its caller some 2 µs
+/// so, and up to the length of what it then does otherwise.
+void standBack() {
+  const sched_param none{};
+  pthread_setschedparam(pthread_self(), SCHED_BATCH, &none);
+}
 
 }  // namespace
 
@@ -51,6 +60,7 @@ bool Worker::start(const char* name, std::function<void()> body) {
   end_->set(false);
   try {
     thread_ = std::thread([end = end_, body = std::move(body)]() mutable {
+      standBack();
       body();
       body = nullptr;
       end->set(true);

@@ -68,6 +68,26 @@ TYPED_TEST(SerialQueueContract, RunsTasksInTheOrderOfPosting) {
   EXPECT_TRUE(std::ranges::is_sorted(this->notes_));
 }
 
+TYPED_TEST(SerialQueueContract, WhatIsEnqueuedKeepsItsPlaceAndRunsOnceTheQueueIsWoken) {
+  std::promise<void> ran;
+  auto future = ran.get_future();
+  this->queue().enqueue(this->note(0));
+  this->queue().enqueue([&] { ran.set_value(); });
+  this->queue().wake();
+  EXPECT_TRUE(this->bench_.await(future));
+  this->queue().wake();  // nothing to see to
+  this->queue().enqueue(this->note(1));
+  this->queue().post(this->note(2));
+  this->settle();
+  EXPECT_THAT(this->notes_, ElementsAre(0, 1, 2));
+}
+
+TYPED_TEST(SerialQueueContract, AStopRunsWhatWasEnqueuedAndNeverWoken) {
+  this->queue().enqueue(this->note(0));
+  EXPECT_TRUE(this->queue().stop(Seconds(20)));
+  EXPECT_THAT(this->notes_, ElementsAre(0));
+}
+
 TYPED_TEST(SerialQueueContract, ATaskPostedFromATaskRunsAfterItAndKnowsItsQueue) {
   this->queue().post([this] {
     this->queue().post(this->note(2));
