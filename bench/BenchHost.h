@@ -18,7 +18,7 @@ class BenchHost {
   double start(bool settles = true);
   void setOnline(bool online);
   /// Waits until all that is queued has been dealt with.
-  void waitUntilIdle();
+  static void waitUntilIdle();
   [[nodiscard]] std::string databasePath() const { return directory_ + "/KifoLog.db"; }
   [[nodiscard]] const std::string& directory() const { return directory_; }
 

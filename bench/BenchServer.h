@@ -2,6 +2,8 @@
 
 #include <sys/types.h>
 
+#include <atomic>
+#include <cstdint>
 #include <string>
 
 namespace kifo::bench {
@@ -18,12 +20,15 @@ class BenchServer {
 
   [[nodiscard]] std::string apiUri() const { return uri("/api"); }
   [[nodiscard]] std::string listenerUri() const { return uri("/listener"); }
+  /// Events that have come in so far.
+  [[nodiscard]] std::uint64_t received() const { return *received_; }
 
  private:
   [[nodiscard]] std::string uri(const std::string& path) const;
 
   int port_ = 0;
   pid_t process_ = 0;
+  std::atomic<std::uint64_t>* received_ = nullptr;  ///< In memory that both processes see.
 };
 
 }  // namespace kifo::bench

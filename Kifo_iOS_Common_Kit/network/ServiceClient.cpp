@@ -234,6 +234,10 @@ void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
   const auto forget = [requestId] { RequestLedger::shared().forgetDelivered(requestId); };
   // A locked file may keep the row; it must not be sent again all the same.
   if (!requestId.empty()) RequestLedger::shared().noteDelivered(requestId);
+  // An answer without a body leaves its row, marked. Any other removes it: before the mark, which then
+  // finds nothing to write and costs no commit, and before the row that follows is marked as tried,
+  // since the deletion takes every tried row.
+  if (!data.empty()) db_.deleteLog(requestId, forget);
   db_.updateSyncStatus(requestId, 1, forget);
   unauthorizedCount = 0;
   if (data.empty()) {
@@ -242,8 +246,6 @@ void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
     return;
   }
   request->complete(data);
-  // The deletion takes every tried row: it must not meet the mark of the row that follows.
-  db_.deleteLog(requestId, forget);
   if (request->isCached.value_or(false)) {
     syncLogs();
   } else {
