@@ -2,7 +2,10 @@
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>
+#include <linux/sockios.h>
 #include <netinet/in.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -37,6 +40,15 @@ std::pair<std::string, int> endOf(int descriptor) {
 /// The loopback network is one address on its interface and sixteen million in use.
 bool isLoopback(const std::string& address) {
   return address.starts_with("127.");
+}
+
+/// A request that was given up is sent again from the store. The kernel would go on trying to get
+/// its bytes across, and the server would receive it twice when the network is back.
+void dropWhatIsUnsent(int socket) {
+  int unsent = 0;
+  if (ioctl(socket, SIOCOUTQ, &unsent) != 0 || unsent == 0) return;
+  const linger reset{1, 0};
+  setsockopt(socket, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
 }
 
 }  // namespace
@@ -98,6 +110,7 @@ curl_socket_t CurlSockets::open(void* transfer, curlsocktype, curl_sockaddr* add
 
 int CurlSockets::close(void* self, curl_socket_t socket) {
   static_cast<CurlSockets*>(self)->sockets_.erase(socket);
+  dropWhatIsUnsent(socket);
   return ::close(socket);
 }
 

@@ -2,6 +2,7 @@
 #include <sys/mount.h>
 
 #include <fstream>
+#include <sstream>
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
@@ -16,6 +17,20 @@ using ::testing::IsEmpty;
 
 class NetworkTrouble : public NetworkScene {};
 
+/// How many connections of the calling thread's namespace the kernel still tries to bring to an
+/// end, with whatever they have left to say, though nobody holds them any more.
+std::ptrdiff_t lingering() {
+  std::ifstream table("/proc/thread-self/net/tcp");
+  std::ptrdiff_t count = 0;
+  for (std::string line; std::getline(table, line);) {
+    std::istringstream words(line);
+    std::string number, local, remote, state;
+    words >> number >> local >> remote >> state;
+    count += state == "04" ? 1 : 0;  // FIN_WAIT1
+  }
+  return count;
+}
+
 TEST_F(NetworkTrouble, ABlackHoleHoldsUpNeitherEventsNorTheStoreNorTheEnd) {
   start();
   ASSERT_TRUE(drains());
@@ -24,6 +39,7 @@ TEST_F(NetworkTrouble, ABlackHoleHoldsUpNeitherEventsNorTheStoreNorTheEnd) {
   EXPECT_EQ(rowCount(), "10") << "stored while every request still waits";
   EXPECT_EQ(Kifo::networkStatus(), KifoNetworkStatus::ONLINE) << "the link says nothing of it";
   EXPECT_FALSE(shutDown(0.5)) << "the requests were cut short";
+  EXPECT_EQ(lingering(), 0) << "what was given up may not arrive after all";
   EXPECT_THAT(received("lost"), IsEmpty());
 
   setBlackHole(false);
@@ -63,6 +79,7 @@ TEST_F(NetworkTrouble, ARequestThatRanOutOfTimeIsSentAgainWhenTheNetworkIsBack) 
   setBlackHole(true);
   send("late", 2);
   ASSERT_TRUE(awaitAnswers());
+  EXPECT_EQ(lingering(), 0);
   EXPECT_EQ(rows("select TRYCOUNT, ISSYNC_SUCCESS from KifoLog"),
             (std::vector<std::string>{"0|0", "0|0"}));
   loseTheRoute();
