@@ -212,8 +212,10 @@ TEST_F(LayoutTest, PaintsNothingOfTheHostsStyleSheet) {
   present();
   settle();
   const QImage styled = popup->grab().toImage();
-  const QRect panel = elements().popupView->geometry().adjusted(8, 8, -8, -8);
-  EXPECT_EQ(styled.copy(panel), plain.copy(panel));
+  const QRectF panel = elements().popupView->geometry().adjusted(8, 8, -8, -8);
+  const double scale = plain.devicePixelRatio();
+  const QRect pixels = QRectF(panel.topLeft() * scale, panel.size() * scale).toRect();
+  EXPECT_EQ(styled.copy(pixels), plain.copy(pixels));
 }
 
 }  // namespace
