@@ -9,7 +9,6 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupAccessible.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupAnimator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCloseButton.h"
@@ -23,6 +22,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupOverlay.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupTimeout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupAccessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
 
 namespace kifo {
@@ -294,11 +294,12 @@ void KifoPopup::open(KifoAnimationStyle animationStyle) {
   connect(&overlay_->focus(), &KifoPopupFocus::engagementChanged, this, &KifoPopup::holdTimeout);
   overlay_->setAccessibleName(labelTitle()->text());
   overlay_->setAccessibleDescription(viewText()->text());
+  setAccessibleRole(overlay_, QAccessible::AlertMessage);
   animator_->reset();
   overlay_->open(appearance.kDefaultShadowOpacity, type, firstFocus());
   followInputMethod();
   animator_->enter(animationStyle, appearance.dynamicAnimatorActive, motion);
-  KifoPopupAccessible::announce(overlay_);
+  announceOpening(overlay_);
 }
 
 QWidget* KifoPopup::firstFocus() const {

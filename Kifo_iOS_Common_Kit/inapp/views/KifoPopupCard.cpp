@@ -211,6 +211,10 @@ QRect KifoPopupCard::panel() const {
   return rect().adjusted(0, overhang(), 0, 0);
 }
 
+QRect KifoPopupCard::disc() const {
+  return circleShown_ ? circleBG->geometry() : QRect();
+}
+
 bool KifoPopupCard::scrolls() const {
   return scroll_->verticalScrollBar()->maximum() > 0;
 }

@@ -50,7 +50,10 @@ class KifoPopupCard : public QWidget, public KifoPopupParts {
 
   /// The card without the circle's upper half, in its own coordinates.
   [[nodiscard]] QRect panel() const;
-  /// The card's whole outline, for its shadow.
+  [[nodiscard]] double cornerRadius() const { return appearance_.contentViewCornerRadius; }
+  /// The circle, in the card's coordinates; empty without one.
+  [[nodiscard]] QRect disc() const;
+  /// The outline of the card with its circle.
   [[nodiscard]] const QPainterPath& outline() const { return outline_; }
   [[nodiscard]] bool scrolls() const;
   /// The uppermost field; null without one.

@@ -1,52 +1,36 @@
 #pragma once
 
-#include <QObject>
 #include <QPointer>
-#include <QWidget>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/OverlayFocus.h"
 
 namespace kifo {
 
 class KifoPopupCard;
 
-/// The keyboard focus of an alert: takes it, keeps it among the overlay's widgets, gives it back.
-///
-/// What lies above the overlay in the same window (a later alert) may have the focus. An alert that
-/// goes while another lies above it leaves that one to give the focus back in its stead.
+/// The keyboard focus of an alert, which also knows whether the user is at work inside with it.
 ///
 /// **Threading:** UI thread only.
-class KifoPopupFocus : public QObject {
+class KifoPopupFocus : public OverlayFocus {
   Q_OBJECT
  public:
   KifoPopupFocus(QWidget* overlay, const KifoPopupCard* card);
 
-  /// Remembers who has the focus and gives it to `first`.
-  void take(QWidget* first);
-  /// Lets go, and returns the focus to whom it was taken from, if that one still wants it.
-  void giveBack();
-  /// Moves on to the next or previous widget, round and round.
-  bool step(bool forward);
   /// The user has put the focus somewhere, or has typed.
   void engage();
   /// Whether the user works inside with the keyboard, in a window that is active.
   [[nodiscard]] bool isEngaged() const;
 
  Q_SIGNALS:
+  /// The user has moved the focus.
   void moved(QWidget* to);
   void engagementChanged();
 
- private:
-  void changed(QWidget* now);
-  [[nodiscard]] bool isInside(const QWidget* widget) const;
-  [[nodiscard]] bool isAbove(const QWidget* widget) const;
-  [[nodiscard]] QList<QWidget*> stops() const;
-  void bequeath();
+ protected:
+  [[nodiscard]] QList<QWidget*> stops() const override;
 
-  QWidget* overlay_;
+ private:
   QPointer<const KifoPopupCard> card_;
-  QPointer<QWidget> before_;
-  QPointer<QWidget> last_;
-  bool holding_ = false;
-  bool moving_ = false;  ///< We are moving the focus ourselves.
   bool engaged_ = false;
 };
 

@@ -1,7 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupOverlay.h"
 
 #include <QApplication>
-#include <QGraphicsOpacityEffect>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -15,6 +14,8 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupDisposal.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupFocus.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PanelShadow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/WidgetOpacity.h"
 
 namespace kifo {
 namespace {
@@ -104,19 +105,8 @@ void KifoPopupOverlay::moveCard() {
   // Above the room rather than below it: the title is read first.
   if (place.top() < room.top()) place.moveTop(room.top());
   card_->move(place.topLeft() + animator_->offset(place, rect()));
-  fade();
+  setPaintedOpacity(*card_, animator_->opacity());
   update();
-}
-
-void KifoPopupOverlay::fade() {
-  const double opacity = animator_->opacity();
-  if (opacity >= 1) return card_->setGraphicsEffect(nullptr);
-  auto* effect = qobject_cast<QGraphicsOpacityEffect*>(card_->graphicsEffect());
-  if (effect == nullptr) {
-    effect = new QGraphicsOpacityEffect;
-    card_->setGraphicsEffect(effect);
-  }
-  effect->setOpacity(opacity);
 }
 
 void KifoPopupOverlay::setKeyboard(const QRect& keyboard) {
@@ -194,7 +184,19 @@ void KifoPopupOverlay::paintEvent(QPaintEvent* /*event*/) {
   dim.setAlphaF(static_cast<float>(dimming_ * opacity));
   painter.fillRect(rect(), dim);
   painter.setOpacity(opacity);
-  shadow_.paint(painter, card_->outline(), card_->pos());
+  paintShadow(painter);
+}
+
+void KifoPopupOverlay::paintShadow(QPainter& painter) const {
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.translate(card_->pos());
+  const QRect panel = card_->panel();
+  PanelShadow::paint(painter, panel, card_->cornerRadius());
+  const QRect disc = card_->disc();
+  if (disc.isEmpty()) return;
+  // The disc's own shadow is seen only where the disc stands out of the panel.
+  painter.setClipRect(0, -PanelShadow::reach, card_->width(), panel.top() + PanelShadow::reach);
+  PanelShadow::paint(painter, disc, disc.width() / 2.0);
 }
 
 }  // namespace kifo

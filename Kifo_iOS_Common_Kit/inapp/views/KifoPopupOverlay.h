@@ -3,7 +3,6 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/ScreenType.h"
 
 namespace kifo {
@@ -54,7 +53,7 @@ class KifoPopupOverlay : public QWidget {
  private:
   void coverWindow();
   void moveCard();
-  void fade();
+  void paintShadow(QPainter& painter) const;
   void releaseCard();
   [[nodiscard]] QRect room() const;
   [[nodiscard]] bool isOnCard(const QPointF& position) const;
@@ -62,7 +61,6 @@ class KifoPopupOverlay : public QWidget {
   QPointer<KifoPopupCard> card_;
   QPointer<KifoPopupAnimator> animator_;
   KifoPopupFocus* focus_;
-  KifoPopupShadow shadow_;
   QRect keyboard_;
   double dimming_ = 0;
   ScreenType type_ = ScreenType::popup;

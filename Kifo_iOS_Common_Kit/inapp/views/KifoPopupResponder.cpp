@@ -8,7 +8,9 @@ namespace kifo {
 
 KifoPopupResponder::KifoPopupResponder(KifoPopup* alertview) : alertview_(alertview) {}
 
-KifoPopup* KifoPopupResponder::alertview() const { return alertview_; }
+KifoPopup* KifoPopupResponder::alertview() const {
+  return alertview_;
+}
 
 void KifoPopupResponder::setTitle(const QString& title) const {
   if (alertview_ != nullptr) alertview_->setTitle(title);

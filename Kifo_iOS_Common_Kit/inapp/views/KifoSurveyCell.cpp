@@ -74,35 +74,48 @@ void KifoSurveyCell::resizeEvent(QResizeEvent*) {
   titleLbl_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), text));
 }
 
+QColor KifoSurveyCell::accentOn(const QColor& surface) const {
+  return contrastRatio(theme_.accent, surface) >= 3 ? theme_.accent : inkOn(surface);
+}
+
 void KifoSurveyCell::paintMark(QPainter& painter, const QColor& surface) const {
   const QRect place(kMarkStart, (height() - kMark) / 2, kMark, kMark);
   const QRectF mark = QStyle::visualRect(layoutDirection(), rect(), place);
-  const QColor accent = contrastRatio(theme_.accent, surface) >= 3 ? theme_.accent : inkOn(surface);
   const bool chosen = selectButton_->isChecked();
-  painter.setPen(QPen(chosen ? accent : mixed(surface, inkOn(surface), 0.55), 2));
+  painter.setPen(QPen(chosen ? accentOn(surface) : mixed(surface, inkOn(surface), 0.55), 2));
   painter.setBrush(Qt::NoBrush);
   painter.drawEllipse(mark.adjusted(1, 1, -1, -1));
   if (!chosen) return;
   painter.setPen(Qt::NoPen);
-  painter.setBrush(accent);
+  painter.setBrush(accentOn(surface));
   painter.drawEllipse(mark.adjusted(6, 6, -6, -6));
+}
+
+void KifoSurveyCell::paintSurface(QPainter& painter, const QColor& surface) const {
+  const bool chosen = selectButton_->isChecked();
+  const double rest = surface_ ? 0.0 : 0.04;
+  const double touched = selectButton_->isDown() ? 0.1 : selectButton_->underMouse() ? 0.04 : 0.0;
+  const QColor resting =
+      chosen ? mixed(surface, accentOn(surface), 0.1) : mixed(surface, inkOn(surface), rest);
+  const QRectF bounds = surfaceRect();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(mixed(resting, inkOn(surface), touched));
+  painter.drawRoundedRect(bounds, kCorner, kCorner);
+  if (!chosen) return;
+  painter.setPen(QPen(mixed(surface, accentOn(surface), 0.6), 1));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(bounds.adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
 }
 
 void KifoSurveyCell::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QColor surface = seenSurface();
-  double tint = surface_ ? 0.0 : 0.04;
-  if (selectButton_->isChecked()) tint = 0.10;
-  if (selectButton_->underMouse()) tint += 0.04;
-  if (selectButton_->isDown()) tint += 0.06;
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(mixed(surface, inkOn(surface), tint));
-  painter.drawRoundedRect(surfaceRect(), kCorner, kCorner);
+  paintSurface(painter, surface);
   paintMark(painter, surface);
-  if (!selectButton_->showsFocus()) return;
-  paintFocusRing(painter, surfaceRect(), kCorner,
-                 contrastRatio(theme_.accent, surface) >= 3 ? theme_.accent : inkOn(surface));
+  if (selectButton_->showsFocus()) {
+    paintFocusRing(painter, surfaceRect(), kCorner, accentOn(surface));
+  }
 }
 
 }  // namespace kifo

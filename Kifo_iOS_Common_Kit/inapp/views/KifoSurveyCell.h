@@ -51,6 +51,8 @@ class KIFO_EXPORT KifoSurveyCell : public QWidget {
  private:
   [[nodiscard]] QColor seenSurface() const;
   [[nodiscard]] QRectF surfaceRect() const;
+  [[nodiscard]] QColor accentOn(const QColor& surface) const;
+  void paintSurface(QPainter& painter, const QColor& surface) const;
   void paintMark(QPainter& painter, const QColor& surface) const;
 
   PopupTheme theme_;

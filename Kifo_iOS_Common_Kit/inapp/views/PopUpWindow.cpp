@@ -1,34 +1,31 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include <QAccessible>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QTimer>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageLoader.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PageIndicator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/OverlayFocus.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowAnswer.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowFade.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowKeyboard.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowPictures.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupAccessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupEmojiRow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupFocus.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupImageView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
@@ -37,10 +34,8 @@
 namespace kifo {
 namespace {
 
-constexpr double kDim = 0.3;  ///< Alpha of the black over the host.
-constexpr double kKeyboardLift = 0.5;
-constexpr int kWidestPicture = 480;  ///< Logical pixels: the panel at its widest.
-constexpr int kLineStep = 48;        ///< An arrow key scrolls a tall panel by this much.
+constexpr double kDim = 0.3;   ///< Alpha of the black over the host.
+constexpr int kLineStep = 48;  ///< An arrow key scrolls a tall panel by this much.
 
 const std::string& tag() {
   static const std::string& text = *new std::string(logTag("PopUpWindow"));
@@ -101,22 +96,34 @@ PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptio
   setAccessibleName(titled ? QString::fromStdString(*p.title) : options_.texts.popup);
   setAccessibleDescription(describe(p));
   setAccessibleRole(this, QAccessible::Dialog);
-  focus_ = new PopupFocus(this);
-  connect(focus_, &PopupFocus::arrived, popUpWindowView_, &PopUpWindowView::reveal);
-  connect(&fade_, &QVariantAnimation::valueChanged, this,
-          [this](const QVariant& value) { setOpacity(value.toDouble()); });
-  connect(&fade_, &QVariantAnimation::finished, this, &PopUpWindow::faded);
-  followInputMethod();
+  focus_ = new OverlayFocus(this);
+  fade_ = new PopUpWindowFade(
+      std::chrono::milliseconds(popUpWindowView_->theme().milliseconds(options_.durations.fade)),
+      this);
+  keyboard_ = new PopUpWindowKeyboard(fields_, this);
+  pictures_ = new PopUpWindowPictures(fields_, *popUpWindowView_, options_, this);
+  answer_ = std::make_unique<PopUpWindowAnswer>(fields_, *popUpWindowView_);
   if (fields_.popupType == PopupType::emoji) {
     fillEmojis();
   } else {
     fillList();
   }
-  fillPictures();
+  pictures_->load();
+  connectParts();
   wireButtons();
 }
 
 PopUpWindow::~PopUpWindow() = default;
+
+void PopUpWindow::connectParts() {
+  connect(focus_, &OverlayFocus::arrived, popUpWindowView_, &PopUpWindowView::reveal);
+  connect(keyboard_, &PopUpWindowKeyboard::moved, this, &PopUpWindow::placeView);
+  connect(fade_, &PopUpWindowFade::ended, this, &PopUpWindow::faded);
+  connect(fade_, &PopUpWindowFade::changed, this, [this](double opacity) {
+    popUpWindowView_->setOpacity(opacity);
+    update();
+  });
+}
 
 void PopUpWindow::wireButtons() {
   const PopUpWindowElements& e = popUpWindowView_->elements();
@@ -143,12 +150,14 @@ void PopUpWindow::fillList() {
     if (!option) continue;
     if (plain) {
       auto* cell = new KifoPopupCell(theme, option, row, rows, list->content());
-      cell->actionItem = [this](const Button& button) { press(button); };
+      cell->actionItem = [this](const Button& button) { press(fields_.actionItem, button); };
       cell->setLineVisible(row + 1 < rows);
       list->add({cell, cell->titleLbl(), [cell](int width) { return cell->heightFor(width); }});
     } else {
       auto* cell = new KifoSurveyCell(theme, option, row, rows, list->content());
-      cell->selectItem = [this](const Button& button) { selectSurvey(button); };
+      cell->selectItem = [this](const Button& button) {
+        choose(&PopUpWindowAnswer::selectSurvey, button);
+      };
       list->add({cell, cell->selectButton(), [cell](int width) { return cell->heightFor(width); }});
     }
   }
@@ -163,65 +172,23 @@ void PopUpWindow::fillEmojis() {
     if (!choice) continue;
     auto* cell =
         new KifoEmojiCollectionViewCell(popUpWindowView_->theme(), choice, row, rows, emojis);
-    cell->selectItem = [this](const Button& button) { selectEmoji(button); };
+    cell->selectItem = [this](const Button& button) {
+      choose(&PopUpWindowAnswer::selectEmoji, button);
+    };
     emojis->add(cell);
   }
 }
 
-void PopUpWindow::fillPictures() {
-  const PopUpWindowElements& e = popUpWindowView_->elements();
-  if (!options_.imageLoader) {
-    const int pixels = static_cast<int>(std::ceil(kWidestPicture * devicePixelRatioF()));
-    options_.imageLoader = std::make_shared<ImageLoader>(QSize(pixels, pixels));
-  }
-  ImageLoader& loader = *options_.imageLoader;
-  if (e.emojiCollectionView) {
-    for (auto* cell : e.emojiCollectionView->cells()) cell->load(loader);
-  }
-  if (e.popupImageViewList) {
-    Console::print(tag(), "image list avaliable");
-    e.popupImageViewList->setImages(fields_.images, options_.imageLoader);
-    e.pageIndicator->setNumberOfPages(static_cast<int>(fields_.images.size()));
-    connect(e.popupImageViewList, &PopupCarousel::pageTurned, this, [this, e](int page) {
-      fields_.currentIndex = page;
-      e.pageIndicator->setCurrentPage(page);
-      if (timer_) timer_->start();  // the page that the user chose stays its whole time
-    });
-    QTimer::singleShot(0, this, &PopUpWindow::startTimer);
-    return;
-  }
-  Console::print(tag(), "image list unavaliable");
-  const auto& image = request_->preferences.image;
-  if (!image || !ImageLoader::isUrl(*image) || !e.popupImageView) return;
-  e.popupImageView->setLoading();
-  loader.load(*image, e.popupImageView,
-              [view = e.popupImageView](const QImage& picture) { view->setImage(picture); });
-}
-
-void PopUpWindow::startTimer() {
-  if (dismissing_ || timer_) return;
-  timer_ = new QTimer(this);
-  connect(timer_, &QTimer::timeout, this, &PopUpWindow::scrollImageListTimer);
-  timer_->start(options_.durations.carouselInterval);
+QTimer* PopUpWindow::timer() const {
+  return pictures_->timer();
 }
 
 void PopUpWindow::stopTimer() {
-  if (!timer_) return;
-  timer_->stop();
-  timer_->deleteLater();
-  timer_ = nullptr;
+  pictures_->stopTimer();
 }
 
 void PopUpWindow::scrollImageListTimer() {
-  PopupCarousel* list = popUpWindowView_->elements().popupImageViewList;
-  if (!list) return;
-  const int last = static_cast<int>(fields_.images.size()) - 1;
-  const int next = fields_.currentIndex == last ? 0 : fields_.currentIndex + 1;
-  list->setPagingEnabled(false);
-  list->scrollToItem(next, 0, CollectionView::ScrollPosition::centeredHorizontally, next != 0);
-  list->setPagingEnabled(true);
-  fields_.currentIndex = next;
-  popUpWindowView_->elements().pageIndicator->setCurrentPage(next);
+  pictures_->turnPage();
 }
 
 double PopUpWindow::screenWidth() const {
@@ -237,78 +204,24 @@ void PopUpWindow::present() {
     parentWidget()->installEventFilter(this);
   }
   placeView();
-  setOpacity(0);
+  fade_->fadeTo(0);
   show();
   raise();
-  focus_->take();
-  fadeTo(1);
-  QAccessibleEvent announcement(this, QAccessible::Alert);
-  QAccessible::updateAccessibility(&announcement);
+  focus_->take(this);
+  fade_->fadeTo(1);
+  announceOpening(this);
 }
 
-void PopUpWindow::press(const Button& button) {
+void PopUpWindow::choose(void (PopUpWindowAnswer::*select)(const Button&), const Button& button) {
+  if (!dismissing_) (*answer_.*select)(button);
+}
+
+/// Runs the host's `action`, which may do anything to us, and closes.
+void PopUpWindow::press(const PopupRequest::ButtonCallback& action, const Button& button) {
   if (dismissing_) return;
   const QPointer<PopUpWindow> self(this);
-  const auto action = fields_.actionItem;
-  callHost(tag(), action, button);
+  callHost(tag(), PopupRequest::ButtonCallback(action), button);
   if (self) dismissView();
-}
-
-void PopUpWindow::select(const Button& button) {
-  fields_.selectActionItem = button;
-  popUpWindowView_->enableSubmitButton();
-  applyFreeTextRule(button);
-}
-
-void PopUpWindow::selectSurvey(const Button& button) {
-  if (dismissing_) return;
-  const auto row = fields_.rowOf(*button);
-  const auto* list = popUpWindowView_->elements().buttonsTableview;
-  for (auto* cell : list->findChildren<KifoSurveyCell*>())
-    cell->setChosen(cell->indexPath() == row);
-  select(button);
-}
-
-void PopUpWindow::selectEmoji(const Button& button) {
-  if (dismissing_) return;
-  fields_.currentSelected = fields_.rowOf(*button);
-  for (auto* cell : popUpWindowView_->elements().emojiCollectionView->cells()) {
-    cell->setChosen(cell->indexPath() == fields_.currentSelected);
-  }
-  select(button);
-}
-
-void PopUpWindow::applyFreeTextRule(const Button& button) {
-  if (fields_.defaultFreeTextCheckBox.value_or(true)) return;
-  if (button->freeTextQuestionCheckBox.value_or(false)) {
-    popUpWindowView_->showFreeTextField();
-  } else {
-    popUpWindowView_->hideFreeTextField();
-  }
-}
-
-/// What submitting sends, in order: the choice, if there is one, and then whatever the item's own
-/// type asks for.
-std::vector<InAppAnswer> PopUpWindow::answers() const {
-  std::vector<InAppAnswer> all;
-  const std::string& freeText = popUpWindowView_->freeText();
-  if (const Button& chosen = fields_.selectActionItem) {
-    auto& answer = all.emplace_back();
-    answer.choice = chosen;
-    answer.choiseField =
-        ChoiseFieldModel{chosen->id.value_or(""), chosen->text.value_or(""), freeText};
-  }
-  const auto& type = fields_.appCommunicationItem->type;
-  if (type == rawValue(PopupType::score)) {
-    const float score = popUpWindowView_->sliderValue();
-    if (!std::isfinite(score) || std::abs(score) >= 0x1p63f) {
-      fatalError("the slider's value is no integer");
-    }
-    all.emplace_back().scoreField = ScoreFieldModel{static_cast<std::int64_t>(score), freeText};
-  } else if (type == rawValue(PopupType::openEnded)) {
-    all.emplace_back().openEndedField = OpenEndedFieldModel{freeText};
-  }
-  return all;
 }
 
 void PopUpWindow::submitButtonPressed() {
@@ -316,7 +229,7 @@ void PopUpWindow::submitButtonPressed() {
   if (!item || !popUpWindowView_ || dismissing_) return;
   const QPointer<PopUpWindow> self(this);
   const auto request = request_;
-  const auto all = answers();
+  const auto all = answer_->answers();
   const bool keepsTimer = all.size() == 1 && all.front().openEndedField;
   const auto controller = fields_.controller;
   const auto pageName = fields_.pageName;
@@ -341,12 +254,9 @@ void PopUpWindow::closeButtonAction() {
 void PopUpWindow::touchesBegan() {
   const auto item = fields_.appCommunicationItem;
   if (dismissing_ || !item || !item->action) return;
-  auto button = std::make_shared<AppCommunicationItemButton>();
+  const auto button = std::make_shared<AppCommunicationItemButton>();
   button->action = item->action;
-  const QPointer<PopUpWindow> self(this);
-  const auto action = fields_.actionBodyItem;
-  callHost(tag(), action, std::move(button));
-  if (self) dismissView();
+  press(fields_.actionBodyItem, button);
 }
 
 void PopUpWindow::dismissView() {
@@ -359,35 +269,14 @@ void PopUpWindow::dismiss() {
   dismissing_ = true;
   focus_->giveBack();
   setAttribute(Qt::WA_TransparentForMouseEvents);
-  fadeTo(0);
-}
-
-void PopUpWindow::fadeTo(double opacity) {
-  const bool still = options_.reducedMotion || options_.durations.fade.count() <= 0 || !isVisible();
-  fade_.stop();
-  if (still) {
-    setOpacity(opacity);
-    QTimer::singleShot(0, this, &PopUpWindow::faded);
-    return;
-  }
-  fade_.setStartValue(opacity_);
-  fade_.setEndValue(opacity);
-  fade_.setDuration(static_cast<int>(options_.durations.fade.count()));
-  fade_.setEasingCurve(QEasingCurve::OutQuad);
-  fade_.start();
+  fade_->fadeTo(0);
 }
 
 void PopUpWindow::faded() {
-  if (!dismissing_ || opacity_ > 0 || std::exchange(gone_, true)) return;
+  if (!dismissing_ || fade_->opacity() > 0 || std::exchange(gone_, true)) return;
   hide();
   deleteLater();
   Q_EMIT closed();
-}
-
-void PopUpWindow::setOpacity(double opacity) {
-  opacity_ = opacity;
-  popUpWindowView_->setOpacity(opacity);
-  update();
 }
 
 bool PopUpWindow::focusNextPrevChild(bool next) {
@@ -421,10 +310,10 @@ void PopUpWindow::closeEvent(QCloseEvent* event) {
 
 void PopUpWindow::placeView() {
   fields_.imageViewHeight = PopUpWindowFields::imageHeight(request_->preferences, screenWidth());
-  const int lift = static_cast<int>(keyboardHeight_ * kKeyboardLift);
+  const int lift = keyboard_->lift();
   popUpWindowView_->setPlace({0, -lift, width(), height()},
                              PopUpWindowHeights::of(fields_, request_->preferences), lift,
-                             height() - static_cast<int>(keyboardHeight_) + lift);
+                             height() - keyboard_->height() + lift);
   if (QWidget* focused = window()->focusWidget(); focused && isAncestorOf(focused)) {
     popUpWindowView_->reveal(focused);
   }
@@ -468,34 +357,17 @@ void PopUpWindow::dismissKeyboard() {
   QGuiApplication::inputMethod()->hide();
 }
 
-void PopUpWindow::followInputMethod() {
-  const QInputMethod* method = QGuiApplication::inputMethod();
-  connect(method, &QInputMethod::visibleChanged, this, &PopUpWindow::keyboardMoved);
-  connect(method, &QInputMethod::keyboardRectangleChanged, this, &PopUpWindow::keyboardMoved);
-}
-
-/// A keyboard that changes its height is one that goes and comes.
-void PopUpWindow::keyboardMoved() {
-  const QInputMethod* method = QGuiApplication::inputMethod();
-  keyboardWillHide();
-  if (method->isVisible()) keyboardWillShow(method->keyboardRectangle());
-}
-
 void PopUpWindow::keyboardWillShow(const QRectF& keyboard) {
-  if (keyboard.height() <= 0 || fields_.isKeyboardSizeAdded) return;
-  fields_.isKeyboardSizeAdded = true;
-  keyboardHeight_ = keyboard.height();
-  placeView();
+  keyboard_->show(keyboard);
 }
 
 void PopUpWindow::keyboardWillHide() {
-  if (!std::exchange(fields_.isKeyboardSizeAdded, false)) return;
-  keyboardHeight_ = 0;
-  placeView();
+  keyboard_->hide();
 }
 
 void PopUpWindow::paintEvent(QPaintEvent*) {
-  QPainter(this).fillRect(rect(), QColor::fromRgbF(0, 0, 0, static_cast<float>(kDim * opacity_)));
+  QPainter(this).fillRect(rect(),
+                          QColor::fromRgbF(0, 0, 0, static_cast<float>(kDim * fade_->opacity())));
 }
 
 }  // namespace kifo

@@ -5,7 +5,6 @@
 
 #include <QPoint>
 #include <QPointer>
-#include <QVariantAnimation>
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
@@ -18,8 +17,12 @@ class QTimer;
 
 namespace kifo {
 
+class OverlayFocus;
+class PopUpWindowAnswer;
+class PopUpWindowFade;
+class PopUpWindowKeyboard;
+class PopUpWindowPictures;
 class PopUpWindowView;
-class PopupFocus;
 
 /// One campaign over the host's window: dims the window, shows the panel, keeps what the user chose
 /// and reports the answer, or the close without one.
@@ -56,7 +59,7 @@ class KIFO_EXPORT PopUpWindow : public QWidget {
   [[nodiscard]] const PopUpWindowFields& fields() const { return fields_; }
   [[nodiscard]] PopUpWindowView* popUpWindowView() const { return popUpWindowView_; }
   /// Runs while the carousel advances by itself; null otherwise.
-  [[nodiscard]] QTimer* timer() const { return timer_; }
+  [[nodiscard]] QTimer* timer() const;
 
   /// What the close button does: dismisses, then reports the item without any answer.
   void closeButtonAction();
@@ -92,39 +95,30 @@ class KIFO_EXPORT PopUpWindow : public QWidget {
  private:
   using Button = std::shared_ptr<AppCommunicationItemButton>;
 
+  void connectParts();
   void wireButtons();
   void fillList();
   void fillEmojis();
-  void fillPictures();
-  void startTimer();
-  void followInputMethod();
-  void keyboardMoved();
   void placeView();
   [[nodiscard]] double screenWidth() const;
 
-  void press(const Button& button);
-  void select(const Button& button);
-  void selectSurvey(const Button& button);
-  void selectEmoji(const Button& button);
-  void applyFreeTextRule(const Button& button);
-  [[nodiscard]] std::vector<InAppAnswer> answers() const;
-
+  /// Runs `select` on what was chosen, unless the popup is on its way out.
+  void choose(void (PopUpWindowAnswer::*select)(const Button&), const Button& button);
+  void press(const PopupRequest::ButtonCallback& action, const Button& button);
   void dismiss();
-  void fadeTo(double opacity);
   void faded();
-  void setOpacity(double opacity);
 
   std::shared_ptr<const PopupRequest> request_;
   PopUpOptions options_;
   PopUpWindowFields fields_;
   PopUpWindowView* popUpWindowView_ = nullptr;
-  PopupFocus* focus_ = nullptr;
-  QTimer* timer_ = nullptr;
-  QVariantAnimation fade_;
+  OverlayFocus* focus_ = nullptr;
+  PopUpWindowFade* fade_ = nullptr;
+  PopUpWindowKeyboard* keyboard_ = nullptr;
+  PopUpWindowPictures* pictures_ = nullptr;
+  std::unique_ptr<PopUpWindowAnswer> answer_;
   PanTracker pan_;
   QPointer<QWidget> pressed_;  ///< What lies under a press that no control took.
-  double opacity_ = 0;
-  double keyboardHeight_ = 0;
   bool pressing_ = false;
   bool presented_ = false;
   bool dismissing_ = false;

@@ -205,7 +205,8 @@ class Builder {
     e_.textField = named(new FreeTextField(theme_, block), "textField");
     e_.textField->setAccessibleName(asked.isEmpty() ? theme_.options.texts.freeText : asked);
     e_.textFieldCountLabel = named(new PopupLabel(block), "textFieldCountLabel");
-    e_.textFieldCountLabel->setFace(theme_.font(TextRole::counter), theme_.shade(0.75));
+    e_.textFieldCountLabel->setFace(theme_.font(TextRole::counter), theme_.shade(0.75),
+                                    PopupLabel::Alignment::trailing);
     e_.textFieldCountLabel->setDigits(true);
     e_.textFieldCountLabel->setLabel(FreeTextRule::count({}));
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <QGraphicsOpacityEffect>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -21,6 +20,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/WidgetOpacity.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -32,13 +32,6 @@ constexpr int kCloseButton = 40;
 constexpr int kCloseGap = 8;  ///< From the close button down to the panel.
 constexpr int kSmallestPanel = 120;
 constexpr int kScrolledInset = 14;  ///< Keeps scrolled content clear of the panel's round corners.
-
-void fade(QWidget* widget, double opacity) {
-  auto* effect = qobject_cast<QGraphicsOpacityEffect*>(widget->graphicsEffect());
-  if (opacity >= 1) return widget->setGraphicsEffect(nullptr);
-  if (!effect) widget->setGraphicsEffect(effect = new QGraphicsOpacityEffect);
-  effect->setOpacity(opacity);
-}
 
 }  // namespace
 
@@ -91,8 +84,8 @@ void PopUpWindowView::setPlace(const QRect& geometry, const PopUpWindowHeights& 
 
 void PopUpWindowView::setOpacity(double opacity) {
   opacity_ = opacity;
-  fade(elements_.popupView, opacity);
-  fade(elements_.closeButton, opacity);
+  setPaintedOpacity(*elements_.popupView, opacity);
+  setPaintedOpacity(*elements_.closeButton, opacity);
   update();
 }
 

@@ -16,7 +16,7 @@ class Interface : public QAccessibleWidget {
 
   [[nodiscard]] QAccessible::State state() const override {
     auto state = QAccessibleWidget::state();
-    state.modal = role() == QAccessible::Dialog;
+    state.modal = role() == QAccessible::Dialog || role() == QAccessible::AlertMessage;
     return state;
   }
 
@@ -56,6 +56,11 @@ void setAccessibleRole(QWidget* widget, QAccessible::Role role) {
   Q_UNUSED(installed)
   widget->setProperty(kRole, static_cast<int>(role));
   renewAccessible(widget);
+}
+
+void announceOpening(QWidget* overlay) {
+  QAccessibleEvent event(overlay, QAccessible::Alert);
+  QAccessible::updateAccessibility(&event);
 }
 
 void renewAccessible(QWidget* widget) {
