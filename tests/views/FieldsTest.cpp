@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowFields.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowHeights.h"
 
@@ -26,54 +28,31 @@ PopUpWindowHeights heightsOf(const PopupRequest& request, double screenWidth = 4
   return PopUpWindowHeights::of(PopUpWindowFields::from(request, screenWidth), request.preferences);
 }
 
-TEST(PopUpWindowFields, OnlyPlainPopupsAndSurveysKeepTheirKind) {
-  EXPECT_EQ(PopUpWindowFields::from(requestOf("POPUP"), 414).popupType, PopupType::popup);
-  EXPECT_EQ(PopUpWindowFields::from(requestOf("SURVEY"), 414).popupType, PopupType::survey);
-  const std::optional<std::string> others[] = {"EMOJI", "SCORE", "OPEN_ENDED", "survey",
-                                               std::nullopt};
-  for (const auto& type : others) {
-    EXPECT_EQ(PopUpWindowFields::from(requestOf(type), 414).popupType, PopupType::emoji);
+TEST(PopUpWindowFields, EachKindHasItsListsHeightAndAllButTwoCountAsEmoji) {
+  const struct {
+    std::optional<std::string> type;
+    int rows;
+    double height;
+    PopupType kind;
+  } cases[] = {{"SURVEY", 3, 160, PopupType::survey}, {"SURVEY", 4, 200, PopupType::survey},
+               {"POPUP", 0, 10, PopupType::popup},    {"POPUP", 5, 260, PopupType::popup},
+               {"EMOJI", 3, 150, PopupType::emoji},   {"SCORE", 2, 100, PopupType::emoji},
+               {"survey", 5, 250, PopupType::emoji},  {std::nullopt, 5, 250, PopupType::emoji}};
+  for (const auto& each : cases) {
+    PopupRequest request = requestOf(each.type);
+    request.preferences.buttons = request.preferences.choices = some(each.rows);
+    const auto fields = PopUpWindowFields::from(request, 414);
+    EXPECT_EQ(fields.tableViewHeigth, each.height) << each.type.value_or("none");
+    EXPECT_EQ(fields.popupType, each.kind) << each.type.value_or("none");
   }
 }
-
-struct ListCase {
-  const char* type;
-  int rows;
-  double height;
-};
-
-class ListHeight : public ::testing::TestWithParam<ListCase> {};
-
-TEST_P(ListHeight, FollowsTheKindsOwnRule) {
-  PopupRequest request = requestOf(GetParam().type);
-  request.preferences.buttons = request.preferences.choices = some(GetParam().rows);
-  EXPECT_EQ(PopUpWindowFields::from(request, 414).tableViewHeigth, GetParam().height);
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, ListHeight,
-                         ::testing::Values(ListCase{"SURVEY", 3, 160}, ListCase{"SURVEY", 4, 200},
-                                           ListCase{"SURVEY", 20, 200}, ListCase{"POPUP", 0, 10},
-                                           ListCase{"POPUP", 5, 260}, ListCase{"EMOJI", 3, 150},
-                                           ListCase{"SCORE", 2, 100}));
 
 TEST(PopUpWindowFields, APictureIsHalfAsHighAsThePanelIsWide) {
   PopupPreferences preferences;
   EXPECT_EQ(PopUpWindowFields::imageHeight(preferences, 390), 0);
   preferences.images = {"https://pictures.example/1.png"};
   EXPECT_EQ(PopUpWindowFields::imageHeight(preferences, 390), 164);
-  EXPECT_EQ(PopUpWindowFields::imageHeight(preferences, 399), 168.5);
-  EXPECT_EQ(PopUpWindowFields::imageHeight(preferences, 400), 165);
   EXPECT_EQ(PopUpWindowFields::imageHeight(preferences, 414), 172);
-}
-
-TEST(PopUpWindowFields, TextsThatAreEmptyTakeNoHeight) {
-  PopupRequest request = requestOf("EMOJI");
-  request.preferences.detailText = "";
-  request.preferences.questionText = "Which?";
-  const auto fields = PopUpWindowFields::from(request, 414);
-  EXPECT_EQ(fields.popupDescriptionHeight, 0);
-  EXPECT_EQ(fields.popupQuestionHeight, 50);
-  EXPECT_EQ(fields.submitButtonHeight, 0);
 }
 
 TEST(PopUpWindowFields, ARowIsFoundByItsIdAndTwoAbsentIdsAreEqual) {
@@ -90,54 +69,46 @@ TEST(PopUpWindowFields, ARowIsFoundByItsIdAndTwoAbsentIdsAreEqual) {
   EXPECT_EQ(fields.rowOf(asked), std::nullopt);
 }
 
-TEST(PopUpWindowHeights, APlainPopupCountsItsListAndAHundred) {
-  PopupRequest request = requestOf("POPUP");
-  request.preferences.detailText = "text";
-  request.preferences.submitButton = some(1).front();
-  request.preferences.buttons = some(2);
-  EXPECT_EQ(heightsOf(request).totalHeight, 395);
-}
-
-TEST(PopUpWindowHeights, EmojisCountTheirQuestionTheirRowAndTheFreeTextBlock) {
-  PopupRequest request = requestOf("EMOJI");
-  request.preferences.questionText = "Which?";
-  request.preferences.submitButton = some(1).front();
-  EXPECT_EQ(heightsOf(request).totalHeight, 348);
-  EXPECT_TRUE(heightsOf(request).isEmoji);
-}
-
-TEST(PopUpWindowHeights, AScoreCountsItsSliderAndACarouselASpaceMore) {
-  PopupRequest request = requestOf("SCORE");
-  const double bare = 50 + 35 + 100 + 30 + 17 + 12;
-  EXPECT_EQ(heightsOf(request).totalHeight, bare);
-  request.preferences.images = {"a", "b"};
-  EXPECT_EQ(heightsOf(request).totalHeight, bare + 172 + 28 + 10);
-}
-
-TEST(PopUpWindowHeights, AnOpenEndedQuestionCountsItsFieldOrItsWholeBlock) {
-  PopupRequest request = requestOf("OPEN_ENDED");
-  EXPECT_EQ(heightsOf(request).totalHeight, 50 + 35 + 15 + 36 + 12);
-  request.preferences.appCommunicationItem->defaultFreeText = DefaultFreeText{};
-  EXPECT_EQ(heightsOf(request).totalHeight, 50 + 35 + 15 + 100);
-}
-
-TEST(PopUpWindowHeights, ACouponAndMoreThanOnePictureAddTheirs) {
-  PopupRequest request = requestOf("POPUP");
-  const double bare = heightsOf(request).totalHeight;
-  request.preferences.appCommunicationItem->coupon = Coupon{};
-  EXPECT_EQ(heightsOf(request).totalHeight, bare + 106);
-  request.preferences.images = {"a"};
-  EXPECT_EQ(heightsOf(request).totalHeight, bare + 106 + 172)
-      << "one picture has no page indicator";
-  request.preferences.images = {"a", "b"};
-  EXPECT_EQ(heightsOf(request).totalHeight, bare + 106 + 172 + 10);
-}
-
-TEST(PopUpWindowHeights, WithoutATypeTheItemsOwnDecides) {
-  PopupRequest request = requestOf(std::nullopt);
-  request.preferences.appCommunicationItem->type = "OPEN_ENDED";
-  EXPECT_EQ(layoutKind(request.preferences), PopupType::openEnded);
-  EXPECT_EQ(heightsOf(request).totalHeight, 50 + 35 + 15 + 36 + 12);
+TEST(PopUpWindowHeights, ThePanelsHeightIsThatOfItsKindAndContents) {
+  const struct {
+    const char* what;
+    const char* type;
+    std::function<void(PopupPreferences&)> describe;
+    double height;
+  } cases[] = {
+      {"two buttons", "POPUP",
+       [](auto& p) {
+         p.detailText = "text";
+         p.submitButton = some(1).front();
+         p.buttons = some(2);
+       },
+       395},
+      {"emojis", "EMOJI",
+       [](auto& p) {
+         p.detailText = "";
+         p.questionText = "Which?";
+         p.submitButton = some(1).front();
+       },
+       348},
+      {"a score", "SCORE", [](auto&) {}, 244},
+      {"a score with a carousel", "SCORE",
+       [](auto& p) {
+         p.images = {"a", "b"};
+       },
+       454},
+      {"a bare field", "OPEN_ENDED", [](auto&) {}, 148},
+      {"a field with a question", "OPEN_ENDED",
+       [](auto& p) { p.appCommunicationItem->defaultFreeText = DefaultFreeText{}; }, 200},
+      {"a coupon", "POPUP", [](auto& p) { p.appCommunicationItem->coupon = Coupon{}; }, 301},
+      {"one of many pictures", "POPUP", [](auto& p) { p.images = {"a"}; }, 367},
+      {"the item's own type", nullptr, [](auto& p) { p.appCommunicationItem->type = "OPEN_ENDED"; },
+       148}};
+  for (const auto& each : cases) {
+    PopupRequest request =
+        requestOf(each.type ? std::optional<std::string>(each.type) : std::nullopt);
+    each.describe(request.preferences);
+    EXPECT_EQ(heightsOf(request).totalHeight, each.height) << each.what;
+  }
 }
 
 }  // namespace

@@ -117,6 +117,21 @@ TEST_F(LayoutTest, EmojisAreFiftySquareAndACouponHasItsTwoHeights) {
   }
 }
 
+TEST_F(LayoutTest, APanelWithoutFreeTextIsClosedUpUnlessTheHostKeepsItsRoom) {
+  campaign("POPUP");
+  request->preferences.buttons = {option("b1", "One"), option("b2", "Two")};
+  submitButton();
+  for (const bool keeps : {false, true}) {
+    options.keepsFreeTextRoom = keeps;
+    present();
+    EXPECT_EQ(elements().popupView->height(), keeps ? 395 : 316);
+    EXPECT_EQ(elements().submitButton->geometry().bottom() + 1 + 8,
+              elements().contentView->height());
+    popup->dismissView();
+    settle();
+  }
+}
+
 TEST_F(LayoutTest, WhatDoesNotFitGrowsAndMovesTheRestDown) {
   campaign("POPUP");
   present();

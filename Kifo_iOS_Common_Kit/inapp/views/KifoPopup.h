@@ -105,55 +105,38 @@ class KIFO_EXPORT KifoPopup : public QObject,
   QLineEdit* addTextField(const QString& title = {});
   QPlainTextEdit* addTextView();
 
+  /// A show call of one style, used as the function that it stands for:
+  ///
+  ///     alert->showSuccess("Thank you!", "Your lamp leaves us today.", "Close");
+  template <KifoPopupStyle style>
+  class Show {
+   public:
+    explicit Show(KifoPopup& alert) : alert_(alert) {}
+    KifoPopupResponder operator()(
+        const QString& title, const QString& subTitle = {}, const QString& closeButtonTitle = {},
+        const std::optional<KifoTimeoutConfiguration>& timeout = {},
+        std::uint32_t colorStyle = defaultColorInt(style),
+        std::uint32_t colorTextButton = defaultTextColorInt(style),
+        const QIcon& circleIconImage = {},
+        KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom) const {
+      return alert_.showTitle(title, subTitle, style, closeButtonTitle, timeout, colorStyle,
+                              colorTextButton, circleIconImage, animationStyle);
+    }
+
+   private:
+    KifoPopup& alert_;
+  };
+
   // Each shows the alert, or changes the one that is shown. Colours are 24-bit RGB values;
   // `circleIconImage` takes the place of the style's icon.
-  KifoPopupResponder showSuccess(
-      const QString& title, const QString& subTitle = {}, const QString& closeButtonTitle = {},
-      const std::optional<KifoTimeoutConfiguration>& timeout = {},
-      std::uint32_t colorStyle = defaultColorInt(KifoPopupStyle::success),
-      std::uint32_t colorTextButton = 0xFFFFFF, const QIcon& circleIconImage = {},
-      KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom);
-  KifoPopupResponder showError(const QString& title, const QString& subTitle = {},
-                               const QString& closeButtonTitle = {},
-                               const std::optional<KifoTimeoutConfiguration>& timeout = {},
-                               std::uint32_t colorStyle = defaultColorInt(KifoPopupStyle::error),
-                               std::uint32_t colorTextButton = 0xFFFFFF,
-                               const QIcon& circleIconImage = {},
-                               KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom);
-  KifoPopupResponder showNotice(
-      const QString& title, const QString& subTitle = {}, const QString& closeButtonTitle = {},
-      const std::optional<KifoTimeoutConfiguration>& timeout = {},
-      std::uint32_t colorStyle = defaultColorInt(KifoPopupStyle::notice),
-      std::uint32_t colorTextButton = 0xFFFFFF, const QIcon& circleIconImage = {},
-      KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom);
-  KifoPopupResponder showWarning(
-      const QString& title, const QString& subTitle = {}, const QString& closeButtonTitle = {},
-      const std::optional<KifoTimeoutConfiguration>& timeout = {},
-      std::uint32_t colorStyle = defaultColorInt(KifoPopupStyle::warning),
-      std::uint32_t colorTextButton = 0x000000, const QIcon& circleIconImage = {},
-      KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom);
-  KifoPopupResponder showInfo(const QString& title, const QString& subTitle = {},
-                              const QString& closeButtonTitle = {},
-                              const std::optional<KifoTimeoutConfiguration>& timeout = {},
-                              std::uint32_t colorStyle = defaultColorInt(KifoPopupStyle::info),
-                              std::uint32_t colorTextButton = 0xFFFFFF,
-                              const QIcon& circleIconImage = {},
-                              KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom);
-  KifoPopupResponder showEdit(const QString& title, const QString& subTitle = {},
-                              const QString& closeButtonTitle = {},
-                              const std::optional<KifoTimeoutConfiguration>& timeout = {},
-                              std::uint32_t colorStyle = defaultColorInt(KifoPopupStyle::edit),
-                              std::uint32_t colorTextButton = 0xFFFFFF,
-                              const QIcon& circleIconImage = {},
-                              KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom);
+  const Show<KifoPopupStyle::success> showSuccess{*this};
+  const Show<KifoPopupStyle::error> showError{*this};
+  const Show<KifoPopupStyle::notice> showNotice{*this};
+  const Show<KifoPopupStyle::warning> showWarning{*this};
+  const Show<KifoPopupStyle::info> showInfo{*this};
+  const Show<KifoPopupStyle::edit> showEdit{*this};
   /// Shows a turning indicator instead of an icon.
-  KifoPopupResponder showWait(const QString& title, const QString& subTitle = {},
-                              const QString& closeButtonTitle = {},
-                              const std::optional<KifoTimeoutConfiguration>& timeout = {},
-                              std::uint32_t colorStyle = defaultColorInt(KifoPopupStyle::wait),
-                              std::uint32_t colorTextButton = 0xFFFFFF,
-                              const QIcon& circleIconImage = {},
-                              KifoAnimationStyle animationStyle = KifoAnimationStyle::topToBottom);
+  const Show<KifoPopupStyle::wait> showWait{*this};
   /// An alert in the host's own colour. Without an image it has no circle.
   KifoPopupResponder showCustom(
       const QString& title, const QString& subTitle, const QColor& color,

@@ -4,74 +4,6 @@
 
 namespace kifo {
 
-KifoPopupResponder KifoPopup::showSuccess(const QString& title, const QString& subTitle,
-                                          const QString& closeButtonTitle,
-                                          const std::optional<KifoTimeoutConfiguration>& timeout,
-                                          std::uint32_t colorStyle, std::uint32_t colorTextButton,
-                                          const QIcon& circleIconImage,
-                                          KifoAnimationStyle animationStyle) {
-  return showTitle(title, subTitle, KifoPopupStyle::success, closeButtonTitle, timeout, colorStyle,
-                   colorTextButton, circleIconImage, animationStyle);
-}
-KifoPopupResponder KifoPopup::showError(const QString& title, const QString& subTitle,
-                                        const QString& closeButtonTitle,
-                                        const std::optional<KifoTimeoutConfiguration>& timeout,
-                                        std::uint32_t colorStyle, std::uint32_t colorTextButton,
-                                        const QIcon& circleIconImage,
-                                        KifoAnimationStyle animationStyle) {
-  return showTitle(title, subTitle, KifoPopupStyle::error, closeButtonTitle, timeout, colorStyle,
-                   colorTextButton, circleIconImage, animationStyle);
-}
-
-KifoPopupResponder KifoPopup::showNotice(const QString& title, const QString& subTitle,
-                                         const QString& closeButtonTitle,
-                                         const std::optional<KifoTimeoutConfiguration>& timeout,
-                                         std::uint32_t colorStyle, std::uint32_t colorTextButton,
-                                         const QIcon& circleIconImage,
-                                         KifoAnimationStyle animationStyle) {
-  return showTitle(title, subTitle, KifoPopupStyle::notice, closeButtonTitle, timeout, colorStyle,
-                   colorTextButton, circleIconImage, animationStyle);
-}
-
-KifoPopupResponder KifoPopup::showWarning(const QString& title, const QString& subTitle,
-                                          const QString& closeButtonTitle,
-                                          const std::optional<KifoTimeoutConfiguration>& timeout,
-                                          std::uint32_t colorStyle, std::uint32_t colorTextButton,
-                                          const QIcon& circleIconImage,
-                                          KifoAnimationStyle animationStyle) {
-  return showTitle(title, subTitle, KifoPopupStyle::warning, closeButtonTitle, timeout, colorStyle,
-                   colorTextButton, circleIconImage, animationStyle);
-}
-
-KifoPopupResponder KifoPopup::showInfo(const QString& title, const QString& subTitle,
-                                       const QString& closeButtonTitle,
-                                       const std::optional<KifoTimeoutConfiguration>& timeout,
-                                       std::uint32_t colorStyle, std::uint32_t colorTextButton,
-                                       const QIcon& circleIconImage,
-                                       KifoAnimationStyle animationStyle) {
-  return showTitle(title, subTitle, KifoPopupStyle::info, closeButtonTitle, timeout, colorStyle,
-                   colorTextButton, circleIconImage, animationStyle);
-}
-
-KifoPopupResponder KifoPopup::showEdit(const QString& title, const QString& subTitle,
-                                       const QString& closeButtonTitle,
-                                       const std::optional<KifoTimeoutConfiguration>& timeout,
-                                       std::uint32_t colorStyle, std::uint32_t colorTextButton,
-                                       const QIcon& circleIconImage,
-                                       KifoAnimationStyle animationStyle) {
-  return showTitle(title, subTitle, KifoPopupStyle::edit, closeButtonTitle, timeout, colorStyle,
-                   colorTextButton, circleIconImage, animationStyle);
-}
-
-KifoPopupResponder KifoPopup::showWait(const QString& title, const QString& subTitle,
-                                       const QString& closeButtonTitle,
-                                       const std::optional<KifoTimeoutConfiguration>& timeout,
-                                       std::uint32_t colorStyle, std::uint32_t colorTextButton,
-                                       const QIcon& circleIconImage,
-                                       KifoAnimationStyle animationStyle) {
-  return showTitle(title, subTitle, KifoPopupStyle::wait, closeButtonTitle, timeout, colorStyle,
-                   colorTextButton, circleIconImage, animationStyle);
-}
 KifoPopupResponder KifoPopup::showCustom(const QString& title, const QString& subTitle,
                                          const QColor& color, const QString& closeButtonTitle,
                                          const std::optional<KifoTimeoutConfiguration>& timeout,
@@ -89,10 +21,9 @@ KifoPopupResponder KifoPopup::showTitle(const QString& title, const QString& sub
                                         std::optional<std::uint32_t> colorTextButton,
                                         const QIcon& circleIconImage,
                                         KifoAnimationStyle animationStyle) {
-  const std::uint32_t text = style == KifoPopupStyle::warning ? 0x000000 : 0xFFFFFF;
   return show({title, subTitle, style, colorFromInt(colorStyle.value_or(defaultColorInt(style))),
-               closeButtonTitle, timeout, colorTextButton.value_or(text), circleIconImage,
-               animationStyle});
+               closeButtonTitle, timeout, colorTextButton.value_or(defaultTextColorInt(style)),
+               circleIconImage, animationStyle});
 }
 
 KifoPopupResponder KifoPopup::showTitle(const QString& title, const QString& subTitle,

@@ -24,4 +24,8 @@ std::uint32_t defaultColorInt(KifoPopupStyle style) {
   return 0x727375;
 }
 
+std::uint32_t defaultTextColorInt(KifoPopupStyle style) {
+  return style == KifoPopupStyle::warning ? 0x000000 : 0xFFFFFF;
+}
+
 }  // namespace kifo

@@ -11,5 +11,7 @@ enum class KifoPopupStyle { success, error, notice, warning, info, edit, wait, q
 
 /// The style's colour as 24-bit RGB, such as 0x22B573.
 KIFO_EXPORT std::uint32_t defaultColorInt(KifoPopupStyle style);
+/// The colour of the titles of its buttons: black on the warning's yellow, white otherwise.
+KIFO_EXPORT std::uint32_t defaultTextColorInt(KifoPopupStyle style);
 
 }  // namespace kifo

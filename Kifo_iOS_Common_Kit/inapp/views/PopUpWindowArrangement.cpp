@@ -154,7 +154,8 @@ int PopUpWindowArrangement::arrange(int width, double openness) {
   const int submit = e_.submitButton ? std::max(whole(h_.submitButtonHeight),
                                                 e_.submitButton->heightFor(width - 2 * kGap))
                                      : 0;
-  const int target = whole(h_.totalHeight - (1 - openness) * h_.fieldViewHeight);
+  const double spared = keepsFreeTextRoom_ ? 0 : (1 - openness) * h_.fieldViewHeight;
+  const int target = whole(h_.totalHeight - spared);
   const int height = std::max(target, at.y + kGap + submit + kGap);
   if (e_.submitButton) {
     e_.submitButton->setGeometry(kGap, height - kGap - submit, width - 2 * kGap, submit);

@@ -11,8 +11,10 @@ namespace kifo {
 /// **Threading:** UI thread only.
 class PopUpWindowArrangement {
  public:
-  PopUpWindowArrangement(const PopUpWindowElements& elements, const PopUpWindowHeights& heights)
-      : e_(elements), h_(heights) {}
+  /// `keepsFreeTextRoom`: the panel stays as high while its free-text block is closed.
+  PopUpWindowArrangement(const PopUpWindowElements& elements, const PopUpWindowHeights& heights,
+                         bool keepsFreeTextRoom)
+      : e_(elements), h_(heights), keepsFreeTextRoom_(keepsFreeTextRoom) {}
 
   /// Arranges for a panel `width` wide whose free-text block is `openness` open, 0 to 1, and
   /// returns the panel's height: the campaign's total, less the block's as far as it is closed, or
@@ -34,6 +36,7 @@ class PopUpWindowArrangement {
 
   const PopUpWindowElements& e_;
   const PopUpWindowHeights& h_;
+  const bool keepsFreeTextRoom_;
 };
 
 }  // namespace kifo

@@ -186,7 +186,7 @@ void PopUpWindowView::arrange() {
                                          PopUpWindowFields::widestScreen);
   const double margins = PopUpWindowFields::margins(screen);
   const int panel = std::max(static_cast<int>(screen - margins), kSmallestPanel);
-  PopUpWindowArrangement arrangement(elements_, heights_);
+  PopUpWindowArrangement arrangement(elements_, heights_, theme_.options.keepsFreeTextRoom);
   placePanel(panel, arrangement.arrange(panel, openness_));
 }
 

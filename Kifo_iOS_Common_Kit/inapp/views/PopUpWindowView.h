@@ -23,8 +23,9 @@ namespace kifo {
 /// name in `PopUpWindowElements` as its object name.
 ///
 /// The panel has the campaign's `totalHeight`; while the free-text block is closed, as it is from
-/// the start for campaigns that ask for none, `fieldViewHeight` less; and more where the content
-/// needs it. A panel that is taller than the window scrolls below the close button.
+/// the start for campaigns that ask for none, `fieldViewHeight` less unless the options keep that
+/// room; and more where the content needs it. A panel that is taller than the window scrolls below
+/// the close button.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to its window.
 class KIFO_EXPORT PopUpWindowView : public QWidget {
