@@ -27,10 +27,18 @@ class AlertFixture : public ::testing::Test {
     field->setFocus();
   }
 
-  std::shared_ptr<KifoPopup> makeAlert(KifoAppearance appearance = {}) const {
+  /// Hides what is still shown.
+  ~AlertFixture() override {
+    for (const auto& alert : alerts_) {
+      if (const auto shown = alert.lock()) shown->hideView();
+    }
+  }
+
+  std::shared_ptr<KifoPopup> makeAlert(KifoAppearance appearance = {}) {
     auto alert = std::make_shared<KifoPopup>(std::move(appearance));
     alert->hostWindow = window.get();
     alert->motion.reduced = true;
+    alerts_.push_back(alert);
     return alert;
   }
 
@@ -64,6 +72,9 @@ class AlertFixture : public ::testing::Test {
   testing::InstalledFakePlatform fake;
   std::unique_ptr<QWidget> window;
   QLineEdit* field;
+
+ private:
+  std::vector<std::weak_ptr<KifoPopup>> alerts_;
 };
 
 }  // namespace kifo

@@ -96,7 +96,6 @@ TEST_F(KifoPopupKeyboardTest, AKeyHeldDownSinceBeforeDoesNotAnswer) {
     QApplication::sendEvent(QApplication::focusWidget(), &repeated);
   }
   EXPECT_TRUE(alert->isShowing());
-  alert->hideView();
 }
 
 TEST_F(KifoPopupKeyboardTest, TabGoesRoundInTheOrderThatIsSeen) {
@@ -121,7 +120,6 @@ TEST_F(KifoPopupKeyboardTest, TabGoesRoundInTheOrderThatIsSeen) {
   EXPECT_EQ(QApplication::focusWidget(), story);
   press(Qt::Key_Backtab);
   EXPECT_EQ(QApplication::focusWidget(), cross);
-  alert->hideView();
 }
 
 TEST_F(KifoPopupKeyboardTest, TheFocusStaysInsideAndGoesBack) {
@@ -205,7 +203,6 @@ TEST_F(KifoPopupKeyboardTest, AnAmpersandInATitleIsNoShortcut) {
   press(Qt::Key_D, Qt::AltModifier);
   EXPECT_TRUE(button->shortcut().isEmpty());
   EXPECT_TRUE(alert->isShowing());
-  alert->hideView();
 }
 
 }  // namespace

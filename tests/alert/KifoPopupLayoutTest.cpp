@@ -44,7 +44,6 @@ TEST_F(KifoPopupLayoutTest, TheCardStandsInTheMiddleOfTheWindowAndFollowsIt) {
   notification->type = ScreenType::notification;
   notification->showInfo("Above", "Text", "OK");
   EXPECT_THAT(placeOf(notification->baseView()).top(), Le(16));
-  notification->hideView();
 }
 
 TEST_F(KifoPopupLayoutTest, InAWindowOfAnySizeTheCardFitsAndEveryButtonCanBeReached) {
@@ -52,6 +51,7 @@ TEST_F(KifoPopupLayoutTest, InAWindowOfAnySizeTheCardFitsAndEveryButtonCanBeReac
   alert->addTextField("Name");
   alert->addTextView();
   alert->addButton("Yes", [] {});
+  window->resize(200, 160);
   alert->showError("A rather long title for a small window", kLongText, "No");
   KifoButton* last = alert->buttons().back();
   for (const QSize size : {QSize(120, 90), QSize(240, 160), QSize(320, 240), QSize(800, 480)}) {
@@ -62,17 +62,6 @@ TEST_F(KifoPopupLayoutTest, InAWindowOfAnySizeTheCardFitsAndEveryButtonCanBeReac
     EXPECT_TRUE(placeOf(alert->baseView()).contains(placeOf(last).center()));
     EXPECT_THAT(last->visibleRegion().boundingRect().height(), Ge(std::min(20, size.height() / 4)));
   }
-  alert->hideView();
-}
-
-TEST_F(KifoPopupLayoutTest, ALongMessageIsShownFromItsBeginning) {
-  window->resize(200, 160);
-  const auto alert = makeAlert();
-  alert->showError("Title", kLongText, "OK");
-  QCoreApplication::processEvents();
-  EXPECT_FALSE(alert->labelTitle()->visibleRegion().isEmpty());
-  EXPECT_TRUE(alert->buttons().front()->visibleRegion().isEmpty());
-  alert->hideView();
 }
 
 TEST_F(KifoPopupLayoutTest, ALongTextMakesTheCardWiderUpToALimit) {
@@ -86,7 +75,6 @@ TEST_F(KifoPopupLayoutTest, ALongTextMakesTheCardWiderUpToALimit) {
   EXPECT_LE(alert->baseView()->width(), 400);
   EXPECT_GE(alert->viewText()->height(),
             alert->viewText()->heightForWidth(alert->viewText()->width()));
-  alert->hideView();
 }
 
 TEST_F(KifoPopupLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoesNot) {
@@ -108,17 +96,9 @@ TEST_F(KifoPopupLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoes
 
   window->resize(280, 600);
   EXPECT_LT(placeOf(alert->buttons()[0]).bottom(), placeOf(alert->buttons()[1]).top());
-  alert->hideView();
-}
-
-TEST_F(KifoPopupLayoutTest, AButtonGrowsWithItsTitle) {
-  const auto alert = makeAlert();
-  KifoButton* shortOne = alert->addButton("OK", [] {});
-  KifoButton* longOne = alert->addButton("Send the receipt to my address and print it too", [] {});
-  alert->showInfo("Receipt");
-  EXPECT_EQ(shortOne->height(), 35);
-  EXPECT_GT(longOne->height(), 45);
-  alert->hideView();
+  EXPECT_EQ(alert->buttons()[1]->height(), 35);
+  window->resize(150, 600);
+  EXPECT_GT(alert->buttons()[0]->height(), 45) << "a title that breaks makes its button higher";
 }
 
 TEST_F(KifoPopupLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
@@ -141,7 +121,6 @@ TEST_F(KifoPopupLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
   EXPECT_TRUE(placeOf(alert->baseView()).contains(placeOf(last))) << "the field is scrolled to";
   alert->keyboardWillHide();
   expectCentred(*alert, window->rect());
-  alert->hideView();
 }
 
 TEST_F(KifoPopupLayoutTest, ACustomViewStandsAboveTheButtonsAndMayGrow) {
@@ -158,7 +137,6 @@ TEST_F(KifoPopupLayoutTest, ACustomViewStandsAboveTheButtonsAndMayGrow) {
   QCoreApplication::processEvents();
   EXPECT_GE(placeOf(alert->baseView()).height(), before + 60);
   EXPECT_EQ(custom->height(), 140);
-  alert->hideView();
 }
 
 TEST_F(KifoPopupLayoutTest, TitlesAreNeverLostOnTheirButtons) {
@@ -182,7 +160,6 @@ TEST_F(KifoPopupLayoutTest, TitlesAreNeverLostOnTheirButtons) {
   EXPECT_THAT(contrasts, Each(Ge(2.5)));
   alert->showTitle("Colours", "", KifoPopupStyle::info, "Fine as it is", {}, 0x000000, 0xABCDEF);
   EXPECT_EQ(alert->buttons().back()->look().text, QColor(0xAB, 0xCD, 0xEF));
-  alert->hideView();
 }
 
 TEST_F(KifoPopupLayoutTest, AStyleSheetForAllOfTheHostsWidgetsDoesNotReachTheCard) {
@@ -236,7 +213,6 @@ TEST_F(KifoPopupLayoutTest, AListRowThatDoesNotFitPutsItsValueBelow) {
   EXPECT_LT(places["Coffee"].right(), places["2.40"].left());
   EXPECT_LE(places["Address"].bottom(), places[alert->datas[1].value].top());
   EXPECT_LT(places[alert->datas[1].value].bottom(), placeOf(alert->buttons().front()).top());
-  alert->hideView();
 }
 
 }  // namespace

@@ -37,7 +37,6 @@ TEST_F(KifoPopupTest, APressRunsTheClosureOnceAndThenHides) {
 
   click(button);
   click(button);
-
   EXPECT_THAT(shownWhenPressed, ElementsAre(true));
   EXPECT_FALSE(alert->isShowing());
   EXPECT_TRUE(QTest::qWaitFor([this] { return overlays().empty(); }, 20000));
@@ -68,7 +67,6 @@ TEST_F(KifoPopupTest, AButtonWithoutAnActionSaysSoAndStillHides) {
   alert->showNotice("Nothing");
 
   click(button);
-
   EXPECT_EQ(fake.console->count("Kifo KifoPopup: Unknow action type for button"), 1);
   EXPECT_FALSE(alert->isShowing());
 }
@@ -103,7 +101,6 @@ TEST_F(KifoPopupTest, WhatAClosureThrowsIsPrintedAndTheAlertHidesAllTheSame) {
   alert->showError("Printer");
 
   click(button);
-
   EXPECT_THAT(fake.console->lines(), ElementsAre(HasSubstr("no paper")));
   EXPECT_FALSE(alert->isShowing());
 }
@@ -168,7 +165,6 @@ TEST_F(KifoPopupTest, TheCrossAppearsWhereNothingElseWouldLetTheUserOut) {
   const auto wait = makeAlert();
   wait->showWait("One moment");
   EXPECT_EQ(crossOf(*wait), nullptr);
-  wait->hideView();
 }
 
 TEST_F(KifoPopupTest, TheWaitTurnsOnlyWhileItCanBeSeen) {
@@ -199,7 +195,6 @@ TEST_F(KifoPopupTest, AssistiveTechnologyKnowsTheAlertByItsTitleAndText) {
   EXPECT_EQ(
       QAccessible::queryAccessibleInterface(alert->buttons().front())->text(QAccessible::Name),
       "OK");
-  alert->hideView();
 }
 
 TEST_F(KifoPopupTest, ACallFromAnotherThreadIsRefused) {
@@ -224,16 +219,13 @@ TEST_F(KifoPopupTest, AnArchivedAlertIsFatal) {
   setFatalErrorHandler([](std::string_view message) { throw std::string(message); });
   QByteArray bytes;
   QDataStream archive(bytes);
-  EXPECT_THROW(
-      {
-        try {
-          const KifoPopup alert(archive);
-        } catch (const std::string& message) {
-          EXPECT_EQ(message, "NSCoding not supported");
-          throw;
-        }
-      },
-      std::string);
+  std::string said;
+  try {
+    const KifoPopup alert(archive);
+  } catch (const std::string& message) {
+    said = message;
+  }
+  EXPECT_EQ(said, "NSCoding not supported");
   setFatalErrorHandler(nullptr);
 }
 

@@ -84,7 +84,6 @@ TEST_F(KifoPopupTimeoutTest, TheActionMayShowTheAlertAnew) {
   EXPECT_TRUE(alert->isShowing());
   EXPECT_EQ(alert->labelTitle()->text(), "Signed out");
   EXPECT_EQ(alert->buttons().front()->text(), "Stay") << "there is nothing left to count";
-  alert->hideView();
 }
 
 TEST_F(KifoPopupTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
@@ -98,7 +97,6 @@ TEST_F(KifoPopupTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
               ElementsAre("Stay (3 s)", "Stay (2 s)", "Stay (1 s)", "Stay (0 s)", "Stay (0 s)"));
   EXPECT_EQ(alert->buttons().back()->text(), "Leave");
   EXPECT_EQ(alert->buttons().front()->accessibleName(), "Stay");
-  alert->hideView();
 }
 
 TEST_F(KifoPopupTimeoutTest, ThePointerOnTheCardHoldsTheClockIfTheHostAsksForIt) {
@@ -140,7 +138,6 @@ TEST_F(KifoPopupTimeoutTest, AUserAtTheKeyboardHoldsTheClockUntilTheWindowIsLeft
   typed->showEdit("Who?", "", "OK", KifoTimeoutConfiguration{kHour, {}, true});
   QTest::keyClicks(name, "A");
   EXPECT_TRUE(typed->baseView()->findChild<KifoPopupTimeout*>()->isHeld());
-  typed->hideView();
 }
 
 }  // namespace

@@ -66,8 +66,7 @@ TEST_F(AccessibilityTest, NothingThatTakesTheFocusIsWithoutNameOrRole) {
       EXPECT_FALSE(name(widget).trimmed().isEmpty()) << widget->objectName().toStdString();
       EXPECT_NE(of(widget)->role(), QAccessible::Client) << widget->objectName().toStdString();
     }
-    popup->dismissView();
-    settle();
+    dismiss();
   }
 }
 

@@ -1,21 +1,10 @@
 #include "tests/views/Campaigns.h"
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
+#include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
 namespace {
-
-using Button = std::shared_ptr<AppCommunicationItemButton>;
-
-Button option(std::string id, std::string text, std::optional<std::string> color = {},
-              std::optional<std::string> textColor = {}) {
-  auto button = std::make_shared<AppCommunicationItemButton>();
-  button->id = std::move(id);
-  button->text = std::move(text);
-  button->color = std::move(color);
-  button->textColor = std::move(textColor);
-  return button;
-}
 
 AppCommunicationItem& start(PopupRequest& request, PopupType type, const std::string& title,
                             const std::string& text, const std::string& panel = "FFFFFF",

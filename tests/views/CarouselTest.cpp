@@ -50,6 +50,7 @@ TEST_F(CarouselTest, AdvancesPageByPageAndWrapsWithoutMoving) {
     EXPECT_EQ(list()->isScrolling(), step.animated);
   }
   EXPECT_EQ(elements().pageIndicator->numberOfPages(), 3);
+  EXPECT_EQ(fake.console->count("Kifo PopUpWindow: image list avaliable"), 1u);
 }
 
 TEST_F(CarouselTest, AdvancesByItself) {
@@ -69,6 +70,8 @@ TEST_F(CarouselTest, OnePictureIsNoCarousel) {
   EXPECT_EQ(popup->timer(), nullptr);
   ASSERT_EQ(fake.http->count(), 1u);
   EXPECT_EQ(fake.http->requests()[0].url, "https://pictures.example/single");
+  EXPECT_EQ(fake.console->count("Kifo PopUpWindow: popup type : POPUP"), 1u);
+  EXPECT_EQ(fake.console->count("Kifo PopUpWindow: image list unavaliable"), 1u);
 }
 
 TEST_F(CarouselTest, ClosingStopsItAndAnOpenEndedAnswerLeavesItRunning) {

@@ -16,6 +16,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
 #include "tests/views/PopupFixture.h"
@@ -122,12 +123,14 @@ TEST_F(FocusTest, AnAnswerCanBeGivenWithoutAMouse) {
   submitButton();
   present();
   key(Qt::Key_Tab);
-  QTest::keyClicks(QApplication::focusWidget(), "fine");
+  QTest::keyClicks(QApplication::focusWidget(), "More colours");
+  EXPECT_EQ(elements().textFieldCountLabel->text(), "12/150");
   key(Qt::Key_Return);
   EXPECT_EQ(focused(), "submitButton");
   key(Qt::Key_Return);
   ASSERT_EQ(reporter->reports.size(), 1u);
-  EXPECT_EQ(reporter->reports[0].answer.openEndedField->freeText, "fine");
+  EXPECT_EQ(reporter->reports[0].answer.openEndedField->freeText, "More colours");
+  EXPECT_FALSE(reporter->reports[0].answer.choiseField);
 }
 
 TEST_F(FocusTest, AnItemsActionCanBeFollowedWithoutAMouse) {

@@ -49,8 +49,7 @@ TEST_F(LayoutTest, ThePanelIsInsetByTheScreensMarginsAndNeverWiderThan480) {
     EXPECT_EQ(close.size(), QSize(40, 40));
     EXPECT_EQ(close.right(), panel.right());
     EXPECT_EQ(close.bottom() + 1 + 8, panel.top());
-    popup->dismissView();
-    settle();
+    dismiss();
   }
 }
 
@@ -127,8 +126,7 @@ TEST_F(LayoutTest, APanelWithoutFreeTextIsClosedUpUnlessTheHostKeepsItsRoom) {
     EXPECT_EQ(elements().popupView->height(), keeps ? 395 : 316);
     EXPECT_EQ(elements().submitButton->geometry().bottom() + 1 + 8,
               elements().contentView->height());
-    popup->dismissView();
-    settle();
+    dismiss();
   }
 }
 
@@ -136,8 +134,7 @@ TEST_F(LayoutTest, WhatDoesNotFitGrowsAndMovesTheRestDown) {
   campaign("POPUP");
   present();
   const int short_ = elements().popupView->height();
-  popup->dismissView();
-  settle();
+  dismiss();
   request->preferences.detailText = "A text of many words. " + std::string(300, 'w');
   present();
   EXPECT_GT(elements().popupDescription->height(), 50);

@@ -170,8 +170,7 @@ TEST_F(LifetimeTest, OpeningAndClosingOverAndOverDoesNotGrow) {
       all[static_cast<std::size_t>(i) % all.size()].describe(*request);
       present();
       popup->grab();
-      popup->dismissView();
-      settle();
+      dismiss();
       ASSERT_TRUE(popup.isNull());
     }
   };

@@ -138,6 +138,11 @@ class PopupTest : public ::testing::Test {
     return popup;
   }
 
+  void dismiss() {
+    popup->dismissView();
+    settle();
+  }
+
   /// Lets everything that is due happen: queued answers, decoding, layouts, deletions.
   void settle() {
     fake.runUntilIdle();
