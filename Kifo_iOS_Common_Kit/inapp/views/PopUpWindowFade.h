@@ -4,6 +4,8 @@
 
 #include <QVariantAnimation>
 
+class QWidget;
+
 namespace kifo {
 
 /// The cross-fade of a popup's window, in and out. Either way it goes on from where it is.

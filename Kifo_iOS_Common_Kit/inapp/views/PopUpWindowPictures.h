@@ -5,6 +5,7 @@
 #include <QObject>
 
 class QTimer;
+class QWidget;
 
 namespace kifo {
 

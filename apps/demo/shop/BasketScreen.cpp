@@ -8,6 +8,11 @@
 #include "apps/demo/shop/Theme.h"
 
 namespace kifo::shop {
+namespace {
+
+constexpr int kRowHeight = 76;  // of a thumbnail and two lines beside it
+
+}  // namespace
 
 BasketScreen::BasketScreen(Basket& basket, QWidget* parent)
     : ShopScreen(parent),
@@ -51,11 +56,12 @@ void BasketScreen::refresh() {
 
 QWidget* BasketScreen::rowFor(const Basket::Entry& entry) const {
   auto* row = new QWidget;
+  row->setFixedHeight(kRowHeight);
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(18);
   auto* picture = new Picture(*entry.product);
-  picture->setFixedSize(76, 76);
+  picture->setFixedSize(kRowHeight, kRowHeight);
   layout->addWidget(picture);
   auto* names = new QVBoxLayout;
   names->setSpacing(0);

@@ -26,6 +26,7 @@ QSize PillButton::sizeHint() const {
 }
 
 QColor PillButton::fill() const {
+  if (!isEnabled()) return onDark_ ? QColor(255, 255, 255, 20) : QColor(0, 0, 0, 18);
   const QColor base = look_ == Look::filled ? theme::kAccent
                       : onDark_             ? QColor(255, 255, 255, 38)
                                 : QColor(theme::kInk.red(), theme::kInk.green(), theme::kInk.blue(),
@@ -36,6 +37,7 @@ QColor PillButton::fill() const {
 }
 
 QColor PillButton::ink() const {
+  if (!isEnabled()) return onDark_ ? QColor(255, 255, 255, 150) : theme::kMuted;
   if (look_ == Look::filled || onDark_) return Qt::white;
   return look_ == Look::quiet ? theme::kGreen : theme::kInk;
 }
@@ -43,9 +45,8 @@ QColor PillButton::ink() const {
 void PillButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!isEnabled()) painter.setOpacity(0.4);
   const QRectF pill = QRectF(rect()).adjusted(1, 1, -1, -1);
-  painter.setPen(look_ == Look::outlined
+  painter.setPen(look_ == Look::outlined && isEnabled()
                      ? QPen(onDark_ ? QColor(255, 255, 255, 170) : theme::kInk, 1.4)
                      : QPen(Qt::NoPen));
   painter.setBrush(fill());
