@@ -13,9 +13,9 @@
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "platform/qt/NotificationImage.h"
-#include "tests/desktop/PrivateBus.h"
 #include "tests/desktop/ScriptedNotificationService.h"
 #include "testing/FakePlatform.h"
+#include "testing/PrivateBus.h"
 
 namespace kifo {
 namespace {
@@ -33,21 +33,21 @@ enum Reason : uint { expired = 1, dismissed = 2, closedByCall = 3, undefined = 4
 
 class DesktopNotificationCentreTest : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() { bus_ = std::make_unique<PrivateBus>(); }
+  static void SetUpTestSuite() { bus_ = std::make_unique<testing::PrivateBus>(); }
   static void TearDownTestSuite() { bus_.reset(); }
 
   void SetUp() override {
-    if (!bus_->problem().isEmpty()) GTEST_SKIP() << bus_->problem().toStdString();
+    if (!bus_->problem().empty()) GTEST_SKIP() << bus_->problem();
     Session::shared().updateIdentity([](auto& identity) { identity.listenerUri = "http://listener"; });
     options_.applicationName = "Shop";
-    options_.busAddress = bus_->address().toStdString();
+    options_.busAddress = bus_->address();
     options_.dismissalGrace = 0.0;
     options_.retryInterval = 0.0;
     service_ = makeService();
   }
 
   std::unique_ptr<ScriptedNotificationService> makeService() {
-    return std::make_unique<ScriptedNotificationService>(bus_->address());
+    return std::make_unique<ScriptedNotificationService>(QString::fromStdString(bus_->address()));
   }
 
   void makeCentre() {
@@ -118,7 +118,7 @@ class DesktopNotificationCentreTest : public ::testing::Test {
     return found;
   }
 
-  static std::unique_ptr<PrivateBus> bus_;
+  static std::unique_ptr<testing::PrivateBus> bus_;
 
   testing::InstalledFakePlatform fake_;
   DesktopNotificationCentre::Options options_;
@@ -128,7 +128,7 @@ class DesktopNotificationCentreTest : public ::testing::Test {
   int settled_ = 0;
 };
 
-std::unique_ptr<PrivateBus> DesktopNotificationCentreTest::bus_;
+std::unique_ptr<testing::PrivateBus> DesktopNotificationCentreTest::bus_;
 
 // ---- The permission
 

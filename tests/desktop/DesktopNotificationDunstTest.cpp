@@ -3,10 +3,10 @@
 
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 
@@ -14,13 +14,15 @@
 
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "platform/qt/DesktopNotificationCentre.h"
-#include "tests/desktop/PrivateBus.h"
 #include "testing/FakePlatform.h"
+#include "testing/PrivateBus.h"
 
 namespace kifo {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::Pair;
 using ::testing::SizeIs;
 
@@ -45,7 +47,7 @@ class DunstTest : public ::testing::Test {
     Session::shared().updateIdentity([](auto& identity) { identity.listenerUri = "http://listener"; });
     DesktopNotificationCentre::Options options;
     options.applicationName = "Shop";
-    options.busAddress = desktop_->bus.address().toStdString();
+    options.busAddress = desktop_->bus.address();
     options.dismissalGrace = 0.0;
     options.retryInterval = 0.0;
     centre_ = std::make_shared<DesktopNotificationCentre>(
@@ -58,7 +60,7 @@ class DunstTest : public ::testing::Test {
     startDunst();
   }
 
-  void TearDown() override { end(dunst_); }
+  void TearDown() override { dunst_.end(); }
 
   void startDunst() {
     QFile configuration(desktop_->file(QStringLiteral("dunstrc")));
@@ -67,9 +69,8 @@ class DunstTest : public ::testing::Test {
                             .arg(desktop_->file(QStringLiteral("menu")))
                             .toUtf8());
     configuration.close();
-    bindToTest(dunst_);
-    dunst_.setProcessEnvironment(desktop_->environment());
-    dunst_.start(QStringLiteral("dunst"), {QStringLiteral("-conf"), configuration.fileName()});
+    dunst_.start({"dunst", "-conf", configuration.fileName().toStdString()},
+                 desktop_->environment());
     ASSERT_TRUE(waitFor([&] {
       int status = 0;
       centre_->getNotificationSettings([&](int known) { status = known; });
@@ -81,14 +82,13 @@ class DunstTest : public ::testing::Test {
     return QTest::qWaitFor(condition, 20000);
   }
   /// What `dunstctl` prints for the given words.
-  QString dunstctl(const QStringList& words) {
-    QProcess control;
-    control.setProcessEnvironment(desktop_->environment());
-    control.start(QStringLiteral("dunstctl"), words);
-    EXPECT_TRUE(waitFor([&] { return control.state() == QProcess::NotRunning; }));
-    return QString::fromUtf8(control.readAllStandardOutput()).trimmed();
+  std::string dunstctl(std::vector<std::string> words) {
+    words.insert(words.begin(), "dunstctl");
+    testing::ChildProgram control;
+    control.start(words, desktop_->environment());
+    return control.readAll();
   }
-  int displayed() { return dunstctl({QStringLiteral("count"), QStringLiteral("displayed")}).toInt(); }
+  int displayed() { return std::atoi(dunstctl({"count", "displayed"}).c_str()); }
   /// Shows a push and waits until dunst displays as many as `expected`.
   void deliver(const std::string& title, const std::string& identifier, int expected) {
     centre_->deliver({{"data", CAMPAIGN}, {"title", title}, {"body", "Half price"}}, identifier);
@@ -114,39 +114,35 @@ class DunstTest : public ::testing::Test {
           return;
         }
       }
-      problem = bus.problem();
+      problem = QString::fromStdString(bus.problem());
       if (!problem.isEmpty()) return;
-      const QString number =
-          startAndReadLine(screen, QStringLiteral("Xvfb"),
-                           {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-nolisten"),
-                            QStringLiteral("tcp"), QStringLiteral("-screen"), QStringLiteral("0"),
-                            QStringLiteral("800x600x24")});
-      if (number.isEmpty()) problem = QStringLiteral("no screen can be had here");
-      display = QLatin1Char(':') + number;
+      screen.start(
+          {"Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-screen", "0", "800x600x24"});
+      const std::string number = screen.readLine();
+      if (number.empty()) problem = QStringLiteral("no screen can be had here");
+      display = ":" + number;
       QFile menu(file(QStringLiteral("menu")));
       if (menu.open(QIODevice::WriteOnly)) menu.write(MENU);
       menu.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-    ~Desktop() { end(screen); }
 
     QString file(const QString& name) const { return directory.filePath(name); }
-    QProcessEnvironment environment() const {
-      auto environment = bus.environment();
-      environment.insert(QStringLiteral("DISPLAY"), display);
-      environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-      return environment;
+    testing::ChildProgram::Environment environment() const {
+      return {{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+              {"DISPLAY", display},
+              {"WAYLAND_DISPLAY", ""}};
     }
 
-    PrivateBus bus;
+    testing::PrivateBus bus;
     QTemporaryDir directory;
-    QProcess screen;
-    QString display;
+    testing::ChildProgram screen;
+    std::string display;
     QString problem;
   };
   static std::unique_ptr<Desktop> desktop_;
 
   testing::InstalledFakePlatform fake_;
-  QProcess dunst_;
+  testing::ChildProgram dunst_;
   std::vector<std::pair<std::string, std::string>> clicks_;
   std::shared_ptr<DesktopNotificationCentre> centre_;
 };
@@ -155,7 +151,7 @@ std::unique_ptr<DunstTest::Desktop> DunstTest::desktop_;
 
 TEST_F(DunstTest, ATapOnThePushIsAClickAndNoDismissal) {
   deliver("Sale", "offer", 1);
-  dunstctl({QStringLiteral("action")});
+  dunstctl({"action"});
   ASSERT_TRUE(waitFor([&] { return !clicks_.empty() && displayed() == 0; }));
   EXPECT_THAT(clicks_, ElementsAre(Pair("body", ::testing::_)));
   EXPECT_THAT(events("push_notification_received"), SizeIs(1));
@@ -165,7 +161,7 @@ TEST_F(DunstTest, ATapOnThePushIsAClickAndNoDismissal) {
 
 TEST_F(DunstTest, AButtonFromTheMenuIsAClickOnThatButton) {
   deliver("Sale", "offer", 1);
-  dunstctl({QStringLiteral("context")});
+  dunstctl({"context"});
   ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
   EXPECT_THAT(clicks_, ElementsAre(Pair("later", ::testing::_)));
   EXPECT_EQ(events("push_notification_clicked").at(0)["responseId"], "later");
@@ -173,7 +169,7 @@ TEST_F(DunstTest, AButtonFromTheMenuIsAClickOnThatButton) {
 
 TEST_F(DunstTest, AClosedPushIsDismissedOnce) {
   deliver("Sale", "offer", 1);
-  dunstctl({QStringLiteral("close")});
+  dunstctl({"close"});
   ASSERT_TRUE(waitFor([&] { return !events("push_notification_dismissed").empty(); }));
   EXPECT_EQ(events("push_notification_dismissed").at(0)["communication_name"], "U");
   EXPECT_THAT(clicks_, SizeIs(0));
@@ -185,23 +181,23 @@ TEST_F(DunstTest, APushOfTheSameIdentifierReplacesAndOneTakenBackGoes) {
   deliver("Third", "offer", 2);
   centre_->close("offer");
   ASSERT_TRUE(waitFor([&] { return displayed() == 1; }));
-  EXPECT_TRUE(dunstctl({QStringLiteral("history")}).contains(QLatin1String("Third")));
-  EXPECT_FALSE(dunstctl({QStringLiteral("history")}).contains(QLatin1String("First")));
+  EXPECT_THAT(dunstctl({"history"}), HasSubstr("Third"));
+  EXPECT_THAT(dunstctl({"history"}), Not(HasSubstr("First")));
   QCoreApplication::processEvents();
   EXPECT_THAT(events("push_notification_dismissed"), SizeIs(0));
 }
 
 TEST_F(DunstTest, AnotherDunstShowsWhatTheLastOneShowed) {
   deliver("Sale", "offer", 1);
-  end(dunst_);
+  dunst_.end();
   startDunst();
   ASSERT_TRUE(waitFor([&] { return displayed() == 1; }));
-  dunstctl({QStringLiteral("action")});
+  dunstctl({"action"});
   EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
 }
 
 TEST_F(DunstTest, ADunstThatStandsStillHoldsNothingUpAndLosesNothing) {
-  const auto process = static_cast<pid_t>(dunst_.processId());
+  const auto process = dunst_.process();
   ASSERT_EQ(kill(process, SIGSTOP), 0);
   for (const char* identifier : {"one", "two", "three"}) {
     centre_->deliver({{"data", CAMPAIGN}, {"title", identifier}}, identifier);

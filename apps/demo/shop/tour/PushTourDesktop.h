@@ -3,11 +3,11 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <QProcess>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <QVariantMap>
 #include <vector>
+
+#include "testing/PrivateBus.h"
 
 namespace kifo::shop {
 
@@ -37,13 +37,10 @@ class PushTourDesktop : public QDBusVirtualObject {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
-  bool writeConfiguration(const QString& path) const;
-  void startBus();
   QDBusMessage answerTo(const QDBusMessage& message);
   QDBusMessage notify(const QDBusMessage& message);
 
-  QTemporaryDir folder_;
-  QProcess bus_;
+  testing::PrivateBus bus_;
   QString address_;
   QDBusConnection connection_;
   std::vector<Shown> shown_;
