@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <exception>
 #include <thread>
 #include <utility>
 
@@ -29,22 +28,6 @@ class Screen final : public KifoViewController, public QtWidgetProvider {
   const std::string className_;
   const QPointer<QWidget> page_;
 };
-
-/// Runs `task` on the thread of `object` and waits for it; what it throws is thrown here.
-void runOnThreadOf(QObject* object, const std::function<void()>& task) {
-  std::exception_ptr problem;
-  QMetaObject::invokeMethod(
-      object,
-      [&] {
-        try {
-          task();
-        } catch (...) {
-          problem = std::current_exception();
-        }
-      },
-      Qt::BlockingQueuedConnection);
-  if (problem) std::rethrow_exception(problem);
-}
 
 PopUpOptions withoutMovement() {
   PopUpOptions options;
@@ -85,7 +68,7 @@ QtStage::QtStage(std::shared_ptr<Output> output)
 
 std::shared_ptr<KifoViewController> QtStage::makeScreen(const std::string& name) {
   std::shared_ptr<KifoViewController> screen;
-  runOnThreadOf(this, [&] {
+  onUiThread([&] {
     auto* page = new QWidget;
     window_.addWidget(page);
     screen = std::make_shared<Screen>(name, page);
@@ -94,7 +77,7 @@ std::shared_ptr<KifoViewController> QtStage::makeScreen(const std::string& name)
 }
 
 void QtStage::appear(KifoViewController& screen) {
-  runOnThreadOf(this, [&] {
+  onUiThread([&] {
     screen.viewWillAppear(false);
     window_.setCurrentWidget(dynamic_cast<Screen&>(screen).widget());
     screen.viewDidAppear(false);
@@ -102,11 +85,11 @@ void QtStage::appear(KifoViewController& screen) {
 }
 
 void QtStage::disappear(KifoViewController& screen) {
-  runOnThreadOf(this, [&] { screen.viewWillDisappear(false); });
+  onUiThread([&] { screen.viewWillDisappear(false); });
 }
 
 void QtStage::perform(const UserAction& action) {
-  runOnThreadOf(this, [&] {
+  onUiThread([&] {
     PopUpWindow* popup = current();
     if (popup == nullptr) throw BadLine("no popup is shown");
     PopupUser(*popup).perform(action);
@@ -115,13 +98,32 @@ void QtStage::perform(const UserAction& action) {
 
 bool QtStage::isSettled() {
   bool isSettled = false;
-  runOnThreadOf(this, [&] {
+  onUiThread([&] {
     std::erase_if(popups_, [](const auto& each) { return each.isNull(); });
     const bool isClosing =
         std::ranges::any_of(popups_, [](const auto& each) { return each->isDismissing(); });
     isSettled = !isClosing && (!popups_.empty() || presenter_->alive() == 0);
   });
   return isSettled;
+}
+
+void QtStage::onUiThread(std::function<void()> task) {
+  std::packaged_task<void()> packed(std::move(task));
+  auto done = packed.get_future();
+  {
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(packed));
+  }
+  QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+  done.get();
+}
+
+void QtStage::customEvent(QEvent*) {
+  std::unique_lock lock(mutex_);
+  auto task = std::move(tasks_.front());
+  tasks_.pop_front();
+  lock.unlock();
+  task();
 }
 
 bool QtStage::eventFilter(QObject* watched, QEvent* event) {

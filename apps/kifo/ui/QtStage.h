@@ -3,6 +3,9 @@
 #include <QObject>
 #include <QPointer>
 #include <QStackedWidget>
+#include <deque>
+#include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -50,8 +53,12 @@ class QtStage final : public QObject, public Stage {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void customEvent(QEvent* event) override;
 
  private:
+  /// Runs `task` on the UI thread and waits for it; what it throws is thrown here.
+  void onUiThread(std::function<void()> task);
+
   void shown(PopUpWindow& popup);
   PopUpWindow* current() const;
 
@@ -59,6 +66,9 @@ class QtStage final : public QObject, public Stage {
   const std::shared_ptr<WatchedPresenter> presenter_;
   QStackedWidget window_;
   std::vector<QPointer<PopUpWindow>> popups_;  ///< Those on the screen, oldest first.
+
+  std::mutex mutex_;
+  std::deque<std::packaged_task<void()>> tasks_;  ///< Guarded by mutex_: each has an event under way.
 };
 
 }  // namespace kifo::tool
