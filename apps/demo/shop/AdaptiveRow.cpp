@@ -20,7 +20,10 @@ QSize AdaptiveRow::minimumSizeHint() const {
 }
 
 void AdaptiveRow::resizeEvent(QResizeEvent*) {
-  box_->setDirection(width() < breadth_ ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  const auto direction = width() < breadth_ ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+  if (direction == box_->direction()) return;
+  box_->setDirection(direction);
+  updateGeometry();  // the page around it knows the height of the other direction
 }
 
 }  // namespace kifo::shop

@@ -27,6 +27,7 @@ BasketScreen::BasketScreen(Basket& basket, QWidget* parent)
   foot->box()->addWidget(coupon);
   foot->box()->addWidget(order_);
   rows_->setSpacing(14);
+  card_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   card_->column()->addLayout(rows_);
   card_->column()->addSpacing(8);
   card_->column()->addWidget(foot);
