@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
 namespace kifo::testing {
 namespace {
 
@@ -62,6 +64,15 @@ std::vector<HttpRequest> FakeHttpTransport::requests() const {
   all.reserve(entries_.size());
   for (const Entry& entry : entries_) all.push_back(entry.request);
   return all;
+}
+
+std::vector<nlohmann::json> FakeHttpTransport::events(const std::string& name) const {
+  std::vector<nlohmann::json> found;
+  for (const auto& request : requests()) {
+    auto body = nlohmann::json::parse(request.body.value_or("{}"));
+    if (body.value("name", "") == name) found.push_back(std::move(body));
+  }
+  return found;
 }
 
 std::size_t FakeHttpTransport::count() const {

@@ -97,12 +97,7 @@ class DunstTest : public ::testing::Test {
 
   std::vector<nlohmann::json> events(const std::string& name) {
     fake_.runUntilIdle();
-    std::vector<nlohmann::json> found;
-    for (const auto& request : fake_.http->requests()) {
-      auto body = nlohmann::json::parse(request.body.value_or("{}"));
-      if (body.value("name", "") == name) found.push_back(std::move(body));
-    }
-    return found;
+    return fake_.http->events(name);
   }
 
   /// A screen without a monitor, and a bus.

@@ -72,12 +72,7 @@ class NotificationManagerTest : public ::testing::Test {
   /// The bodies of the events that were sent under `name`.
   std::vector<nlohmann::json> events(const std::string& name) {
     fake_.runUntilIdle();
-    std::vector<nlohmann::json> found;
-    for (const auto& request : fake_.http->requests()) {
-      auto body = nlohmann::json::parse(request.body.value_or("{}"));
-      if (body.value("name", "") == name) found.push_back(std::move(body));
-    }
-    return found;
+    return fake_.http->events(name);
   }
 
   std::vector<std::string> lines() { return fake_.console->lines(); }
