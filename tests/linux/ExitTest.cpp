@@ -16,7 +16,11 @@ class ExitTest : public ::testing::Test {
     server_.start();
   }
   int run(const std::string& way, const std::string& argument) {
-    return ChildProcess({way, directory_.path(), argument}).wait();
+    ChildProcess child({way, directory_.path(), argument});
+    const std::string errors = child.errors();
+    const int status = child.wait();
+    if (status != 0) ADD_FAILURE() << errors;
+    return status;
   }
 
   server::LocalServer server_;

@@ -202,8 +202,10 @@ TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
   const long more = peakMemory() - before;
   std::printf("  offline %td times, %ld KiB of memory more at the most\n",
               console_->count("Kifo Kifo: KifoNetworkStatus: OFFLINE", mark), more);
+#ifndef __SANITIZE_ADDRESS__  // which keeps whatever was freed
   EXPECT_LT(more, 128 * 1024)
-      << "some 8 MiB are usual, and several times as much under a sanitizer";
+      << "some 8 MiB are usual, and several times as much under the thread sanitizer";
+#endif
 }
 
 }  // namespace

@@ -12,8 +12,11 @@ namespace kifo::testing {
 namespace {
 
 struct FileStore {
-  // A write that still waits holds the store, and the store its queue.
-  ~FileStore() { queue->discard(); }
+  // A write that still waits holds the store, and the store its queue; letting go queues one more.
+  ~FileStore() {
+    defaults.reset();
+    queue->discard();
+  }
 
   TemporaryDirectory directory;
   std::shared_ptr<FakeSerialQueue> queue = std::make_shared<FakeSerialQueue>();
