@@ -163,9 +163,6 @@ void CurlTransfer::setSafety() {
   curl_easy_setopt(easy_, CURLOPT_MAXREDIRS, kMaximumRedirects);
   curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYPEER, 1L);
   curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYHOST, 2L);
-  // Over TLS a burst waits for the first handshake, which tells whether one connection can carry
-  // all.
-  curl_easy_setopt(easy_, CURLOPT_PIPEWAIT, secure ? 1L : 0L);
 #if LIBCURL_VERSION_NUM >= 0x075700
   // A name server that does not answer must hold up neither the other transfers nor the end.
   curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);

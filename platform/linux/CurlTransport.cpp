@@ -26,8 +26,10 @@ namespace {
 using Clock = CurlTransfer::Clock;
 
 constexpr std::size_t kRoundSize = 32;  // requests taken in before the transfers have their turn
-constexpr int kLaneWidth = 16;          // of one host, in libcurl's hands
-constexpr long kConnectionsPerHost = 6;
+// Of one host, in libcurl's hands, and so the most connections to it. Whatever would have libcurl keep
+// a transfer waiting for a connection (a limit of its own, CURLOPT_PIPEWAIT) is not used: now and then
+// one is never taken up again (7.88).
+constexpr int kLaneWidth = 6;
 constexpr long kKeptConnections = 12;
 constexpr std::size_t kKeptHandles = 8;
 constexpr int kLookWithoutWakeup = 20;  // milliseconds
@@ -197,7 +199,6 @@ void CurlTransport::Core::run() {
   current = this;
   initialiseLibraries();
   multi_ = curl_multi_init();
-  curl_multi_setopt(multi_, CURLMOPT_MAX_HOST_CONNECTIONS, kConnectionsPerHost);
   curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, kKeptConnections);
   while (multi_ && takeIncoming()) {
     int running = 0;
