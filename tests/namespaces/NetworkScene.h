@@ -61,6 +61,8 @@ class NetworkScene : public CabledTest {
   [[nodiscard]] std::vector<std::string> rows(const std::string& query) const;
   /// Waits until every request was answered or given up.
   static bool awaitAnswers();
+  /// What the SDK decided.
+  [[nodiscard]] const RecordingInspector& decisions() const { return *fake_.inspector; }
   [[nodiscard]] std::string rowCount() const { return rows("select count(*) from KifoLog").at(0); }
 
   std::unique_ptr<server::LocalServer> server_;
