@@ -58,6 +58,7 @@ void ChildProgram::start(const std::vector<std::string>& words, const Environmen
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   if (posix_spawnp(&process_, command.front().c_str(), &actions, nullptr, pointers(command).data(),
                    pointers(variables).data()) != 0) {
     process_ = -1;

@@ -15,6 +15,8 @@ namespace kifo::testing {
 /// It is spawned, never forked: a fork of a process with threads is one that the thread sanitizer
 /// cannot follow.
 ///
+/// What it complains of goes nowhere.
+///
 /// **Threading:** externally synchronised. **Errors:** one that cannot be started is not running and
 /// says nothing.
 class ChildProgram {
