@@ -174,8 +174,9 @@ TEST_F(DunstTest, APushOfTheSameIdentifierReplacesAndOneTakenBackGoes) {
   deliver("First", "offer", 1);
   deliver("Second", "other", 2);
   deliver("Third", "offer", 2);
+  deliver("Fourth", "last", 3);  // pushes are shown in order: with this one there, the third is too
   centre_->close("offer");
-  ASSERT_TRUE(waitFor([&] { return displayed() == 1; }));
+  ASSERT_TRUE(waitFor([&] { return displayed() == 2; }));
   EXPECT_THAT(dunstctl({"history"}), HasSubstr("Third"));
   EXPECT_THAT(dunstctl({"history"}), Not(HasSubstr("First")));
   QCoreApplication::processEvents();
