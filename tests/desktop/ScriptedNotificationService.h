@@ -28,6 +28,7 @@ class ScriptedNotificationService : public QDBusVirtualObject {
   explicit ScriptedNotificationService(const QString& address);
   ~ScriptedNotificationService() override;
 
+  /// Takes the name, or is next to have it.
   void appear();
   /// Leaves the bus, its name and the calls that wait for an answer behind.
   void vanish();
