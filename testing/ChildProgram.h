@@ -9,19 +9,23 @@
 
 namespace kifo::testing {
 
-/// A program of the system that runs beside a test or a demo, and ends with it, even when that
-/// crashes: a message bus, a screen, a notification service.
+/// A program that runs beside a test or a demo, and ends with it, even when that crashes: a message
+/// bus, a screen, a process that is to be killed.
+///
+///     ChildProgram child;
+///     child.start({"dbus-daemon", "--print-address"});
+///     const std::string address = child.readLine();
 ///
 /// It is spawned, never forked: a fork of a process with threads is one that the thread sanitizer
 /// cannot follow.
 ///
-/// What it complains of goes nowhere.
-///
-/// **Threading:** externally synchronised. **Errors:** one that cannot be started is not running and
-/// says nothing.
+/// **Threading:** externally synchronised. **Errors:** one that cannot be started is not running
+/// and says nothing; one that gives no sign of life for 20 s is given up.
 class ChildProgram {
  public:
   using Environment = std::map<std::string, std::string>;
+  /// What becomes of what it complains of. One that runs for long would block on what is kept.
+  enum class Errors { dropped, kept };
 
   ChildProgram() = default;
   ~ChildProgram() { end(); }
@@ -29,25 +33,47 @@ class ChildProgram {
   ChildProgram& operator=(const ChildProgram&) = delete;
 
   /// Starts `words`, the program first, with these variables set; an empty text takes one away.
-  void start(const std::vector<std::string>& words, const Environment& changes = {});
+  void start(const std::vector<std::string>& words, const Environment& changes = {},
+             Errors errors = Errors::dropped);
 
-  /// The next line that it prints, or nothing when it ends or takes longer than 20 s: programs print
-  /// one when they are ready.
+  /// The next line that it prints, or nothing when it ends before: programs print one when they are
+  /// ready.
   std::string readLine();
   /// Everything that it prints until it ends.
   std::string readAll();
+  /// Everything that it complains of until it ends, where that is kept.
+  std::string readErrors();
+  /// Waits until it has printed `count` more bytes; false when it ends before.
+  bool awaitOutput(std::size_t count);
 
   [[nodiscard]] pid_t process() const { return process_; }
 
-  /// Asks it to end and waits; after 20 s it is killed.
+  /// Waits until it ends by itself: its exit status, or nothing when a signal ended it or it does
+  /// not end.
+  std::optional<int> wait();
+  /// Asks it to end and waits; if it does not, it is killed.
   void end();
+  /// Ends it in the middle of whatever it does.
+  void kill();
 
  private:
-  /// Up to `end`, or to the end of what it prints.
-  std::string readUntil(std::optional<char> end);
+  /// The reading end of a pipe, and what has been read and not yet been asked for.
+  struct Stream {
+    int end = -1;
+    std::string text;
+
+    /// Waits for more; false when there is none.
+    bool read();
+    std::string readAll();
+    void close();
+  };
+
+  /// Its status once it has ended, within the patience there is.
+  std::optional<int> reap();
 
   pid_t process_ = -1;
-  int output_ = -1;
+  Stream output_;
+  Stream errors_;
 };
 
 }  // namespace kifo::testing

@@ -9,8 +9,8 @@
 #include <random>
 
 #include "platform/linux/DefaultsFile.h"
+#include "testing/ChildProgram.h"
 #include "testing/FakePlatform.h"
-#include "tests/linux/ChildProcess.h"
 
 namespace kifo::testing {
 namespace {
@@ -193,7 +193,8 @@ TEST_F(FileUserDefaultsTest, AKillAtAnyInstantLeavesAWholeFile) {
   std::mt19937 random(seed);
   std::int64_t last = 0;
   for (int round = 0; round < 50; ++round) {
-    ChildProcess child({"set-for-ever", fake_.directory.file("child"), directory_});
+    ChildProgram child;
+    child.start({KIFO_LINUX_CHILD, "set-for-ever", fake_.directory.file("child"), directory_});
     ASSERT_TRUE(child.awaitOutput(1 + random() % 12));
     child.kill();
     DefaultsFile::Values values;

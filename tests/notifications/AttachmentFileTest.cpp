@@ -1,6 +1,5 @@
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -9,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include "testing/ChildProgram.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {
@@ -25,10 +25,11 @@ std::string contentsOf(const std::string& path) {
 
 /// The number of a process that has ended.
 pid_t endedProcess() {
-  const pid_t child = fork();
-  if (child == 0) _exit(0);
-  waitpid(child, nullptr, 0);
-  return child;
+  testing::ChildProgram child;
+  child.start({"true"});
+  const pid_t process = child.process();
+  child.wait();
+  return process;
 }
 
 class AttachmentFileTest : public ::testing::Test {
