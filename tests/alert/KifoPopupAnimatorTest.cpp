@@ -1,9 +1,10 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupAnimator.h"
 
+#include <gmock/gmock.h>
+
+#include <QApplication>
 #include <QProxyStyle>
 #include <QSignalSpy>
-
-#include "tests/alert/AlertFixture.h"
 
 namespace kifo {
 namespace {
@@ -104,20 +105,6 @@ TEST(KifoPopupAnimatorTest, NothingMovesWhereNoMotionIsWanted) {
   QApplication::setStyle(new MotionlessStyle);
   EXPECT_FALSE(movesWith(KifoAnimationStyle::topToBottom, slow()));
   QApplication::setStyle(before);
-}
-
-class KifoPopupMotionTest : public AlertFixture {};
-
-TEST_F(KifoPopupMotionTest, AnAlertThatIsHiddenWhileItComesGoesAtOnceOnceItsWayIsUp) {
-  const auto alert = makeAlert();
-  alert->motion = slow();
-  alert->addButton("OK", [] {});
-  alert->showInfo("Coming");
-  ASSERT_TRUE(alert->isShowing());
-  alert->motion.hideDuration = milliseconds(0);
-  click(alert->buttons().front());
-  EXPECT_FALSE(alert->isShowing());
-  EXPECT_TRUE(overlays().empty());
 }
 
 }  // namespace

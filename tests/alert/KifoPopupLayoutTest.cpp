@@ -1,7 +1,4 @@
-#include <QInputMethod>
-#include <QPainter>
 #include <QPlainTextEdit>
-#include <QScrollArea>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
@@ -24,6 +21,16 @@ class KifoPopupLayoutTest : public AlertFixture {
     const QPoint middle = placeOf(alert.baseView()).center();
     EXPECT_NEAR(middle.x(), room.center().x(), 1);
     EXPECT_NEAR(middle.y(), room.center().y(), 1);
+  }
+  /// The parts that an alert has from top to bottom do not overlap.
+  void expectApart(const KifoPopup& alert) const {
+    std::vector<QWidget*> parts = {alert.labelTitle(), alert.viewText()};
+    parts.insert(parts.end(), alert.inputs().begin(), alert.inputs().end());
+    parts.insert(parts.end(), alert.input().begin(), alert.input().end());
+    parts.insert(parts.end(), alert.buttons().begin(), alert.buttons().end());
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+      EXPECT_LT(placeOf(parts[i - 1]).bottom(), placeOf(parts[i]).top());
+    }
   }
 };
 
@@ -56,6 +63,7 @@ TEST_F(KifoPopupLayoutTest, InAWindowOfAnySizeTheCardFitsAndEveryButtonCanBeReac
   KifoButton* last = alert->buttons().back();
   for (const QSize size : {QSize(120, 90), QSize(240, 160), QSize(320, 240), QSize(800, 480)}) {
     window->resize(size);
+    expectApart(*alert);
     alert->inputs().front()->setFocus();
     while (QApplication::focusWidget() != last) press(Qt::Key_Tab);
     EXPECT_TRUE(window->rect().contains(placeOf(alert->baseView())));
@@ -87,7 +95,7 @@ TEST_F(KifoPopupLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoes
   const QRect first = placeOf(alert->buttons()[0]);
   const QRect second = placeOf(alert->buttons()[1]);
   EXPECT_EQ(first.top(), second.top());
-  EXPECT_EQ(first.right() + 1 + 10, second.left());
+  EXPECT_LT(first.right(), second.left());
   EXPECT_NEAR(first.width(), second.width(), 1);
   EXPECT_GT(alert->baseView()->width(), 240);
 
@@ -96,13 +104,12 @@ TEST_F(KifoPopupLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoes
 
   window->resize(280, 600);
   EXPECT_LT(placeOf(alert->buttons()[0]).bottom(), placeOf(alert->buttons()[1]).top());
-  EXPECT_EQ(alert->buttons()[1]->height(), 35);
   window->resize(150, 600);
   EXPECT_GT(alert->buttons()[0]->height(), 45) << "a title that breaks makes its button higher";
 }
 
 TEST_F(KifoPopupLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
-  const QRect keyboard(0, 350, 500, 250);
+  const QRect keyboard(0, 300, 500, 300);
   const auto plain = makeAlert();
   plain->showInfo("No field", "", "OK");
   plain->keyboardWillShow(keyboard);
@@ -118,7 +125,7 @@ TEST_F(KifoPopupLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
   EXPECT_TRUE(alert->keyboardHasBeenShown());
   EXPECT_LT(placeOf(alert->baseView()).bottom(), keyboard.top());
   last->setFocus();
-  EXPECT_TRUE(placeOf(alert->baseView()).contains(placeOf(last))) << "the field is scrolled to";
+  EXPECT_EQ(last->visibleRegion().boundingRect(), last->rect()) << "the field is scrolled to";
   alert->keyboardWillHide();
   expectCentred(*alert, window->rect());
 }
@@ -145,17 +152,17 @@ TEST_F(KifoPopupLayoutTest, TitlesAreNeverLostOnTheirButtons) {
   alert->addButton("Black on navy", QColor(0, 0, 60), Qt::black, {}, [] {});
   alert->addButton("Clear", Qt::yellow, Qt::transparent, {}, [] {});
   std::vector<double> contrasts;
-  for (const KifoPopupStyle style :
-       {KifoPopupStyle::success, KifoPopupStyle::error, KifoPopupStyle::notice,
-        KifoPopupStyle::warning, KifoPopupStyle::info, KifoPopupStyle::edit, KifoPopupStyle::wait,
-        KifoPopupStyle::question}) {
-    alert->showTitle("Colours", "", style, "Default colours");
+  const auto measure = [&] {
     for (const KifoButton* button : alert->buttons()) {
       contrasts.push_back(contrastRatio(button->look().text, button->look().background));
     }
-    alert->showTitle("Colours", "", style, "Given colours", {}, 0xFFFF00, 0xFFFFFF);
-    contrasts.push_back(contrastRatio(alert->buttons().back()->look().text,
-                                      alert->buttons().back()->look().background));
+  };
+  for (int style = 0; style <= static_cast<int>(KifoPopupStyle::question); ++style) {
+    const auto each = static_cast<KifoPopupStyle>(style);
+    alert->showTitle("Colours", "", each, "Default colours");
+    measure();
+    alert->showTitle("Colours", "", each, "Given colours", {}, 0xFFFF00, 0xFFFFFF);
+    measure();
   }
   EXPECT_THAT(contrasts, Each(Ge(2.5)));
   alert->showTitle("Colours", "", KifoPopupStyle::info, "Fine as it is", {}, 0x000000, 0xABCDEF);
@@ -200,19 +207,25 @@ TEST_F(KifoPopupLayoutTest, ATitleMayShrinkToStayOnOneLine) {
 }
 
 TEST_F(KifoPopupLayoutTest, AListRowThatDoesNotFitPutsItsValueBelow) {
-  const auto alert = makeAlert();
-  alert->headerStr = "Order 1042";
-  alert->datas = {{"Coffee", "2.40"}, {"Address", "12 Harbour Street, third floor, ring twice"}};
-  alert->showInfo("List", "", "OK");
-  std::map<QString, QRect> places;
-  for (const QLabel* label : alert->contentView()->findChildren<QLabel*>()) {
-    places[label->text()] = placeOf(label);
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    window->setLayoutDirection(direction);
+    const auto alert = makeAlert();
+    alert->headerStr = "Order 1042";
+    alert->datas = {{"Coffee", "2.40"}, {"Address", "12 Harbour Street, third floor, ring twice"}};
+    alert->showInfo("List", "", "OK");
+    std::map<QString, QRect> places;
+    for (const QLabel* label : alert->contentView()->findChildren<QLabel*>()) {
+      places[label->text()] = placeOf(label);
+    }
+    EXPECT_LT(places["Order 1042"].bottom(), places["Coffee"].top());
+    EXPECT_EQ(places["Coffee"].top(), places["2.40"].top());
+    const bool mirrored = direction == Qt::RightToLeft;
+    EXPECT_LT(places[mirrored ? "2.40" : "Coffee"].right(),
+              places[mirrored ? "Coffee" : "2.40"].left());
+    EXPECT_LE(places["Address"].bottom(), places[alert->datas[1].value].top());
+    EXPECT_LT(places[alert->datas[1].value].bottom(), placeOf(alert->buttons().front()).top());
+    alert->hideView();
   }
-  EXPECT_LT(places["Order 1042"].bottom(), places["Coffee"].top());
-  EXPECT_EQ(places["Coffee"].top(), places["2.40"].top());
-  EXPECT_LT(places["Coffee"].right(), places["2.40"].left());
-  EXPECT_LE(places["Address"].bottom(), places[alert->datas[1].value].top());
-  EXPECT_LT(places[alert->datas[1].value].bottom(), placeOf(alert->buttons().front()).top());
 }
 
 }  // namespace

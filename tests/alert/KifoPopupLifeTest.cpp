@@ -175,18 +175,22 @@ TEST_F(KifoPopupLifeTest, AnAlertCanBeShownAgainWithWhatItHas) {
 
 TEST_F(KifoPopupLifeTest, AShowCallOnAnAlertThatIsOnItsWayOutBringsItBack) {
   const auto alert = makeAlert();
-  alert->motion.reduced = false;
+  alert->motion = {};
   int dismissed = 0;
   alert->dismissBlock = [&] { ++dismissed; };
   alert->showInfo("First");
+  waitUntilCome(*alert);
+  alert->motion.hideDuration = std::chrono::hours(1);
   alert->hideView();
+  EXPECT_EQ(dismissed, 0);
   alert->showInfo("Second");
   EXPECT_TRUE(alert->isShowing());
   EXPECT_EQ(dismissed, 1);
   EXPECT_THAT(overlays(), SizeIs(1));
-  alert->motion.reduced = true;
-  alert->hideView();
+  alert->motion.hideDuration = {};
+  alert->hideView();  // while it still comes
   EXPECT_EQ(dismissed, 2);
+  EXPECT_THAT(overlays(), IsEmpty());
 }
 
 TEST_F(KifoPopupLifeTest, PartsThatTheHostDeletesAreForgotten) {

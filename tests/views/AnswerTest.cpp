@@ -1,21 +1,6 @@
 // What a user does with a popup, by mouse, and what is reported of it.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
 #include <stdexcept>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/CustomSlider.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoEmojiCollectionViewCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupEmojiRow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupLabel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -23,30 +8,25 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 class AnswerTest : public PopupTest {
  protected:
   AnswerTest() {
-    request->actionItem = [this](auto button) {
-      calls.push_back("action " + button->text.value_or("?"));
-    };
+    request->actionItem = [this](auto button) { calls.push_back("action " + *button->text); };
     request->actionBodyItem = [this](auto button) {
-      calls.push_back("body " + button->action->link.value_or("?"));
+      calls.push_back("body " + *button->action->link);
     };
     request->submitButtonItem = [this](auto button) {
-      calls.push_back("submit " + button->text.value_or("?"));
+      EXPECT_TRUE(reports().empty()) << "the callback comes first";
+      calls.push_back("submit " + *button->text);
     };
   }
 
-  static void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
-
-  void choose(int row) {
-    const auto cells = popup->findChildren<KifoSurveyCell*>();
-    click(cells.at(row)->selectButton());
-  }
-
-  void pick(int row) {
-    click(elements().emojiCollectionView->cells().at(static_cast<std::size_t>(row)));
+  void choose(int row) { click(choice(row)->selectButton()); }
+  void submit() {
+    click(elements().submitButton);
+    settle();
   }
 
   std::vector<RecordingReporter::Report>& reports() { return reporter->reports; }
@@ -58,11 +38,11 @@ TEST_F(AnswerTest, APopupButtonRunsItsCallbackAndClosesWithoutAReportOfItsOwn) {
   campaign("POPUP");
   request->preferences.buttons = {option("b1", "Yes"), option("b2", "No")};
   present();
-  click(popup->findChildren<KifoPopupCell*>().at(1)->titleLbl());
-  click(popup->findChildren<KifoPopupCell*>().at(0)->titleLbl());  // too late
+  click(button(1));
+  click(button(0));  // too late
   settle();
   EXPECT_THAT(calls, ElementsAre("action No"));
-  EXPECT_TRUE(reports().empty());
+  EXPECT_THAT(reports(), IsEmpty());
   EXPECT_EQ(closings, 1);
   EXPECT_TRUE(popup.isNull());
 }
@@ -73,8 +53,7 @@ TEST_F(AnswerTest, ClosingReportsTheItemWithoutAnyAnswer) {
   submitButton();
   present();
   choose(0);
-  click(elements().closeButton);
-  settle();
+  close();
   ASSERT_EQ(reports().size(), 1u);
   EXPECT_EQ(reports()[0].item, item);
   EXPECT_EQ(reports()[0].controller, screen);
@@ -89,47 +68,34 @@ TEST_F(AnswerTest, AScreenThatIsGoneIsReportedAsNoneAndAMissingItemNotAtAll) {
   campaign("POPUP");
   present();
   screen.reset();
-  click(elements().closeButton);
-  settle();
+  close();
   ASSERT_EQ(reports().size(), 1u);
   EXPECT_EQ(reports()[0].controller, nullptr);
   request->preferences.appCommunicationItem = nullptr;
   present();
-  click(elements().closeButton);
-  settle();
+  close();
   EXPECT_EQ(reports().size(), 1u);
   EXPECT_EQ(closings, 2);
 }
 
-TEST_F(AnswerTest, SubmittingASurveyWithNothingChosenOnlyRunsTheCallback) {
+TEST_F(AnswerTest, ASurveyWaitsForAChoiceAndSendsTheLastOneOnce) {
   campaign("SURVEY");
   choices(3);
   submitButton();
   present();
   EXPECT_TRUE(elements().submitButton->isDimmed());
-  click(elements().submitButton);
-  settle();
+  submit();
   EXPECT_THAT(calls, ElementsAre("submit Send"));
-  EXPECT_TRUE(reports().empty());
-  EXPECT_FALSE(popup.isNull());
-  EXPECT_TRUE(popup->isVisible());
-}
+  EXPECT_THAT(reports(), IsEmpty());
+  ASSERT_TRUE(popup && popup->isVisible());
 
-TEST_F(AnswerTest, ASurveySendsTheChoiceMadeLast) {
-  campaign("SURVEY");
-  choices(3);
-  submitButton();
-  request->submitButtonItem = [this](auto) { EXPECT_TRUE(reports().empty()) << "it comes first"; };
-  present();
   choose(0);
   choose(2);
-  const auto cells = popup->findChildren<KifoSurveyCell*>();
-  EXPECT_STREQ(cells[0]->radialButton(), "circle");
-  EXPECT_STREQ(cells[2]->radialButton(), "largecircle.fill.circle");
+  EXPECT_STREQ(choice(0)->radialButton(), "circle");
+  EXPECT_STREQ(choice(2)->radialButton(), "largecircle.fill.circle");
   EXPECT_FALSE(elements().submitButton->isDimmed());
   click(elements().submitButton);
-  click(elements().submitButton);  // a second press while it fades changes nothing
-  settle();
+  submit();  // a second press while it fades changes nothing
   ASSERT_EQ(reports().size(), 1u);
   const InAppAnswer& answer = reports()[0].answer;
   EXPECT_EQ(answer.choice, request->preferences.choices[2]);
@@ -147,16 +113,16 @@ TEST_F(AnswerTest, OfTwoChoicesWithOneIdTheFirstIsMarkedAndTheTappedOneSent) {
   submitButton();
   present();
   choose(2);
-  EXPECT_STREQ(popup->findChildren<KifoSurveyCell*>()[0]->radialButton(),
-               "largecircle.fill.circle");
-  EXPECT_STREQ(popup->findChildren<KifoSurveyCell*>()[2]->radialButton(), "circle");
-  click(elements().submitButton);
+  EXPECT_STREQ(choice(0)->radialButton(), "largecircle.fill.circle");
+  EXPECT_STREQ(choice(2)->radialButton(), "circle");
+  submit();
   ASSERT_EQ(reports().size(), 1u);
   EXPECT_EQ(reports()[0].answer.choiseField->text, "Choice 3");
 }
 
 TEST_F(AnswerTest, AnEmojiIsPickedAnywhereInItsCellAndTheOthersArePale) {
   campaign("EMOJI");
+  item->type = "SCORE";  // the window goes by the preferences' type, the answer by the item's own
   choices(3);
   submitButton();
   present();
@@ -165,10 +131,12 @@ TEST_F(AnswerTest, AnEmojiIsPickedAnywhereInItsCellAndTheOthersArePale) {
   QTest::mouseClick(cells[1], Qt::LeftButton, {}, QPoint(3, 3));
   EXPECT_EQ(cells[1]->alpha(), 1.0);
   EXPECT_EQ(cells[0]->alpha(), 0.4);
-  EXPECT_EQ(popup->fields().currentSelected, 1);
-  click(elements().submitButton);
-  ASSERT_EQ(reports().size(), 1u);
+  submit();
+  ASSERT_EQ(reports().size(), 2u) << "a choice in an item of another type sends both answers";
   EXPECT_EQ(reports()[0].answer.choiseField->choiseId, "c2");
+  EXPECT_TRUE(reports()[1].answer.scoreField);
+  EXPECT_FALSE(reports()[1].answer.choice);
+  EXPECT_EQ(closings, 1);
 }
 
 TEST_F(AnswerTest, AScoreSendsTheWholePartOfTheThumbsPlaceAndWhatWasTyped) {
@@ -179,59 +147,43 @@ TEST_F(AnswerTest, AScoreSendsTheWholePartOfTheThumbsPlaceAndWhatWasTyped) {
   submitButton();
   present();
   EXPECT_EQ(elements().scoreValueLabel->text(), "1");
+  EXPECT_EQ(elements().sliderMinLabel->text(), "1");
+  EXPECT_EQ(elements().sliderMaksLabel->text(), "10");
   CustomSlider* slider = elements().slider;
   drag(slider, QPoint(12, 20), QPoint(slider->width() * 3 / 4, 20));
   const float position = popup->popUpWindowView()->sliderValue();
-  EXPECT_GT(position, 7.f);
-  EXPECT_LT(position, 9.f);
-  EXPECT_NE(position, static_cast<float>(static_cast<int>(position)))
-      << "the thumb follows the finger";
-  EXPECT_EQ(elements().scoreValueLabel->text(), QString::number(static_cast<int>(position)));
+  const int whole = static_cast<int>(position);
+  EXPECT_TRUE(whole == 7 || whole == 8) << position;
+  EXPECT_NE(position, static_cast<float>(whole)) << "the thumb follows the finger";
+  EXPECT_EQ(elements().scoreValueLabel->text(), QString::number(whole));
   QTest::keyClicks(elements().textField, "good");
-  click(elements().submitButton);
+  submit();
   ASSERT_EQ(reports().size(), 1u);
   ASSERT_TRUE(reports()[0].answer.scoreField);
-  EXPECT_EQ(reports()[0].answer.scoreField->value, static_cast<int>(position));
+  EXPECT_EQ(reports()[0].answer.scoreField->value, whole);
   EXPECT_EQ(reports()[0].answer.scoreField->freeText, "good");
 }
 
-TEST_F(AnswerTest, ASelectionInAnItemOfAnotherTypeSendsBothAnswersInOrder) {
-  campaign("EMOJI");  // the window goes by the preferences' type
-  item->type = "SCORE";
-  choices(2);
-  submitButton();
+TEST_F(AnswerTest, ATouchOfTheBodyFollowsTheItemsActionAndADragDoesNot) {
+  campaign("SURVEY");
+  choices(12);
+  const auto body = [this] { return elements().popupView->geometry().topLeft() + QPoint(40, 30); };
   present();
-  pick(0);
-  click(elements().submitButton);
+  QTest::mouseClick(popup.data(), Qt::LeftButton, {}, body());
   settle();
-  ASSERT_EQ(reports().size(), 2u);
-  EXPECT_TRUE(reports()[0].answer.choiseField);
-  EXPECT_TRUE(reports()[1].answer.scoreField);
-  EXPECT_FALSE(reports()[1].answer.choice);
-  EXPECT_EQ(closings, 1);
-}
+  EXPECT_EQ(closings, 0) << "there is no action";
+  dismiss();
 
-TEST_F(AnswerTest, ATouchOfTheBodyFollowsTheItemsAction) {
-  campaign("POPUP");
   item->action = std::make_shared<AppCommunicationItemAction>();
   item->action->link = "app://offers";
   present();
-  QTest::mouseClick(popup.data(), Qt::LeftButton, {},
-                    elements().popupView->geometry().topLeft() + QPoint(40, 30));
+  drag(popup, body(), body() + QPoint(0, 60));
+  EXPECT_THAT(calls, IsEmpty());
+  QTest::mouseClick(popup.data(), Qt::LeftButton, {}, body());
   settle();
   EXPECT_THAT(calls, ElementsAre("body app://offers"));
-  EXPECT_TRUE(reports().empty());
-  EXPECT_EQ(closings, 1);
-}
-
-TEST_F(AnswerTest, WithoutAnActionATouchOfTheBodyDoesNothing) {
-  campaign("POPUP");
-  present();
-  click(elements().popupTitle);
-  QTest::mouseClick(popup.data(), Qt::LeftButton, {}, QPoint(2, 2));
-  settle();
-  EXPECT_TRUE(calls.empty());
-  EXPECT_EQ(closings, 0);
+  EXPECT_THAT(reports(), IsEmpty());
+  EXPECT_EQ(closings, 2);
 }
 
 TEST_F(AnswerTest, FreeTextTiedToChoicesComesAndGoesWithThemAndForgetsItsText) {
@@ -266,8 +218,7 @@ TEST_F(AnswerTest, CopyingTheCouponPutsItsCodeOnThePasteboardOnce) {
   EXPECT_EQ(fake.pasteboard->string.get(), "SUMMER10");
   EXPECT_FALSE(elements().copyButton->isEnabled());
   EXPECT_EQ(elements().copyButton->text(), "Copied");
-  EXPECT_EQ(elements().copyButton->surface()->alpha(), 128);
-  EXPECT_EQ(elements().copyButton->surface()->green(), 255);
+  EXPECT_EQ(elements().copyButton->surface()->name(QColor::HexArgb), "#8000ff00");
 }
 
 TEST_F(AnswerTest, ACallbackThatThrowsIsPrintedAndThePopupStillCloses) {
@@ -275,7 +226,7 @@ TEST_F(AnswerTest, ACallbackThatThrowsIsPrintedAndThePopupStillCloses) {
   request->preferences.buttons = {option("b1", "Yes")};
   request->actionItem = [](auto) { throw std::runtime_error("host"); };
   present();
-  click(popup->findChildren<KifoPopupCell*>().at(0)->titleLbl());
+  click(button(0));
   settle();
   EXPECT_THAT(fake.console->lines(), Contains("Kifo PopUpWindow: a host callback threw: host"));
   EXPECT_EQ(closings, 1);

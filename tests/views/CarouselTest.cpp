@@ -1,14 +1,5 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QThreadPool>
-#include <QTimer>
-
 #include "Kifo_iOS_Common_Kit/inapp/views/ActivityIndicator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoImageCollectionViewCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PageIndicator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -19,6 +10,7 @@ class CarouselTest : public PopupTest {
   CarouselTest() {
     options.reducedMotion = false;
     options.durations.fade = {};
+    options.durations.carouselInterval = std::chrono::hours(1);
     campaign("POPUP");
   }
 
@@ -33,28 +25,23 @@ class CarouselTest : public PopupTest {
 
 TEST_F(CarouselTest, AdvancesPageByPageAndWrapsWithoutMoving) {
   pictures(3);
-  options.durations.carouselInterval = std::chrono::hours(1);
   present();
   EXPECT_EQ(popup->timer(), nullptr) << "it starts once the popup is up";
   settle();
   ASSERT_TRUE(popup->timer());
-  const struct {
-    int page;
-    bool animated;
-  } expected[] = {{1, true}, {2, true}, {0, false}, {1, true}};
-  for (const auto& step : expected) {
+  const std::pair<int, bool> steps[] = {{1, true}, {2, true}, {0, false}, {1, true}};
+  for (const auto& [page, animated] : steps) {
     popup->scrollImageListTimer();
-    EXPECT_EQ(popup->fields().currentIndex, step.page);
-    EXPECT_EQ(list()->currentPage(), step.page);
-    EXPECT_EQ(elements().pageIndicator->currentPage(), step.page);
-    EXPECT_EQ(list()->isScrolling(), step.animated);
+    EXPECT_EQ(popup->fields().currentIndex, page);
+    EXPECT_EQ(list()->currentPage(), page);
+    EXPECT_EQ(elements().pageIndicator->currentPage(), page);
+    EXPECT_EQ(list()->isScrolling(), animated);
   }
   EXPECT_EQ(elements().pageIndicator->numberOfPages(), 3);
   EXPECT_EQ(fake.console->count("Kifo PopUpWindow: image list avaliable"), 1u);
 }
 
 TEST_F(CarouselTest, AdvancesByItself) {
-  EXPECT_EQ(PopUpDurations().carouselInterval, std::chrono::milliseconds(2000));
   pictures(2);
   options.durations.carouselInterval = std::chrono::milliseconds(1);
   present();
@@ -79,7 +66,7 @@ TEST_F(CarouselTest, ClosingStopsItAndAnOpenEndedAnswerLeavesItRunning) {
   options.durations.fade = std::chrono::hours(1);
   present();
   settle();
-  QTest::mouseClick(elements().closeButton, Qt::LeftButton);
+  close();
   EXPECT_EQ(popup->timer(), nullptr);
   delete popup;
   campaign("OPEN_ENDED");
@@ -101,22 +88,21 @@ TEST_F(CarouselTest, FetchesOnlyWhatIsNearAndKeepsFewCells) {
   EXPECT_LE(popup->findChildren<KifoImageCollectionViewCell*>().size(), 4);
 }
 
-TEST_F(CarouselTest, SwipingTurnsThePageAndTouchesNothing) {
+TEST_F(CarouselTest, ASwipeTowardsTheNextPageTurnsItAndTouchesNothing) {
   pictures(3);
   item->action = std::make_shared<AppCommunicationItemAction>();
-  present();
-  const QPoint middle = list()->rect().center();
-  drag(list(), middle, middle - QPoint(140, 0));
-  EXPECT_EQ(popup->fields().currentIndex, 1);
-  EXPECT_FALSE(popup->isDismissing());
-}
-
-TEST_F(CarouselTest, RightToLeftTheNextPageIsOnTheLeft) {
-  pictures(2);
-  options.layoutDirection = Qt::RightToLeft;
-  present();
-  EXPECT_EQ(list()->cellForItem(0)->x(), 0);
-  EXPECT_LT(list()->cellForItem(1)->x(), 0);
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    options.layoutDirection = direction;
+    present();
+    const int onwards = direction == Qt::LeftToRight ? 1 : -1;
+    EXPECT_EQ(list()->cellForItem(0)->x(), 0);
+    EXPECT_EQ(list()->cellForItem(1)->x(), onwards * list()->QWidget::width());
+    const QPoint middle = list()->rect().center();
+    drag(list(), middle, middle - QPoint(140 * onwards, 0));
+    EXPECT_EQ(popup->fields().currentIndex, 1);
+    EXPECT_FALSE(popup->isDismissing());
+    dismiss();
+  }
 }
 
 TEST_F(CarouselTest, ACellShowsItsPictureAWheelUntilThenAndNothingBrokenWithoutIt) {
@@ -127,8 +113,7 @@ TEST_F(CarouselTest, ACellShowsItsPictureAWheelUntilThenAndNothingBrokenWithoutI
   const QSize size = first->size();
   fake.http->answer(0, 200, pictureBytes({400, 100}, Qt::red));
   fake.http->answer(1, 200, "this is no picture");
-  QThreadPool::globalInstance()->waitForDone();
-  settle();
+  finishDecoding();
   EXPECT_FALSE(first->imageView()->image().isNull());
   EXPECT_FALSE(first->activityIndicatorView()->isAnimating());
   EXPECT_EQ(first->size(), size);

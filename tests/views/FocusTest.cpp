@@ -1,24 +1,8 @@
 // Popups by keyboard alone.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
-#include <QVBoxLayout>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/CustomSlider.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupLabel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupListView.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -34,16 +18,9 @@ class FocusTest : public PopupTest {
     hostField->setFocus();
   }
 
-  QString focused() const {
-    QWidget* widget = QApplication::focusWidget();
-    return widget ? widget->objectName() : QStringLiteral("nobody");
-  }
+  static QString focused() { return QApplication::focusWidget()->objectName(); }
 
-  void key(Qt::Key code, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(QApplication::focusWidget(), code, modifiers);
-  }
-
-  std::vector<std::string> tabRound(int steps) {
+  static std::vector<std::string> tabRound(int steps) {
     std::vector<std::string> names;
     for (int i = 0; i < steps; ++i) {
       key(Qt::Key_Tab);
@@ -62,9 +39,7 @@ TEST_F(FocusTest, WhatTheUserTypesWhenAPopupAppearsPressesNothing) {
   request->actionItem = [&](auto) { pressed = true; };
   present();
   EXPECT_EQ(QApplication::focusWidget(), popup.data());
-  key(Qt::Key_Space);
-  key(Qt::Key_Return);
-  key(Qt::Key_A);
+  for (const auto code : {Qt::Key_Space, Qt::Key_Return, Qt::Key_A}) key(code);
   EXPECT_FALSE(pressed);
   EXPECT_EQ(hostField->text(), "");
 }
@@ -86,14 +61,12 @@ TEST_F(FocusTest, ASurveyIsOneStopAndItsArrowsMoveWithinIt) {
   choices(20);
   submitButton();
   present();
-  EXPECT_THAT(tabRound(3), ElementsAre("selectButton", "submitButton", "closeButton"));
-  key(Qt::Key_Tab);
-  key(Qt::Key_Down);
-  key(Qt::Key_Down);
-  key(Qt::Key_Space);
+  EXPECT_THAT(tabRound(4),
+              ElementsAre("selectButton", "submitButton", "closeButton", "selectButton"));
+  for (const auto code : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space}) key(code);
   EXPECT_EQ(popup->fields().selectActionItem, request->preferences.choices[2]);
   key(Qt::Key_End);
-  QWidget* last = popup->findChildren<KifoSurveyCell*>().at(19)->selectButton();
+  QWidget* last = choice(19)->selectButton();
   EXPECT_EQ(QApplication::focusWidget(), last);
   EXPECT_FALSE(last->visibleRegion().isEmpty()) << "the list follows the focus";
   key(Qt::Key_Return);
@@ -109,13 +82,12 @@ TEST_F(FocusTest, TheSliderMovesByWholeScores) {
   item->maxScore = 10;
   present();
   key(Qt::Key_Tab);
-  key(Qt::Key_Right);
-  key(Qt::Key_Right);
-  EXPECT_EQ(popup->popUpWindowView()->sliderValue(), 2.f);
-  key(Qt::Key_End);
-  EXPECT_EQ(popup->popUpWindowView()->sliderValue(), 10.f);
-  key(Qt::Key_Left);
-  EXPECT_EQ(popup->popUpWindowView()->sliderValue(), 9.f);
+  const std::pair<Qt::Key, float> steps[] = {
+      {Qt::Key_Right, 1.f}, {Qt::Key_Right, 2.f}, {Qt::Key_End, 10.f}, {Qt::Key_Left, 9.f}};
+  for (const auto& [code, score] : steps) {
+    key(code);
+    EXPECT_EQ(popup->popUpWindowView()->sliderValue(), score);
+  }
 }
 
 TEST_F(FocusTest, AnAnswerCanBeGivenWithoutAMouse) {
@@ -133,32 +105,27 @@ TEST_F(FocusTest, AnAnswerCanBeGivenWithoutAMouse) {
   EXPECT_FALSE(reporter->reports[0].answer.choiseField);
 }
 
-TEST_F(FocusTest, AnItemsActionCanBeFollowedWithoutAMouse) {
+TEST_F(FocusTest, PagesCanBeTurnedAndAnItemsActionFollowedWithoutAMouse) {
   campaign("POPUP");
+  request->preferences.images = {"https://p.example/1", "https://p.example/2"};
   item->action = std::make_shared<AppCommunicationItemAction>();
   int followed = 0;
   request->actionBodyItem = [&](auto) { ++followed; };
   present();
-  key(Qt::Key_Tab);
-  EXPECT_EQ(focused(), "popupView");
-  key(Qt::Key_Space);
-  EXPECT_EQ(followed, 1);
-}
-
-TEST_F(FocusTest, ArrowsTurnTheCarouselsPages) {
-  campaign("POPUP");
-  request->preferences.images = {"https://p.example/1", "https://p.example/2"};
-  present();
-  key(Qt::Key_Tab);
-  EXPECT_EQ(focused(), "popupImageViewList");
+  EXPECT_THAT(tabRound(2), ElementsAre("popupView", "popupImageViewList"));
   key(Qt::Key_Right);
   EXPECT_EQ(elements().popupImageViewList->currentPage(), 1);
   EXPECT_EQ(popup->fields().currentIndex, 1);
   key(Qt::Key_Left);
   EXPECT_EQ(popup->fields().currentIndex, 0);
+  key(Qt::Key_Backtab, Qt::ShiftModifier);
+  key(Qt::Key_Space);
+  EXPECT_EQ(followed, 1);
 }
 
-TEST_F(FocusTest, EscapeClosesFromEverywhereAsTheCloseButtonDoes) {
+TEST_F(FocusTest, EscapeClosesFromEverywhereAsTheCloseButtonDoesAndTheFocusReturns) {
+  int triggered = 0;
+  const QShortcut escape(QKeySequence(Qt::Key_Escape), host.get(), [&] { ++triggered; });
   for (int steps = 0; steps < 4; ++steps) {
     campaign("SCORE");
     item->maxScore = 3;
@@ -169,17 +136,9 @@ TEST_F(FocusTest, EscapeClosesFromEverywhereAsTheCloseButtonDoes) {
     settle();
     EXPECT_EQ(closings, steps + 1);
     EXPECT_EQ(reporter->reports.size(), static_cast<std::size_t>(steps + 1));
+    EXPECT_EQ(QApplication::focusWidget(), hostField);
   }
-}
-
-TEST_F(FocusTest, TheFocusReturnsToWhereItWas) {
-  hostField->setText("draft");
-  campaign("POPUP");
-  present();
-  tabRound(1);
-  key(Qt::Key_Escape);
-  settle();
-  EXPECT_EQ(QApplication::focusWidget(), hostField);
+  EXPECT_EQ(triggered, 0) << "the host's shortcuts on a popup's keys wait";
 }
 
 TEST_F(FocusTest, AFieldThatIsGoneIsNotReturnedTo) {
@@ -191,33 +150,16 @@ TEST_F(FocusTest, AFieldThatIsGoneIsNotReturnedTo) {
   EXPECT_EQ(closings, 1);
 }
 
-TEST_F(FocusTest, TheHostCannotTakeTheFocusFromUnderneath) {
+TEST_F(FocusTest, OnlyWhatLiesAboveThePopupMayTakeTheFocus) {
   campaign("OPEN_ENDED");
   present();
   tabRound(1);
   hostField->setFocus();
   EXPECT_EQ(focused(), "textField");
-}
-
-TEST_F(FocusTest, AnotherOverlayOnTopMayHaveIt) {
-  campaign("OPEN_ENDED");
-  present();
   auto* onTop = new QPushButton(host.get());
   onTop->show();
   onTop->setFocus();
   EXPECT_EQ(QApplication::focusWidget(), onTop);
-}
-
-TEST_F(FocusTest, TheHostsShortcutsOnThePopupsKeysWait) {
-  int triggered = 0;
-  QShortcut escape(QKeySequence(Qt::Key_Escape), host.get());
-  QObject::connect(&escape, &QShortcut::activated, host.get(), [&] { ++triggered; });
-  campaign("POPUP");
-  present();
-  key(Qt::Key_Escape);
-  settle();
-  EXPECT_EQ(triggered, 0);
-  EXPECT_EQ(closings, 1);
 }
 
 TEST_F(FocusTest, ATallPanelScrollsByKeyboardBelowACloseButtonThatStays) {

@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <QPointer>
-#include <QThreadPool>
-
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageLoader.h"
 #include "tests/views/PopupFixture.h"
@@ -29,39 +24,34 @@ std::string pngThatClaims(quint32 width, quint32 height) {
   return bytes;
 }
 
-TEST(ImageDecoder, BringsPicturesDownToTheSizeWanted) {
-  EXPECT_EQ(decodeImage(pictureBytes({2000, 1000}, Qt::red), {480, 480}).size(), QSize(480, 240));
-  EXPECT_EQ(decodeImage(pictureBytes({2000, 1000}, Qt::red, "JPG"), {480, 480}).size(),
-            QSize(480, 240));
-  EXPECT_EQ(decodeImage(pictureBytes({40, 30}, Qt::red), {480, 480}).size(), QSize(40, 30));
-  EXPECT_EQ(decodeImage(pictureBytes({3000, 1}, Qt::red), {480, 480}).size(), QSize(480, 1));
-}
-
-TEST(ImageDecoder, KeepsColours) {
+TEST(ImageDecoderTest, BringsPicturesDownToTheSizeWantedAndKeepsTheirColours) {
+  const struct {
+    QSize size;
+    const char* format;
+    QSize decoded;
+  } cases[] = {{{2000, 1000}, "PNG", {480, 240}},
+               {{2000, 1000}, "JPG", {480, 240}},
+               {{40, 30}, "PNG", {40, 30}},
+               {{3000, 1}, "PNG", {480, 1}}};
+  for (const auto& [size, format, expected] : cases) {
+    EXPECT_EQ(decodeImage(pictureBytes(size, Qt::red, format), {480, 480}).size(), expected);
+  }
   const QImage red = decodeImage(pictureBytes({9, 9}, QColor(200, 10, 10)), {480, 480});
   EXPECT_EQ(red.pixelColor(4, 4), QColor(200, 10, 10));
 }
 
-TEST(ImageDecoder, RefusesWhatIsTooLargeOfAnotherFormatOrBroken) {
-  const std::string whole = pictureBytes({64, 64}, Qt::red, "JPG");
-  EXPECT_TRUE(decodeImage(pngThatClaims(20000, 20000), {480, 480}).isNull());
-  EXPECT_TRUE(decodeImage(pngThatClaims(0x7fffffff, 1), {480, 480}).isNull());
-  EXPECT_TRUE(decodeImage(pictureBytes({8, 8}, Qt::red, "BMP"), {480, 480}).isNull());
-  EXPECT_TRUE(
-      decodeImage("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>", {480, 480})
-          .isNull());
-  EXPECT_TRUE(decodeImage(whole.substr(0, 40), {480, 480}).isNull());
-  EXPECT_TRUE(decodeImage("", {480, 480}).isNull());
+TEST(ImageDecoderTest, RefusesWhatIsTooLargeOfAnotherFormatOrBroken) {
+  for (const std::string& bytes :
+       {pngThatClaims(20000, 20000), pngThatClaims(0x7fffffff, 1),
+        pictureBytes({8, 8}, Qt::red, "BMP"),
+        std::string("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"),
+        pictureBytes({64, 64}, Qt::red, "JPG").substr(0, 40), std::string()}) {
+    EXPECT_TRUE(decodeImage(bytes, {480, 480}).isNull()) << bytes;
+  }
 }
 
 class ImageLoaderTest : public PopupTest {
  protected:
-  void finish() {
-    fake.runUntilIdle();
-    QThreadPool::globalInstance()->waitForDone();
-    settle();
-  }
-
   ImageLoader::Done count() {
     return [this](const QImage& image) {
       ++calls;
@@ -82,11 +72,11 @@ TEST_F(ImageLoaderTest, FetchesAUrlOnceForAllWhoAsk) {
   EXPECT_EQ(fake.http->requests()[0].maximumBodySize, 10u << 20);
   fake.http->answerNext(200, pictureBytes({10, 10}, Qt::blue));
   EXPECT_EQ(calls, 0) << "never from within, always on the UI thread";
-  finish();
+  finishDecoding();
   EXPECT_EQ(calls, 2);
   loader->load("https://pictures.example/1", &context, count());
   EXPECT_EQ(calls, 2);
-  finish();
+  finishDecoding();
   EXPECT_EQ(calls, 3);
   EXPECT_EQ(fake.http->count(), 1u);
   EXPECT_EQ(loader->kept("https://pictures.example/1").size(), QSize(10, 10));
@@ -98,7 +88,7 @@ TEST_F(ImageLoaderTest, FetchesNothingButTheWeb) {
         "javascript:alert(1)", "pictures.example/1"}) {
     loader->load(url, &context, count());
   }
-  finish();
+  finishDecoding();
   EXPECT_EQ(fake.http->count(), 0u);
   EXPECT_EQ(calls, 5);
   EXPECT_TRUE(last.isNull());
@@ -107,7 +97,7 @@ TEST_F(ImageLoaderTest, FetchesNothingButTheWeb) {
 TEST_F(ImageLoaderTest, AFailureIsANullImageAndIsTriedAgainWhenAskedAgain) {
   loader->load("https://pictures.example/1", &context, count());
   fake.http->failNext();
-  finish();
+  finishDecoding();
   EXPECT_EQ(calls, 1);
   EXPECT_TRUE(last.isNull());
   loader->load("https://pictures.example/1", &context, count());
@@ -120,11 +110,11 @@ TEST_F(ImageLoaderTest, DeletedItCallsNobodyAndAGoneContextIsSkipped) {
   loader->load("https://pictures.example/2", &context, count());
   passing.reset();
   fake.http->answerNext(200, pictureBytes({10, 10}, Qt::blue));
-  finish();
+  finishDecoding();
   EXPECT_EQ(calls, 0);
   loader.reset();
   fake.http->answerNext(200, pictureBytes({10, 10}, Qt::blue));
-  finish();
+  finishDecoding();
   EXPECT_EQ(calls, 0);
 }
 

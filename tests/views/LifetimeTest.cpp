@@ -1,14 +1,6 @@
 // Popups that come and go at awkward moments.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <QFile>
-#include <QThreadPool>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
 #include "tests/views/Campaigns.h"
 #include "tests/views/PopupFixture.h"
 
@@ -79,8 +71,7 @@ TEST_F(LifetimeTest, ACallbackMayDestroyTheHostUnderThePopup) {
   request->preferences.buttons = {option("b1", "Quit")};
   request->actionItem = [this](auto) { host.reset(); };
   present();
-  PopupButton* button = popup->findChildren<KifoPopupCell*>().at(0)->titleLbl();
-  QTest::keyClick(button, Qt::Key_Return);
+  QTest::keyClick(button(0), Qt::Key_Return);
   settle();
   EXPECT_TRUE(popup.isNull());
 }
@@ -96,7 +87,7 @@ TEST_F(LifetimeTest, AnAnswerIsSentEvenWhenTheSubmitCallbackDestroysTheHost) {
   EXPECT_TRUE(reporter->reports[0].answer.openEndedField);
 }
 
-TEST_F(LifetimeTest, PicturesThatArriveAfterTheCloseFindNobody) {
+TEST_F(LifetimeTest, PicturesThatComeAfterTheEndFindNobody) {
   campaign("EMOJI");
   choices(2);
   request->preferences.image = "https://pictures.example/1.png";
@@ -108,18 +99,12 @@ TEST_F(LifetimeTest, PicturesThatArriveAfterTheCloseFindNobody) {
   EXPECT_TRUE(waitUntilGone());
   while (fake.http->answerNext(200, pictureBytes({8, 8}, Qt::red))) {
   }
-  QThreadPool::globalInstance()->waitForDone();
-  settle();
-}
+  finishDecoding();
 
-TEST_F(LifetimeTest, PicturesThatAreBeingDecodedWhenTheHostGoesFindNobody) {
-  campaign("POPUP");
-  request->preferences.image = "https://pictures.example/1.png";
   present();
   fake.http->answerNext(200, pictureBytes({2000, 2000}, Qt::red));
-  host.reset();
-  QThreadPool::globalInstance()->waitForDone();
-  settle();
+  host.reset();  // while the picture is being decoded
+  finishDecoding();
 }
 
 TEST_F(LifetimeTest, AsAWindowOfItsOwnItClosesAsItsButtonDoes) {
@@ -139,8 +124,8 @@ TEST_F(LifetimeTest, FollowsItsHostsSizeAndKeepsAnswerAndFocus) {
   item->defaultFreeText = DefaultFreeText{};
   request->preferences.image = "https://pictures.example/1.png";
   present();
-  QTest::keyClicks(find<QWidget>("textField"), "kept");
-  find<QWidget>("textField")->setFocus();
+  QTest::keyClicks(elements().textField, "kept");
+  elements().textField->setFocus();
   EXPECT_EQ(popup->fields().imageViewHeight, 172);
   host->resize(1000, 600);
   settle();
@@ -151,7 +136,7 @@ TEST_F(LifetimeTest, FollowsItsHostsSizeAndKeepsAnswerAndFocus) {
   settle();
   EXPECT_EQ(elements().popupView->width(), 258);
   EXPECT_EQ(QApplication::focusWidget()->objectName(), "textField");
-  EXPECT_FALSE(find<QWidget>("textField")->visibleRegion().isEmpty());
+  EXPECT_FALSE(elements().textField->visibleRegion().isEmpty());
   EXPECT_EQ(popup->popUpWindowView()->freeText(), "kept");
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QEvent>
@@ -10,13 +11,30 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QTest>
+#include <QThreadPool>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/CustomSlider.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoEmojiCollectionViewCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/OptionButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PageIndicator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindowView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupCloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupEmojiRow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupImageView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupListView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PopupPanel.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::testing {
@@ -86,7 +104,7 @@ inline std::string pictureBytes(QSize size, QColor color, const char* format = "
 }
 
 /// A host's window and a campaign to show over it. The campaign is described in `request`; what is
-/// not set is absent.
+/// not set is absent. All of a popup's pieces can be used with this header alone.
 class PopupTest : public ::testing::Test {
  protected:
   PopupTest() {
@@ -152,12 +170,25 @@ class PopupTest : public ::testing::Test {
     }
   }
 
-  template <class Widget>
-  Widget* find(const char* name) {
-    return popup ? popup->findChild<Widget*>(QLatin1String(name)) : nullptr;
-  }
-
   const PopUpWindowElements& elements() { return popup->popUpWindowView()->elements(); }
+  PopupButton* button(int row) { return popup->findChildren<KifoPopupCell*>().at(row)->titleLbl(); }
+  KifoSurveyCell* choice(int row) { return popup->findChildren<KifoSurveyCell*>().at(row); }
+
+  static void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+  void close() {
+    click(elements().closeButton);
+    settle();
+  }
+  /// Presses `key` wherever the focus is.
+  static void key(Qt::Key code, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), code, modifiers);
+  }
+  /// Also what other threads have under way.
+  void finishDecoding() {
+    settle();
+    QThreadPool::globalInstance()->waitForDone();
+    settle();
+  }
 
   InstalledFakePlatform fake;
   std::shared_ptr<RecordingReporter> reporter = std::make_shared<RecordingReporter>();
