@@ -21,30 +21,30 @@ TEST_F(KifoPopupKeyboardTest, EscapeClosesWhereTheUserIsOfferedAWayOut) {
   KifoAppearance closed;
   closed.showCloseButton = false;
   struct Case {
-    const char* what;
     KifoAppearance appearance;
     bool hasButton;
-    bool waits;
+    KifoPopupStyle style;
     QString closeButtonTitle;
     bool closes;
   };
-  const std::vector<Case> cases = {
-      {"close button", {}, true, false, "Close", true},
-      {"a choice that has to be made", {}, true, false, "", false},
-      {"cross", {}, false, false, "", true},
-      {"wait", {}, false, true, "", false},
-      {"wait that can be stopped", {}, false, true, "Stop", true},
-      {"tap on the background", tappable, true, false, "", true},
-      {"taps disabled", untappable, true, false, "", false},
-      {"no close button allowed", closed, true, false, "Close", false},
+  constexpr auto kQuestion = KifoPopupStyle::question;
+  constexpr auto kWait = KifoPopupStyle::wait;
+  const std::map<const char*, Case> cases = {
+      {"close button", {{}, true, kQuestion, "Close", true}},
+      {"a choice that has to be made", {{}, true, kQuestion, "", false}},
+      {"cross", {{}, false, kQuestion, "", true}},
+      {"wait", {{}, false, kWait, "", false}},
+      {"wait that can be stopped", {{}, false, kWait, "Stop", true}},
+      {"tap on the background", {tappable, true, kQuestion, "", true}},
+      {"taps disabled", {untappable, true, kQuestion, "", false}},
+      {"no close button allowed", {closed, true, kQuestion, "Close", false}},
   };
-  for (const Case& each : cases) {
+  for (const auto& [what, each] : cases) {
     const auto alert = makeAlert(each.appearance);
     if (each.hasButton) alert->addButton("Yes", [] { FAIL() << "Escape is no press"; });
-    alert->showTitle("Escape", "", each.waits ? KifoPopupStyle::wait : KifoPopupStyle::question,
-                     each.closeButtonTitle);
+    alert->showTitle("Escape", "", each.style, each.closeButtonTitle);
     press(Qt::Key_Escape);
-    EXPECT_EQ(alert->isShowing(), !each.closes) << each.what;
+    EXPECT_EQ(alert->isShowing(), !each.closes) << what;
     alert->hideView();
   }
 }

@@ -118,12 +118,14 @@ TEST_F(KifoPopupLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
   plain->hideView();
 
   const auto alert = makeAlert();
-  alert->addTextField("Name");
-  QPlainTextEdit* last = alert->addTextView();
+  alert->addTextView();
+  alert->addTextView();
+  QLineEdit* last = alert->addTextField("Name");
   alert->showEdit("Field", "", "OK");
   alert->keyboardWillShow(keyboard);
   EXPECT_TRUE(alert->keyboardHasBeenShown());
   EXPECT_LT(placeOf(alert->baseView()).bottom(), keyboard.top());
+  ASSERT_TRUE(last->visibleRegion().isEmpty());
   last->setFocus();
   EXPECT_EQ(last->visibleRegion().boundingRect(), last->rect()) << "the field is scrolled to";
   alert->keyboardWillHide();

@@ -45,13 +45,20 @@ TEST(KifoPopupTimeoutClockTest, WhileItIsHeldNothingIsLost) {
 
 class KifoPopupTimeoutTest : public AlertFixture {
  protected:
-  std::shared_ptr<KifoPopup> showFor(double seconds, std::function<void()> action,
+  std::shared_ptr<KifoPopup> showFor(double seconds, std::function<void()> action = {},
                                      bool pauses = false) {
     const auto alert = makeAlert();
     alert->addButton("Stay", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});
     alert->showWarning("Still there?", "", "Leave",
                        KifoTimeoutConfiguration{seconds, std::move(action), pauses});
     return alert;
+  }
+  static bool isHeld(const KifoPopup& alert) {
+    return alert.baseView()->findChild<KifoPopupTimeout*>()->isHeld();
+  }
+  static void point(QWidget* widget, QPoint at) {
+    QTest::mouseMove(widget, at);
+    QCoreApplication::processEvents();
   }
 };
 
@@ -87,7 +94,7 @@ TEST_F(KifoPopupTimeoutTest, TheActionMayShowTheAlertAnew) {
 }
 
 TEST_F(KifoPopupTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
-  const auto alert = showFor(3, [] {});
+  const auto alert = showFor(3);
   std::vector<QString> titles;
   for (int second = 0; second < 5; ++second) {
     titles.push_back(alert->buttons().front()->text());
@@ -101,18 +108,13 @@ TEST_F(KifoPopupTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
 
 TEST_F(KifoPopupTimeoutTest, ThePointerOnTheCardHoldsTheClockIfTheHostAsksForIt) {
   for (const bool asked : {false, true}) {
-    const auto alert = showFor(
-        kHour, [] {}, asked);
-    const auto& clock = *alert->baseView()->findChild<KifoPopupTimeout*>();
-    QTest::mouseMove(window.get(), QPoint(2, 2));
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(clock.isHeld()) << "the focus that the alert took by itself does not count";
-    QTest::mouseMove(alert->baseView(), alert->baseView()->rect().center());
-    QCoreApplication::processEvents();
-    EXPECT_EQ(clock.isHeld(), asked);
-    QTest::mouseMove(window.get(), QPoint(2, 2));
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(clock.isHeld());
+    const auto alert = showFor(kHour, {}, asked);
+    point(window.get(), QPoint(2, 2));
+    EXPECT_FALSE(isHeld(*alert)) << "the focus that the alert took by itself does not count";
+    point(alert->baseView(), alert->baseView()->rect().center());
+    EXPECT_EQ(isHeld(*alert), asked);
+    point(window.get(), QPoint(2, 2));
+    EXPECT_FALSE(isHeld(*alert));
     alert->hideView();
   }
 }
@@ -122,22 +124,17 @@ TEST_F(KifoPopupTimeoutTest, AUserAtTheKeyboardHoldsTheClockUntilTheWindowIsLeft
   elsewhere.show();
   window->activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-  const auto alert = showFor(
-      kHour, [] {}, true);
-  const auto& clock = *alert->baseView()->findChild<KifoPopupTimeout*>();
-  press(Qt::Key_Tab);
-  EXPECT_TRUE(clock.isHeld());
-  elsewhere.activateWindow();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !clock.isHeld(); }, 20000));
-  alert->hideView();
-
-  window->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
   const auto typed = makeAlert();
   QLineEdit* name = typed->addTextField("Name");
   typed->showEdit("Who?", "", "OK", KifoTimeoutConfiguration{kHour, {}, true});
   QTest::keyClicks(name, "A");
-  EXPECT_TRUE(typed->baseView()->findChild<KifoPopupTimeout*>()->isHeld());
+  EXPECT_TRUE(isHeld(*typed));
+  typed->hideView();
+  const auto alert = showFor(kHour, {}, true);
+  press(Qt::Key_Tab);
+  EXPECT_TRUE(isHeld(*alert));
+  elsewhere.activateWindow();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !isHeld(*alert); }, 20000));
 }
 
 }  // namespace

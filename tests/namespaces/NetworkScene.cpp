@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <linux/rtnetlink.h>
 #include <poll.h>
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <array>
@@ -19,6 +18,7 @@
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkReachabilityService.h"
+#include "tests/support/DatabaseRows.h"
 
 namespace kifo::testing {
 namespace {
@@ -183,21 +183,7 @@ std::vector<std::string> NetworkScene::rows(const std::string& query) const {
   // Answers queue statements; behind both of them the file is as it will stay.
   platform->answerQueue->sync([] {});
   platform->mainQueue->sync([] {});
-  std::vector<std::string> lines;
-  sqlite3* database = nullptr;
-  sqlite3_open_v2((platform->documentsDirectory + "/KifoLog.db").c_str(), &database,
-                  SQLITE_OPEN_READWRITE, nullptr);
-  sqlite3_busy_timeout(database, 5000);
-  const auto collect = [](void* target, int columns, char** cells, char**) {
-    std::string line;
-    for (int i = 0; i < columns; ++i)
-      line += (i > 0 ? "|" : "") + std::string(cells[i] ? cells[i] : "");
-    static_cast<std::vector<std::string>*>(target)->push_back(line);
-    return 0;
-  };
-  sqlite3_exec(database, query.c_str(), collect, &lines, nullptr);
-  sqlite3_close(database);
-  return lines;
+  return databaseRows(platform->documentsDirectory + "/KifoLog.db", query);
 }
 
 KernelClock::KernelClock() {

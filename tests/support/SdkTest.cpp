@@ -1,13 +1,12 @@
 #include "tests/support/SdkTest.h"
 
-#include <sqlite3.h>
-
 #include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
+#include "tests/support/DatabaseRows.h"
 
 namespace kifo {
 namespace {
@@ -95,21 +94,7 @@ std::string SdkTest::databasePath() const {
 }
 
 std::vector<std::string> SdkTest::rows(const std::string& query) const {
-  std::vector<std::string> lines;
-  sqlite3* database = nullptr;
-  sqlite3_open_v2(databasePath().c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
-  const auto collect = [](void* target, int columns, char** cells, char**) {
-    std::string line;
-    for (int i = 0; i < columns; ++i) {
-      if (i > 0) line += "|";
-      line += cells[i] ? cells[i] : "NULL";
-    }
-    static_cast<std::vector<std::string>*>(target)->push_back(line);
-    return 0;
-  };
-  sqlite3_exec(database, query.c_str(), collect, &lines, nullptr);
-  sqlite3_close(database);
-  return lines;
+  return testing::databaseRows(databasePath(), query);
 }
 
 }  // namespace kifo
