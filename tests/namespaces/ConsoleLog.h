@@ -16,11 +16,9 @@ namespace kifo::testing {
 /// A console whose lines can be waited for.
 class ConsoleLog final : public ConsoleSink {
  public:
-  using Time = std::chrono::steady_clock::time_point;
-
   void write(std::string line) override {
     const std::lock_guard lock(mutex_);
-    lines_.push_back({std::move(line), std::chrono::steady_clock::now()});
+    lines_.push_back(std::move(line));
     written_.notify_all();
   }
 
@@ -36,8 +34,7 @@ class ConsoleLog final : public ConsoleSink {
     std::unique_lock lock(mutex_);
     auto found = lines_.end();
     const bool came = written_.wait_for(lock, std::chrono::minutes(1), [&] {
-      found = std::find_if(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(),
-                           [&](const Line& each) { return each.text == line; });
+      found = std::find(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(), line);
       return found != lines_.end();
     });
     if (!came) return std::nullopt;
@@ -53,27 +50,13 @@ class ConsoleLog final : public ConsoleSink {
   /// How many lines behind `mark` are exactly `line`.
   [[nodiscard]] std::ptrdiff_t count(std::string_view line, std::size_t mark) const {
     const std::lock_guard lock(mutex_);
-    return std::count_if(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(),
-                         [&](const Line& each) { return each.text == line; });
-  }
-
-  /// When the last such line was written.
-  [[nodiscard]] Time timeOf(std::string_view line) const {
-    const std::lock_guard lock(mutex_);
-    const auto found = std::find_if(lines_.rbegin(), lines_.rend(),
-                                    [&](const Line& each) { return each.text == line; });
-    return found == lines_.rend() ? Time() : found->time;
+    return std::count(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(), line);
   }
 
  private:
-  struct Line {
-    std::string text;
-    Time time;
-  };
-
   mutable std::mutex mutex_;
   mutable std::condition_variable written_;
-  std::vector<Line> lines_;  // Guarded by mutex_.
+  std::vector<std::string> lines_;  // Guarded by mutex_.
 };
 
 }  // namespace kifo::testing

@@ -1,14 +1,12 @@
 #include "tests/namespaces/NetworkScene.h"
 
 #include <fcntl.h>
-#include <linux/rtnetlink.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <array>
 #include <charconv>
 #include <future>
-#include <stdexcept>
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
@@ -184,29 +182,6 @@ std::vector<std::string> NetworkScene::rows(const std::string& query) const {
   platform->answerQueue->sync([] {});
   platform->mainQueue->sync([] {});
   return databaseRows(platform->documentsDirectory + "/KifoLog.db", query);
-}
-
-KernelClock::KernelClock() {
-  int error = 0;
-  socket_ = NetlinkSocket::forNews(RTMGRP_LINK | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE, error);
-  if (!socket_) throw std::runtime_error("the kernel tells no news");
-  watch_ = queue_.watch(socket_->descriptor(), [this] {
-    if (!first_) first_ = std::chrono::steady_clock::now();
-    socket_->drain();
-  });
-}
-
-KernelClock::~KernelClock() {
-  queue_.unwatch(watch_);
-  queue_.stop(10s);
-}
-
-double KernelClock::until(ConsoleLog::Time time) {
-  double milliseconds = -1.0;
-  queue_.sync([&] {
-    if (first_) milliseconds = std::chrono::duration<double, std::milli>(time - *first_).count();
-  });
-  return milliseconds;
 }
 
 struct Line::Ends {

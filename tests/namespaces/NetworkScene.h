@@ -7,8 +7,6 @@
 
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
 #include "apps/server/LocalServer.h"
-#include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkSocket.h"
 #include "testing/FakePlatform.h"
 #include "tests/namespaces/CabledTest.h"
 #include "tests/namespaces/ConsoleLog.h"
@@ -76,24 +74,6 @@ class NetworkScene : public CabledTest {
   /// In memory, for it is not the disk that is looked at here.
   const TemporaryDirectory documents_{"/dev/shm"};
   std::size_t statusMark_ = 0;
-};
-
-/// Notes when the kernel first says that something changed, in the namespace of the calling thread.
-class KernelClock {
- public:
-  KernelClock();
-  ~KernelClock();
-  KernelClock(const KernelClock&) = delete;
-  KernelClock& operator=(const KernelClock&) = delete;
-
-  /// Milliseconds from there to `time`.
-  [[nodiscard]] double until(ConsoleLog::Time time);
-
- private:
-  LinuxSerialQueue queue_{"kernel clock"};
-  std::unique_ptr<NetlinkSocket> socket_;
-  LinuxSerialQueue::Watch watch_;
-  std::optional<ConsoleLog::Time> first_;  // the queue's
 };
 
 /// Runs until the test goes: passes packets between two TUN devices, as a modem's line would.
