@@ -14,14 +14,11 @@ BaseEvent::BaseEvent(std::string eventName)
       name(std::move(eventName)) {}
 
 EventParameters BaseEvent::parameters() {
-  EventParameters composed = initialParameters();
+  EventParameters composed = std::move(initialParameters_);
   BaseInjected::inject(composed, *this);
-  addOwnKeys(composed);
+  insertAll(composed, std::move(ownKeys_));
+  composed[Constants::NAME] = std::move(name);
   return composed;
-}
-
-void BaseEvent::addOwnKeys(EventParameters& parameters) const {
-  parameters[Constants::NAME] = name;
 }
 
 }  // namespace kifo

@@ -4,6 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
+#include "Kifo_iOS_Common_Kit/events/EventMoment.h"
 
 namespace kifo {
 
@@ -15,29 +16,33 @@ class Parsable {
   [[nodiscard]] virtual EventParameters parameters() = 0;
 };
 
-/// One event before it is composed. Each kind of event derives from it and adds the keys of its
-/// own.
+/// One event before it is composed. Each kind of event derives from it and takes down, when it is
+/// made, the keys of its own.
 ///
-/// **Threading:** a value; composed on the thread that sends.
+/// Composing is most of the work that an event is, so it is not the sender's: it is done by
+/// whichever thread first needs the dictionary. All that belongs to the moment of sending is taken
+/// down before.
+///
+/// **Threading:** made and given its moment on the thread that sends; composed on any other. It
+/// shares nothing that a host could change meanwhile.
 class BaseEvent : public Parsable {
  public:
   /// An event of the SDK's own: scenario "ALL", the session's actor id without commas.
   explicit BaseEvent(std::string name);
   explicit BaseEvent(KifoEventType type) : BaseEvent(std::string(rawValue(type))) {}
 
-  /// Location, common keys, device keys, then the kind's own keys, each inserted over what is
-  /// there.
+  /// Location, common keys, device keys, then the kind's own keys and "name", each inserted over
+  /// what is there.
   [[nodiscard]] EventParameters parameters() final;
 
   std::string scenario;
   std::string actorId;
   std::string name;
+  EventMoment moment;  ///< To be taken once the event is to be sent.
 
  protected:
-  /// What the composition starts from.
-  [[nodiscard]] virtual EventParameters initialParameters() { return {}; }
-  /// Adds the kind's own keys; by default "name".
-  virtual void addOwnKeys(EventParameters& parameters) const;
+  EventParameters initialParameters_;  ///< What the composition starts from.
+  EventParameters ownKeys_;            ///< What the kind adds last.
 };
 
 }  // namespace kifo

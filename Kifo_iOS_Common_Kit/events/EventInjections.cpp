@@ -1,5 +1,7 @@
 #include "Kifo_iOS_Common_Kit/events/EventInjections.h"
 
+#include <utility>
+
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/core/Version.h"
@@ -20,23 +22,26 @@ std::string text(Enumeration value) {
 
 }  // namespace
 
-void EventTokenInjected::inject(EventParameters& parameters) {
-  const auto identity = Session::shared().identity();
-  parameters[Constants::PUSH_TOKEN] = identity->pushToken;
-  parameters[Constants::APNS_TOKEN] = identity->apnsToken;
+void insertAll(EventParameters& parameters, EventParameters more) {
+  for (auto& [key, value] : more) parameters.insert_or_assign(key, std::move(value));
 }
 
-void EventSdkInjected::inject(EventParameters& parameters) {
+void EventTokenInjected::inject(EventParameters& parameters, const EventMoment& moment) {
+  parameters[Constants::PUSH_TOKEN] = moment.identity->pushToken;
+  parameters[Constants::APNS_TOKEN] = moment.identity->apnsToken;
+}
+
+void EventSdkInjected::inject(EventParameters& parameters, const EventMoment& moment) {
   parameters[Constants::CHANNEL] = Constants::MOBILE;
   parameters[Constants::SYNC] = Constants::SYNC_MARK;
   parameters[Constants::SDK_VERSION] = KIFO_VERSION;
-  parameters[Constants::APPLICATION_NAME] = Session::shared().identity()->applicationName;
+  parameters[Constants::APPLICATION_NAME] = moment.identity->applicationName;
 }
 
 void EventPrimaryInjected::inject(EventParameters& parameters, const BaseEvent& event) {
   const auto platform = Platform::current();
-  EventTokenInjected::inject(parameters);
-  EventSdkInjected::inject(parameters);
+  EventTokenInjected::inject(parameters, event.moment);
+  EventSdkInjected::inject(parameters, event.moment);
   parameters[Constants::ACTOR_ID] = event.actorId;
   parameters[Constants::DEVICE_ID] = deviceId();
   parameters[Constants::REQUEST_ID] = platform->identifiers->uuid();
@@ -46,9 +51,9 @@ void EventPrimaryInjected::inject(EventParameters& parameters, const BaseEvent& 
   parameters[Constants::DEVICE_OS_VERSION] = osVersion();
   parameters[Constants::SCENARIO] = event.scenario;
   parameters[Constants::TIME_ZONE] = platform->clock->timeZone();
-  parameters[Constants::TIMESTAMP] = platform->clock->millisecondsSince1970();
+  parameters[Constants::TIMESTAMP] = event.moment.timestamp;
   parameters[Constants::PUSH_NOTIFICATION_PERMISSION_STATUS] =
-      text(Session::shared().notificationPermissionStatus.load());
+      text(event.moment.notificationPermissionStatus);
 }
 
 void EventDeviceInjected::inject(EventParameters& parameters) {
@@ -89,10 +94,10 @@ void EventPageInjected::inject(EventParameters& parameters, const PageContext& p
   if (page.name) parameters[Constants::PAGE_NAME] = *page.name;
 }
 
-void BaseInjected::inject(EventParameters& parameters, const BaseEvent& event) {
-  EventLocationInjected::inject(parameters);
+void BaseInjected::inject(EventParameters& parameters, BaseEvent& event) {
+  insertAll(parameters, std::move(event.moment.location));
   EventPrimaryInjected::inject(parameters, event);
-  EventDeviceInjected::inject(parameters);
+  insertAll(parameters, std::move(event.moment.device));
 }
 
 }  // namespace kifo

@@ -12,15 +12,19 @@
 namespace kifo {
 
 class BaseEvent;
+struct EventMoment;
+
+/// Puts `more` over what is there.
+void insertAll(EventParameters& parameters, EventParameters more);
 
 /// The tokens: "push_token", "apns_token".
 struct EventTokenInjected {
-  static void inject(EventParameters& parameters);
+  static void inject(EventParameters& parameters, const EventMoment& moment);
 };
 
 /// Who sends: "sdk_version", "channel", "sync", "application_name".
 struct EventSdkInjected {
-  static void inject(EventParameters& parameters);
+  static void inject(EventParameters& parameters, const EventMoment& moment);
 };
 
 /// Keys that every event has: the tokens, the SDK, the actor, the device's identity, the time and
@@ -29,7 +33,7 @@ struct EventPrimaryInjected {
   static void inject(EventParameters& parameters, const BaseEvent& event);
 };
 
-/// The device's state, each key only when its switch is on: battery, network, disk.
+/// The device's present state, each key only when its switch is on: battery, network, disk.
 struct EventDeviceInjected {
   static void inject(EventParameters& parameters);
 };
@@ -57,9 +61,10 @@ struct EventPageInjected {
   static void inject(EventParameters& parameters, const PageContext& page);
 };
 
-/// All that an event has besides its own keys, in the order in which it is inserted.
+/// All that an event has besides its own keys, in the order in which it is inserted. What the
+/// moment holds goes over into the parameters.
 struct BaseInjected {
-  static void inject(EventParameters& parameters, const BaseEvent& event);
+  static void inject(EventParameters& parameters, BaseEvent& event);
 };
 
 }  // namespace kifo

@@ -86,92 +86,77 @@ constexpr auto kPermissionStatusEvent = "push_notification_permission_status";
 
 }  // namespace
 
-void InstallEvent::addOwnKeys(EventParameters& parameters) const {
-  BaseEvent::addOwnKeys(parameters);
-  parameters[Constants::ANONYMOUS] = anonymous_;
+InstallEvent::InstallEvent(bool anonymous) : BaseEvent(KifoEventType::INSTALL) {
+  ownKeys_[Constants::ANONYMOUS] = anonymous;
 }
 
-ActorChangeEvent::ActorChangeEvent(const std::string& oldActorId, std::string newActorId)
-    : BaseEvent(KifoEventType::ACTOR_CHANGE), newActorId_(std::move(newActorId)) {
+ActorChangeEvent::ActorChangeEvent(const std::string& oldActorId, const std::string& newActorId)
+    : BaseEvent(KifoEventType::ACTOR_CHANGE) {
   actorId = Session::withoutCommas(oldActorId);
+  ownKeys_[Constants::NEW_ACTOR_ID] = newActorId;
 }
 
-void ActorChangeEvent::addOwnKeys(EventParameters& parameters) const {
-  BaseEvent::addOwnKeys(parameters);
-  parameters[Constants::NEW_ACTOR_ID] = newActorId_;
+TokenChangeEvent::TokenChangeEvent(TokenProviderType provider)
+    : BaseEvent(KifoEventType::TOKENCHANGE) {
+  ownKeys_[Constants::TOKEN_PROVIDER] = std::string(rawValue(provider));
 }
 
-void TokenChangeEvent::addOwnKeys(EventParameters& parameters) const {
-  BaseEvent::addOwnKeys(parameters);
-  parameters[Constants::TOKEN_PROVIDER] = std::string(rawValue(provider_));
+PageEvent::PageEvent(KifoEventType type, const PageContext& page) : BaseEvent(type) {
+  EventPageInjected::inject(ownKeys_, page);
 }
 
-void PageEvent::addOwnKeys(EventParameters& parameters) const {
-  BaseEvent::addOwnKeys(parameters);
-  EventPageInjected::inject(parameters, page_);
+ApplicationErrorEvent::ApplicationErrorEvent(const Error& error)
+    : BaseEvent(KifoEventType::APPLICATION_ERROR) {
+  ownKeys_[Constants::MESSAGE] = error.message;
+  ownKeys_[Constants::ERROR_TYPE] = error.domain;
 }
 
-void ApplicationErrorEvent::addOwnKeys(EventParameters& parameters) const {
-  BaseEvent::addOwnKeys(parameters);
-  parameters[Constants::MESSAGE] = error_.message;
-  parameters[Constants::ERROR_TYPE] = error_.domain;
+OpenedEvent::OpenedEvent(const AppCommunicationItem* item) : BaseEvent(KifoEventType::INAPPOPENED) {
+  addItem(ownKeys_, item);
 }
 
-void OpenedEvent::addOwnKeys(EventParameters& parameters) const {
-  addItem(parameters, item_.get());
-  BaseEvent::addOwnKeys(parameters);
+InAppMessageEvent::InAppMessageEvent(const AppCommunicationItem* item, const InAppAnswer& answer,
+                                     const PageContext& page)
+    : BaseEvent(KifoEventType::INAPPMESSAGERESPONSE) {
+  addItem(ownKeys_, item);
+  EventPageInjected::inject(ownKeys_, page);
+  addAnswer(ownKeys_, answer, item);
 }
 
-void InAppMessageEvent::addOwnKeys(EventParameters& parameters) const {
-  addItem(parameters, item_.get());
-  EventPageInjected::inject(parameters, page_);
-  addAnswer(parameters, answer_, item_.get());
-  BaseEvent::addOwnKeys(parameters);
-}
-
-PushEvent::PushEvent(KifoEventType type, PushCampaign campaign, Response response, Text buttonId,
-                     Text buttonText)
-    : BaseEvent(type),
-      campaign_(std::move(campaign)),
-      response_(response),
-      buttonId_(std::move(buttonId)),
-      buttonText_(std::move(buttonText)) {
-  scenario = campaign_.scenario.value_or("");
-  const std::string addressee = Session::withoutCommas(campaign_.actorId.value_or(""));
+PushEvent::PushEvent(KifoEventType type, const PushCampaign& campaign, Response response,
+                     const Text& buttonId, const Text& buttonText)
+    : BaseEvent(type) {
+  scenario = campaign.scenario.value_or("");
+  const std::string addressee = Session::withoutCommas(campaign.actorId.value_or(""));
   if (!addressee.empty()) actorId = addressee;
-}
-
-void PushEvent::addOwnKeys(EventParameters& parameters) const {
-  if (response_ != Response::none) {
-    parameters[Constants::RESPONSE_TYPE] = response_ == Response::button ? "BUTTON" : "SELF";
+  if (response != Response::none) {
+    ownKeys_[Constants::RESPONSE_TYPE] = response == Response::button ? "BUTTON" : "SELF";
   }
-  parameters[Constants::RESPONSE_ID] = withoutCommas(buttonId_).value_or("");
-  if (buttonText_) parameters[Constants::RESPONSE_TEXT] = *buttonText_;
-  parameters[Constants::STATUS] =
+  ownKeys_[Constants::RESPONSE_ID] = withoutCommas(buttonId).value_or("");
+  setOrErase(ownKeys_, Constants::RESPONSE_TEXT, buttonText);
+  ownKeys_[Constants::STATUS] =
       std::string(rawValue(Session::shared().notificationPermissionStatus.load()));
-  BaseEvent::addOwnKeys(parameters);
-  setOrErase(parameters, Constants::CODE, campaign_.code);
-  setOrErase(parameters, Constants::TYPE, campaign_.type);
-  setOrErase(parameters, Constants::COMMUNICATION_NAME, campaign_.uuid);
+  setOrErase(ownKeys_, Constants::CODE, campaign.code);
+  setOrErase(ownKeys_, Constants::TYPE, campaign.type);
+  setOrErase(ownKeys_, Constants::COMMUNICATION_NAME, campaign.uuid);
   // Where the host has set no token of its own, the one that the push was sent to is the device's.
-  auto& token = parameters[Constants::PUSH_TOKEN];
-  if (token == "" && campaign_.pushToken) token = *campaign_.pushToken;
+  if (Session::shared().identity()->pushToken.empty()) {
+    setOrErase(ownKeys_, Constants::PUSH_TOKEN, campaign.pushToken);
+  }
 }
 
 PermissionStatusEvent::PermissionStatusEvent(KifoNotificationPermissionStatusType status)
     : BaseEvent(status == KifoNotificationPermissionStatusType::DENIED
                     ? std::string(rawValue(KifoEventType::PUSH_NOTIFICATION_DENIED))
-                    : kPermissionStatusEvent),
-      status_(status) {}
-
-void PermissionStatusEvent::addOwnKeys(EventParameters& parameters) const {
-  BaseEvent::addOwnKeys(parameters);
-  parameters[Constants::STATUS] = std::string(rawValue(status_));
+                    : kPermissionStatusEvent) {
+  ownKeys_[Constants::STATUS] = std::string(rawValue(status));
 }
 
-EventParameters CustomEvent::initialParameters() {
-  EventPageInjected::inject(hostParameters_, page_);
-  return std::move(hostParameters_);
+CustomEvent::CustomEvent(std::string eventName, EventParameters hostParameters,
+                         const PageContext& page)
+    : BaseEvent(std::move(eventName)) {
+  initialParameters_ = std::move(hostParameters);
+  EventPageInjected::inject(initialParameters_, page);
 }
 
 }  // namespace kifo

@@ -10,95 +10,50 @@
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
 #include "Kifo_iOS_Common_Kit/ports/Error.h"
 
-/// The kinds of event, each with the keys that it adds. Values; composed on the thread that sends.
+/// The kinds of event, each with the keys that it adds.
 namespace kifo {
 
 /// "install": "anonymous" is true when the host gave no actor id of its own.
 class InstallEvent final : public BaseEvent {
  public:
-  explicit InstallEvent(bool anonymous)
-      : BaseEvent(KifoEventType::INSTALL), anonymous_(anonymous) {}
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  bool anonymous_;
+  explicit InstallEvent(bool anonymous);
 };
 
 /// "actor_change": the record's actor is the old one.
 class ActorChangeEvent final : public BaseEvent {
  public:
-  ActorChangeEvent(const std::string& oldActorId, std::string newActorId);
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  std::string newActorId_;
+  ActorChangeEvent(const std::string& oldActorId, const std::string& newActorId);
 };
 
 /// "push_token_change".
 class TokenChangeEvent final : public BaseEvent {
  public:
-  explicit TokenChangeEvent(TokenProviderType provider)
-      : BaseEvent(KifoEventType::TOKENCHANGE), provider_(provider) {}
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  TokenProviderType provider_;
+  explicit TokenChangeEvent(TokenProviderType provider);
 };
 
 /// "page_in" and "page_out".
 class PageEvent final : public BaseEvent {
  public:
-  PageEvent(KifoEventType type, PageContext page) : BaseEvent(type), page_(std::move(page)) {}
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  PageContext page_;
+  PageEvent(KifoEventType type, const PageContext& page);
 };
 
 /// "application_error".
 class ApplicationErrorEvent final : public BaseEvent {
  public:
-  explicit ApplicationErrorEvent(Error error)
-      : BaseEvent(KifoEventType::APPLICATION_ERROR), error_(std::move(error)) {}
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  Error error_;
+  explicit ApplicationErrorEvent(const Error& error);
 };
 
 /// "in_app_opened".
 class OpenedEvent final : public BaseEvent {
  public:
-  explicit OpenedEvent(std::shared_ptr<AppCommunicationItem> item)
-      : BaseEvent(KifoEventType::INAPPOPENED), item_(std::move(item)) {}
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  std::shared_ptr<AppCommunicationItem> item_;
+  explicit OpenedEvent(const AppCommunicationItem* item);
 };
 
 /// "InAppMessageResponse".
 class InAppMessageEvent final : public BaseEvent {
  public:
-  InAppMessageEvent(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
-                    PageContext page)
-      : BaseEvent(KifoEventType::INAPPMESSAGERESPONSE),
-        item_(std::move(item)),
-        answer_(std::move(answer)),
-        page_(std::move(page)) {}
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  std::shared_ptr<AppCommunicationItem> item_;
-  InAppAnswer answer_;
-  PageContext page_;
+  InAppMessageEvent(const AppCommunicationItem* item, const InAppAnswer& answer,
+                    const PageContext& page);
 };
 
 /// What a push says about its campaign, as far as events carry it.
@@ -127,44 +82,22 @@ class PushEvent final : public BaseEvent {
 
   /// The campaign's actor and scenario are the event's; a campaign without actor counts as the
   /// session's actor.
-  PushEvent(KifoEventType type, PushCampaign campaign, Response response,
-            std::optional<std::string> buttonId = std::nullopt,
-            std::optional<std::string> buttonText = std::nullopt);
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  PushCampaign campaign_;
-  Response response_;
-  std::optional<std::string> buttonId_;
-  std::optional<std::string> buttonText_;
+  PushEvent(KifoEventType type, const PushCampaign& campaign, Response response,
+            const std::optional<std::string>& buttonId = std::nullopt,
+            const std::optional<std::string>& buttonText = std::nullopt);
 };
 
 /// "push_notificition_denied", or "push_notification_permission_status" for any other status.
 class PermissionStatusEvent final : public BaseEvent {
  public:
   explicit PermissionStatusEvent(KifoNotificationPermissionStatusType status);
-
- private:
-  void addOwnKeys(EventParameters& parameters) const override;
-
-  KifoNotificationPermissionStatusType status_;
 };
 
 /// A host's own event, and "login": starts from the host's parameters, which the SDK's keys
 /// replace.
 class CustomEvent final : public BaseEvent {
  public:
-  CustomEvent(std::string eventName, EventParameters hostParameters, PageContext page)
-      : BaseEvent(std::move(eventName)),
-        hostParameters_(std::move(hostParameters)),
-        page_(std::move(page)) {}
-
- private:
-  [[nodiscard]] EventParameters initialParameters() override;
-
-  EventParameters hostParameters_;
-  PageContext page_;
+  CustomEvent(std::string eventName, EventParameters hostParameters, const PageContext& page);
 };
 
 }  // namespace kifo

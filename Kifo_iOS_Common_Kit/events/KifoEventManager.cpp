@@ -44,27 +44,40 @@ bool isBlocked(const std::string& eventName) {
                              [&](const auto& entry) { return entry->name == eventName; });
 }
 
-/// The way of every event, after the gate.
-void dispatch(BaseEvent&& event, bool isNotificationEvent) {
-  refreshNotificationPermissionStatus();
-  if (isBlocked(event.name)) {
-    KIFO_INSPECT("blocked", {{"event", event.name}});
-    return;
-  }
-  const std::string requestId = Platform::current()->identifiers->uuid();
-  EventParameters parameters = event.parameters();
-  KIFO_INSPECT("composed", {{"event", event.name},
+/// The event's dictionary, made when it is first needed and not on the caller's thread; at once
+/// where an inspector wants to see it.
+ServiceClient::Composition compositionOf(std::shared_ptr<BaseEvent> event,
+                                         const std::string& requestId) {
+  if (!Platform::current()->inspector)
+    return [event = std::move(event)] { return event->parameters(); };
+  const std::string name = event->name;
+  const EventParameters parameters = event->parameters();
+  KIFO_INSPECT("composed", {{"event", name},
                             {"requestId", requestId},
                             {"parameters",
                              nlohmann::json(parameters)
                                  .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)}});
-  ServiceClient::make()->sendEvent({}, std::move(parameters), requestId, isNotificationEvent, {});
+  return [parameters] { return parameters; };
+}
+
+/// The way of every event, after the gate.
+void dispatch(std::shared_ptr<BaseEvent> event, bool isNotificationEvent) {
+  refreshNotificationPermissionStatus();
+  if (isBlocked(event->name)) {
+    KIFO_INSPECT("blocked", {{"event", event->name}});
+    return;
+  }
+  const std::string requestId = Platform::current()->identifiers->uuid();
+  event->moment = EventMoment::now();
+  ServiceClient::make()->sendEvent({}, compositionOf(std::move(event), requestId), requestId,
+                                   isNotificationEvent, {});
   print("logEvent - requestId - " + requestId);
 }
 
-void send(BaseEvent&& event, bool isNotificationEvent = false) {
+template <class Event>
+void send(Event event, bool isNotificationEvent = false) {
   sendGate();
-  dispatch(std::move(event), isNotificationEvent);
+  dispatch(std::make_shared<Event>(std::move(event)), isNotificationEvent);
 }
 
 PushCampaign campaignOf(const UserInfo& userInfo) {
@@ -185,7 +198,9 @@ void KifoEventManager::sendPageInEvent(std::shared_ptr<ViewController> controlle
                                        std::optional<std::string> pageName) {
   sendGate();
   InAppTrigger::shared().refresh();
-  dispatch(PageEvent(KifoEventType::PAGE_IN, {controller.get(), std::move(pageName)}), false);
+  dispatch(std::make_shared<PageEvent>(KifoEventType::PAGE_IN,
+                                       PageContext(controller.get(), std::move(pageName))),
+           false);
 }
 
 void KifoEventManager::sendPageOutEvent(std::shared_ptr<ViewController> controller,
@@ -271,7 +286,7 @@ void KifoEventManager::sendNotificationPermissionStatusEvent(const UserInfo& use
 void KifoEventManager::sendOpenedEvent(std::shared_ptr<AppCommunicationItem> event,
                                        std::shared_ptr<ViewController>,
                                        std::optional<std::string>) {
-  send(OpenedEvent(std::move(event)));
+  send(OpenedEvent(event.get()));
 }
 
 void KifoEventManager::sendInAppMessageEvent(
@@ -280,7 +295,7 @@ void KifoEventManager::sendInAppMessageEvent(
     std::shared_ptr<AppCommunicationItemButton> button, std::optional<ScoreFieldModel> scoreField,
     std::optional<OpenEndedFieldModel> openEndedField, std::optional<ChoiseFieldModel> choiseField,
     std::shared_ptr<ViewController> controller, std::optional<std::string> pageName) {
-  send(InAppMessageEvent(std::move(event),
+  send(InAppMessageEvent(event.get(),
                          {std::move(body), std::move(choice), std::move(button),
                           std::move(scoreField), std::move(openEndedField), std::move(choiseField)},
                          {controller.get(), std::move(pageName)}));

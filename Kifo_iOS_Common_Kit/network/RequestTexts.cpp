@@ -44,24 +44,34 @@ std::string withQuery(const std::string& base, const json& parameters) {
 
 }  // namespace
 
+RequestTexts::RequestTexts(std::string base, bool hasQuery, Composition composition)
+    : base_(std::move(base)), hasQuery_(hasQuery), composition_(std::move(composition)) {}
+
 RequestTexts::RequestTexts(std::string base, bool hasQuery, RequestParameters parameters)
     : base_(std::move(base)), hasQuery_(hasQuery), parameters_(std::move(parameters)) {}
 
+const RequestParameters& RequestTexts::parameters() const {
+  std::call_once(parametersOnce_, [this] {
+    if (composition_) parameters_ = std::exchange(composition_, nullptr)();
+  });
+  return parameters_;
+}
+
 const std::string& RequestTexts::url() const {
   std::call_once(urlOnce_, [this] {
-    url_ = hasQuery_ && parameters_ ? withQuery(base_, *parameters_) : base_;
+    url_ = hasQuery_ && parameters() ? withQuery(base_, *parameters()) : base_;
   });
   return url_;
 }
 
 const std::string& RequestTexts::json() const {
   std::call_once(jsonOnce_,
-                 [this] { json_ = parameters_ ? compact(*parameters_) : std::string("{}"); });
+                 [this] { json_ = parameters() ? compact(*parameters()) : std::string("{}"); });
   return json_;
 }
 
 std::optional<std::string> RequestTexts::body() const {
-  return parameters_ ? std::optional(json()) : std::nullopt;
+  return parameters() ? std::optional(json()) : std::nullopt;
 }
 
 RequestParameters parametersFromText(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -15,16 +16,20 @@ namespace kifo {
 /// A request's parameters: a JSON object, or null for a request without any.
 using RequestParameters = std::shared_ptr<const nlohmann::json>;
 
-/// What a request's parameters look like on the wire: the query and the body. They are written
-/// once, by whichever thread first needs them, which is never the one that sends an event.
+/// What a request's parameters look like on the wire: the query and the body. They are put together
+/// and written once, by whichever thread first needs them, which is not the one that sends an event
+/// unless the request cannot go out yet.
 ///
 /// Text that is no UTF-8 is mended with replacement characters rather than lost.
 ///
 /// **Threading:** thread-safe and, seen from outside, immutable.
 class KIFO_EXPORT RequestTexts {
  public:
+  using Composition = std::function<RequestParameters()>;  ///< Runs once at most.
+
   /// `base` gets the parameters as its query, replacing any that it has; without `hasQuery` it is
   /// taken as it stands.
+  RequestTexts(std::string base, bool hasQuery, Composition composition);
   RequestTexts(std::string base, bool hasQuery, RequestParameters parameters);
 
   /// The absolute URL: query items sorted by key, only unreserved characters bare.
@@ -35,9 +40,13 @@ class KIFO_EXPORT RequestTexts {
   std::optional<std::string> body() const;
 
  private:
+  const RequestParameters& parameters() const;
+
   const std::string base_;
   const bool hasQuery_;
-  const RequestParameters parameters_;
+  mutable std::once_flag parametersOnce_;
+  mutable Composition composition_;  ///< None once it has run.
+  mutable RequestParameters parameters_;
   mutable std::once_flag urlOnce_;
   mutable std::once_flag jsonOnce_;
   mutable std::string url_;

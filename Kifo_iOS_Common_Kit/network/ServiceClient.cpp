@@ -34,11 +34,11 @@ void print(std::string_view message) {
 /// endpoint name behind it instead, and if that is none either, there is nothing that could be sent
 /// anywhere.
 std::shared_ptr<const RequestTexts> textsFor(const std::string& base,
-                                             RequestParameters parameters) {
-  if (isUrl(base)) return std::make_shared<RequestTexts>(base, true, std::move(parameters));
+                                             RequestTexts::Composition composition) {
+  if (isUrl(base)) return std::make_shared<RequestTexts>(base, true, std::move(composition));
   const std::string fallback = base + "getInAppCommunication";
   if (!isUrl(fallback)) fatalError("the server's address is no URL: " + base);
-  return std::make_shared<RequestTexts>(fallback, false, std::move(parameters));
+  return std::make_shared<RequestTexts>(fallback, false, std::move(composition));
 }
 
 /// Header values end at their line: what a host puts into a token must not become another header.
@@ -73,12 +73,22 @@ void ServiceClient::reset() {
 void ServiceClient::sendEvent(const Headers& headers, EventParameters parameters,
                               const std::string& requestId, bool isNotificationEvent,
                               EventCompletion completion) {
+  sendEvent(
+      headers, [parameters = std::move(parameters)] { return parameters; }, requestId,
+      isNotificationEvent, std::move(completion));
+}
+
+void ServiceClient::sendEvent(const Headers& headers, Composition composition,
+                              const std::string& requestId, bool isNotificationEvent,
+                              EventCompletion completion) {
   JSONRequest<BaseResponse> request;
   request.httpMethod = rawValue(HTTPMethod::post);
   request.headers = headers;
   request.isCached = false;
-  request.serviceUrl = textsFor(Session::shared().identity()->listenerUri,
-                                std::make_shared<const nlohmann::json>(std::move(parameters)));
+  request.serviceUrl =
+      textsFor(Session::shared().identity()->listenerUri, [composition = std::move(composition)] {
+        return std::make_shared<const nlohmann::json>(composition());
+      });
   if (completion) {
     request.completionHandler = [completion = std::move(completion)](auto result, const auto&,
                                                                      auto flag) {
@@ -96,9 +106,9 @@ void ServiceClient::getInAppCommunication(
   request.httpMethod = rawValue(HTTPMethod::post);
   request.headers = headers.value_or(Headers());
   request.isCached = false;
-  request.serviceUrl =
-      textsFor(Session::shared().identity()->apiUri,
-               parameters ? std::make_shared<const nlohmann::json>(*parameters) : nullptr);
+  request.serviceUrl = textsFor(Session::shared().identity()->apiUri, [parameters] {
+    return parameters ? std::make_shared<const nlohmann::json>(*parameters) : nullptr;
+  });
   if (completion) {
     request.whenUnanswered = [completion] { completion(nullptr, std::nullopt); };
     request.completionHandler = [completion](auto result, const auto&, auto flag) {
@@ -144,8 +154,8 @@ void ServiceClient::cache(const std::shared_ptr<Outgoing>& request, SerialQueue:
   if (!isKept) return;
   const bool isOnline = Session::shared().networkStatus == KifoNetworkStatus::ONLINE;
   const std::int64_t date = Platform::current()->clock->millisecondsSince1970() / 1000;
-  // The limit is the one in force when the event is sent: before the first answer nothing is stored,
-  // however soon that answer comes.
+  // The limit is the one in force when the event is sent: before the first answer nothing is
+  // stored, however soon that answer comes.
   DataManager().cacheLog(
       queueLimit(),
       [request, isOnline, date] {
@@ -234,9 +244,9 @@ void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
   const auto forget = [requestId] { RequestLedger::shared().forgetDelivered(requestId); };
   // A locked file may keep the row; it must not be sent again all the same.
   if (!requestId.empty()) RequestLedger::shared().noteDelivered(requestId);
-  // An answer without a body leaves its row, marked. Any other removes it: before the mark, which then
-  // finds nothing to write and costs no commit, and before the row that follows is marked as tried,
-  // since the deletion takes every tried row.
+  // An answer without a body leaves its row, marked. Any other removes it: before the mark, which
+  // then finds nothing to write and costs no commit, and before the row that follows is marked as
+  // tried, since the deletion takes every tried row.
   if (!data.empty()) db_.deleteLog(requestId, forget);
   db_.updateSyncStatus(requestId, 1, forget);
   unauthorizedCount = 0;
@@ -308,8 +318,9 @@ void ServiceClient::syncStep(const std::optional<KifoLog>& log) {
   }
   lastSyncRequestIds_.push_back(requestId);
   RequestLedger& ledger = RequestLedger::shared();
-  // The request itself still waits for its answer: the pass goes on once that is a 200. A failure ends
-  // it, as it ends every chain; a try at once would be spent on the server that has just failed.
+  // The request itself still waits for its answer: the pass goes on once that is a 200. A failure
+  // ends it, as it ends every chain; a try at once would be spent on the server that has just
+  // failed.
   const auto goOn = [](bool delivered) {
     if (delivered) make()->syncLogs();
   };

@@ -52,12 +52,18 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
   using EventCompletion =
       std::function<void(std::shared_ptr<BaseResponse> answer, std::optional<bool> flag)>;
 
+  /// Puts an event's parameters together; runs once at most, on any thread.
+  using Composition = std::function<EventParameters()>;
+
   /// How many rows a pass might take; it always takes one.
   static constexpr int NUMBER_OF_SYNC_ITEM_PER_REQUEST = 10;
 
   static std::shared_ptr<ServiceClient> make();
 
-  /// Posts an event to the listener's address. `headers` are carried but not sent.
+  /// Posts an event to the listener's address. `headers` are carried but not sent. A composition is
+  /// run when the parameters are first needed, off the caller's thread.
+  void sendEvent(const Headers& headers, Composition composition, const std::string& requestId,
+                 bool isNotificationEvent, EventCompletion completion);
   void sendEvent(const Headers& headers, EventParameters parameters, const std::string& requestId,
                  bool isNotificationEvent, EventCompletion completion);
 
@@ -111,8 +117,8 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
 
   DataManager db_;
   std::vector<std::string> lastSyncRequestIds_;  ///< Main queue only.
-  /// The pass that took the row has asked the gates, before it marked the row: once marked, a row that
-  /// is not sent is lost.
+  /// The pass that took the row has asked the gates, before it marked the row: once marked, a row
+  /// that is not sent is lost.
   bool isDue_ = false;
 };
 
