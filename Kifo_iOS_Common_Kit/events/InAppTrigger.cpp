@@ -87,7 +87,7 @@ void InAppTrigger::look(const std::string& eventName, Due due) {
                               {"reason", answer ? "no campaigns" : "no answer yet"}});
     return;
   }
-  Platform::current()->mainQueue->post(
+  Platform::current()->mainQueue->enqueue(
       [answer = std::move(answer), eventName, due = std::move(due)] {
         bool found = false;
         for (const auto& item : *answer->model) {
@@ -96,7 +96,8 @@ void InAppTrigger::look(const std::string& eventName, Due due) {
           consider(item, due);
         }
         if (!found) KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "no match"}});
-      });
+      },
+      Wake::soon);
 }
 
 }  // namespace kifo

@@ -125,7 +125,7 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
   // request that nobody is sending.
   RequestLedger::shared().begin(request->requestId);
   const bool goesOut = isDue_ || mayGoOut(*request, isNotificationEvent);
-  cache(request, goesOut ? SerialQueue::Wake::later : SerialQueue::Wake::now);
+  cache(request, goesOut ? Wake::later : Wake::soon);
   if (!goesOut) {
     RequestLedger::shared().settle(request->requestId, false);
     if (request->whenUnanswered) request->whenUnanswered();
@@ -134,8 +134,9 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
   KIFO_INSPECT(request->isCached.value_or(false) ? "resent" : "sent",
                {{"requestId", request->requestId}, {"url", request->texts->url()}});
   const auto platform = Platform::current();
-  // The transport's thread wakes the one that stores: the caller wakes one thread and not two.
-  platform->http->send(
+  // The transport's thread wakes the one that stores: the caller wakes one thread and not two, and
+  // none while the transport looks by itself. A row's re-sending has no caller, and loses no time.
+  platform->http->enqueue(
       [request, storing = platform->mainQueue] {
         storing->wake();
         return httpRequest(*request);
@@ -145,10 +146,11 @@ void ServiceClient::send(std::shared_ptr<Outgoing> request, bool isNotificationE
         storing->wake();  // the transport may have stopped before it made the request
         answers->post(
             [self, request, answer = std::move(answer)] { self->handleAnswer(request, answer); });
-      });
+      },
+      isDue_ ? Wake::now : Wake::soon);
 }
 
-void ServiceClient::cache(const std::shared_ptr<Outgoing>& request, SerialQueue::Wake wake) {
+void ServiceClient::cache(const std::shared_ptr<Outgoing>& request, Wake wake) {
   const bool isKept = request->isCached == false && !request->requestId.empty() &&
                       request->method == rawValue(HTTPMethod::post);
   if (!isKept) return;

@@ -103,7 +103,7 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
 
   void send(std::shared_ptr<Outgoing> request, bool isNotificationEvent);
   static bool mayGoOut(const Outgoing& request, bool isNotificationEvent);
-  static void cache(const std::shared_ptr<Outgoing>& request, SerialQueue::Wake wake);
+  static void cache(const std::shared_ptr<Outgoing>& request, Wake wake);
   static HttpRequest httpRequest(const Outgoing& request);
 
   void handleAnswer(const std::shared_ptr<Outgoing>& request, const HttpAnswer& answer);

@@ -19,8 +19,8 @@ struct CapacityReading {
 
 /// Facts about the device.
 ///
-/// **Threading:** thread-safe; a reading never waits for a disk or a bus, an adapter whose source is
-/// slow answers with its last reading.
+/// **Threading:** thread-safe; a reading never waits for a disk or a bus, an adapter whose source
+/// is slow answers with its last reading.
 class KIFO_EXPORT DeviceProbe {
  public:
   virtual ~DeviceProbe() = default;

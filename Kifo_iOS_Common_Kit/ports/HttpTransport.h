@@ -9,6 +9,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/Error.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/ports/Wake.h"
 
 namespace kifo {
 
@@ -16,8 +17,8 @@ struct HttpRequest {
   std::string method = "GET";
   std::string url;  ///< http or https; any other scheme is answered with an error.
   std::vector<std::pair<std::string, std::string>> headers = {};
-  std::optional<std::string> body = {};        ///< None sends no body, for a GET in particular.
-  double timeout = 60.0;                       ///< Seconds from the start to the whole answer.
+  std::optional<std::string> body = {};  ///< None sends no body, for a GET in particular.
+  double timeout = 60.0;                 ///< Seconds from the start to the whole answer.
   /// Bytes after decompression; more is an error. 0: the transport's own cap.
   std::size_t maximumBodySize = 0;
 };
@@ -42,9 +43,15 @@ class KIFO_EXPORT HttpTransport {
   virtual ~HttpTransport() = default;
 
   /// Sends what `make` returns. `make` is run once, off the caller's thread, so that writing the
-  /// request's texts costs the caller nothing. `done` is run exactly once, with the error "cancelled"
-  /// for what is not answered when the transport stops.
+  /// request's texts costs the caller nothing. `done` is run exactly once, with the error
+  /// "cancelled" for what is not answered when the transport stops.
   virtual void send(Make make, Done done) = 0;
+
+  /// Sends like `send`, for a sender that is not to pay for waking the transport's thread: with
+  /// `Wake::soon` the request may go out a millisecond later. `Wake::later` counts as `soon`.
+  virtual void enqueue(Make make, Done done, Wake /*wake*/) {
+    send(std::move(make), std::move(done));
+  }
 
   /// Tells that the network came back: connections kept from before are not used again.
   virtual void networkChanged() = 0;

@@ -10,7 +10,8 @@ namespace kifo {
 
 /// One thing that the SDK decided, with its particulars in the order in which they matter.
 struct Decision {
-  std::string kind;  ///< "composed", "gated", "stored", "campaign", …: the full list is in docs/inspector.md.
+  std::string kind;  ///< "composed", "gated", "stored", "campaign", …: the full list is in
+                     ///< docs/inspector.md.
   std::vector<std::pair<std::string, std::string>> particulars;
 };
 

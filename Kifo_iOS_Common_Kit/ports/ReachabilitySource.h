@@ -38,13 +38,15 @@ class KIFO_EXPORT ReachabilitySource {
 /// Makes reachability sources.
 class KIFO_EXPORT ReachabilityService {
  public:
-  using Address = std::array<std::uint8_t, 16>;  ///< An IPv4 socket address as the system lays it out.
+  using Address =
+      std::array<std::uint8_t, 16>;  ///< An IPv4 socket address as the system lays it out.
 
   virtual ~ReachabilityService() = default;
 
   /// A source for `address`, the zero address standing for the network as a whole. Null, with
   /// `error` set to the system's code, when the system gives none.
-  virtual std::unique_ptr<ReachabilitySource> createWithAddress(const Address& address, int& error) = 0;
+  virtual std::unique_ptr<ReachabilitySource> createWithAddress(const Address& address,
+                                                                int& error) = 0;
 };
 
 }  // namespace kifo

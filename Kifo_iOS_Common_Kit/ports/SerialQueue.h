@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/ports/Wake.h"
 
 namespace kifo {
 
@@ -16,26 +17,23 @@ namespace kifo {
 /// reachability queue.
 ///
 /// **Threading:** every operation may be called from any thread, from a task included.
-/// **Errors:** an exception that a task lets out is caught, printed and dropped; the next task runs.
-/// After `stop`, tasks that are posted are dropped.
+/// **Errors:** an exception that a task lets out is caught, printed and dropped; the next task
+/// runs. After `stop`, tasks that are posted are dropped.
 class KIFO_EXPORT SerialQueue {
  public:
   using Task = std::function<void()>;
-  using Timer = std::uint64_t;  ///< 0 is never a timer.
+  using Timer = std::uint64_t;                     ///< 0 is never a timer.
   using Duration = std::chrono::duration<double>;  ///< Seconds.
 
   virtual ~SerialQueue() = default;
 
-  /// Whether a sleeping thread is woken at once, or by whoever calls `wake`.
-  enum class Wake { now, later };
-
   /// Appends `task`. Never blocks on a running task.
   virtual void post(Task task) = 0;
 
-  /// Appends `task` like `post`, for a caller that wakes another thread anyway and has that one call
-  /// `wake`: waking is what a post costs most. A queue may wake its thread at once all the same.
-  virtual void enqueue(Task task) { post(std::move(task)); }
-  /// Lets the thread see to what was enqueued.
+  /// Appends `task` like `post`, for a sender that is not to pay for waking the thread. A queue may
+  /// wake it at once all the same.
+  virtual void enqueue(Task task, Wake /*wake*/) { post(std::move(task)); }
+  /// Lets the thread see soon to what was enqueued with `Wake::later`.
   virtual void wake() {}
 
   /// Appends `task` once `delay` has passed, and then again every `delay` when `repeats`.

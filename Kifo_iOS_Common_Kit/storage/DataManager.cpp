@@ -87,12 +87,11 @@ void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLo
 }
 
 void DataManager::cacheLog(std::int64_t limit, std::function<KifoLog()> log,
-                           std::function<void(bool)> stored, SerialQueue::Wake wake) const {
+                           std::function<void(bool)> stored, Wake wake) const {
   const auto countAndInsert = [manager = *this, limit, log = std::move(log),
                                stored = std::move(stored)] {
-    manager.unsyncedLogCount([=](std::int64_t count) {
-      manager.insertLog(count, limit, log(), stored);
-    });
+    manager.unsyncedLogCount(
+        [=](std::int64_t count) { manager.insertLog(count, limit, log(), stored); });
     manager.unsyncedLogCount([](std::int64_t) {});
   };
   store().inOneTurn(countAndInsert, wake);

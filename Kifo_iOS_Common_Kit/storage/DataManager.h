@@ -37,12 +37,11 @@ class KIFO_EXPORT DataManager {
   void insertLog(std::int64_t count, std::int64_t limit, const KifoLog& log,
                  std::function<void(bool)> stored = {}) const;
 
-  /// Counts and inserts as one step, so that never more than `limit` never-tried rows wait. `log` is
-  /// made on the main queue, where writing its texts costs no caller anything. With `Wake::later` the
-  /// caller sees to it that the main queue's `wake` follows.
+  /// Counts and inserts as one step, so that never more than `limit` never-tried rows wait. `log`
+  /// is made on the main queue, where writing its texts costs no caller anything. With
+  /// `Wake::later` the caller sees to it that the main queue's `wake` follows.
   void cacheLog(std::int64_t limit, std::function<KifoLog()> log,
-                std::function<void(bool)> stored = {},
-                SerialQueue::Wake wake = SerialQueue::Wake::now) const;
+                std::function<void(bool)> stored = {}, Wake wake = Wake::now) const;
 
   /// Removes the request's row and every row that was tried. `removed` runs when that has been
   /// done, not when it failed.

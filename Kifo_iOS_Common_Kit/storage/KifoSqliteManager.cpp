@@ -82,15 +82,10 @@ KifoSqliteManager& KifoSqliteManager::sharedManager() {
 
 // Turns ------------------------------------------------------------------------------------------
 
-void KifoSqliteManager::inOneTurn(std::function<void()> work, SerialQueue::Wake wake) {
+void KifoSqliteManager::inOneTurn(std::function<void()> work, Wake wake) {
   if (insideTurn) return pending_.push_back(std::move(work));
   auto task = [this, work = std::move(work)] { turn(work); };
-  const auto platform = Platform::current();
-  if (wake == SerialQueue::Wake::now) {
-    platform->mainQueue->post(std::move(task));
-  } else {
-    platform->mainQueue->enqueue(std::move(task));
-  }
+  Platform::current()->mainQueue->enqueue(std::move(task), wake);
 }
 
 void KifoSqliteManager::turn(const std::function<void()>& work) {

@@ -74,7 +74,7 @@ class KIFO_EXPORT KifoSqliteManager {
   void deleteDatabaseWithName(const std::string& name, StatusBlock statusBlock);
 
   /// Runs `work` as one turn, for several statements that belong together.
-  void inOneTurn(std::function<void()> work, SerialQueue::Wake wake = SerialQueue::Wake::now);
+  void inOneTurn(std::function<void()> work, Wake wake = Wake::now);
 
   /// How many rows the last statement changed; 0 when it failed. Main queue only.
   [[nodiscard]] int rowsChanged() const { return rowsChanged_.value_or(0); }

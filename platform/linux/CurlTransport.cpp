@@ -17,6 +17,7 @@
 #include "platform/linux/CurlSockets.h"
 #include "platform/linux/CurlTransfer.h"
 #include "platform/linux/ExitGuard.h"
+#include "platform/linux/Rest.h"
 #include "platform/linux/Wakeup.h"
 #include "platform/linux/Worker.h"
 
@@ -26,13 +27,13 @@ namespace {
 using Clock = CurlTransfer::Clock;
 
 constexpr std::size_t kRoundSize = 32;  // requests taken in before the transfers have their turn
-// Of one host, in libcurl's hands, and so the most connections to it. Whatever would have libcurl keep
-// a transfer waiting for a connection (a limit of its own, CURLOPT_PIPEWAIT) is not used: now and then
-// one is never taken up again (7.88).
+// Of one host, in libcurl's hands, and so the most connections to it. Whatever would have libcurl
+// keep a transfer waiting for a connection (a limit of its own, CURLOPT_PIPEWAIT) is not used: now
+// and then one is never taken up again (7.88).
 constexpr int kLaneWidth = 6;
 constexpr long kKeptConnections = 12;
 constexpr std::size_t kKeptHandles = 8;
-constexpr int kLookWithoutWakeup = 20;  // milliseconds
+constexpr auto kLookWithoutWakeup = std::chrono::milliseconds(20);
 const SerialQueue::Duration kStopBound(0.2);
 
 void initialiseLibraries() {
@@ -64,7 +65,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
  public:
   explicit Core(CurlTransportOptions options) : options_(std::move(options)) {}
 
-  void send(Make make, Done done);
+  void send(Make make, Done done, Wake wake);
   void networkChanged();
   void stop();
 
@@ -81,7 +82,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
     std::deque<Transfer> waiting;
   };
 
-  void wake(std::unique_lock<std::mutex>& lock);
+  void wake(std::unique_lock<std::mutex>& lock, Wake wake = Wake::now);
   void answer(Id id, HttpAnswer answer);
   void shut();
 
@@ -97,7 +98,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   void expireWaiting();
   void leaveOldNetwork();
   void sleep();
-  int timeUntilExpiry() const;
+  int milliseconds(std::optional<Clock::duration> rest) const;
   CURL* takeHandle();
   void keepHandle(CURL* easy);
   void tearDown();
@@ -121,7 +122,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   std::map<Id, Open> open_;  ///< Everything not yet answered.
   std::deque<Id> incoming_;
   Id last_ = 0;
-  bool asleep_ = false;  ///< The thread polls, and nobody has woken it yet.
+  Rest rest_;
   bool started_ = false;
   bool networkChanged_ = false;
   bool stopping_ = false;
@@ -129,7 +130,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
 
 thread_local const CurlTransport::Core* CurlTransport::Core::current = nullptr;
 
-void CurlTransport::Core::send(Make make, Done done) {
+void CurlTransport::Core::send(Make make, Done done, Wake wake) {
   std::unique_lock lock(mutex_);
   if (stopping_) {
     lock.unlock();
@@ -147,7 +148,8 @@ void CurlTransport::Core::send(Make make, Done done) {
     return;
   }
   incoming_.push_back(id);
-  wake(lock);
+  if (wake != Wake::now) rest_.noteSender();
+  this->wake(lock, wake);
 }
 
 void CurlTransport::Core::networkChanged() {
@@ -165,9 +167,9 @@ void CurlTransport::Core::stop() {
   shut();
 }
 
-/// Ends the thread's sleep; lets go of the lock. While it is awake it costs nothing.
-void CurlTransport::Core::wake(std::unique_lock<std::mutex>& lock) {
-  const bool signal = std::exchange(asleep_, false);
+/// Ends the thread's rest; lets go of the lock. While it is awake it costs nothing.
+void CurlTransport::Core::wake(std::unique_lock<std::mutex>& lock, Wake wake) {
+  const bool signal = rest_.wakes(wake);
   lock.unlock();
   if (signal) wakeup_.signal();
 }
@@ -334,21 +336,22 @@ void CurlTransport::Core::leaveOldNetwork() {
 void CurlTransport::Core::sleep() {
   curl_waitfd extra{wakeup_.descriptor(), CURL_WAIT_POLLIN, 0};
   std::unique_lock lock(mutex_);
-  asleep_ = incoming_.empty() && !networkChanged_ && !stopping_;
-  const int timeout = asleep_ ? timeUntilExpiry() : 0;
+  const auto rest = rest_.begin(!incoming_.empty() || networkChanged_ || stopping_);
   lock.unlock();
-  curl_multi_poll(multi_, &extra, 1, timeout, nullptr);
+  curl_multi_poll(multi_, &extra, 1, milliseconds(rest), nullptr);
   if (extra.revents != 0) wakeup_.clear();
   lock.lock();
-  asleep_ = false;
+  rest_.end();
 }
 
-/// Milliseconds; as good as for ever when nothing waits.
-int CurlTransport::Core::timeUntilExpiry() const {
-  if (wakeup_.descriptor() < 0) return kLookWithoutWakeup;
-  if (firstExpiry_ == Clock::time_point::max()) return INT_MAX;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(firstExpiry_ - Clock::now());
-  return static_cast<int>(std::clamp<long long>(left.count(), 0, INT_MAX));
+/// How long to poll; as good as for ever when nothing waits. Those that wait for a lane may expire.
+int CurlTransport::Core::milliseconds(std::optional<Clock::duration> rest) const {
+  auto wait = rest.value_or(Clock::duration::max());
+  if (firstExpiry_ != Clock::time_point::max()) wait = std::min(wait, firstExpiry_ - Clock::now());
+  if (wakeup_.descriptor() < 0) wait = std::min<Clock::duration>(wait, kLookWithoutWakeup);
+  if (wait == Clock::duration::max()) return INT_MAX;
+  const auto whole = std::chrono::ceil<std::chrono::milliseconds>(wait);
+  return static_cast<int>(std::clamp<long long>(whole.count(), 0, INT_MAX));
 }
 
 CURL* CurlTransport::Core::takeHandle() {
@@ -387,7 +390,11 @@ CurlTransport::~CurlTransport() {
 }
 
 void CurlTransport::send(Make make, Done done) {
-  core_->send(std::move(make), std::move(done));
+  core_->send(std::move(make), std::move(done), Wake::now);
+}
+
+void CurlTransport::enqueue(Make make, Done done, Wake wake) {
+  core_->send(std::move(make), std::move(done), wake);
 }
 
 void CurlTransport::networkChanged() {

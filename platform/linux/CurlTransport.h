@@ -35,6 +35,7 @@ class CurlTransport final : public HttpTransport {
   ~CurlTransport() override;
 
   void send(Make make, Done done) override;
+  void enqueue(Make make, Done done, Wake wake) override;
   void networkChanged() override;
   /// Called from `make` or `done` it returns at once, and the end follows.
   void stop() override;

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "platform/linux/Rest.h"
 #include "platform/linux/Wakeup.h"
 #include "platform/linux/Worker.h"
 
@@ -57,7 +58,7 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
   explicit Core(std::string name) : name_(std::move(name)) {}
 
   void post(Task task);
-  void enqueue(Task task);
+  void enqueue(Task task, Wake wake);
   void wake();
   Timer schedule(Duration delay, Task task, bool repeats);
   Watch watch(int descriptor, Task readable);
@@ -89,8 +90,8 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
   Task takeNext();
   void collectDue();
   void append(Ready ready, std::unique_lock<std::mutex>& lock);
-  void wake(std::unique_lock<std::mutex>& lock);
-  std::optional<timespec> timeUntilDue() const;
+  void wake(std::unique_lock<std::mutex>& lock, Wake wake = Wake::now);
+  std::optional<timespec> timeUntilDue(std::optional<Steady::duration> rest) const;
 
   static thread_local const Core* current;
 
@@ -108,7 +109,7 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
       timers_;  ///< Those that are not yet ready.
   std::set<std::uint64_t> watches_;
   std::uint64_t last_ = 0;
-  bool asleep_ = false;  ///< The thread polls, and nobody has woken it yet.
+  Rest rest_;
   bool started_ = false;
   bool stopping_ = false;
   bool abandoned_ = false;  ///< Tasks were dropped at the end of a bound.
@@ -121,14 +122,17 @@ void LinuxSerialQueue::Core::post(Task task) {
   if (!stopping_) append({std::move(task), 0}, lock);
 }
 
-void LinuxSerialQueue::Core::enqueue(Task task) {
-  const std::lock_guard lock(mutex_);
-  if (!stopping_) ready_.push_back({std::move(task), 0});
+void LinuxSerialQueue::Core::enqueue(Task task, Wake wake) {
+  std::unique_lock lock(mutex_);
+  if (stopping_) return;
+  if (wake != Wake::now) rest_.noteSender();
+  ready_.push_back({std::move(task), 0});
+  if (wake != Wake::later) this->wake(lock, wake);
 }
 
 void LinuxSerialQueue::Core::wake() {
   std::unique_lock lock(mutex_);
-  if (!ready_.empty()) wake(lock);
+  if (!ready_.empty()) wake(lock, Wake::soon);
 }
 
 SerialQueue::Timer LinuxSerialQueue::Core::schedule(Duration delay, Task task, bool repeats) {
@@ -200,14 +204,14 @@ void LinuxSerialQueue::Core::append(Ready ready, std::unique_lock<std::mutex>& l
   wake(lock);
 }
 
-/// Starts the thread or ends its sleep; lets go of the lock. While it is awake it costs nothing.
-void LinuxSerialQueue::Core::wake(std::unique_lock<std::mutex>& lock) {
+/// Starts the thread or ends its rest; lets go of the lock. While it is awake it costs nothing.
+void LinuxSerialQueue::Core::wake(std::unique_lock<std::mutex>& lock, Wake wake) {
   if (!started_) {
     started_ = worker_.start(name_.c_str(), [self = shared_from_this()] { self->run(); });
     if (!started_)
       std::fputs("Kifo SerialQueue: no thread to be had, trying again later\n", stderr);
   }
-  const bool signal = std::exchange(asleep_, false);
+  const bool signal = rest_.wakes(wake);
   lock.unlock();
   if (signal) wakeup_.signal();
 }
@@ -237,28 +241,28 @@ void LinuxSerialQueue::Core::sleep(std::unique_lock<std::mutex>& lock) {
   for (const auto watch : polledIds_) {
     polled_.push_back({sources_.at(watch).descriptor, POLLIN, 0});
   }
-  auto timeout = timeUntilDue();
-  asleep_ = ready_.empty();
+  const auto timeout = timeUntilDue(rest_.begin(!ready_.empty()));
   lock.unlock();
   ppoll(polled_.data(), polled_.size(), timeout ? &*timeout : nullptr, nullptr);
   if (polled_.front().revents != 0) wakeup_.clear();
   lock.lock();
-  asleep_ = false;
+  rest_.end();
   for (std::size_t index = 0; index < polledIds_.size(); ++index) {
     if (polled_[index + 1].revents != 0) ready_.push_back({nullptr, polledIds_[index]});
   }
 }
 
 /// None: there is nothing to wait for but the wake-up.
-std::optional<timespec> LinuxSerialQueue::Core::timeUntilDue() const {
-  std::optional<Steady::duration> wait;
+std::optional<timespec> LinuxSerialQueue::Core::timeUntilDue(
+    std::optional<Steady::duration> rest) const {
+  std::optional<Steady::duration> wait = rest;
   if (!timers_.empty()) {
-    wait = std::max(timers_.begin()->first - Steady::now(), Steady::duration::zero());
+    const auto due = std::max(timers_.begin()->first - Steady::now(), Steady::duration::zero());
+    wait = std::min(wait.value_or(due), due);
   }
   if (wakeup_.descriptor() < 0) {
     wait = std::min<Steady::duration>(wait.value_or(kLookWithoutWakeup), kLookWithoutWakeup);
   }
-  if (!ready_.empty()) wait = Steady::duration::zero();
   return wait ? std::optional(timespecOf(*wait)) : std::nullopt;
 }
 
@@ -308,8 +312,8 @@ void LinuxSerialQueue::post(Task task) {
   core_->post(std::move(task));
 }
 
-void LinuxSerialQueue::enqueue(Task task) {
-  core_->enqueue(std::move(task));
+void LinuxSerialQueue::enqueue(Task task, Wake wake) {
+  core_->enqueue(std::move(task), wake);
 }
 
 void LinuxSerialQueue::wake() {

@@ -28,7 +28,7 @@ class LinuxSerialQueue final : public SerialQueue {
   ~LinuxSerialQueue() override;
 
   void post(Task task) override;
-  void enqueue(Task task) override;
+  void enqueue(Task task, Wake wake) override;
   void wake() override;
   Timer schedule(Duration delay, Task task, bool repeats = false) override;
   void cancel(Timer timer) override;

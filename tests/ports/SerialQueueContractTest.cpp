@@ -71,19 +71,19 @@ TYPED_TEST(SerialQueueContract, RunsTasksInTheOrderOfPosting) {
 TYPED_TEST(SerialQueueContract, WhatIsEnqueuedKeepsItsPlaceAndRunsOnceTheQueueIsWoken) {
   std::promise<void> ran;
   auto future = ran.get_future();
-  this->queue().enqueue(this->note(0));
-  this->queue().enqueue([&] { ran.set_value(); });
+  this->queue().enqueue(this->note(0), Wake::later);
+  this->queue().enqueue([&] { ran.set_value(); }, Wake::later);
   this->queue().wake();
   EXPECT_TRUE(this->bench_.await(future));
   this->queue().wake();  // nothing to see to
-  this->queue().enqueue(this->note(1));
+  this->queue().enqueue(this->note(1), Wake::later);
   this->queue().post(this->note(2));
   this->settle();
   EXPECT_THAT(this->notes_, ElementsAre(0, 1, 2));
 }
 
 TYPED_TEST(SerialQueueContract, AStopRunsWhatWasEnqueuedAndNeverWoken) {
-  this->queue().enqueue(this->note(0));
+  this->queue().enqueue(this->note(0), Wake::later);
   EXPECT_TRUE(this->queue().stop(Seconds(20)));
   EXPECT_THAT(this->notes_, ElementsAre(0));
 }
