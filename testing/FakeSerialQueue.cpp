@@ -13,7 +13,9 @@ FakeSerialQueue::~FakeSerialQueue() {
 }
 
 void FakeSerialQueue::post(Task task) {
-  if (!stopped_) executor_->add(this, 0.0, std::move(task), false);
+  if (stopped_) return;
+  executor_->add(this, 0.0, std::move(task), false);
+  if (shut_) shut();
 }
 
 SerialQueue::Timer FakeSerialQueue::schedule(Duration delay, Task task, bool repeats) {
@@ -33,12 +35,17 @@ bool FakeSerialQueue::stop(Duration) {
   const double now = executor_->now();
   while (executor_->runFirst(now, this)) {
   }
-  executor_->drop(this);
+  shut();
   return true;
 }
 
 void FakeSerialQueue::discard() {
   stopped_ = true;
+  shut();
+}
+
+void FakeSerialQueue::shut() {
+  shut_ = true;
   executor_->drop(this);
 }
 

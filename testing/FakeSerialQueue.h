@@ -37,8 +37,11 @@ class FakeSerialQueue final : public SerialQueue {
   std::size_t advance(double seconds) { return executor_->advance(seconds); }
 
  private:
+  void shut();
+
   const std::shared_ptr<ManualExecutor> executor_;
   std::atomic<bool> stopped_ = false;
+  std::atomic<bool> shut_ = false;  ///< What comes now came too late.
 };
 
 }  // namespace kifo::testing

@@ -1,5 +1,6 @@
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 
+#include <mutex>
 #include <utility>
 
 namespace kifo {
@@ -12,7 +13,7 @@ Session& Session::shared() {
 }
 
 std::shared_ptr<const Session::Identity> Session::identity() const {
-  const std::lock_guard lock(mutex_);
+  const std::shared_lock lock(mutex_);
   return identity_;
 }
 
@@ -25,7 +26,7 @@ void Session::updateIdentity(const std::function<void(Identity&)>& change) {
 }
 
 std::shared_ptr<const AppCommunication> Session::appCommunication() const {
-  const std::lock_guard lock(mutex_);
+  const std::shared_lock lock(mutex_);
   return appCommunication_;
 }
 
@@ -36,7 +37,7 @@ void Session::setAppCommunication(std::shared_ptr<const AppCommunication> answer
 }
 
 std::shared_ptr<TokenServiceProtocol> Session::tokenService() const {
-  const std::lock_guard lock(mutex_);
+  const std::shared_lock lock(mutex_);
   return tokenService_;
 }
 

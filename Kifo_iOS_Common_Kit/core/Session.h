@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <shared_mutex>
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/TokenServiceProtocol.h"
@@ -74,7 +74,7 @@ class KIFO_EXPORT Session {
  private:
   Session();
 
-  mutable std::mutex mutex_;
+  mutable std::shared_mutex mutex_;  ///< Every event reads: readers keep no reader waiting.
   // Guarded by mutex_.
   std::shared_ptr<const Identity> identity_;
   std::shared_ptr<const AppCommunication> appCommunication_;

@@ -10,19 +10,23 @@ RequestLedger& RequestLedger::shared() {
 }
 
 void RequestLedger::begin(const std::string& requestId) {
+  InFlight request;
+  if (!requestId.empty()) request.try_emplace(requestId);
   const std::lock_guard lock(mutex_);
   ++underWay_;
-  if (!requestId.empty()) inFlight_.try_emplace(requestId);
+  inFlight_.merge(request);
 }
 
 void RequestLedger::settle(const std::string& requestId, bool delivered) {
-  std::vector<Callback> waiting;
+  InFlight::node_type request;
   {
     const std::lock_guard lock(mutex_);
     if (underWay_ > 0) --underWay_;
-    if (auto found = inFlight_.extract(requestId)) waiting = std::move(found.mapped());
+    request = inFlight_.extract(requestId);
   }
-  for (const auto& callback : waiting) callback(delivered);
+  if (request) {
+    for (const auto& callback : request.mapped()) callback(delivered);
+  }
   settled_.notify_all();
 }
 
@@ -35,17 +39,17 @@ bool RequestLedger::whenSettled(const std::string& requestId, Callback callback)
 }
 
 void RequestLedger::noteDelivered(const std::string& requestId) {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(deliveredMutex_);
   delivered_.insert(requestId);
 }
 
 void RequestLedger::forgetDelivered(const std::string& requestId) {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(deliveredMutex_);
   delivered_.erase(requestId);
 }
 
 bool RequestLedger::isDelivered(const std::string& requestId) const {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(deliveredMutex_);
   return delivered_.contains(requestId);
 }
 
@@ -60,7 +64,7 @@ bool RequestLedger::waitUntilIdle(std::chrono::duration<double> bound) {
 }
 
 void RequestLedger::reset() {
-  const std::lock_guard lock(mutex_);
+  const std::scoped_lock lock(mutex_, deliveredMutex_);
   underWay_ = 0;
   inFlight_.clear();
   delivered_.clear();

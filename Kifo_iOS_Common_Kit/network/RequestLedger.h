@@ -4,10 +4,10 @@
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <mutex>
+#include <set>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -51,12 +51,16 @@ class KIFO_EXPORT RequestLedger {
   void reset();
 
  private:
-  mutable std::mutex mutex_;
+  using InFlight = std::map<std::string, std::vector<Callback>>;
+
+  mutable std::mutex mutex_;  ///< Senders take it: nothing is made or destroyed under it.
   // Guarded by mutex_.
   std::condition_variable settled_;
   std::size_t underWay_ = 0;
-  std::unordered_map<std::string, std::vector<Callback>> inFlight_;
-  std::unordered_set<std::string> delivered_;
+  InFlight inFlight_;
+
+  mutable std::mutex deliveredMutex_;
+  std::set<std::string> delivered_;  // guarded by deliveredMutex_
 };
 
 }  // namespace kifo

@@ -1,6 +1,7 @@
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 #include <mutex>
+#include <shared_mutex>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
@@ -9,9 +10,10 @@ namespace kifo {
 namespace {
 
 /// Never destroyed: a thread of the SDK or of the host may still ask for the platform while the
-/// process runs its exit handlers.
+/// process runs its exit handlers. Every thread asks for it all the time: readers keep no reader
+/// waiting.
 struct Slot {
-  std::mutex mutex;
+  std::shared_mutex mutex;
   std::shared_ptr<const Platform> platform;
 };
 
@@ -48,6 +50,10 @@ Platform filled(Platform platform) {
 
 std::shared_ptr<const Platform> Platform::current() {
   Slot& s = slot();
+  {
+    const std::shared_lock lock(s.mutex);
+    if (s.platform) return s.platform;
+  }
   const std::lock_guard lock(s.mutex);
   if (!s.platform) s.platform = std::make_shared<const Platform>(filled(makeDefault()));
   return s.platform;

@@ -4,6 +4,7 @@
 #include <openssl/crypto.h>
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <deque>
 #include <map>
@@ -17,6 +18,7 @@
 #include "platform/linux/CurlSockets.h"
 #include "platform/linux/CurlTransfer.h"
 #include "platform/linux/ExitGuard.h"
+#include "platform/linux/Inbox.h"
 #include "platform/linux/Rest.h"
 #include "platform/linux/Wakeup.h"
 #include "platform/linux/Worker.h"
@@ -82,7 +84,8 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
     std::deque<Transfer> waiting;
   };
 
-  void wake(std::unique_lock<std::mutex>& lock, Wake wake = Wake::now);
+  bool start();
+  void rouse(Wake wake);
   void answer(Id id, HttpAnswer answer);
   void shut();
 
@@ -108,6 +111,12 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   const CurlTransportOptions options_;
   const Wakeup wakeup_;
   Worker worker_;
+  // No sender waits for a lock.
+  Inbox<Open> inbox_;
+  Rest rest_;
+  std::atomic<bool> started_ = false;
+  std::atomic<bool> stopping_ = false;  ///< Set with the mutex held: the thread does not miss it.
+  std::atomic<bool> shut_ = false;      ///< Nobody looks into the inbox any more.
 
   // The thread's only.
   CURLM* multi_ = nullptr;
@@ -119,59 +128,58 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
 
   std::mutex mutex_;
   // Guarded by mutex_.
-  std::map<Id, Open> open_;  ///< Everything not yet answered.
+  std::map<Id, Open> open_;  ///< Everything taken in and not yet answered.
   std::deque<Id> incoming_;
   Id last_ = 0;
-  Rest rest_;
-  bool started_ = false;
   bool networkChanged_ = false;
-  bool stopping_ = false;
 };
 
 thread_local const CurlTransport::Core* CurlTransport::Core::current = nullptr;
 
 void CurlTransport::Core::send(Make make, Done done, Wake wake) {
-  std::unique_lock lock(mutex_);
-  if (stopping_) {
-    lock.unlock();
-    guarded("a completion", [&] { done(cancelledAnswer()); });
+  if (stopping_ || !start()) {
+    const auto given = stopping_ ? cancelledAnswer()
+                                 : failedAnswer(CURLE_OUT_OF_MEMORY, "the system gives no thread");
+    guarded("a completion", [&] { done(given); });
     return;
   }
-  const Id id = ++last_;
-  open_.emplace_hint(open_.end(), id, Open{std::move(make), std::move(done)});
+  if (wake != Wake::now) rest_.noteSender();
+  inbox_.put({std::move(make), std::move(done)});
+  if (shut_) return shut();  // it came too late
+  rouse(wake);
+}
+
+bool CurlTransport::Core::start() {
+  if (started_) return true;
+  const std::lock_guard lock(mutex_);
   if (!started_) {
     started_ = worker_.start("kifo.http", [self = shared_from_this()] { self->run(); });
   }
-  if (!started_) {
-    lock.unlock();
-    answer(id, failedAnswer(CURLE_OUT_OF_MEMORY, "the system gives no thread"));
-    return;
-  }
-  incoming_.push_back(id);
-  if (wake != Wake::now) rest_.noteSender();
-  this->wake(lock, wake);
+  return started_;
 }
 
 void CurlTransport::Core::networkChanged() {
-  std::unique_lock lock(mutex_);
-  networkChanged_ = true;
-  wake(lock);
+  {
+    const std::lock_guard lock(mutex_);
+    networkChanged_ = true;
+  }
+  rouse(Wake::now);
 }
 
 void CurlTransport::Core::stop() {
-  std::unique_lock lock(mutex_);
-  stopping_ = true;
-  wake(lock);
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+  }
+  rouse(Wake::now);
   if (current == this) return;
   worker_.join(kStopBound);
   shut();
 }
 
-/// Ends the thread's rest; lets go of the lock. While it is awake it costs nothing.
-void CurlTransport::Core::wake(std::unique_lock<std::mutex>& lock, Wake wake) {
-  const bool signal = rest_.wakes(wake);
-  lock.unlock();
-  if (signal) wakeup_.signal();
+/// Ends the thread's rest. While it is awake it costs nothing.
+void CurlTransport::Core::rouse(Wake wake) {
+  if (rest_.wakes(wake)) wakeup_.signal();
 }
 
 /// Whoever takes a request out of `open_` answers it: so each is answered once.
@@ -186,15 +194,17 @@ void CurlTransport::Core::answer(Id id, HttpAnswer answer) {
 
 /// Takes nothing more and cancels what is open.
 void CurlTransport::Core::shut() {
+  const auto cancel = [](const Open& open) {
+    if (open.done) guarded("a completion", [&open] { open.done(cancelledAnswer()); });
+  };
   std::unique_lock lock(mutex_);
   stopping_ = true;
   const auto cancelled = std::exchange(open_, {});
   incoming_.clear();
   lock.unlock();
-  for (const auto& entry : cancelled) {
-    const Done& done = entry.second.done;
-    if (done) guarded("a completion", [&done] { done(cancelledAnswer()); });
-  }
+  for (const auto& entry : cancelled) cancel(entry.second);
+  shut_ = true;
+  inbox_.take(cancel);
 }
 
 void CurlTransport::Core::run() {
@@ -219,6 +229,10 @@ bool CurlTransport::Core::takeIncoming() {
   std::unique_lock lock(mutex_);
   if (stopping_) return false;
   const bool changed = std::exchange(networkChanged_, false);
+  inbox_.take([this](Open&& open) {
+    incoming_.push_back(++last_);
+    open_.emplace_hint(open_.end(), last_, std::move(open));
+  });
   while (!incoming_.empty() && round.size() < kRoundSize) {
     const Id id = incoming_.front();
     incoming_.pop_front();
@@ -336,11 +350,11 @@ void CurlTransport::Core::leaveOldNetwork() {
 void CurlTransport::Core::sleep() {
   curl_waitfd extra{wakeup_.descriptor(), CURL_WAIT_POLLIN, 0};
   std::unique_lock lock(mutex_);
-  const auto rest = rest_.begin(!incoming_.empty() || networkChanged_ || stopping_);
+  const auto rest = rest_.begin(
+      [this] { return !inbox_.empty() || !incoming_.empty() || networkChanged_ || stopping_; });
   lock.unlock();
   curl_multi_poll(multi_, &extra, 1, milliseconds(rest), nullptr);
   if (extra.revents != 0) wakeup_.clear();
-  lock.lock();
   rest_.end();
 }
 

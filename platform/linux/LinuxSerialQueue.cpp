@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <deque>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "platform/linux/Inbox.h"
 #include "platform/linux/Rest.h"
 #include "platform/linux/Wakeup.h"
 #include "platform/linux/Worker.h"
@@ -89,8 +91,10 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
   void runNext();
   Task takeNext();
   void collectDue();
-  void append(Ready ready, std::unique_lock<std::mutex>& lock);
-  void wake(std::unique_lock<std::mutex>& lock, Wake wake = Wake::now);
+  void takeInbox();
+  void leave(Ready ready, Wake wake);
+  void rouse(Wake wake);
+  void shut();
   std::optional<timespec> timeUntilDue(std::optional<Steady::duration> rest) const;
 
   static thread_local const Core* current;
@@ -98,6 +102,12 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
   const std::string name_;
   const Wakeup wakeup_;
   Worker worker_;
+  // No post waits for a lock.
+  Inbox<Ready> inbox_;
+  Rest rest_;
+  std::atomic<bool> started_ = false;
+  std::atomic<bool> stopping_ = false;    ///< Set with the mutex held: the thread does not miss it.
+  std::atomic<bool> shut_ = false;        ///< Nobody looks into the inbox any more.
   std::vector<pollfd> polled_;            // the thread's only
   std::vector<std::uint64_t> polledIds_;  // the thread's only: the watch behind each but the first
 
@@ -109,30 +119,22 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
       timers_;  ///< Those that are not yet ready.
   std::set<std::uint64_t> watches_;
   std::uint64_t last_ = 0;
-  Rest rest_;
-  bool started_ = false;
-  bool stopping_ = false;
   bool abandoned_ = false;  ///< Tasks were dropped at the end of a bound.
 };
 
 thread_local const LinuxSerialQueue::Core* LinuxSerialQueue::Core::current = nullptr;
 
 void LinuxSerialQueue::Core::post(Task task) {
-  std::unique_lock lock(mutex_);
-  if (!stopping_) append({std::move(task), 0}, lock);
+  leave({std::move(task), 0}, Wake::now);
 }
 
 void LinuxSerialQueue::Core::enqueue(Task task, Wake wake) {
-  std::unique_lock lock(mutex_);
-  if (stopping_) return;
   if (wake != Wake::now) rest_.noteSender();
-  ready_.push_back({std::move(task), 0});
-  if (wake != Wake::later) this->wake(lock, wake);
+  leave({std::move(task), 0}, wake);
 }
 
 void LinuxSerialQueue::Core::wake() {
-  std::unique_lock lock(mutex_);
-  if (!ready_.empty()) wake(lock, Wake::soon);
+  if (!inbox_.empty()) rouse(Wake::soon);
 }
 
 SerialQueue::Timer LinuxSerialQueue::Core::schedule(Duration delay, Task task, bool repeats) {
@@ -145,13 +147,13 @@ SerialQueue::Timer LinuxSerialQueue::Core::schedule(Duration delay, Task task, b
   const Timer timer = ++last_;
   const auto due = source.due;
   sources_.emplace(timer, std::move(source));
-  if (wait == Steady::duration::zero()) {
-    append({nullptr, timer}, lock);
-  } else {
-    timers_.emplace(due, timer);
-    // The thread looks at its timers before it sleeps: only a new first one concerns it.
-    if (timers_.begin()->second == timer) wake(lock);
-  }
+  const bool isDue = wait == Steady::duration::zero();
+  if (!isDue) timers_.emplace(due, timer);
+  // The thread looks at its timers before it sleeps: only a new first one concerns it.
+  const bool isFirst = !isDue && timers_.begin()->second == timer;
+  lock.unlock();
+  if (isDue) leave({nullptr, timer}, Wake::now);
+  if (isFirst) rouse(Wake::now);
   return timer;
 }
 
@@ -163,7 +165,8 @@ LinuxSerialQueue::Watch LinuxSerialQueue::Core::watch(int descriptor, Task reada
   const Watch watch = ++last_;
   sources_.emplace(watch, std::move(source));
   watches_.insert(watch);
-  wake(lock);
+  lock.unlock();
+  rouse(Wake::now);
   return watch;
 }
 
@@ -175,7 +178,9 @@ void LinuxSerialQueue::Core::forget(std::uint64_t id) {
   dropped = std::move(found->second);
   sources_.erase(found);
   timers_.erase({dropped.due, id});
-  if (watches_.erase(id) > 0) wake(lock);  // the poll holds on to the descriptor
+  const bool isPolled = watches_.erase(id) > 0;
+  lock.unlock();
+  if (isPolled) rouse(Wake::now);  // the poll holds on to the descriptor
 }
 
 bool LinuxSerialQueue::Core::stop(Duration bound) {
@@ -184,36 +189,55 @@ bool LinuxSerialQueue::Core::stop(Duration bound) {
   std::deque<Ready> late;
   std::unique_lock lock(mutex_);
   stopping_ = true;
+  takeInbox();
   collectDue();
   for (const auto& timer : timers_) dropped.insert(sources_.extract(timer.second));
   for (const auto watch : watches_) dropped.insert(sources_.extract(watch));
   timers_.clear();
   watches_.clear();
   if (isCurrent()) return ready_.empty();
-  if (started_ || !ready_.empty()) wake(lock);
-  const bool ended = worker_.join(bound);
-  if (!lock.owns_lock()) lock.lock();
-  abandoned_ = abandoned_ || !ended || !ready_.empty();
-  late.swap(ready_);
-  return !abandoned_;
-}
-
-/// Lets go of the lock.
-void LinuxSerialQueue::Core::append(Ready ready, std::unique_lock<std::mutex>& lock) {
-  ready_.push_back(std::move(ready));
-  wake(lock);
-}
-
-/// Starts the thread or ends its rest; lets go of the lock. While it is awake it costs nothing.
-void LinuxSerialQueue::Core::wake(std::unique_lock<std::mutex>& lock, Wake wake) {
-  if (!started_) {
-    started_ = worker_.start(name_.c_str(), [self = shared_from_this()] { self->run(); });
-    if (!started_)
-      std::fputs("Kifo SerialQueue: no thread to be had, trying again later\n", stderr);
-  }
-  const bool signal = rest_.wakes(wake);
+  const bool hasThread = started_ || !ready_.empty();
   lock.unlock();
-  if (signal) wakeup_.signal();
+  if (hasThread) rouse(Wake::now);
+  const bool ended = worker_.join(bound);
+  lock.lock();
+  abandoned_ = abandoned_ || !ended || !ready_.empty();
+  const bool allRan = !abandoned_;
+  late.swap(ready_);
+  lock.unlock();
+  shut();
+  return allRan;
+}
+
+void LinuxSerialQueue::Core::leave(Ready ready, Wake wake) {
+  if (stopping_) return;
+  inbox_.put(std::move(ready));
+  if (shut_) return shut();  // it came too late
+  if (wake != Wake::later) rouse(wake);
+}
+
+/// Starts the thread or ends its rest. While it is awake it costs nothing.
+void LinuxSerialQueue::Core::rouse(Wake wake) {
+  if (!started_) {
+    const std::lock_guard lock(mutex_);
+    if (!started_) {
+      started_ = worker_.start(name_.c_str(), [self = shared_from_this()] { self->run(); });
+    }
+    if (!started_) {
+      std::fputs("Kifo SerialQueue: no thread to be had, trying again later\n", stderr);
+    }
+  }
+  if (rest_.wakes(wake)) wakeup_.signal();
+}
+
+/// Drops what comes from now on.
+void LinuxSerialQueue::Core::shut() {
+  shut_ = true;
+  inbox_.take([](Ready&&) {});
+}
+
+void LinuxSerialQueue::Core::takeInbox() {
+  inbox_.take([this](Ready&& ready) { ready_.push_back(std::move(ready)); });
 }
 
 void LinuxSerialQueue::Core::run() {
@@ -221,6 +245,7 @@ void LinuxSerialQueue::Core::run() {
   while (const std::size_t count = nextRound()) {
     for (std::size_t index = 0; index < count; ++index) runNext();
   }
+  shut();
 }
 
 /// Sleeps until tasks are ready and gives their number; 0 once the queue has stopped. A round ends
@@ -228,9 +253,11 @@ void LinuxSerialQueue::Core::run() {
 std::size_t LinuxSerialQueue::Core::nextRound() {
   std::unique_lock lock(mutex_);
   for (;;) {
+    takeInbox();
     collectDue();
     if (ready_.empty() && stopping_) return 0;
     if (ready_.empty() || !watches_.empty()) sleep(lock);
+    takeInbox();
     if (!ready_.empty()) return ready_.size();
   }
 }
@@ -241,7 +268,8 @@ void LinuxSerialQueue::Core::sleep(std::unique_lock<std::mutex>& lock) {
   for (const auto watch : polledIds_) {
     polled_.push_back({sources_.at(watch).descriptor, POLLIN, 0});
   }
-  const auto timeout = timeUntilDue(rest_.begin(!ready_.empty()));
+  const auto timeout =
+      timeUntilDue(rest_.begin([this] { return !ready_.empty() || !inbox_.empty(); }));
   lock.unlock();
   ppoll(polled_.data(), polled_.size(), timeout ? &*timeout : nullptr, nullptr);
   if (polled_.front().revents != 0) wakeup_.clear();

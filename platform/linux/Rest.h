@@ -1,8 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <optional>
-#include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/Wake.h"
 
@@ -12,7 +12,9 @@ namespace kifo {
 /// every millisecond for more, so that of a stream of events the first alone pays for waking it.
 /// Then it sleeps until it is woken: a thread without work wakes up not once a second.
 ///
-/// **Threading:** guarded by its owner's mutex.
+/// **Threading:** `begin` and `end` are the thread's own; the others are thread-safe. Whoever
+/// brings work makes it visible first and asks `wakes` then; the thread asks for work once it
+/// counts as at rest: so one of them always sees the other.
 class Rest {
  public:
   using Clock = std::chrono::steady_clock;
@@ -20,23 +22,26 @@ class Rest {
   /// A sender's work was handed over.
   void noteSender() { senderCame_ = true; }
 
-  /// The thread lies down, unless there is work for it. Gives how long at most; none: until woken.
-  std::optional<Clock::duration> begin(bool hasWork) {
-    if (std::exchange(senderCame_, false)) dozesUntil_ = Clock::now() + kDoze;
-    if (hasWork) return Clock::duration::zero();
-    const bool dozes = dozesUntil_ > Clock::time_point::min() && Clock::now() < dozesUntil_;
+  /// The thread lies down, unless `hasWork` finds some. Gives how long at most; none: until woken.
+  template <class HasWork>
+  std::optional<Clock::duration> begin(const HasWork& hasWork) {
+    const bool dozes = isDrowsy();
     state_ = dozes ? State::dozing : State::asleep;
-    if (dozes) return kLook;
-    dozesUntil_ = Clock::time_point::min();
-    return std::nullopt;
+    if (hasWork()) {
+      end();
+      return Clock::duration::zero();
+    }
+    return dozes ? std::optional<Clock::duration>(kLook) : std::nullopt;
   }
   void end() { state_ = State::awake; }
 
   /// Whether the thread has to be woken now; it counts as awake from then on.
   [[nodiscard]] bool wakes(Wake wake) {
-    const bool needed = wake == Wake::now ? state_ != State::awake : state_ == State::asleep;
-    if (needed) state_ = State::awake;
-    return needed;
+    State state = state_;
+    while (wake == Wake::now ? state != State::awake : state == State::asleep) {
+      if (state_.compare_exchange_weak(state, State::awake)) return true;
+    }
+    return false;
   }
 
  private:
@@ -45,9 +50,15 @@ class Rest {
   static constexpr auto kDoze = std::chrono::milliseconds(10);
   static constexpr auto kLook = std::chrono::milliseconds(1);
 
-  State state_ = State::awake;
-  bool senderCame_ = false;
-  Clock::time_point dozesUntil_ = Clock::time_point::min();
+  bool isDrowsy() {
+    if (senderCame_.exchange(false)) dozesUntil_ = Clock::now() + kDoze;
+    if (dozesUntil_ && Clock::now() >= *dozesUntil_) dozesUntil_.reset();
+    return dozesUntil_.has_value();
+  }
+
+  std::atomic<State> state_ = State::awake;
+  std::atomic<bool> senderCame_ = false;
+  std::optional<Clock::time_point> dozesUntil_;  // the thread's only
 };
 
 }  // namespace kifo

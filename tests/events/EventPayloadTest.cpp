@@ -83,6 +83,44 @@ TEST_F(EventPayloadTest, EveryEventCarriesTheCommonKeys) {
       << "the payload's identifier is not the request's";
 }
 
+TEST_F(EventPayloadTest, AnEventTellsOfItsOwnMomentHoweverLateItIsComposed) {
+  Session& session = Session::shared();
+  for (const bool isInspected : {true, false}) {  // without an inspector it is composed late
+    Platform platform = fake.platform();
+    if (!isInspected) platform.inspector = nullptr;
+    Platform::install(platform);
+    setOnline(false);
+    fake.runUntilIdle();
+    Kifo::updateActorId("then");
+    session.isBatteryStatusRequired = true;
+    fake.device->readings.update([](auto& now) { now.batteryLevel = 0.5F; });
+    fake.clock->setMillisecondsSince1970(1700000000123);
+    const auto item = decode<AppCommunicationItem>(std::string_view(R"({"uuid":"then"})"));
+    KifoEventManager::sendEvent("custom", std::nullopt, {{"host", 1}, {"actorId", "host's"}});
+    KifoEventManager::reporter()->opened(item, nullptr, std::nullopt);
+    item->uuid = "later";
+    Kifo::updateActorId("later");
+    session.isBatteryStatusRequired = false;
+    fake.device->readings.update([](auto& now) { now.batteryLevel = 0.7F; });
+    fake.clock->setMillisecondsSince1970(1800000000000);
+    fake.runUntilIdle();
+    const auto stored = [this](const std::string& name) {
+      const auto found = rows("select PARAMETERS from KifoLog where PARAMETERS like '%\"name\":\"" +
+                              name + "\"%' order by ID desc limit 1");
+      return found.empty() ? json() : json::parse(found[0]);
+    };
+    json opened = stored("in_app_opened");
+    json custom = stored("custom");
+    EXPECT_EQ(opened["uuid"], "then");
+    EXPECT_EQ(custom["host"], 1);
+    for (json& event : {std::ref(opened), std::ref(custom)}) {
+      EXPECT_EQ(event["actorId"], "then");
+      EXPECT_EQ(event["battery"], "50");
+      EXPECT_EQ(event["timestamp"], 1700000000123);
+    }
+  }
+}
+
 TEST_F(EventPayloadTest, DeviceKeysComeOnlyWithTheirSwitches) {
   Session& session = Session::shared();
   session.isBatteryStatusRequired = session.isWifiStatusRequired = session.isDiskCapacityRequired =

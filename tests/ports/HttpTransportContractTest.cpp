@@ -134,6 +134,18 @@ TYPED_TEST(HttpTransportContract, StoppingCancelsWhatIsOpenAndWhatComesLaterAtOn
   }
 }
 
+TYPED_TEST(HttpTransportContract, WhatIsSentWhileItStopsIsAnsweredOnceAllTheSame) {
+  std::vector<std::thread> threads;
+  for (int index = 0; index < 4; ++index) {
+    threads.emplace_back([this] {
+      for (int each = 0; each < 50; ++each) this->send(kMutePath);
+    });
+  }
+  this->bench_.transport->stop();
+  for (auto& thread : threads) thread.join();
+  for (const auto& answer : this->answers_.waitFor(200)) EXPECT_EQ(answer.error, kCancelled);
+}
+
 TYPED_TEST(HttpTransportContract, ACompletionMaySendAgainAndMayStopTheTransport) {
   Answers second;
   this->bench_.transport->send([&] { return HttpRequest{.url = this->bench_.url(kGoodPath)}; },

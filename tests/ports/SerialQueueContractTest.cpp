@@ -82,6 +82,15 @@ TYPED_TEST(SerialQueueContract, WhatIsEnqueuedKeepsItsPlaceAndRunsOnceTheQueueIs
   EXPECT_THAT(this->notes_, ElementsAre(0, 1, 2));
 }
 
+TYPED_TEST(SerialQueueContract, WhatIsEnqueuedForSoonRunsByItself) {
+  for (int round = 0; round < 3; ++round) {  // to a thread that sleeps, then to one that may doze
+    std::promise<void> ran;
+    auto future = ran.get_future();
+    this->queue().enqueue([&] { ran.set_value(); }, Wake::soon);
+    EXPECT_TRUE(this->bench_.await(future));
+  }
+}
+
 TYPED_TEST(SerialQueueContract, AStopRunsWhatWasEnqueuedAndNeverWoken) {
   this->queue().enqueue(this->note(0), Wake::later);
   EXPECT_TRUE(this->queue().stop(Seconds(20)));
@@ -177,6 +186,28 @@ TYPED_TEST(SerialQueueContract, StoppingRunsWhatIsQueuedAndDropsWhatIsNotDueYet)
   EXPECT_EQ(this->queue().schedule(Seconds(0), this->note(12)), 0u);
   EXPECT_TRUE(this->queue().stop(Seconds(0))) << "a second stop has nothing to wait for";
   EXPECT_EQ(this->notes_.size(), 10u);
+}
+
+TYPED_TEST(SerialQueueContract, WhatIsPostedWhileItStopsIsRunOrDroppedAndNeverKept) {
+  const auto held = std::make_shared<std::atomic<int>>(0);
+  std::atomic<int> posted = 0;
+  std::vector<std::thread> threads;
+  for (int index = 0; index < 4; ++index) {
+    threads.emplace_back([&] {
+      for (int value = 0; value < 500; ++value) {
+        this->queue().enqueue([held] { ++*held; }, value % 2 == 0 ? Wake::now : Wake::soon);
+        ++posted;
+      }
+    });
+  }
+  while (posted < 100) std::this_thread::yield();
+  const int before = posted;
+  this->queue().stop(Seconds(20));
+  const int ran = *held;
+  for (auto& thread : threads) thread.join();
+  EXPECT_GE(ran, before);
+  EXPECT_EQ(*held, ran) << "nothing runs once it has stopped";
+  EXPECT_EQ(held.use_count(), 1);
 }
 
 TYPED_TEST(SerialQueueContract, AQueueThatWasNeverUsedStopsAtOnce) {
