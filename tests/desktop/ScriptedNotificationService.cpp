@@ -1,5 +1,6 @@
 #include "tests/desktop/ScriptedNotificationService.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusVariant>
@@ -25,7 +26,12 @@ ScriptedNotificationService::ScriptedNotificationService(const QString& address)
   connection_.registerVirtualObject(PATH, this);
 }
 
-ScriptedNotificationService::~ScriptedNotificationService() { vanish(); }
+/// A call that is on its way here may not outlive it: Qt would answer it with half an object.
+ScriptedNotificationService::~ScriptedNotificationService() {
+  connection_.unregisterObject(PATH);
+  QCoreApplication::removePostedEvents(this);
+  vanish();
+}
 
 /// A service that has just left may bear the name still: Qt closes a connection on another thread.
 void ScriptedNotificationService::appear() {
