@@ -29,6 +29,20 @@ QAccessibleInterface* named(QAccessibleInterface* root, const QString& name) {
   return nullptr;
 }
 
+/// Waits until `look` has seen the same a few times in a row; the event loop runs between.
+template <class Look>
+void waitUntilSame(Look look) {
+  constexpr int same = 4;
+  auto last = look();
+  int count = 0;
+  for (int round = 0; round < 100 && count < same; ++round) {
+    QTest::qWait(60);
+    auto now = look();
+    count = now == last ? count + 1 : 0;
+    last = std::move(now);
+  }
+}
+
 bool complain(const QString& what) {
   std::printf("  wrong: %s\n", qPrintable(what));
   return false;
@@ -55,6 +69,12 @@ QWidget* Visitor::alert() const {
     if (isAlert && child->isVisible()) uppermost = child;
   }
   return uppermost;
+}
+
+QList<QWidget*> Visitor::cards() const {
+  const QWidget* overlay = alert();
+  if (overlay == nullptr) return {};
+  return overlay->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
 }
 
 Visitor::Found Visitor::find(const QString& name) {
@@ -130,12 +150,19 @@ bool Visitor::waitForNoPopup() {
 bool Visitor::waitForAlert() {
   // Its card fades in, and is without an effect once it has come.
   const auto hasCome = [this] {
-    if (alert() == nullptr) return false;
-    const auto cards = alert()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    return std::ranges::all_of(cards,
+    return std::ranges::all_of(cards(),
                                [](QWidget* card) { return card->graphicsEffect() == nullptr; });
   };
-  return QTest::qWaitFor(hasCome, kPatience) || complain("no alert came");
+  if (!QTest::qWaitFor([&] { return alert() != nullptr && hasCome(); }, kPatience)) {
+    return complain("no alert came");
+  }
+  // One on a spring swings past its place first: a click would miss what moves on under it.
+  waitUntilSame([this] {
+    QList<QRect> places;
+    for (const QWidget* card : cards()) places << card->geometry();
+    return places;
+  });
+  return true;
 }
 
 bool Visitor::waitForNoAlert() {
@@ -149,15 +176,7 @@ bool Visitor::waitFor(const QString& name) {
 }
 
 void Visitor::waitForStillness() {
-  constexpr int same = 4;
-  QImage last;
-  int count = 0;
-  for (int round = 0; round < 100 && count < same; ++round) {
-    const QImage now = window_.grab().toImage();
-    count = now == last ? count + 1 : 0;
-    last = now;
-    QTest::qWait(60);
-  }
+  waitUntilSame([this] { return window_.grab().toImage(); });
 }
 
 bool Visitor::isEnabled(const QString& name) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAccessible>
+#include <QList>
 #include <QPoint>
 #include <QString>
 #include <QWidget>
@@ -36,7 +37,8 @@ class Visitor {
   /// Waits until a popup stands still over the window; null when none comes.
   bool waitForPopup();
   bool waitForNoPopup();
-  /// Waits until an alert has come; what turns or counts on it need not stand still.
+  /// Waits until an alert has come and rests at its place; what turns or counts on it need not
+  /// stand still.
   bool waitForAlert();
   bool waitForNoAlert();
   /// Waits until the control can be found.
@@ -61,6 +63,8 @@ class Visitor {
   PopUpWindow* popup() const;
   /// What covers the window for the uppermost alert; null without one.
   QWidget* alert() const;
+  /// What lies on it: the alert's card.
+  QList<QWidget*> cards() const;
 
   QWidget& window_;
   const QString folder_;
