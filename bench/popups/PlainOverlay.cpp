@@ -1,6 +1,7 @@
 #include "bench/popups/PlainOverlay.h"
 
 #include <QFrame>
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -35,6 +36,9 @@ PlainOverlay::PlainOverlay(const QWidget* popup, QWidget* host) : QWidget(host) 
   setObjectName(name);
   setGeometry(host->rect());
   auto* panel = new QFrame;
+  panel_ = panel;
+  connect(&fade_, &QVariantAnimation::valueChanged, this,
+          [this](const QVariant& value) { setOpacity(value.toDouble()); });
   panel->setAutoFillBackground(true);
   panel->setFixedWidth(480);
   auto* column = new QVBoxLayout(panel);
@@ -46,8 +50,30 @@ PlainOverlay::PlainOverlay(const QWidget* popup, QWidget* host) : QWidget(host) 
   middle->addWidget(panel, 0, Qt::AlignCenter);
 }
 
+void PlainOverlay::fade(double from, double to, std::chrono::milliseconds duration) {
+  fade_.stop();
+  fade_.setStartValue(from);
+  fade_.setEndValue(to);
+  fade_.setDuration(static_cast<int>(duration.count()));
+  fade_.start();
+}
+
+void PlainOverlay::setOpacity(double opacity) {
+  opacity_ = opacity;
+  auto* effect = qobject_cast<QGraphicsOpacityEffect*>(panel_->graphicsEffect());
+  if (opacity < 1 && effect == nullptr) {
+    panel_->setGraphicsEffect(effect = new QGraphicsOpacityEffect);
+  }
+  if (opacity >= 1) {
+    panel_->setGraphicsEffect(nullptr);
+  } else {
+    effect->setOpacity(opacity);
+  }
+  update();
+}
+
 void PlainOverlay::paintEvent(QPaintEvent*) {
-  QPainter(this).fillRect(rect(), QColor(0, 0, 0, 76));
+  QPainter(this).fillRect(rect(), QColor(0, 0, 0, static_cast<int>(76 * opacity_)));
 }
 
 }  // namespace kifo::bench

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QPointer>
+#include <QVariantAnimation>
 #include <QWidget>
+#include <chrono>
 
 namespace kifo::bench {
 
@@ -14,8 +15,18 @@ class PlainOverlay : public QWidget {
   /// Mirrors `popup` over `host`.
   PlainOverlay(const QWidget* popup, QWidget* host);
 
+  /// Fades as one does with what Qt has for it: an opacity effect on the panel.
+  void fade(double from, double to, std::chrono::milliseconds duration);
+
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void setOpacity(double opacity);
+
+  QWidget* panel_;
+  QVariantAnimation fade_;
+  double opacity_ = 1;
 };
 
 }  // namespace kifo::bench

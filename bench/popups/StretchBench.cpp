@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QRadioButton>
 #include <algorithm>
+#include <cstdio>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
@@ -21,6 +22,8 @@ using std::chrono::milliseconds;
 using Stretch = WatchedApplication::Stretch;
 
 constexpr int kRuns = 5;
+constexpr milliseconds kFade{220};  ///< As the popups do it.
+constexpr milliseconds kFaded{280};
 
 void click(QWidget* widget) {
   const QPointF at = QRectF(widget->rect()).center();
@@ -68,57 +71,91 @@ void live(PopupStand& stand, PopUpWindow* popup, milliseconds linger) {
   click(popup->findChild<QWidget*>("closeButton"));
 }
 
-Stretch lifeOf(PopupStand& stand, PopupType kind, const std::shared_ptr<AppCommunicationItem>& item,
-               milliseconds linger) {
+/// The two stretches of one life that tell most.
+struct Life {
+  Stretch hardest;
+  Stretch longest;
+};
+
+Life lived(PopupStand& stand) {
+  return {stand.application().hardest(), stand.application().longest()};
+}
+
+Life lifeOf(PopupStand& stand, PopupType kind, const std::shared_ptr<AppCommunicationItem>& item,
+            milliseconds linger) {
   stand.application().forgetStretches();
   PopUpWindow* popup = stand.open(kind, item);
-  WatchedApplication::spin(milliseconds(260));
+  WatchedApplication::spin(kFaded);
   live(stand, popup, linger);
   WatchedApplication::spinUntilGone(popup);
-  return stand.application().longest();
+  return lived(stand);
 }
 
-void report(const std::string& what, std::vector<Stretch> lives, const std::string& beside) {
-  std::ranges::sort(lives, {}, &Stretch::cpu);
-  const Stretch& median = lives[lives.size() / 2];
-  const Stretch& worst = lives.back();
-  row(what, "median " + microseconds(median.cpu) + ", worst " + microseconds(worst.cpu),
-      median.what.toStdString() + beside);
+/// The same life of an overlay of Qt's own widgets with the same content.
+Life bareLifeOf(PopupStand& stand, PopupType kind,
+                const std::shared_ptr<AppCommunicationItem>& item) {
+  PopUpWindow* mirrored = stand.open(kind, item);
+  mirrored->hide();
+  stand.application().forgetStretches();
+  const auto show = [&] {
+    auto* overlay = new PlainOverlay(mirrored, &stand.window());
+    overlay->fade(0, 1, kFade);
+    overlay->show();
+    overlay->raise();
+  };
+  QMetaObject::invokeMethod(&stand.window(), show, Qt::QueuedConnection);
+  stand.application().frameOf(PlainOverlay::name);
+  auto* overlay = static_cast<PlainOverlay*>(stand.application().framed());
+  WatchedApplication::spin(kFaded);
+  for (QRadioButton* option : overlay->findChildren<QRadioButton*>()) click(option);
+  resizeAbout(stand.window(), [overlay](QSize size) { overlay->resize(size); });
+  overlay->fade(1, 0, kFade);
+  WatchedApplication::spin(kFaded);
+  overlay->deleteLater();
+  WatchedApplication::spinUntilGone(overlay);
+  const Life life = lived(stand);
+  PopupStand::close(mirrored);
+  return life;
 }
 
+std::string inMilliseconds(double microseconds) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f", microseconds / 1000);
+  return text;
+}
+
+/// "own time 2.5 (3.1), passed 2.6 (9.0) ms": the medians, and the worst of all lives.
+std::string figures(std::vector<Life> lives) {
+  const auto medianAndWorst = [&lives](auto of) {
+    std::ranges::sort(lives, {}, of);
+    return inMilliseconds(of(lives[lives.size() / 2])) + " (" + inMilliseconds(of(lives.back())) +
+           ")";
+  };
+  return "own time " + medianAndWorst([](const Life& life) { return life.hardest.cpu; }) +
+         ", passed " + medianAndWorst([](const Life& life) { return life.longest.wall; }) + " ms";
+}
+
+/// What the longest stretch of all was.
+std::string whatOf(const std::vector<Life>& lives) {
+  const Stretch& worst = std::ranges::max_element(lives, {}, [](const Life& life) {
+                           return life.longest.wall;
+                         })->longest;
+  return worst.what.toStdString() + ", own time " + inMilliseconds(worst.cpu) + ", " +
+         std::to_string(worst.pages) + " new pages";
+}
+
+/// Ours and the peer turn about, so that what troubles the machine troubles both.
 void measure(PopupStand& stand, const std::string& what, PopupType kind,
              const std::shared_ptr<AppCommunicationItem>& item,
              milliseconds linger = milliseconds(0)) {
-  std::vector<Stretch> lives;
-  for (int run = 0; run < kRuns; ++run) lives.push_back(lifeOf(stand, kind, item, linger));
-  report(what, lives, "; wanted 8000 µs");
-}
-
-/// The same life of an overlay of Qt's own widgets, without any fade.
-void measureBare(PopupStand& stand, PopupType kind) {
-  PopUpWindow* popup = stand.open(kind, PopupStand::campaign(kind));
-  popup->hide();
-  std::vector<Stretch> lives;
+  std::vector<Life> ours;
+  std::vector<Life> bare;
   for (int run = 0; run < kRuns; ++run) {
-    stand.application().forgetStretches();
-    QMetaObject::invokeMethod(
-        &stand.window(),
-        [&] {
-          auto* overlay = new PlainOverlay(popup, &stand.window());
-          overlay->show();
-          overlay->raise();
-        },
-        Qt::QueuedConnection);
-    stand.application().frameOf(PlainOverlay::name);
-    QWidget* overlay = stand.application().framed();
-    for (QRadioButton* option : overlay->findChildren<QRadioButton*>()) click(option);
-    resizeAbout(stand.window(), [overlay](QSize size) { overlay->resize(size); });
-    overlay->deleteLater();
-    WatchedApplication::spinUntilGone(overlay);
-    lives.push_back(stand.application().longest());
+    ours.push_back(lifeOf(stand, kind, item, linger));
+    bare.push_back(bareLifeOf(stand, kind, item));
   }
-  PopupStand::close(popup);
-  report("the floor: bare Qt widgets as in " + std::string(rawValue(kind)), lives, "");
+  row(what, figures(ours), whatOf(ours) + "; wanted 8.0 ms");
+  row("  bare Qt widgets", figures(bare), whatOf(bare));
 }
 
 /// A photograph's size and unrest, below the cap of what is fetched.
@@ -158,14 +195,14 @@ std::shared_ptr<AppCommunicationItem> longCampaign() {
 /// Loads fonts and whatever else Qt makes when something is first shown.
 void measureFirst(PopupStand& stand) {
   const auto item = PopupStand::campaign(PopupType::popup);
-  const Stretch first = lifeOf(stand, PopupType::popup, item, {});
-  row("the first popup of the process, a POPUP", microseconds(first.cpu),
-      first.what.toStdString() + "");
+  const std::vector<Life> first{lifeOf(stand, PopupType::popup, item, {})};
+  row("the first popup of the process, a POPUP", figures(first), whatOf(first));
 }
 
 void measureIn(QSize window, bool withPictures) {
   section("the longest stretch on the UI thread while a popup fades in, lives and closes, " +
-          std::to_string(window.width()) + " x " + std::to_string(window.height()));
+          std::to_string(window.width()) + " x " + std::to_string(window.height()) +
+          ": the median and the (worst) of " + std::to_string(kRuns));
   PopupStand stand({}, window);
   measureFirst(stand);
   for (const PopupType kind : PopupStand::kinds) {
@@ -173,7 +210,6 @@ void measureIn(QSize window, bool withPictures) {
   }
   if (withPictures) measurePictures(stand);
   measure(stand, "POPUP with 10,000 characters of text", PopupType::popup, longCampaign());
-  measureBare(stand, PopupType::survey);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "bench/popups/WatchedApplication.h"
 
+#include <sys/resource.h>
 #include <time.h>
 
 #include <QEventLoop>
@@ -14,10 +15,27 @@ int argumentCount = 1;
 char programName[] = "kifo_popup_bench";
 char* programArguments[] = {programName, nullptr};
 
-double cpuMicroseconds() {
+double microsecondsOf(clockid_t clock) {
   timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  clock_gettime(clock, &now);
   return static_cast<double>(now.tv_sec) * 1e6 + static_cast<double>(now.tv_nsec) / 1e3;
+}
+
+WatchedApplication::Stretch untilNow() {
+  rusage used{};
+  getrusage(RUSAGE_THREAD, &used);
+  return {.cpu = microsecondsOf(CLOCK_THREAD_CPUTIME_ID),
+          .wall = microsecondsOf(CLOCK_MONOTONIC),
+          .pages = used.ru_minflt,
+          .what = {}};
+}
+
+WatchedApplication::Stretch since(const WatchedApplication::Stretch& begin) {
+  WatchedApplication::Stretch stretch = untilNow();
+  stretch.cpu -= begin.cpu;
+  stretch.wall -= begin.wall;
+  stretch.pages -= begin.pages;
+  return stretch;
 }
 
 }  // namespace
@@ -39,17 +57,17 @@ bool WatchedApplication::notify(QObject* receiver, QEvent* event) {
 bool WatchedApplication::timed(QObject* receiver, QEvent* event) {
   const auto type = event->type();
   const char* name = receiver->metaObject()->className();
-  const double cpu = cpuMicroseconds();
+  const Stretch begin = untilNow();
   ++depth_;
   const bool result = QApplication::notify(receiver, event);
   --depth_;
-  const double spent = cpuMicroseconds() - cpu;
+  Stretch stretch = since(begin);
   if (framed_ && !frame_) frame_ = Clock::now();
-  if (spent > longest_.cpu) {
-    const QString what = QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(type)) +
-                         QStringLiteral(" of ") + QString::fromLatin1(name);
-    longest_ = {spent, what};
-  }
+  if (stretch.cpu <= hardest_.cpu && stretch.wall <= longest_.wall) return result;
+  stretch.what = QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(type)) +
+                 QStringLiteral(" of ") + QString::fromLatin1(name);
+  if (stretch.cpu > hardest_.cpu) hardest_ = stretch;
+  if (stretch.wall > longest_.wall) longest_ = stretch;
   return result;
 }
 

@@ -18,8 +18,10 @@ class WatchedApplication : public QApplication {
 
   /// One event with all that it led to before the event loop had its turn again.
   struct Stretch {
-    double cpu = 0;  ///< Microseconds of this thread's own time.
-    QString what;    ///< The event and who got it.
+    double cpu = 0;   ///< Microseconds of this thread's own time.
+    double wall = 0;  ///< Microseconds that passed; more than `cpu` when the thread had to wait.
+    long pages = 0;   ///< How many pages of memory the kernel had to find for it.
+    QString what;     ///< The event and who got it.
   };
 
   WatchedApplication();
@@ -31,7 +33,10 @@ class WatchedApplication : public QApplication {
   Clock::time_point frameOf(const QString& name, const std::function<bool(QWidget*)>& accepts = {});
   [[nodiscard]] QWidget* framed() const { return framed_; }
 
-  void forgetStretches() { longest_ = {}; }
+  void forgetStretches() { hardest_ = longest_ = {}; }
+  /// The one with the most work in it.
+  [[nodiscard]] const Stretch& hardest() const { return hardest_; }
+  /// The one that took longest, be it only that the thread was not let run.
   [[nodiscard]] const Stretch& longest() const { return longest_; }
 
   /// Lets the event loop run.
@@ -46,6 +51,7 @@ class WatchedApplication : public QApplication {
   std::function<bool(QWidget*)> accepts_;
   QPointer<QWidget> framed_;
   std::optional<Clock::time_point> frame_;
+  Stretch hardest_;
   Stretch longest_;
   int depth_ = 0;
 };
