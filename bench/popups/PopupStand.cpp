@@ -56,13 +56,16 @@ class PopupStand::Pictures final : public HttpTransport {
   std::string bytes;  // set while no request is under way
 
   void send(Make make, Done done) override {
-    QThreadPool::globalInstance()->start([this, make = std::move(make), done = std::move(done)] {
+    threads_.start([this, make = std::move(make), done = std::move(done)] {
       make();
       done({{}, 200, bytes});
     });
   }
   void networkChanged() override {}
   void stop() override {}
+
+ private:
+  QThreadPool threads_;  // Qt paints on its global ones
 };
 
 PopupStand::PopupStand(PopUpOptions options, QSize window)

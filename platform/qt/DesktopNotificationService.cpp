@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
 
 namespace kifo {
 namespace {
@@ -292,7 +293,7 @@ void DesktopNotificationService::send() {
 }
 
 void DesktopNotificationService::sendWithPixels() {
-  QThreadPool::globalInstance()->start(
+  imageDecoders().start(
       [link = link_, path = underWay_->picture.path, generation = generation_] {
         link->post([generation, pixels = NotificationImage::read(path)](auto& service) {
           if (generation != service.generation_) return;

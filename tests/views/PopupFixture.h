@@ -19,6 +19,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
@@ -186,7 +187,7 @@ class PopupTest : public ::testing::Test {
   /// Also what other threads have under way.
   void finishDecoding() {
     settle();
-    QThreadPool::globalInstance()->waitForDone();
+    imageDecoders().waitForDone();
     settle();
   }
 

@@ -3,6 +3,9 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QImageReader>
+#include <QThreadPool>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageShrinker.h"
 
 namespace kifo {
 namespace {
@@ -19,19 +22,17 @@ bool acceptable(const QImageReader& reader) {
          static_cast<qint64>(size.width()) * size.height() <= kMaximumPixels;
 }
 
-/// A larger picture is read at twice the size wanted, which is quick, and brought to it smoothly.
+/// A larger picture is read at twice the size wanted or somewhat more, where its format can do so
+/// while it decodes. JPEG can by eighths; any other size it would bring about by `QImage::scaled`.
 void readSmaller(QImageReader& reader, QSize bounds) {
   const QSize size = reader.size();
   const QSize twice = size.scaled(bounds * 2, Qt::KeepAspectRatio).expandedTo({1, 1});
-  if (twice.width() < size.width()) reader.setScaledSize(twice);
-}
-
-QImage fitted(QImage image, QSize bounds) {
-  if (image.width() > bounds.width() || image.height() > bounds.height()) {
-    image = image.scaled(image.size().scaled(bounds, Qt::KeepAspectRatio).expandedTo({1, 1}),
-                         Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-  }
-  return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  if (twice.width() >= size.width() || !reader.supportsOption(QImageIOHandler::ScaledSize)) return;
+  if (reader.format() == "png") return reader.setScaledSize(twice);
+  const int eighths = (8 * twice.width() + size.width() - 1) / size.width();
+  reader.setScaledSize((size * eighths + QSize(7, 7)) / 8);
+  // A pixel too many or too few goes without smoothing.
+  reader.setQuality(0);
 }
 
 }  // namespace
@@ -46,7 +47,12 @@ QImage decodeImage(const std::string& data, QSize bounds) {
   if (!acceptable(reader)) return {};
   readSmaller(reader, bounds);
   const QImage image = reader.read();
-  return image.isNull() ? image : fitted(image, bounds);
+  return image.isNull() ? image : shrunk(image, bounds);
+}
+
+QThreadPool& imageDecoders() {
+  static QThreadPool decoders;
+  return decoders;
 }
 
 }  // namespace kifo

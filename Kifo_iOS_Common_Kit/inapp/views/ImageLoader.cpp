@@ -124,7 +124,7 @@ void ImageLoader::fetch(const std::string& url) {
   const auto done = [url, inbox = inbox_, bounds = bounds_](HttpAnswer answer) {
     if (!inbox->isOpen()) return;
     if (answer.error || answer.body.size() > kMaximumBytes) return inbox->deliver(url, {});
-    QThreadPool::globalInstance()->start([url, inbox, bounds, body = std::move(answer.body)] {
+    imageDecoders().start([url, inbox, bounds, body = std::move(answer.body)] {
       if (inbox->isOpen()) inbox->deliver(url, decodeImage(body, bounds));
     });
   };
