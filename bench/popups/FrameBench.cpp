@@ -1,4 +1,4 @@
-#include <QGraphicsOpacityEffect>
+#include <QGraphicsEffect>
 #include <QTimer>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
@@ -22,8 +22,8 @@ double since(Clock::time_point begin, Clock::time_point end) {
 /// With a fade the first frame is empty; the first one in which something of the panel is seen.
 bool isSeen(QWidget* popup) {
   const auto* panel = popup->findChild<QWidget*>("popupView");
-  const auto* effect = qobject_cast<QGraphicsOpacityEffect*>(panel->graphicsEffect());
-  return !effect || effect->opacity() > 0;
+  const auto* effect = panel->graphicsEffect();
+  return !effect || effect->property("opacity").toDouble() > 0;
 }
 
 Samples popups(PopupStand& stand, PopupType kind, int openings) {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QEasingCurve>
 #include <QStyle>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -77,6 +78,9 @@ void KifoPopupAnimator::run(double end, std::chrono::milliseconds duration,
   animation_.setDuration(milliseconds(duration));
   animation_.setEasingCurve(curve);
   animation_.start();
+  QTimer::singleShot(0, this, [this] {
+    if (isRunning()) Q_EMIT began();
+  });
 }
 
 void KifoPopupAnimator::arrive() {

@@ -37,6 +37,8 @@ class KifoPopupAnimator : public QObject {
   [[nodiscard]] const QVariantAnimation& animation() const { return animation_; }
 
  Q_SIGNALS:
+  /// Is under way: nothing of it has been seen yet.
+  void began();
   void moved();
   void entered();
   void left();

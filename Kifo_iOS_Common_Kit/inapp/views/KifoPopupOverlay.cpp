@@ -37,6 +37,9 @@ KifoPopupOverlay::KifoPopupOverlay(QWidget* host, KifoPopupCard* card, KifoPopup
   setAcceptDrops(true);  // And refuses them, so that the window behind gets none.
   card->setParent(this);
   connect(animator, &KifoPopupAnimator::moved, this, &KifoPopupOverlay::moveCard);
+  connect(animator, &KifoPopupAnimator::began, this, [this] {
+    if (card_ != nullptr) preparePaintedOpacity(*card_);
+  });
   connect(card, &KifoPopupCard::outgrown, this, &KifoPopupOverlay::place);
   connect(focus_, &KifoPopupFocus::moved, card, &KifoPopupCard::reveal);
   if (host != nullptr) {

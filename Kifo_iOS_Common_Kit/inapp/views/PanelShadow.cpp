@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <QImage>
@@ -14,6 +16,7 @@ namespace {
 constexpr int kReach = PanelShadow::reach;
 constexpr int kDrop = 8;        ///< The light comes from above.
 constexpr int kPasses = 3;      ///< Box blurs that make a soft one.
+constexpr int kRepeated = 64;   ///< Pixels of a side that are painted again and again.
 constexpr int kDarkness = 105;  ///< Alpha under the panel's edge, of 255.
 
 using Row = std::vector<int>;
@@ -42,50 +45,111 @@ void blur(QImage& image, int radius) {
   }
 }
 
-/// The shadow of a panel as small as its corners allow; its middle lines can be stretched.
-QImage tile(double scale, double radius) {
-  const int side = static_cast<int>(std::ceil((2 * (kReach + radius) + 2) * scale));
-  QImage mask(side, side, QImage::Format_Alpha8);
+/// How far the corner of a shadow reaches along its sides; from there on they are all the same.
+int cornerOf(double scale, double radius) {
+  return static_cast<int>(std::ceil((2 * kReach + radius) * scale));
+}
+
+/// The shadow of a panel, `size` with its reach, in pixels of the device.
+QImage blurred(QSize size, double scale, double radius) {
+  QImage mask(size, QImage::Format_Alpha8);
   mask.fill(Qt::transparent);
   QPainter painter(&mask);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor(0, 0, 0, kDarkness));
   const double inset = kReach * scale;
-  painter.drawRoundedRect(QRectF(inset, inset, side - 2 * inset, side - 2 * inset), radius * scale,
+  painter.drawRoundedRect(QRectF({}, size).adjusted(inset, inset, -inset, -inset), radius * scale,
                           radius * scale);
   painter.end();
   blur(mask, std::max(1, static_cast<int>(kReach * scale / (kPasses + 1))));
   return mask.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-const QImage& tileFor(double scale, double radius) {
-  static auto& tiles = *new std::map<std::pair<int, int>, QImage>;  // never freed: a few small ones
-  auto& image = tiles[{static_cast<int>(std::lround(scale * 100)), static_cast<int>(radius)}];
-  if (image.isNull()) image = tile(scale, radius);
+using Key = std::tuple<int, int, int, int>;
+
+/// The shadow of a panel that large, or of one just large enough to be repeated to that size.
+const QImage& pictureFor(QSize size, double scale, double radius) {
+  static auto& pictures = *new std::map<Key, QImage>;  // never freed: a few small ones
+  const int largest = 2 * cornerOf(scale, radius) + kRepeated;
+  const QSize own = size.boundedTo({largest, largest});
+  const auto hundredths = static_cast<int>(std::lround(scale * 100));
+  auto& image =
+      pictures[{hundredths, static_cast<int>(std::lround(radius)), own.width(), own.height()}];
+  if (image.isNull()) image = blurred(own, scale, radius);
   return image;
+}
+
+/// A stretch of one of the shadow's sides: where it lies in the picture and where it is painted.
+struct Piece {
+  int from;
+  int to;
+  int length;
+};
+
+/// What lies between the corners of a side of `length`, of which the picture has `pictured`.
+std::vector<Piece> between(int length, int pictured, int corner) {
+  std::vector<Piece> pieces;
+  if (length <= pictured) return pieces;
+  for (int at = corner; at < length - corner; at += kRepeated) {
+    pieces.push_back({corner, at, std::min(kRepeated, length - corner - at)});
+  }
+  return pieces;
+}
+
+/// The two ends of a side; they are all of one that is in the picture as long as it is.
+std::pair<Piece, Piece> ends(int length, int pictured, int corner) {
+  if (length <= pictured) {
+    const int half = length / 2;
+    return {{0, 0, half}, {half, half, length - half}};
+  }
+  return {{0, 0, corner}, {pictured - corner, length - corner, corner}};
+}
+
+/// The outermost `depth` of either end.
+std::pair<Piece, Piece> rims(const std::pair<Piece, Piece>& ends, int depth) {
+  const auto& [first, last] = ends;
+  const int inner = std::min(depth, first.length);
+  const int outer = std::min(depth, last.length);
+  const int skipped = last.length - outer;
+  return {{first.from, first.to, inner}, {last.from + skipped, last.to + skipped, outer}};
+}
+
+void paintPieces(QPainter& painter, const QImage& image, QSize size, int corner, int depth) {
+  const auto put = [&](const Piece& x, const Piece& y) {
+    painter.drawImage(QPoint(x.to, y.to), image, QRect(x.from, y.from, x.length, y.length));
+  };
+  const auto columns = ends(size.width(), image.width(), corner);
+  const auto rows = ends(size.height(), image.height(), corner);
+  for (const Piece& x : {columns.first, columns.second}) {
+    for (const Piece& y : {rows.first, rows.second}) put(x, y);
+  }
+  // Of the sides only what the panel does not cover.
+  const auto [top, bottom] = rims(rows, depth);
+  for (const Piece& x : between(size.width(), image.width(), corner)) {
+    put(x, top);
+    put(x, bottom);
+  }
+  const auto [left, right] = rims(columns, depth);
+  for (const Piece& y : between(size.height(), image.height(), corner)) {
+    put(left, y);
+    put(right, y);
+  }
 }
 
 }  // namespace
 
 void PanelShadow::paint(QPainter& painter, const QRectF& panel, double cornerRadius) {
-  const QImage& image = tileFor(painter.device()->devicePixelRatioF(), cornerRadius);
-  const QRectF target = panel.adjusted(-kReach, -kReach + kDrop, kReach, kReach + kDrop);
-  const double corner = kReach + cornerRadius;
-  const double source = image.width() / 2.0 - 1;
-  const double to[] = {0, corner, target.width() - corner, target.width()};
-  const double down[] = {0, corner, target.height() - corner, target.height()};
-  const double from[] = {0, source, image.width() - source, 1.0 * image.width()};
-  for (int row = 0; row < 3; ++row) {
-    for (int column = 0; column < 3; ++column) {
-      if (row == 1 && column == 1) continue;  // the panel lies there
-      painter.drawImage(QRectF(target.x() + to[column], target.y() + down[row],
-                               to[column + 1] - to[column], down[row + 1] - down[row]),
-                        image,
-                        QRectF(from[column], from[row], from[column + 1] - from[column],
-                               from[row + 1] - from[row]));
-    }
-  }
+  const double scale = painter.device()->devicePixelRatioF();
+  const QRectF place = panel.adjusted(-kReach, -kReach + kDrop, kReach, kReach + kDrop);
+  const QSize size = (place.size() * scale).toSize();
+  const int depth = static_cast<int>(std::ceil((kReach + kDrop) * scale));
+  painter.save();
+  painter.translate(place.topLeft());
+  painter.scale(1 / scale, 1 / scale);
+  paintPieces(painter, pictureFor(size, scale, cornerRadius), size, cornerOf(scale, cornerRadius),
+              depth);
+  painter.restore();
 }
 
 }  // namespace kifo

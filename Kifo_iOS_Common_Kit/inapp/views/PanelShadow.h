@@ -7,7 +7,7 @@ class QPainter;
 namespace kifo {
 
 /// The soft shadow that lifts the panel off the dimmed host. It is blurred once for each device
-/// scale and then stretched to any panel.
+/// scale; the sides of a larger panel repeat the middle of that picture.
 ///
 /// **Threading:** UI thread only.
 struct PanelShadow {

@@ -118,6 +118,7 @@ PopUpWindow::~PopUpWindow() = default;
 void PopUpWindow::connectParts() {
   connect(focus_, &OverlayFocus::arrived, popUpWindowView_, &PopUpWindowView::reveal);
   connect(keyboard_, &PopUpWindowKeyboard::moved, this, &PopUpWindow::placeView);
+  connect(fade_, &PopUpWindowFade::began, popUpWindowView_, &PopUpWindowView::prepareOpacity);
   connect(fade_, &PopUpWindowFade::ended, this, &PopUpWindow::faded);
   connect(fade_, &PopUpWindowFade::changed, this, [this](double opacity) {
     popUpWindowView_->setOpacity(opacity);

@@ -24,6 +24,9 @@ void PopUpWindowFade::fadeTo(double opacity) {
   animation_.setEndValue(opacity);
   animation_.setDuration(static_cast<int>(duration_.count()));
   animation_.start();
+  QTimer::singleShot(0, this, [this] {
+    if (animation_.state() == QAbstractAnimation::Running) Q_EMIT began();
+  });
 }
 
 void PopUpWindowFade::set(double opacity) {

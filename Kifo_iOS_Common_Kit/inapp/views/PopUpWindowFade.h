@@ -23,6 +23,8 @@ class PopUpWindowFade : public QObject {
   [[nodiscard]] double opacity() const { return opacity_; }
 
  Q_SIGNALS:
+  /// Is under way: nothing of it has been seen yet.
+  void began();
   void changed(double opacity);
   void ended();
 

@@ -89,6 +89,11 @@ void PopUpWindowView::setOpacity(double opacity) {
   update();
 }
 
+void PopUpWindowView::prepareOpacity() {
+  preparePaintedOpacity(*elements_.popupView);
+  preparePaintedOpacity(*elements_.closeButton);
+}
+
 void PopUpWindowView::reveal(QWidget* piece) {
   for (PopupScrollArea* area :
        {static_cast<PopupScrollArea*>(elements_.buttonsTableview), elements_.panelScroll}) {

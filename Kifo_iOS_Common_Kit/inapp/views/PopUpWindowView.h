@@ -54,6 +54,8 @@ class KIFO_EXPORT PopUpWindowView : public QWidget {
                 int visibleBottom);
   /// 0 (nothing of it is seen) to 1.
   void setOpacity(double opacity);
+  /// Does now what the first frame of a fade would have to.
+  void prepareOpacity();
   /// Scrolls the panel and the list so that a piece of them can be seen.
   void reveal(QWidget* piece);
 

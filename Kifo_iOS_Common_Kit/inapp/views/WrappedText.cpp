@@ -20,6 +20,7 @@ void WrappedText::setFont(const QFont& font) {
 }
 
 void WrappedText::setAlignment(Alignment alignment, Qt::LayoutDirection direction) {
+  if (alignment == alignment_ && direction == direction_) return;
   alignment_ = alignment;
   direction_ = direction;
   forget();
