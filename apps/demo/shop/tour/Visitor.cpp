@@ -1,5 +1,6 @@
 #include "apps/demo/shop/tour/Visitor.h"
 
+#include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
@@ -120,9 +121,11 @@ bool Visitor::turnWheel(const QString& name, int notches) {
   for (int notch = 0; notch < std::abs(notches); ++notch) {
     QWheelEvent event(local, under->mapToGlobal(local), {}, {0, notches > 0 ? 120 : -120},
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(under, &event);
+    // Only what comes from the window system is passed on to whoever scrolls.
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(under, &event);
   }
-  return true;
+  return find(name).middle != found.middle || complain("the wheel does not move " + name);
 }
 
 bool Visitor::tabTo(const QString& name) {
