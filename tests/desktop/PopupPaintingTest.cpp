@@ -2,14 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QPainter>
 #include <QSemaphore>
 #include <QTest>
 #include <QThreadPool>
 #include <QWidget>
+#include <algorithm>
 #include <future>
+#include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageShrinker.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/PanelShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/WidgetOpacity.h"
 #include "tests/views/PopupFixture.h"
 
@@ -121,6 +125,37 @@ TEST_F(WidgetOpacityTest, ShowsTheWidgetItselfAgainOnceItIsOpaque) {
   setPaintedOpacity(panel, 0.5);
   QCoreApplication::processEvents();
   EXPECT_NE(panel.graphicsEffect(), nullptr) << "it fades again meanwhile";
+}
+
+/// How light a canvas is from the panel's edge outwards, a pixel a step, at the middle of a side.
+std::vector<int> outwards(const QImage& canvas, QPointF edge, QPoint step) {
+  std::vector<int> lightness;
+  QPoint at = (edge * canvas.devicePixelRatio()).toPoint();
+  for (; canvas.rect().contains(at); at += step) lightness.push_back(qGray(canvas.pixel(at)));
+  return lightness;
+}
+
+TEST(PanelShadow, FadesFromUnderThePanelOutwardsOnEachSideAtEachScale) {
+  const QRectF panel(60, 60, 300, 200);
+  for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+    QImage canvas(QSize(420, 340) * scale, QImage::Format_RGB32);
+    canvas.setDevicePixelRatio(scale);
+    canvas.fill(Qt::white);
+    QPainter painter(&canvas);
+    PanelShadow::paint(painter, panel, 12);
+    painter.end();
+    for (const double along : {0.4, 0.5, 0.6}) {
+      const QPointF on(panel.x() + along * panel.width(), panel.y() + along * panel.height());
+      for (const auto& side : {outwards(canvas, {on.x(), panel.bottom() - 2}, {0, 1}),
+                               outwards(canvas, {on.x(), panel.top() + 2}, {0, -1}),
+                               outwards(canvas, {panel.left() + 2, on.y()}, {-1, 0}),
+                               outwards(canvas, {panel.right() - 2, on.y()}, {1, 0})}) {
+        EXPECT_LT(side.front(), 245) << scale;
+        EXPECT_TRUE(std::ranges::is_sorted(side)) << scale << ": no gap and no seam";
+        EXPECT_EQ(side.back(), 255) << scale;
+      }
+    }
+  }
 }
 
 }  // namespace

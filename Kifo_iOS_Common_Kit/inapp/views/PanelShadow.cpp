@@ -17,6 +17,7 @@ constexpr int kReach = PanelShadow::reach;
 constexpr int kDrop = 8;        ///< The light comes from above.
 constexpr int kPasses = 3;      ///< Box blurs that make a soft one.
 constexpr int kRepeated = 64;   ///< Pixels of a side that are painted again and again.
+constexpr int kOverlap = 3;     ///< The shadow goes on under the panel's softened edge.
 constexpr int kDarkness = 105;  ///< Alpha under the panel's edge, of 255.
 
 using Row = std::vector<int>;
@@ -143,7 +144,7 @@ void PanelShadow::paint(QPainter& painter, const QRectF& panel, double cornerRad
   const double scale = painter.device()->devicePixelRatioF();
   const QRectF place = panel.adjusted(-kReach, -kReach + kDrop, kReach, kReach + kDrop);
   const QSize size = (place.size() * scale).toSize();
-  const int depth = static_cast<int>(std::ceil((kReach + kDrop) * scale));
+  const int depth = static_cast<int>(std::ceil((kReach + kDrop + kOverlap) * scale));
   painter.save();
   painter.translate(place.topLeft());
   painter.scale(1 / scale, 1 / scale);
