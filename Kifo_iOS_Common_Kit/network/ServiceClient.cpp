@@ -243,13 +243,15 @@ void ServiceClient::handleAnswer(const std::shared_ptr<Outgoing>& request,
 void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
                                   const std::string& data) {
   const std::string& requestId = request->requestId;
+  const bool isResent = request->isCached.value_or(false);
   const auto forget = [requestId] { RequestLedger::shared().forgetDelivered(requestId); };
   // A locked file may keep the row; it must not be sent again all the same.
   if (!requestId.empty()) RequestLedger::shared().noteDelivered(requestId);
   // An answer without a body leaves its row, marked. Any other removes it: before the mark, which
   // then finds nothing to write and costs no commit, and before the row that follows is marked as
   // tried, since the deletion takes every tried row.
-  if (!data.empty()) db_.deleteLog(requestId, forget);
+  if (!data.empty() && isResent) passOn(requestId, forget);
+  if (!data.empty() && !isResent) db_.deleteLog(requestId, forget);
   db_.updateSyncStatus(requestId, 1, forget);
   unauthorizedCount = 0;
   if (data.empty()) {
@@ -258,11 +260,16 @@ void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
     return;
   }
   request->complete(data);
-  if (request->isCached.value_or(false)) {
-    syncLogs();
-  } else {
-    print("apiRequest is not cached");
-  }
+  if (!isResent) print("apiRequest is not cached");
+}
+
+/// The next stored row has its turn. One commit removes the delivered one and marks the next: it is
+/// all that keeps the server waiting.
+void ServiceClient::passOn(const std::string& delivered, const std::function<void()>& removed) {
+  db_.inOneTurn([self = shared_from_this(), delivered, removed] {
+    self->db_.deleteLogWithNext(delivered, removed);
+    self->syncLogs();
+  });
 }
 
 void ServiceClient::handleRefusal(const Outgoing& request, int status) {

@@ -110,6 +110,7 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
   void handleSuccess(const std::shared_ptr<Outgoing>& request, const std::string& data);
   void handleRefusal(const Outgoing& request, int status);
 
+  void passOn(const std::string& delivered, const std::function<void()>& removed);
   void startPass(bool isQuiet);
   void syncStep(const std::optional<KifoLog>& log);
   void removeDelivered(const std::string& requestId);

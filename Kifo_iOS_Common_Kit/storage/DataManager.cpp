@@ -47,6 +47,17 @@ std::string insertStatement(const KifoLog& log) {
        log._httpMethod, "', 0)"});
 }
 
+std::string deleteStatement(const std::string& requestId) {
+  return joined({"delete from ", DataManager::TABLE_NAME, " where REQUEST_ID = '", requestId,
+                 "' or TRYCOUNT > 0"});
+}
+
+KifoSqliteManager::QueryBlock whenSucceeded(std::function<void()> callback) {
+  return [callback = std::move(callback)](const auto*, const auto&, bool) {
+    if (callback && store().lastSucceeded()) callback();
+  };
+}
+
 std::string countStatement() {
   return joined({"select count(*) from ", DataManager::TABLE_NAME,
                  " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0"});
@@ -60,6 +71,10 @@ KifoLog logOf(const KifoSqliteManager::Row& row) {
 }
 
 }  // namespace
+
+void DataManager::inOneTurn(std::function<void()> work) const {
+  store().inOneTurn(std::move(work));
+}
 
 void DataManager::createTable() const {
   print("Database is being created");
@@ -99,11 +114,13 @@ void DataManager::cacheLog(std::int64_t limit, std::function<KifoLog()> log,
 
 void DataManager::deleteLog(const std::string& requestId, std::function<void()> removed) const {
   if (requestId.empty() || !isQuotable(requestId)) return;
-  store().execute(
-      joined({"delete from ", TABLE_NAME, " where REQUEST_ID = '", requestId, "' or TRYCOUNT > 0"}),
-      [removed = std::move(removed)](const auto*, const auto&, bool) {
-        if (removed && store().lastSucceeded()) removed();
-      });
+  store().execute(deleteStatement(requestId), whenSucceeded(std::move(removed)));
+}
+
+void DataManager::deleteLogWithNext(const std::string& requestId,
+                                    std::function<void()> removed) const {
+  if (requestId.empty() || !isQuotable(requestId)) return;
+  store().executeWithNext(deleteStatement(requestId), whenSucceeded(std::move(removed)));
 }
 
 void DataManager::updateSyncStatus(const std::string& requestId, int success,
@@ -113,9 +130,7 @@ void DataManager::updateSyncStatus(const std::string& requestId, int success,
   store().performQuery(
       joined({"update ", TABLE_NAME, " set ISSYNC_SUCCESS = ", std::to_string(success),
               ", ISSYNC = 1 where REQUEST_ID = '", requestId, "'"}),
-      [marked = std::move(marked)](const auto*, const auto&, bool) {
-        if (marked && store().lastSucceeded()) marked();
-      });
+      whenSucceeded(std::move(marked)));
 }
 
 void DataManager::increaseTryCount(const std::string& requestId,

@@ -30,6 +30,9 @@ class KIFO_EXPORT DataManager {
   static constexpr auto COL_HTTP_METHOD = "_httpMethod";
   static constexpr int MAXTRYCOUNT = 1;
 
+  /// Runs `work` as one turn of the main queue, for operations that belong together.
+  void inOneTurn(std::function<void()> work) const;
+
   /// Prints that the database is being made, and prepares it.
   void createTable() const;
 
@@ -46,6 +49,10 @@ class KIFO_EXPORT DataManager {
   /// Removes the request's row and every row that was tried. `removed` runs when that has been
   /// done, not when it failed.
   void deleteLog(const std::string& requestId, std::function<void()> removed = {}) const;
+
+  /// The same, but in one transaction with the next row that the same turn marks as tried, and
+  /// before it; at the end of the turn when it marks none.
+  void deleteLogWithNext(const std::string& requestId, std::function<void()> removed) const;
 
   /// Marks a row after an answer: `success` is 1 after a 200, else 0. `marked` runs when that has
   /// been done, not when it failed.

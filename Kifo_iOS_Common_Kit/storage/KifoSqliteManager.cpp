@@ -98,7 +98,14 @@ void KifoSqliteManager::turn(const std::function<void()>& work) {
     }
     std::deque<std::function<void()>>& rest_;
   } inside(pending_);
+  held_.clear();
   work();
+  runPending();
+  for (Held& held : std::exchange(held_, {})) execute(held.statement, std::move(held.block));
+  runPending();
+}
+
+void KifoSqliteManager::runPending() {
   while (!pending_.empty()) {
     const auto next = std::move(pending_.front());
     pending_.pop_front();
@@ -196,12 +203,55 @@ void KifoSqliteManager::finish(sqlite3_stmt* statement) {
 void KifoSqliteManager::execute(const std::string& statement, QueryBlock block,
                                 const std::optional<std::string>& countedBy) {
   run(statement, [this, block = std::move(block), countedBy](sqlite3_stmt* prepared) {
-    const auto before = countedBy ? header() : std::nullopt;
-    if (sqlite3_step(prepared) == SQLITE_DONE) rowsChanged_ = sqlite3_changes(database_);
+    auto done = beginWithHeld();
+    const auto before = countedBy && done.empty() ? header() : std::nullopt;
+    // Without the transaction that the two were to share, a row could be marked and nobody know it.
+    const bool isSound = done.empty() || sqlite3_get_autocommit(database_) == 0;
+    rowsChanged_ = isSound ? step(prepared) : std::nullopt;
     if (countedBy) noteAddedRows(*countedBy, before);
-    finish(prepared);
-    if (block) block(nullptr, std::nullopt, true);
+    sqlite3_finalize(prepared);
+    done.push_back({block, rowsChanged_});
+    commit(done);
+    close();
+    for (const Done& each : done) {
+      rowsChanged_ = each.rowsChanged;
+      if (each.block) each.block(nullptr, std::nullopt, true);
+    }
   });
+}
+
+std::optional<int> KifoSqliteManager::step(sqlite3_stmt* statement) {
+  if (!statement || sqlite3_step(statement) != SQLITE_DONE) return std::nullopt;
+  return sqlite3_changes(database_);
+}
+
+void KifoSqliteManager::executeWithNext(const std::string& statement, QueryBlock block) {
+  inOneTurn([this, statement, block = std::move(block)] { held_.push_back({statement, block}); });
+}
+
+std::vector<KifoSqliteManager::Done> KifoSqliteManager::beginWithHeld() {
+  std::vector<Done> done;
+  const auto held = std::exchange(held_, {});
+  if (held.empty()) return done;
+  sqlite3_exec(database_, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+  for (const Held& each : held) {
+    sqlite3_stmt* prepared = nullptr;
+    const bool isOpen = sqlite3_get_autocommit(database_) == 0;
+    if (isOpen) sqlite3_prepare_v2(database_, each.statement.c_str(), -1, &prepared, nullptr);
+    done.push_back({each.block, step(prepared)});
+    sqlite3_finalize(prepared);
+  }
+  return done;
+}
+
+void KifoSqliteManager::commit(std::vector<Done>& done) {
+  const auto run = [this](const char* statement) {
+    return sqlite3_exec(database_, statement, nullptr, nullptr, nullptr) == SQLITE_OK;
+  };
+  const bool isAlone = done.size() == 1;
+  if (isAlone || run("COMMIT")) return;
+  run("ROLLBACK");
+  for (Done& each : done) each.rowsChanged.reset();
 }
 
 void KifoSqliteManager::performQuery(const std::string& statement, QueryBlock block) {

@@ -60,6 +60,10 @@ class KIFO_EXPORT KifoSqliteManager {
   /// that is known stay known instead of being taken anew from a deep table.
   void execute(const std::string& statement, QueryBlock block,
                const std::optional<std::string>& countedBy = std::nullopt);
+  /// Runs a statement that returns no rows right before the turn's next `execute` and in one
+  /// transaction with it: two statements for the price of one commit, and where that fails neither
+  /// is done. Without a next one it runs by itself when the turn ends.
+  void executeWithNext(const std::string& statement, QueryBlock block);
   /// Runs a SELECT; the block gets one row at a time and then the end.
   void performQuery(const std::string& statement, QueryBlock block);
   /// Runs a "select count(*) …"; the block gets column 0 of the last row, 0 without rows.
@@ -101,6 +105,17 @@ class KIFO_EXPORT KifoSqliteManager {
     std::int32_t count = 0;
   };
 
+  /// A statement that waits for the next one of its turn.
+  struct Held {
+    std::string statement;
+    QueryBlock block;
+  };
+  /// A statement that was run, and what its block is to be told.
+  struct Done {
+    QueryBlock block;
+    std::optional<int> rowsChanged;
+  };
+
   KifoSqliteManager() = default;
 
   void turn(const std::function<void()>& work);
@@ -113,6 +128,12 @@ class KIFO_EXPORT KifoSqliteManager {
   /// Opens the file and prepares the statement; `run` gets it, finalizes and closes.
   void run(const std::string& statement, std::function<void(sqlite3_stmt*)> work);
   void finish(sqlite3_stmt* statement);
+  void runPending();
+  /// Begins a transaction and runs in it what was held; does nothing when nothing was.
+  std::vector<Done> beginWithHeld();
+  /// Ends the transaction, if there is one. What was undone has changed no rows.
+  void commit(std::vector<Done>& done);
+  std::optional<int> step(sqlite3_stmt* statement);
   std::optional<Header> header() const;
   std::optional<std::int32_t> knownCount(const std::string& statement) const;
   std::optional<std::int32_t> countAnew(const std::string& statement);
@@ -124,6 +145,7 @@ class KIFO_EXPORT KifoSqliteManager {
   std::mutex turnMutex_;  ///< Held for the whole of a turn.
   // Guarded by turnMutex_.
   std::deque<std::function<void()>> pending_;  ///< What is left of the running turn.
+  std::vector<Held> held_;
   sqlite3* database_ = nullptr;
   std::string databasePath_;
   std::optional<std::optional<std::string>> currentDbInfo_;
