@@ -1,6 +1,8 @@
 #include <QPlainTextEdit>
+#include <QStyle>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
 #include "tests/alert/AlertFixture.h"
 
@@ -21,6 +23,17 @@ class KifoPopupLayoutTest : public AlertFixture {
     const QPoint middle = placeOf(alert.baseView()).center();
     EXPECT_NEAR(middle.x(), room.center().x(), 1);
     EXPECT_NEAR(middle.y(), room.center().y(), 1);
+  }
+  static const KifoPopupList* listOf(const KifoPopup& alert) {
+    return alert.contentView()->findChild<KifoPopupList*>();
+  }
+  /// Where each text of an alert's list lies in the list.
+  static std::map<QString, QRect> placesInList(const KifoPopup& alert) {
+    std::map<QString, QRect> places;
+    for (const QLabel* label : listOf(alert)->findChildren<QLabel*>()) {
+      places[label->text()] = label->geometry();
+    }
+    return places;
   }
   /// The parts that an alert has from top to bottom do not overlap.
   void expectApart(const KifoPopup& alert) const {
@@ -228,6 +241,28 @@ TEST_F(KifoPopupLayoutTest, AListRowThatDoesNotFitPutsItsValueBelow) {
     EXPECT_LT(places[alert->datas[1].value].bottom(), placeOf(alert->buttons().front()).top());
     alert->hideView();
   }
+}
+
+TEST_F(KifoPopupLayoutTest, AListThatKeepsItsSizeIsLaidOutAnewAllTheSame) {
+  const auto alert = makeAlert();
+  alert->headerStr = "Order 1042";
+  alert->datas = {{"Coffee", "2.40"}, {"Tea", "1.90"}};
+  alert->showInfo("List", "", "OK");
+  const auto places = placesInList(*alert);
+  const QRect list = listOf(*alert)->rect();
+  alert->showInfo("List", "", "OK");
+  EXPECT_EQ(placesInList(*alert), places) << "shown again";
+  alert->addButton("More", [] {});
+  EXPECT_EQ(placesInList(*alert), places) << "with a further button";
+
+  window->setLayoutDirection(Qt::RightToLeft);
+  for (const auto& [text, place] : placesInList(*alert)) {
+    EXPECT_EQ(place, QStyle::visualRect(Qt::RightToLeft, list, places.at(text)))
+        << text.toStdString();
+  }
+  window->setLayoutDirection(Qt::LeftToRight);
+  EXPECT_EQ(placesInList(*alert), places) << "turned back";
+  ASSERT_EQ(listOf(*alert)->rect(), list);
 }
 
 }  // namespace

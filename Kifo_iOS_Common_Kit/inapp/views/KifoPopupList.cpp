@@ -1,5 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupList.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QStyle>
 #include <algorithm>
@@ -30,6 +31,8 @@ void KifoPopupList::setContents(const QString& heading, const std::vector<TypeDa
                      addLabel(row.value, look.font, Qt::AlignRight)});
   }
   updateGeometry();
+  // The new labels may need no other room than those before them: no resizing would place them.
+  arrange();
 }
 
 KifoPopupLabel* KifoPopupList::addLabel(const QString& text, const QFont& font,
@@ -65,8 +68,7 @@ int KifoPopupList::heightForWidth(int width) const {
   return bottom;
 }
 
-void KifoPopupList::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+void KifoPopupList::arrange() {
   const auto put = [this](KifoPopupLabel* label, const QRect& place) {
     label->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
   };
@@ -80,6 +82,17 @@ void KifoPopupList::resizeEvent(QResizeEvent* event) {
     put(row.value, where.value);
     bottom = where.value.bottom() + 1 + kRowPadding;
   }
+  update();
+}
+
+void KifoPopupList::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  arrange();
+}
+
+void KifoPopupList::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::LayoutDirectionChange) arrange();
 }
 
 void KifoPopupList::paintEvent(QPaintEvent* /*event*/) {

@@ -36,6 +36,7 @@ class KifoPopupList : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
@@ -51,6 +52,7 @@ class KifoPopupList : public QWidget {
   KifoPopupLabel* addLabel(const QString& text, const QFont& font, Qt::Alignment alignment);
   [[nodiscard]] int headingHeight(int width) const;
   [[nodiscard]] Places places(const Row& row, int top, int width) const;
+  void arrange();
 
   Look look_;
   KifoPopupLabel* heading_ = nullptr;
