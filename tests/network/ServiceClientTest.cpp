@@ -286,6 +286,26 @@ TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
 }
 
+TEST_F(SyncTest, AFileThatIsLockedBetweenTwoRowsCostsNeitherOfThem) {
+  storeThree();
+  answerNothing();
+  setOnline(true);
+  sqlite3* reader = nullptr;
+  ASSERT_EQ(sqlite3_open(databasePath().c_str(), &reader), SQLITE_OK);
+  sqlite3_exec(reader, "BEGIN; select * from KifoLog", nullptr, nullptr, nullptr);
+  KifoSqliteManager::sharedManager().setHurried(true);
+  fake.http->answerNext(200, "{}");
+  fake.runUntilIdle();
+  EXPECT_EQ(resent(), Lines{"one"}) << "what cannot be marked is not sent";
+  sqlite3_exec(reader, "COMMIT", nullptr, nullptr, nullptr);
+  sqlite3_close(reader);
+  answerWith(200);
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "three"}));
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+}
+
 TEST_F(SyncTest, ARowThatCannotBeRebuiltIsGivenUpWithoutARequest) {
   start(kCounted);
   setOnline(false);
