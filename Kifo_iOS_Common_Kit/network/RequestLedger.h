@@ -4,10 +4,10 @@
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <mutex>
-#include <set>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -51,7 +51,7 @@ class KIFO_EXPORT RequestLedger {
   void reset();
 
  private:
-  using InFlight = std::map<std::string, std::vector<Callback>>;
+  using InFlight = std::unordered_map<std::string, std::vector<Callback>>;
 
   mutable std::mutex mutex_;  ///< Senders take it: nothing is made or destroyed under it.
   // Guarded by mutex_.
@@ -60,7 +60,7 @@ class KIFO_EXPORT RequestLedger {
   InFlight inFlight_;
 
   mutable std::mutex deliveredMutex_;
-  std::set<std::string> delivered_;  // guarded by deliveredMutex_
+  std::unordered_set<std::string> delivered_;  // guarded by deliveredMutex_
 };
 
 }  // namespace kifo
