@@ -5,7 +5,6 @@
 #include <QDBusVariant>
 #include <QFileInfo>
 #include <QPointer>
-#include <QThreadPool>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
@@ -14,7 +13,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
 
 namespace kifo {
 namespace {
@@ -293,7 +292,7 @@ void DesktopNotificationService::send() {
 }
 
 void DesktopNotificationService::sendWithPixels() {
-  imageDecoders().start(
+  ImageDecoders::start(
       [link = link_, path = underWay_->picture.path, generation = generation_] {
         link->post([generation, pixels = NotificationImage::read(path)](auto& service) {
           if (generation != service.generation_) return;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageShrinker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/PanelShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/WidgetOpacity.h"
@@ -69,7 +70,7 @@ TEST(ImageDecoder, NeedsNoneOfTheThreadsThatQtPaintsOn) {
     auto size = decoded.get_future();
     {
       const BusyPainters busy;
-      imageDecoders().start([&] { decoded.set_value(decodeImage(photograph, {480, 480}).size()); });
+      ImageDecoders::start([&] { decoded.set_value(decodeImage(photograph, {480, 480}).size()); });
       EXPECT_EQ(size.wait_for(std::chrono::seconds(20)), std::future_status::ready) << format;
     }
     EXPECT_EQ(size.get().width(), 480) << format;

@@ -11,7 +11,6 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QTest>
-#include <QThreadPool>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,7 +18,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/KifoSurveyCell.h"
@@ -187,7 +186,7 @@ class PopupTest : public ::testing::Test {
   /// Also what other threads have under way.
   void finishDecoding() {
     settle();
-    imageDecoders().waitForDone();
+    ImageDecoders::waitForDone();
     settle();
   }
 

@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QImageReader>
-#include <QThreadPool>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageShrinker.h"
 
@@ -48,11 +47,6 @@ QImage decodeImage(const std::string& data, QSize bounds) {
   readSmaller(reader, bounds);
   const QImage image = reader.read();
   return image.isNull() ? image : shrunk(image, bounds);
-}
-
-QThreadPool& imageDecoders() {
-  static QThreadPool decoders;
-  return decoders;
 }
 
 }  // namespace kifo

@@ -5,8 +5,6 @@
 #include <QImage>
 #include <QSize>
 
-class QThreadPool;
-
 namespace kifo {
 
 /// The picture in `data`, no larger than `bounds` (physical pixels, aspect kept, never enlarged),
@@ -16,11 +14,5 @@ namespace kifo {
 ///
 /// **Threading:** any thread.
 QImage decodeImage(const std::string& data, QSize bounds);
-
-/// Where pictures are decoded. Not on Qt's global threads: Qt paints on those as well, and the UI
-/// thread would wait for a picture in the middle of a frame.
-///
-/// **Threading:** thread-safe. **Ownership:** ends with the program, after what is still running.
-QThreadPool& imageDecoders();
 
 }  // namespace kifo

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include <QPointer>
-#include <QThreadPool>
 #include <QUrl>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -124,7 +124,7 @@ void ImageLoader::fetch(const std::string& url) {
   const auto done = [url, inbox = inbox_, bounds = bounds_](HttpAnswer answer) {
     if (!inbox->isOpen()) return;
     if (answer.error || answer.body.size() > kMaximumBytes) return inbox->deliver(url, {});
-    imageDecoders().start([url, inbox, bounds, body = std::move(answer.body)] {
+    ImageDecoders::start([url, inbox, bounds, body = std::move(answer.body)] {
       if (inbox->isOpen()) inbox->deliver(url, decodeImage(body, bounds));
     });
   };
