@@ -1,7 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
 
-#include <unistd.h>
-
+#include <QCoreApplication>
 #include <utility>
 
 namespace kifo {
@@ -11,10 +10,10 @@ ImageDecoders& ImageDecoders::shared() {
   return only;
 }
 
-ImageDecoders::Closer::Closer() : process_(getpid()) {}
+ImageDecoders::Closer::Closer() : process_(QCoreApplication::applicationPid()) {}
 
 ImageDecoders::Closer::~Closer() {
-  if (getpid() != process_) return;
+  if (QCoreApplication::applicationPid() != process_) return;
   ImageDecoders& decoders = shared();
   std::unique_lock lock(decoders.mutex_);
   decoders.closed_ = true;

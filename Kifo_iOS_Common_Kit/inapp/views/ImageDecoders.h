@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -32,7 +30,7 @@ class ImageDecoders {
     ~Closer();
 
    private:
-    pid_t process_;  ///< A forked child that exits has none of its parent's threads to wait for.
+    qint64 process_;  ///< A forked child that exits has none of its parent's threads to wait for.
   };
 
   static ImageDecoders& shared();
