@@ -53,7 +53,7 @@ class KIFO_EXPORT RequestLedger {
  private:
   using InFlight = std::unordered_map<std::string, std::vector<Callback>>;
 
-  mutable std::mutex mutex_;  ///< Senders take it: nothing is made or destroyed under it.
+  mutable std::mutex mutex_;  ///< Senders take it: entries are made and destroyed outside it.
   // Guarded by mutex_.
   std::condition_variable settled_;
   std::size_t underWay_ = 0;

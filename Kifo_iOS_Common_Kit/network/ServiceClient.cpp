@@ -70,14 +70,6 @@ void ServiceClient::reset() {
 
 // Requests ---------------------------------------------------------------------------------------
 
-void ServiceClient::sendEvent(const Headers& headers, EventParameters parameters,
-                              const std::string& requestId, bool isNotificationEvent,
-                              EventCompletion completion) {
-  sendEvent(
-      headers, [parameters = std::move(parameters)] { return parameters; }, requestId,
-      isNotificationEvent, std::move(completion));
-}
-
 void ServiceClient::sendEvent(const Headers& headers, Composition composition,
                               const std::string& requestId, bool isNotificationEvent,
                               EventCompletion completion) {

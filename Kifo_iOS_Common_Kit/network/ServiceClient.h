@@ -60,11 +60,9 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
 
   static std::shared_ptr<ServiceClient> make();
 
-  /// Posts an event to the listener's address. `headers` are carried but not sent. A composition is
-  /// run when the parameters are first needed, off the caller's thread.
+  /// Posts an event to the listener's address. `headers` are carried but not sent. The
+  /// composition runs when the parameters are first needed.
   void sendEvent(const Headers& headers, Composition composition, const std::string& requestId,
-                 bool isNotificationEvent, EventCompletion completion);
-  void sendEvent(const Headers& headers, EventParameters parameters, const std::string& requestId,
                  bool isNotificationEvent, EventCompletion completion);
 
   void getInAppCommunication(const std::optional<Headers>& headers,

@@ -1,10 +1,10 @@
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 
 #include <gmock/gmock.h>
-#include <sqlite3.h>
 
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
+#include "tests/support/ForeignLock.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -269,16 +269,13 @@ TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
   answerNothing();
   send("one");
   // A reader that stays: writers wait their time and fail. The hurry makes that time short.
-  sqlite3* reader = nullptr;
-  ASSERT_EQ(sqlite3_open(databasePath().c_str(), &reader), SQLITE_OK);
-  sqlite3_exec(reader, "BEGIN; select * from KifoLog", nullptr, nullptr, nullptr);
+  auto reader = std::make_unique<ForeignLock>(databasePath(), ForeignLock::kReader);
   KifoSqliteManager::sharedManager().setHurried(true);
   fake.http->answerNext(200, "{}");
   fake.runUntilIdle();
   setOnline(false);
   setOnline(true);
-  sqlite3_exec(reader, "COMMIT", nullptr, nullptr, nullptr);
-  sqlite3_close(reader);
+  reader.reset();
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"1"}) << "the row was kept by the lock";
   setOnline(false);
   setOnline(true);
@@ -290,15 +287,12 @@ TEST_F(SyncTest, AFileThatIsLockedBetweenTwoRowsCostsNeitherOfThem) {
   storeThree();
   answerNothing();
   setOnline(true);
-  sqlite3* reader = nullptr;
-  ASSERT_EQ(sqlite3_open(databasePath().c_str(), &reader), SQLITE_OK);
-  sqlite3_exec(reader, "BEGIN; select * from KifoLog", nullptr, nullptr, nullptr);
+  auto reader = std::make_unique<ForeignLock>(databasePath(), ForeignLock::kReader);
   KifoSqliteManager::sharedManager().setHurried(true);
   fake.http->answerNext(200, "{}");
   fake.runUntilIdle();
   EXPECT_EQ(resent(), Lines{"one"}) << "what cannot be marked is not sent";
-  sqlite3_exec(reader, "COMMIT", nullptr, nullptr, nullptr);
-  sqlite3_close(reader);
+  reader.reset();
   answerWith(200);
   setOnline(false);
   setOnline(true);

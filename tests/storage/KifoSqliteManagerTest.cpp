@@ -6,6 +6,7 @@
 #include <fstream>
 #include <thread>
 
+#include "tests/support/ForeignLock.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -150,13 +151,12 @@ TEST_F(SqliteManagerTest, AStatementThatGoesWithTheNextSharesItsCommitAndItsFail
   EXPECT_EQ(left(), (std::vector<std::string>{"b|1", "c|0"}));
   manager.setHurried(true);
   // A reader lets them begin but not commit; a writer does not let them begin.
-  for (const char* lock : {"BEGIN; select * from KifoLog", "BEGIN IMMEDIATE"}) {
-    sqlite3* other = nullptr;
-    ASSERT_EQ(sqlite3_open(databasePath().c_str(), &other), SQLITE_OK);
-    sqlite3_exec(other, lock, nullptr, nullptr, nullptr);
-    EXPECT_EQ(takeOver("b", "c"), 0);
+  for (const char* lock : {ForeignLock::kReader, ForeignLock::kWriter}) {
+    {
+      const ForeignLock other(databasePath(), lock);
+      EXPECT_EQ(takeOver("b", "c"), 0);
+    }
     EXPECT_EQ(order, "--");
-    sqlite3_close(other);
     EXPECT_EQ(left(), (std::vector<std::string>{"b|1", "c|0"}));
   }
   manager.setHurried(false);
