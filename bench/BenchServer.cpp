@@ -17,20 +17,23 @@ constexpr auto kCampaigns =
     R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":1000000}})";
 
 /// Serves until it is killed, or its parent is.
-[[noreturn]] void serve(BenchServer::Manner manner, int ready, std::atomic<std::uint64_t>& received) {
+[[noreturn]] void serve(BenchServer::Manner manner, int ready,
+                        std::atomic<std::uint64_t>& received) {
   httplib::Server server;
   server.set_keep_alive_max_count(1000000);
   server.set_tcp_nodelay(true);
   server.Post("/api", [](const httplib::Request&, httplib::Response& response) {
     response.set_content(kCampaigns, "application/json");
   });
-  server.Post("/listener", [manner, &received](const httplib::Request&, httplib::Response& response) {
-    ++received;
-    using namespace std::chrono_literals;
-    if (manner == BenchServer::Manner::fiftyMilliseconds) std::this_thread::sleep_for(50ms);
-    if (manner == BenchServer::Manner::mute) std::this_thread::sleep_for(1h);
-    response.set_content(R"({"code":0})", "application/json");
-  });
+  server.Post("/listener",
+              [manner, &received](const httplib::Request&, httplib::Response& response) {
+                ++received;
+                using namespace std::chrono_literals;
+                if (manner == BenchServer::Manner::fiftyMilliseconds)
+                  std::this_thread::sleep_for(50ms);
+                if (manner == BenchServer::Manner::mute) std::this_thread::sleep_for(1h);
+                response.set_content(R"({"code":0})", "application/json");
+              });
   const int port = server.bind_to_any_port("127.0.0.1");
   if (write(ready, &port, sizeof port) != sizeof port) _exit(1);
   close(ready);
@@ -41,8 +44,8 @@ constexpr auto kCampaigns =
 }  // namespace
 
 BenchServer::BenchServer(Manner manner) {
-  void* shared = mmap(nullptr, sizeof *received_, PROT_READ | PROT_WRITE,
-                      MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  void* shared =
+      mmap(nullptr, sizeof *received_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   received_ = new (shared) std::atomic<std::uint64_t>(0);
   int ready[2] = {};
   if (pipe(ready) != 0) return;

@@ -42,7 +42,8 @@ void byHand(const std::string& path, const std::string& statement) {
 double took(const std::function<void()>& work) {
   const auto begin = std::chrono::steady_clock::now();
   work();
-  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begin).count();
+  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begin)
+      .count();
 }
 
 KifoLog sample(const RequestTexts& texts, const std::string& id) {
@@ -95,7 +96,8 @@ void storeByHand(const std::string& path, const KifoLog& log) {
 /// Ours and by hand, turn about, so that a noisy moment meets both; some at once, because a deep
 /// table's scan by hand leaves the processor's caches to nobody else.
 void measure(Depth& depth, const RequestTexts& texts, int first) {
-  store(sample(texts, requestId(first)));  // the file is another one: the store counts its rows anew
+  store(
+      sample(texts, requestId(first)));  // the file is another one: the store counts its rows anew
   for (int round = first + 1; round < first + kRoundsAtOnce; ++round) {
     const KifoLog log = sample(texts, requestId(round));
     depth.ourCosts.add(took([&] { store(log); }));
@@ -140,8 +142,8 @@ void storeBench() {
       "");
   row("100 rows stored, ours", microseconds(shallow),
       ratio(shallow / few.handCosts.median()) + " x by hand; wanted at most 1.20");
-  row("10000 rows stored, by hand on a table without indexes", microseconds(many.handCosts.median()),
-      "");
+  row("10000 rows stored, by hand on a table without indexes",
+      microseconds(many.handCosts.median()), "");
   row("10000 rows stored, ours", microseconds(deep),
       ratio(deep / shallow) + " x ours with 100 rows; wanted at most 1.10");
 }

@@ -12,8 +12,7 @@ PrivateBus::PrivateBus() {
                                   "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
                                   "<allow eavesdrop=\"true\"/><allow own=\"*\"/>"
                                   "</policy></busconfig>\n";
-  daemon_.start(
-      {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + configuration});
+  daemon_.start({"dbus-daemon", "--nofork", "--print-address", "--config-file=" + configuration});
   address_ = daemon_.readLine();
   if (address_.empty()) problem_ = "no message bus can be had here";
 }

@@ -22,10 +22,10 @@ struct AppCommunication {
 
 template <>
 struct RecordFields<AppCommunication> {
-  static constexpr auto fields = std::tuple(
-      field("model", &AppCommunication::model),
-      field("configuration", &AppCommunication::configuration),
-      field("blockedEvents", &AppCommunication::blockedEvents));
+  static constexpr auto fields =
+      std::tuple(field("model", &AppCommunication::model),
+                 field("configuration", &AppCommunication::configuration),
+                 field("blockedEvents", &AppCommunication::blockedEvents));
 };
 
 }  // namespace kifo

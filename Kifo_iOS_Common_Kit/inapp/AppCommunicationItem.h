@@ -33,26 +33,31 @@ struct AppCommunicationItem {
   std::shared_ptr<AppCommunicationItemHeader> header;
   std::shared_ptr<AppCommunicationItemText> text;
   std::optional<std::string> image;  ///< URL.
-  std::shared_ptr<AppCommunicationItemAction> action;  ///< What a touch of the popup's body leads to.
+  std::shared_ptr<AppCommunicationItemAction>
+      action;  ///< What a touch of the popup's body leads to.
   std::shared_ptr<AppCommunicationItemButton> submitButton;
-  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>> buttons;  ///< Of a plain popup.
-  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>> choices;  ///< Of a survey.
+  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>>
+      buttons;  ///< Of a plain popup.
+  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>>
+      choices;                               ///< Of a survey.
   std::optional<std::int64_t> maxShowCount;  ///< How often it may be shown on this device.
   std::optional<std::string> applicationName;
   std::optional<std::string> scenario;
   std::optional<std::string> bgColor;  ///< Hex text.
   std::shared_ptr<AppCommunicationItemQuestion> question;
   std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>> emojiList;
-  std::optional<std::vector<std::shared_ptr<AppCommunicationItemImage>>> images;  ///< Of a carousel.
+  std::optional<std::vector<std::shared_ptr<AppCommunicationItemImage>>>
+      images;  ///< Of a carousel.
   std::optional<bool> sliderSupport;
   std::optional<std::string> businessCategory;
   std::optional<std::int64_t> minScore;
   std::optional<std::int64_t> maxScore;
-  std::optional<bool> intervalCheckBox;  ///< Whether `interval` counts.
+  std::optional<bool> intervalCheckBox;   ///< Whether `interval` counts.
   std::optional<bool> selectionCheckBox;  ///< Whether `selection` counts.
   std::optional<Selection> selection;
   std::optional<DefaultFreeText> defaultFreeText;
-  std::optional<bool> defaultFreeTextCheckBox;  ///< False: only choices that ask for it show the free-text field.
+  std::optional<bool>
+      defaultFreeTextCheckBox;  ///< False: only choices that ask for it show the free-text field.
   std::optional<Interval> interval;
   std::optional<Coupon> coupon;
 };
@@ -60,16 +65,12 @@ struct AppCommunicationItem {
 template <>
 struct RecordFields<AppCommunicationItem> {
   static constexpr auto fields = std::tuple(
-      field("type", &AppCommunicationItem::type),
-      field("uuid", &AppCommunicationItem::uuid),
-      field("code", &AppCommunicationItem::code),
-      field("name", &AppCommunicationItem::name),
+      field("type", &AppCommunicationItem::type), field("uuid", &AppCommunicationItem::uuid),
+      field("code", &AppCommunicationItem::code), field("name", &AppCommunicationItem::name),
       field("expireDate", &AppCommunicationItem::expireDate),
       field("triggeringEventName", &AppCommunicationItem::triggeringEventName),
-      field("header", &AppCommunicationItem::header),
-      field("text", &AppCommunicationItem::text),
-      field("image", &AppCommunicationItem::image),
-      field("action", &AppCommunicationItem::action),
+      field("header", &AppCommunicationItem::header), field("text", &AppCommunicationItem::text),
+      field("image", &AppCommunicationItem::image), field("action", &AppCommunicationItem::action),
       field("submitButton", &AppCommunicationItem::submitButton),
       field("buttons", &AppCommunicationItem::buttons),
       field("choices", &AppCommunicationItem::choices),

@@ -17,9 +17,8 @@ struct AppCommunicationItemAction {
 
 template <>
 struct RecordFields<AppCommunicationItemAction> {
-  static constexpr auto fields = std::tuple(
-      field("link", &AppCommunicationItemAction::link),
-      field("type", &AppCommunicationItemAction::type));
+  static constexpr auto fields = std::tuple(field("link", &AppCommunicationItemAction::link),
+                                            field("type", &AppCommunicationItemAction::type));
 };
 
 }  // namespace kifo

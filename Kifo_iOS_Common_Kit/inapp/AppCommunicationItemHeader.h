@@ -17,9 +17,8 @@ struct AppCommunicationItemHeader {
 
 template <>
 struct RecordFields<AppCommunicationItemHeader> {
-  static constexpr auto fields = std::tuple(
-      field("text", &AppCommunicationItemHeader::text),
-      field("color", &AppCommunicationItemHeader::color));
+  static constexpr auto fields = std::tuple(field("text", &AppCommunicationItemHeader::text),
+                                            field("color", &AppCommunicationItemHeader::color));
 };
 
 }  // namespace kifo

@@ -16,8 +16,7 @@ struct AppCommunicationItemImage {
 
 template <>
 struct RecordFields<AppCommunicationItemImage> {
-  static constexpr auto fields = std::tuple(
-      field("url", &AppCommunicationItemImage::url));
+  static constexpr auto fields = std::tuple(field("url", &AppCommunicationItemImage::url));
 };
 
 }  // namespace kifo

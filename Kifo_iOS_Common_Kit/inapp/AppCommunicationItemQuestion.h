@@ -17,9 +17,8 @@ struct AppCommunicationItemQuestion {
 
 template <>
 struct RecordFields<AppCommunicationItemQuestion> {
-  static constexpr auto fields = std::tuple(
-      field("text", &AppCommunicationItemQuestion::text),
-      field("color", &AppCommunicationItemQuestion::color));
+  static constexpr auto fields = std::tuple(field("text", &AppCommunicationItemQuestion::text),
+                                            field("color", &AppCommunicationItemQuestion::color));
 };
 
 }  // namespace kifo

@@ -16,8 +16,7 @@ struct BlockedEvents {
 
 template <>
 struct RecordFields<BlockedEvents> {
-  static constexpr auto fields = std::tuple(
-      field("name", &BlockedEvents::name));
+  static constexpr auto fields = std::tuple(field("name", &BlockedEvents::name));
 };
 
 }  // namespace kifo

@@ -10,15 +10,14 @@ namespace kifo {
 ///
 /// A value: copies are independent.
 struct Border {
-  std::string color;  ///< Hex text.
+  std::string color;      ///< Hex text.
   std::string thickness;  ///< A number written as text, logical pixels.
 };
 
 template <>
 struct RecordFields<Border> {
-  static constexpr auto fields = std::tuple(
-      field("color", &Border::color),
-      field("thickness", &Border::thickness));
+  static constexpr auto fields =
+      std::tuple(field("color", &Border::color), field("thickness", &Border::thickness));
 };
 
 }  // namespace kifo

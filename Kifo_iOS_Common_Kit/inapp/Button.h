@@ -9,15 +9,14 @@ namespace kifo {
 ///
 /// A value: copies are independent.
 struct Button {
-  CouponCode active;  ///< Before.
+  CouponCode active;    ///< Before.
   CouponCode inactive;  ///< After.
 };
 
 template <>
 struct RecordFields<Button> {
-  static constexpr auto fields = std::tuple(
-      field("active", &Button::active),
-      field("inactive", &Button::inactive));
+  static constexpr auto fields =
+      std::tuple(field("active", &Button::active), field("inactive", &Button::inactive));
 };
 
 }  // namespace kifo

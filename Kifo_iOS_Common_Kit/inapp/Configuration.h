@@ -14,14 +14,14 @@ namespace kifo {
 struct Configuration {
   std::optional<std::string> id;
   bool stopAllEvents = false;  ///< Required: without it the whole answer does not decode.
-  std::optional<std::int64_t> offlineQueueSize;  ///< How many never-tried requests may be stored; absent counts as 0.
+  std::optional<std::int64_t>
+      offlineQueueSize;  ///< How many never-tried requests may be stored; absent counts as 0.
 };
 
 template <>
 struct RecordFields<Configuration> {
   static constexpr auto fields = std::tuple(
-      field("id", &Configuration::id),
-      field("stopAllEvents", &Configuration::stopAllEvents),
+      field("id", &Configuration::id), field("stopAllEvents", &Configuration::stopAllEvents),
       field("offlineQueueSize", &Configuration::offlineQueueSize));
 };
 

@@ -18,10 +18,9 @@ struct Coupon {
 
 template <>
 struct RecordFields<Coupon> {
-  static constexpr auto fields = std::tuple(
-      field("code", &Coupon::code),
-      field("button", &Coupon::button),
-      field("border", &Coupon::border));
+  static constexpr auto fields =
+      std::tuple(field("code", &Coupon::code), field("button", &Coupon::button),
+                 field("border", &Coupon::border));
 };
 
 }  // namespace kifo

@@ -17,9 +17,8 @@ struct DefaultFreeText {
 
 template <>
 struct RecordFields<DefaultFreeText> {
-  static constexpr auto fields = std::tuple(
-      field("textColor", &DefaultFreeText::textColor),
-      field("questionText", &DefaultFreeText::questionText));
+  static constexpr auto fields = std::tuple(field("textColor", &DefaultFreeText::textColor),
+                                            field("questionText", &DefaultFreeText::questionText));
 };
 
 }  // namespace kifo

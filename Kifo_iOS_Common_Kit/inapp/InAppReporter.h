@@ -22,7 +22,8 @@ struct InAppAnswer {
   std::optional<ChoiseFieldModel> choiseField = std::nullopt;
 };
 
-/// Where the popup side reports what happened to a campaign; the event manager turns it into events.
+/// Where the popup side reports what happened to a campaign; the event manager turns it into
+/// events.
 ///
 /// **Threading:** thread-safe; returns at once.
 class KIFO_EXPORT InAppReporter {

@@ -16,9 +16,8 @@ struct Interval {
 
 template <>
 struct RecordFields<Interval> {
-  static constexpr auto fields = std::tuple(
-      field("fromValue", &Interval::fromValue),
-      field("toValue", &Interval::toValue));
+  static constexpr auto fields =
+      std::tuple(field("fromValue", &Interval::fromValue), field("toValue", &Interval::toValue));
 };
 
 }  // namespace kifo

@@ -32,10 +32,12 @@ class KIFO_EXPORT PopupManager {
                                                    Handler handler);
   void showNotificationEmojiPopUpWindow(std::shared_ptr<ViewController> controller,
                                         std::optional<std::string> pageName,
-                                        std::shared_ptr<AppCommunicationItem> item, Handler handler);
+                                        std::shared_ptr<AppCommunicationItem> item,
+                                        Handler handler);
   void showNotificationScorePopUpWindow(std::shared_ptr<ViewController> controller,
                                         std::optional<std::string> pageName,
-                                        std::shared_ptr<AppCommunicationItem> item, Handler handler);
+                                        std::shared_ptr<AppCommunicationItem> item,
+                                        Handler handler);
   void showNotificationOpenEndedPopUpWindow(std::shared_ptr<ViewController> controller,
                                             std::optional<std::string> pageName,
                                             std::shared_ptr<AppCommunicationItem> item,

@@ -35,9 +35,9 @@ struct PopupPreferences {
   std::optional<std::string> pageName;
 };
 
-/// The colour that a hexadecimal text stands for. Characters that are neither letters nor digits are
-/// trimmed from both ends; then 8 characters are alpha, red, green, blue, 6 are red, green, blue, 3
-/// are one digit a channel, and any other length is opaque black. Never fails.
+/// The colour that a hexadecimal text stands for. Characters that are neither letters nor digits
+/// are trimmed from both ends; then 8 characters are alpha, red, green, blue, 6 are red, green,
+/// blue, 3 are one digit a channel, and any other length is opaque black. Never fails.
 KIFO_EXPORT Color colorFromHex(std::string_view text);
 
 }  // namespace kifo

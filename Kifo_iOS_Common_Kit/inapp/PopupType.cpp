@@ -11,7 +11,9 @@ constexpr std::array kRawValues{"POPUP"sv, "SURVEY"sv, "EMOJI"sv, "SCORE"sv, "OP
 
 }  // namespace
 
-std::string_view rawValue(PopupType value) { return kRawValues[static_cast<std::size_t>(value)]; }
+std::string_view rawValue(PopupType value) {
+  return kRawValues[static_cast<std::size_t>(value)];
+}
 
 std::optional<PopupType> popupType(std::string_view text) {
   for (std::size_t ordinal = 0; ordinal < kRawValues.size(); ++ordinal) {

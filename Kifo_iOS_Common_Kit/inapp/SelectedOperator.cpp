@@ -9,8 +9,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::array kRawValues{"GREATER_THAN"sv, "GREATER_THAN_EQUAL_TO"sv, "LESS_THAN"sv,
-                                "LESS_THAN_EQUAL_TO"sv, "IS_EQUAL_TO"sv, "NOT_EQUAL_TO"sv};
+constexpr std::array kRawValues{"GREATER_THAN"sv, "GREATER_THAN_EQUAL_TO"sv,
+                                "LESS_THAN"sv,    "LESS_THAN_EQUAL_TO"sv,
+                                "IS_EQUAL_TO"sv,  "NOT_EQUAL_TO"sv};
 
 }  // namespace
 
@@ -29,6 +30,8 @@ bool read(const nlohmann::json& json, SelectedOperator& value) {
   return false;
 }
 
-nlohmann::json write(SelectedOperator value) { return std::string(rawValue(value)); }
+nlohmann::json write(SelectedOperator value) {
+  return std::string(rawValue(value));
+}
 
 }  // namespace kifo

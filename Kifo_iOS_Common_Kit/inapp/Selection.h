@@ -18,8 +18,7 @@ struct Selection {
 template <>
 struct RecordFields<Selection> {
   static constexpr auto fields = std::tuple(
-      field("value", &Selection::value),
-      field("selectedOperator", &Selection::selectedOperator));
+      field("value", &Selection::value), field("selectedOperator", &Selection::selectedOperator));
 };
 
 }  // namespace kifo

@@ -97,8 +97,8 @@ std::shared_ptr<const AttachmentFile> AttachmentFile::write(std::string_view byt
   const fs::path parent = orSystems(Platform::current()->temporaryDirectory);
   sweepOnce(parent.string());
   fs::create_directories(parent);
-  const std::string name =
-      std::string(PREFIX) + std::to_string(getpid()) + "-" + Platform::current()->identifiers->uuid();
+  const std::string name = std::string(PREFIX) + std::to_string(getpid()) + "-" +
+                           Platform::current()->identifiers->uuid();
   const fs::path directory = parent / name;
   // Someone else's directory of this name is neither written to nor removed.
   if (!fs::create_directory(directory)) throw std::runtime_error(directory.string() + " exists");

@@ -22,11 +22,17 @@ constexpr unsigned FOREGROUND = 4;
 
 std::atomic<CollectionView*> shownCollectionView = nullptr;
 
-std::string tag() { return logTag("NotificationManager"); }
+std::string tag() {
+  return logTag("NotificationManager");
+}
 
-void print(std::string_view message) { Console::print(tag(), message); }
+void print(std::string_view message) {
+  Console::print(tag(), message);
+}
 
-std::string orEmpty(const std::optional<std::string>& text) { return text.value_or(""); }
+std::string orEmpty(const std::optional<std::string>& text) {
+  return text.value_or("");
+}
 
 std::shared_ptr<AppCommunicationItemButton> buttonOf(const NotificationAppCommunicationItem& item,
                                                      const std::string& id) {
@@ -37,12 +43,13 @@ std::shared_ptr<AppCommunicationItemButton> buttonOf(const NotificationAppCommun
 }
 
 void reportReceived(const NotificationAppCommunicationItem& item) {
-  KifoEventManager::sendPushNotificationReceivedEvent(
-      orEmpty(item.pushToken), orEmpty(item.actorId), orEmpty(item.uuid), orEmpty(item.code),
-      orEmpty(item.scenario));
+  KifoEventManager::sendPushNotificationReceivedEvent(orEmpty(item.pushToken),
+                                                      orEmpty(item.actorId), orEmpty(item.uuid),
+                                                      orEmpty(item.code), orEmpty(item.scenario));
 }
 
-/// A push without buttons registers the category too, so that it does not get those of the last one.
+/// A push without buttons registers the category too, so that it does not get those of the last
+/// one.
 void takeCampaign(const NotificationAppCommunicationItem& item, NotificationContent& content) {
   reportReceived(item);
   if (item.buttons && !item.buttons->empty()) {
@@ -118,8 +125,12 @@ void NotificationManager::registerCategory(NotificationContent* content,
   Platform::current()->notifications->setNotificationCategories({std::move(category)});
 }
 
-CollectionView* NotificationManager::collectionView() { return shownCollectionView; }
+CollectionView* NotificationManager::collectionView() {
+  return shownCollectionView;
+}
 
-void NotificationManager::setCollectionView(CollectionView* view) { shownCollectionView = view; }
+void NotificationManager::setCollectionView(CollectionView* view) {
+  shownCollectionView = view;
+}
 
 }  // namespace kifo

@@ -35,18 +35,18 @@ class KIFO_EXPORT NotificationManager {
   /// Asks the notification centre for the permission; the session's status follows when it answers.
   static void refreshNotificationPermissionStatusType();
 
-  /// Reports a tap on a push as clicked and hands its action to `actionCallback`: that of the tapped
-  /// button, else the push's own; null when there is none. A push without a readable campaign is
-  /// neither reported nor handed on.
+  /// Reports a tap on a push as clicked and hands its action to `actionCallback`: that of the
+  /// tapped button, else the push's own; null when there is none. A push without a readable
+  /// campaign is neither reported nor handed on.
   static void handleNotification(const UserInfo& userInfo, const NotificationResponse& response,
                                  const ActionCallback& actionCallback);
 
-  /// Prepares a push for being shown: reports it as received, registers its buttons and attaches its
-  /// image. `contentHandler` runs once, before this returns; only a request without content has it
-  /// not run at all.
+  /// Prepares a push for being shown: reports it as received, registers its buttons and attaches
+  /// its image. `contentHandler` runs once, before this returns; only a request without content has
+  /// it not run at all.
   ///
-  /// **Threading:** loads the image on the calling thread and waits for it, 7 seconds at most. Never
-  /// call it on the UI thread.
+  /// **Threading:** loads the image on the calling thread and waits for it, 7 seconds at most.
+  /// Never call it on the UI thread.
   static void didReceive(const NotificationRequest& request, const ContentHandler& contentHandler);
 
   /// Makes the category of `buttons` the only one there is and `content`, when given, one of it. A

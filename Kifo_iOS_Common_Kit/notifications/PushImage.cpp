@@ -1,9 +1,9 @@
 #include "Kifo_iOS_Common_Kit/notifications/PushImage.h"
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <condition_variable>
-#include <cctype>
 #include <memory>
 #include <mutex>
 #include <utility>

@@ -9,7 +9,9 @@
 namespace kifo::tool {
 namespace {
 
-bool startsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
+bool startsCharacter(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+}
 
 }  // namespace
 
@@ -20,7 +22,8 @@ Terminal::Terminal(int descriptor)
 std::string Terminal::paint(Color color, std::string_view text) const {
   if (!hasColor_) return std::string(text);
   constexpr const char* codes[] = {"31", "32", "33", "90"};
-  return std::string("\033[") + codes[static_cast<int>(color)] + "m" + std::string(text) + "\033[0m";
+  return std::string("\033[") + codes[static_cast<int>(color)] + "m" + std::string(text) +
+         "\033[0m";
 }
 
 std::string Terminal::plain(std::string_view text) {

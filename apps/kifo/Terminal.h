@@ -5,8 +5,8 @@
 
 namespace kifo::tool {
 
-/// How text is written for a person. Colour appears on a terminal alone, and not where NO_COLOR asks
-/// for none.
+/// How text is written for a person. Colour appears on a terminal alone, and not where NO_COLOR
+/// asks for none.
 ///
 /// **Threading:** immutable.
 class Terminal {

@@ -27,8 +27,8 @@ class SignalsBlocked {
   sigset_t previous_{};
 };
 
-/// Puts the calling thread behind the host's: its waking up preempts nobody, and a host that runs in
-/// real time does not hand its priority on.
+/// Puts the calling thread behind the host's: its waking up preempts nobody, and a host that runs
+/// in real time does not hand its priority on.
 void standBack() {
   const sched_param none{};
   pthread_setschedparam(pthread_self(), SCHED_BATCH, &none);

@@ -13,8 +13,8 @@ namespace kifo {
 /// One thread of the SDK: started when it is needed, waited for within a bound, and let go when it
 /// does not come back by then.
 ///
-/// **Threading:** thread-safe. The host's signals are never delivered to the thread, and the thread's
-/// waking up preempts nobody (SCHED_BATCH), whatever the policy of its maker.
+/// **Threading:** thread-safe. The host's signals are never delivered to the thread, and the
+/// thread's waking up preempts nobody (SCHED_BATCH), whatever the policy of its maker.
 /// **Ownership:** a thread that was let go may run on: its body must hold whatever it touches.
 class Worker {
  public:

@@ -13,8 +13,8 @@ namespace kifo {
 /// run in order. When too many wait, the oldest is dropped.
 ///
 /// **Threading:** thread-safe.
-/// **Ownership:** the end of the worker drops what has not begun and waits for nothing: a task that is
-/// running ends by itself, so it must own whatever it touches.
+/// **Ownership:** the end of the worker drops what has not begun and waits for nothing: a task that
+/// is running ends by itself, so it must own whatever it touches.
 class BackgroundWorker {
  public:
   using Task = std::function<void()>;

@@ -16,7 +16,7 @@ struct DesktopNotification {
   std::string identifier;  ///< The host's; one that is shown is replaced by the next of the same.
   std::shared_ptr<const NotificationContent> content;  ///< Keeps the image's file.
   std::vector<NotificationAction> actions;             ///< Its category's when it was handed over.
-  int attempts = 0;                                    ///< How often the service was asked to show it.
+  int attempts = 0;  ///< How often the service was asked to show it.
 };
 
 }  // namespace kifo

@@ -19,12 +19,15 @@ namespace {
 
 constexpr std::size_t MOST_WAITING_PUSHES = 64;
 
-std::string tag() { return logTag("DesktopNotificationCentre"); }
+std::string tag() {
+  return logTag("DesktopNotificationCentre");
+}
 
-int milliseconds(double seconds) { return static_cast<int>(seconds * 1000.0); }
+int milliseconds(double seconds) {
+  return static_cast<int>(seconds * 1000.0);
+}
 
-DesktopNotificationService::Settings settingsOf(
-    const DesktopNotificationCentre::Options& options) {
+DesktopNotificationService::Settings settingsOf(const DesktopNotificationCentre::Options& options) {
   DesktopNotificationService::Settings settings;
   settings.application = {QString::fromStdString(options.applicationName),
                           QString::fromStdString(options.applicationIcon),
@@ -39,11 +42,11 @@ DesktopNotificationService::Settings settingsOf(
 
 void clicked(const DesktopNotificationLedger::Click& click,
              const DesktopNotificationCentre::ClickHandler& onClick) {
-  NotificationManager::handleNotification(
-      click.content->userInfo, {click.actionIdentifier},
-      [&](std::shared_ptr<AppCommunicationItemAction> action) {
-        callHost(tag(), onClick, std::move(action), click.activationToken);
-      });
+  NotificationManager::handleNotification(click.content->userInfo, {click.actionIdentifier},
+                                          [&](std::shared_ptr<AppCommunicationItemAction> action) {
+                                            callHost(tag(), onClick, std::move(action),
+                                                     click.activationToken);
+                                          });
 }
 
 }  // namespace
@@ -58,8 +61,8 @@ struct DesktopNotificationCentre::Shared {
 
   std::vector<NotificationAction> actionsOf(const std::string& categoryIdentifier) {
     const std::lock_guard lock(mutex);
-    const auto found = std::ranges::find(categories, categoryIdentifier,
-                                         &NotificationCategory::identifier);
+    const auto found =
+        std::ranges::find(categories, categoryIdentifier, &NotificationCategory::identifier);
     return found == categories.end() ? std::vector<NotificationAction>() : found->actions;
   }
 
@@ -108,7 +111,9 @@ void DesktopNotificationCentre::deliver(UserInfo userInfo, std::string identifie
   if (!kept) Console::print(tag(), "too many pushes wait for their images: the oldest was dropped");
 }
 
-void DesktopNotificationCentre::show(const NotificationRequest& request) { shared_->show(request); }
+void DesktopNotificationCentre::show(const NotificationRequest& request) {
+  shared_->show(request);
+}
 
 void DesktopNotificationCentre::close(const std::string& identifier) {
   shared_->link->post(

@@ -27,27 +27,28 @@ class DesktopNotificationService;
 ///
 /// Whatever state the desktop is in, nothing waits for it: a service that is missing, starts late,
 /// hangs or restarts gets the notifications when it is there again. Images, buttons and events are
-/// `NotificationManager`'s; a push is reported as clicked at most once, and as dismissed only when the
-/// service says that the user did it. The permission is authorized when a service answers, denied when
-/// there is none or it inhibits notifications, and not determined until it is known.
+/// `NotificationManager`'s; a push is reported as clicked at most once, and as dismissed only when
+/// the service says that the user did it. The permission is authorized when a service answers,
+/// denied when there is none or it inhibits notifications, and not determined until it is known.
 ///
-/// **Threading:** made on the UI thread, with a QApplication running; afterwards thread-safe. Clicks
-/// come on the UI thread. `deliver` returns at once and does its loading on a thread of its own, one
-/// push after another.
-/// **Ownership:** may end at any time and on any thread; what is on the desktop then stays there and
-/// its clicks find nobody.
+/// **Threading:** made on the UI thread, with a QApplication running; afterwards thread-safe.
+/// Clicks come on the UI thread. `deliver` returns at once and does its loading on a thread of its
+/// own, one push after another.
+/// **Ownership:** may end at any time and on any thread; what is on the desktop then stays there
+/// and its clicks find nobody.
 /// **Errors:** none are reported; what the desktop refuses is a console line.
 class KIFO_EXPORT DesktopNotificationCentre final : public NotificationCentre {
  public:
   struct Options {
     std::string applicationName = {};  ///< Shown with every notification; its title if it has none.
     std::string applicationIcon = {};  ///< Name in the icon theme, or a path.
-    std::string desktopEntry = {};     ///< The .desktop file's name without suffix: desktops group by it.
-    std::string openLabel = "Open";    ///< What desktops that list it call the tap on the body.
-    std::string busAddress = {};       ///< Another bus than the session's.
-    bool imagesAsData = false;         ///< For desktops that cannot read this program's files.
-    double dismissalGrace = 1.0;       ///< Seconds after a close in which a click still counts.
-    double retryInterval = 5.0;        ///< Seconds between two looks for a missing service.
+    std::string desktopEntry =
+        {};  ///< The .desktop file's name without suffix: desktops group by it.
+    std::string openLabel = "Open";  ///< What desktops that list it call the tap on the body.
+    std::string busAddress = {};     ///< Another bus than the session's.
+    bool imagesAsData = false;       ///< For desktops that cannot read this program's files.
+    double dismissalGrace = 1.0;     ///< Seconds after a close in which a click still counts.
+    double retryInterval = 5.0;      ///< Seconds between two looks for a missing service.
   };
 
   /// Told what a click leads to (null when the push names nothing), and the token with which the

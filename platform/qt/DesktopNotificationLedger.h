@@ -13,9 +13,9 @@
 
 namespace kifo {
 
-/// Knows what is on the desktop under which number, and what a signal about it may honestly be taken
-/// for: an action wins over a close whichever comes first, a push is clicked at most once, and only a
-/// close that the service puts down to the user is a dismissal.
+/// Knows what is on the desktop under which number, and what a signal about it may honestly be
+/// taken for: an action wins over a close whichever comes first, a push is clicked at most once,
+/// and only a close that the service puts down to the user is a dismissal.
 ///
 /// A notification that was closed is remembered for a while, without its image: services keep
 /// histories, from which it may still be clicked.
@@ -49,8 +49,8 @@ class DesktopNotificationLedger {
   [[nodiscard]] std::optional<Id> idOf(const std::string& identifier) const;
 
   void activationToken(Id id, std::string token);
-  /// The click that the signal stands for; none when the push was clicked before, or when nothing of
-  /// that name was offered.
+  /// The click that the signal stands for; none when the push was clicked before, or when nothing
+  /// of that name was offered.
   std::optional<Click> actionInvoked(Id id, const std::string& key);
 
   /// The entry that the user dismissed, for `settle`; null when nothing of the sort may be claimed.

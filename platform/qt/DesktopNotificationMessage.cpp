@@ -30,8 +30,8 @@ QString readable(const std::string& text, qsizetype longest) {
 
 QString summaryOf(const NotificationContent& content, const DesktopCapabilities& capabilities,
                   const DesktopApplication& application) {
-  const QString title = content.title.empty() ? application.name
-                                              : readable(content.title, LONGEST_TITLE);
+  const QString title =
+      content.title.empty() ? application.name : readable(content.title, LONGEST_TITLE);
   if (capabilities.body || content.body.empty()) return title;
   return title + QStringLiteral(": ") + readable(content.body, LONGEST_BODY);
 }

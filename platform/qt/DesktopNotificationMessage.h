@@ -34,9 +34,9 @@ struct DesktopPicture {
   std::optional<NotificationImage> data = std::nullopt;  ///< Set: the pixels.
 };
 
-/// The arguments of Notify, written for what the service can do: without markup the texts go as they
-/// are, with it what the push carries is escaped; a service without bodies gets the body with the
-/// title; one without actions gets none.
+/// The arguments of Notify, written for what the service can do: without markup the texts go as
+/// they are, with it what the push carries is escaped; a service without bodies gets the body with
+/// the title; one without actions gets none.
 QVariantList notifyArguments(const DesktopNotification& notification, std::uint32_t replaces,
                              const DesktopCapabilities& capabilities,
                              const DesktopApplication& application, const DesktopPicture& picture);

@@ -34,22 +34,23 @@ void print(std::string_view message) {
   Console::print(logTag("DesktopNotificationCentre"), message);
 }
 
-QDBusMessage methodCall(const QString& destination, const QString& interface,
-                        const QString& method, const QVariantList& arguments = {}) {
+QDBusMessage methodCall(const QString& destination, const QString& interface, const QString& method,
+                        const QVariantList& arguments = {}) {
   auto message = QDBusMessage::createMethodCall(destination, PATH, interface, method);
   message.setArguments(arguments);
   return message;
 }
 
-bool isError(const QDBusMessage& reply) { return reply.type() == QDBusMessage::ErrorMessage; }
+bool isError(const QDBusMessage& reply) {
+  return reply.type() == QDBusMessage::ErrorMessage;
+}
 
 /// The bus itself says that nobody bears the service's name and nobody could be started.
 bool saysNoService(const QDBusMessage& reply) {
-  static const QStringList names = {
-      QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"),
-      QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner"),
-      QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"),
-      QStringLiteral("org.freedesktop.DBus.Error.TimedOut")};
+  static const QStringList names = {QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.TimedOut")};
   return isError(reply) &&
          (names.contains(reply.errorName()) ||
           reply.errorName().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn.")));
@@ -75,8 +76,7 @@ QString imagePathOf(const DesktopNotification& notification) {
 
 }  // namespace
 
-bool DesktopNotificationService::Link::post(
-    std::function<void(DesktopNotificationService&)> task) {
+bool DesktopNotificationService::Link::post(std::function<void(DesktopNotificationService&)> task) {
   const std::lock_guard lock(mutex_);
   if (!service_) return false;
   return QMetaObject::invokeMethod(
@@ -111,9 +111,8 @@ void DesktopNotificationService::connectToBus() {
     const auto made = address.isEmpty()
                           ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
                           : QDBusConnection::connectToBus(address, name);
-    const bool taken = link->post([made](DesktopNotificationService& service) {
-      service.connected(made);
-    });
+    const bool taken =
+        link->post([made](DesktopNotificationService& service) { service.connected(made); });
     if (!taken) QDBusConnection::disconnectFromBus(name);
   }).detach();
 }
@@ -132,8 +131,8 @@ void DesktopNotificationService::connected(const QDBusConnection& connection) {
   ask();
 }
 
-/// The signals are taken from anybody and sifted by their sender: naming the service here would have
-/// Qt look up its owner and wait for the answer.
+/// The signals are taken from anybody and sifted by their sender: naming the service here would
+/// have Qt look up its owner and wait for the answer.
 void DesktopNotificationService::subscribe() {
   QDBusConnection& bus = *connection_;
   const auto hear = [&](const char* signal, const char* slot) {
@@ -199,8 +198,9 @@ void DesktopNotificationService::answered(const QDBusMessage& reply) {
   }
   ready_ = true;
   owner_ = reply.service();
-  capabilities_ = isError(reply) ? DesktopCapabilities()
-                                 : DesktopCapabilities::of(reply.arguments().value(0).toStringList());
+  capabilities_ = isError(reply)
+                      ? DesktopCapabilities()
+                      : DesktopCapabilities::of(reply.arguments().value(0).toStringList());
   readInhibited();
   drain();
 }
@@ -209,13 +209,14 @@ void DesktopNotificationService::answered(const QDBusMessage& reply) {
 void DesktopNotificationService::readInhibited() {
   if (readingInhibited_) return;
   readingInhibited_ = true;
-  call(methodCall(owner_, PROPERTIES, QStringLiteral("Get"), {SERVICE, QStringLiteral("Inhibited")}),
-       [this](const QDBusMessage& reply) {
-         readingInhibited_ = false;
-         if (saysServiceWent(reply) || saysNoService(reply)) return;
-         const auto value = reply.arguments().value(0).value<QDBusVariant>().variant();
-         setStatus(!isError(reply) && value.toBool() ? denied : authorized);
-       });
+  call(
+      methodCall(owner_, PROPERTIES, QStringLiteral("Get"), {SERVICE, QStringLiteral("Inhibited")}),
+      [this](const QDBusMessage& reply) {
+        readingInhibited_ = false;
+        if (saysServiceWent(reply) || saysNoService(reply)) return;
+        const auto value = reply.arguments().value(0).value<QDBusVariant>().variant();
+        setStatus(!isError(reply) && value.toBool() ? denied : authorized);
+      });
 }
 
 void DesktopNotificationService::serviceWent() {
@@ -227,7 +228,9 @@ void DesktopNotificationService::serviceWent() {
   if (waiting() > 0) lookLater();
 }
 
-void DesktopNotificationService::setStatus(int status) { listener_.statusChanged(status); }
+void DesktopNotificationService::setStatus(int status) {
+  listener_.statusChanged(status);
+}
 
 void DesktopNotificationService::onNameOwnerChanged(const QDBusMessage& signal) {
   if (signal.service() != BUS) return;
@@ -263,9 +266,8 @@ void DesktopNotificationService::show(DesktopNotification notification) {
 }
 
 void DesktopNotificationService::close(const std::string& identifier) {
-  std::erase_if(queue_, [&](const DesktopNotification& waits) {
-    return waits.identifier == identifier;
-  });
+  std::erase_if(queue_,
+                [&](const DesktopNotification& waits) { return waits.identifier == identifier; });
   if (underWay_ && underWay_->notification.identifier == identifier) underWay_->close = true;
   if (const auto id = ledger_.idOf(identifier)) closeOnDesktop(*id);
 }
@@ -292,14 +294,13 @@ void DesktopNotificationService::send() {
 }
 
 void DesktopNotificationService::sendWithPixels() {
-  ImageDecoders::start(
-      [link = link_, path = underWay_->picture.path, generation = generation_] {
-        link->post([generation, pixels = NotificationImage::read(path)](auto& service) {
-          if (generation != service.generation_) return;
-          service.underWay_->picture = {{}, pixels};
-          service.send();
-        });
-      });
+  ImageDecoders::start([link = link_, path = underWay_->picture.path, generation = generation_] {
+    link->post([generation, pixels = NotificationImage::read(path)](auto& service) {
+      if (generation != service.generation_) return;
+      service.underWay_->picture = {{}, pixels};
+      service.send();
+    });
+  });
 }
 
 void DesktopNotificationService::sent(const QDBusMessage& reply) {
@@ -356,10 +357,12 @@ void DesktopNotificationService::dropOldest() {
   }
 }
 
-/// Calls go to the service that gave the number: under the name alone they might reach the next one.
+/// Calls go to the service that gave the number: under the name alone they might reach the next
+/// one.
 void DesktopNotificationService::closeOnDesktop(Id id) {
   ledger_.closed(id, UNDEFINED_REASON);
-  call(methodCall(owner_, SERVICE, QStringLiteral("CloseNotification"), {id}), [](const QDBusMessage&) {});
+  call(methodCall(owner_, SERVICE, QStringLiteral("CloseNotification"), {id}),
+       [](const QDBusMessage&) {});
 }
 
 // ---- What the user did

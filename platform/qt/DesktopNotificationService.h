@@ -19,13 +19,14 @@
 
 namespace kifo {
 
-/// Talks to org.freedesktop.Notifications on a bus connection of its own. Every call is asynchronous
-/// and waits for its answer as long as it takes, so that a service that hangs is waited for and not
-/// asked twice; one notification is under way at a time, the rest waits in a bounded queue. What a
-/// service had not answered, or still showed, when it went is shown by the next one.
+/// Talks to org.freedesktop.Notifications on a bus connection of its own. Every call is
+/// asynchronous and waits for its answer as long as it takes, so that a service that hangs is
+/// waited for and not asked twice; one notification is under way at a time, the rest waits in a
+/// bounded queue. What a service had not answered, or still showed, when it went is shown by the
+/// next one.
 ///
-/// **Threading:** UI thread only, but for `Link`, through which other threads reach it. The listener
-/// is called on the UI thread and may destroy the service.
+/// **Threading:** UI thread only, but for `Link`, through which other threads reach it. The
+/// listener is called on the UI thread and may destroy the service.
 class DesktopNotificationService : public QObject {
   Q_OBJECT
 
@@ -35,11 +36,11 @@ class DesktopNotificationService : public QObject {
 
   struct Settings {
     DesktopApplication application;
-    QString busAddress;              ///< Empty: the session's bus.
-    bool imagesAsData = false;       ///< Never name a file to the service.
-    int dismissalGrace = 1000;       ///< Milliseconds in which an action may follow a close.
-    int retryInterval = 5000;        ///< Milliseconds between two looks for a service that is missing.
-    std::size_t capacity = 32;       ///< Notifications that wait for the service.
+    QString busAddress;         ///< Empty: the session's bus.
+    bool imagesAsData = false;  ///< Never name a file to the service.
+    int dismissalGrace = 1000;  ///< Milliseconds in which an action may follow a close.
+    int retryInterval = 5000;   ///< Milliseconds between two looks for a service that is missing.
+    std::size_t capacity = 32;  ///< Notifications that wait for the service.
   };
 
   struct Listener {
@@ -131,19 +132,19 @@ class DesktopNotificationService : public QObject {
 
   std::optional<QDBusConnection> connection_;
   QString connectionName_;
-  QString owner_;                 ///< The service's unique name; empty while there is none.
+  QString owner_;  ///< The service's unique name; empty while there is none.
   DesktopCapabilities capabilities_;
-  quint64 generation_ = 0;        ///< Counts services, so that answers of one that went are dropped.
+  quint64 generation_ = 0;  ///< Counts services, so that answers of one that went are dropped.
   bool connecting_ = false;
   bool asking_ = false;
-  bool ready_ = false;            ///< The service has told what it can do.
+  bool ready_ = false;  ///< The service has told what it can do.
   bool readingInhibited_ = false;
   bool lookingLater_ = false;
   QElapsedTimer lastLook_;
 
   std::deque<DesktopNotification> queue_;
   std::optional<UnderWay> underWay_;
-  std::vector<Signal> early_;     ///< Came before the answer that tells their notification's number.
+  std::vector<Signal> early_;  ///< Came before the answer that tells their notification's number.
   DesktopNotificationLedger ledger_;
 };
 

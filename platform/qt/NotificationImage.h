@@ -19,8 +19,9 @@ struct NotificationImage {
   int channels = 4;
   QByteArray pixels;
 
-  /// Reads a picture file, whatever its name says of its format, and makes it no larger than the bus
-  /// should carry; none when it is no picture. **Threading:** any thread; slow for large pictures.
+  /// Reads a picture file, whatever its name says of its format, and makes it no larger than the
+  /// bus should carry; none when it is no picture. **Threading:** any thread; slow for large
+  /// pictures.
   static std::optional<NotificationImage> read(const QString& path);
 };
 

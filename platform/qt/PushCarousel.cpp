@@ -51,7 +51,8 @@ class ArrowButton : public PopupControl<QPushButton> {
     painter.setPen(QPen(theme_.ink, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPolyline(QPolygonF({tip + QPointF(back, -6), tip, tip + QPointF(back, 6)}));
-    if (showsFocus()) paintFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3), 19, theme_.accent);
+    if (showsFocus())
+      paintFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3), 19, theme_.accent);
   }
 
  private:
@@ -116,16 +117,20 @@ void PushCarousel::turnedTo(int index) {
 
 int PushCarousel::heightForWidth(int width) const {
   if (isEmpty()) return 0;
-  const double page = width - (pages_->width() - KifoSliderPushHelper::getSize(pages_, {}, count_).height);
+  const double page =
+      width - (pages_->width() - KifoSliderPushHelper::getSize(pages_, {}, count_).height);
   return static_cast<int>(std::lround(page)) + (count_ > 1 ? CONTROLS : 0);
 }
 
-QSize PushCarousel::sizeHint() const { return {PREFERRED_WIDTH, heightForWidth(PREFERRED_WIDTH)}; }
+QSize PushCarousel::sizeHint() const {
+  return {PREFERRED_WIDTH, heightForWidth(PREFERRED_WIDTH)};
+}
 
 void PushCarousel::resizeEvent(QResizeEvent*) {
   pages_->resize(width(), pages_->height());
   const Size page = KifoSliderPushHelper::getSize(pages_, {}, count_);
-  pages_->setGeometry(0, 0, static_cast<int>(page.width), static_cast<int>(std::max(page.height, 0.0)));
+  pages_->setGeometry(0, 0, static_cast<int>(page.width),
+                      static_cast<int>(std::max(page.height, 0.0)));
   const QRect row(0, pages_->height(), width(), CONTROLS);
   const bool mirrored = layoutDirection() == Qt::RightToLeft;
   const QRect left(0, row.y(), CONTROLS, CONTROLS);

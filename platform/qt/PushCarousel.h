@@ -25,7 +25,8 @@ class PopupCarousel;
 /// ends, as `KifoSliderPushHelper` says. A page is 20 pixels less high than it is wide.
 ///
 /// **Threading:** UI thread only.
-/// **Ownership:** while it lives it is `NotificationManager::collectionView()`, unless a later one is.
+/// **Ownership:** while it lives it is `NotificationManager::collectionView()`, unless a later one
+/// is.
 class KIFO_EXPORT PushCarousel : public QWidget {
   Q_OBJECT
 

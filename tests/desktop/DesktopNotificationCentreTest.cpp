@@ -13,9 +13,9 @@
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "platform/qt/NotificationImage.h"
-#include "tests/desktop/ScriptedNotificationService.h"
 #include "testing/FakePlatform.h"
 #include "testing/PrivateBus.h"
+#include "tests/desktop/ScriptedNotificationService.h"
 
 namespace kifo {
 namespace {
@@ -38,7 +38,8 @@ class DesktopNotificationCentreTest : public ::testing::Test {
 
   void SetUp() override {
     if (!bus_->problem().empty()) GTEST_SKIP() << bus_->problem();
-    Session::shared().updateIdentity([](auto& identity) { identity.listenerUri = "http://listener"; });
+    Session::shared().updateIdentity(
+        [](auto& identity) { identity.listenerUri = "http://listener"; });
     options_.applicationName = "Shop";
     options_.busAddress = bus_->address();
     options_.dismissalGrace = 0.0;
@@ -202,7 +203,8 @@ TEST_F(DesktopNotificationCentreTest, AnImageGoesByItsPathThenAsPixelsThenNotAtA
   start();
   show("push", content);
   ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));
-  EXPECT_EQ(service_->shown()[0].hints["image-path"].toString().toStdString(), "file://" + file->path());
+  EXPECT_EQ(service_->shown()[0].hints["image-path"].toString().toStdString(),
+            "file://" + file->path());
   const auto pixels = qdbus_cast<NotificationImage>(service_->shown()[1].hints["image-data"]);
   EXPECT_EQ(pixels.width, 512);
   EXPECT_EQ(pixels.channels, 4);
@@ -289,7 +291,8 @@ struct Story {
   std::size_t dismissed;
 };
 
-class Stories : public DesktopNotificationCentreTest, public ::testing::WithParamInterface<Story> {};
+class Stories : public DesktopNotificationCentreTest,
+                public ::testing::WithParamInterface<Story> {};
 
 TEST_P(Stories, AreReportedHonestly) {
   // A click that is to come must find the close still standing, however slow the machine is.

@@ -44,7 +44,8 @@ class DunstTest : public ::testing::Test {
 
   void SetUp() override {
     if (!desktop_->problem.isEmpty()) GTEST_SKIP() << desktop_->problem.toStdString();
-    Session::shared().updateIdentity([](auto& identity) { identity.listenerUri = "http://listener"; });
+    Session::shared().updateIdentity(
+        [](auto& identity) { identity.listenerUri = "http://listener"; });
     DesktopNotificationCentre::Options options;
     options.applicationName = "Shop";
     options.busAddress = desktop_->bus.address();
@@ -65,9 +66,8 @@ class DunstTest : public ::testing::Test {
   void startDunst() {
     QFile configuration(desktop_->file(QStringLiteral("dunstrc")));
     ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
-    configuration.write(QString::fromLatin1(CONFIGURATION)
-                            .arg(desktop_->file(QStringLiteral("menu")))
-                            .toUtf8());
+    configuration.write(
+        QString::fromLatin1(CONFIGURATION).arg(desktop_->file(QStringLiteral("menu"))).toUtf8());
     configuration.close();
     dunst_.start({"dunst", "-conf", configuration.fileName().toStdString()},
                  desktop_->environment());
@@ -111,8 +111,7 @@ class DunstTest : public ::testing::Test {
       }
       problem = QString::fromStdString(bus.problem());
       if (!problem.isEmpty()) return;
-      screen.start(
-          {"Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-screen", "0", "800x600x24"});
+      screen.start({"Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-screen", "0", "800x600x24"});
       const std::string number = screen.readLine();
       if (number.empty()) problem = QStringLiteral("no screen can be had here");
       display = ":" + number;

@@ -19,7 +19,8 @@ Notification pushWithImages(int count) {
     images.push_back({{"url", "https://host/" + std::to_string(index) + ".png"}});
   }
   const UserInfo campaign{{"images", images}, {"sliderSupport", true}};
-  return {{"push", std::make_shared<NotificationContent>(contentOfPush({{"data", campaign.dump()}}))}};
+  return {
+      {"push", std::make_shared<NotificationContent>(contentOfPush({{"data", campaign.dump()}}))}};
 }
 
 class PushCarouselTest : public ::testing::Test {

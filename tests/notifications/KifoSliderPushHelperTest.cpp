@@ -33,11 +33,13 @@ TEST(KifoSliderPushHelper, TheImageListHoldsTheAddressesThatThereAreInOrder) {
 }
 
 TEST(KifoSliderPushHelper, WithoutReadableImagesTheListIsEmpty) {
-  for (const char* data : {R"({"images": [{}]})", "{}", "[]", "no json",
-                           R"({"images": [{"url": 1}]})", R"({"images": [{"url": "a"}], "uuid": 1})"}) {
+  for (const char* data :
+       {R"({"images": [{}]})", "{}", "[]", "no json", R"({"images": [{"url": 1}]})",
+        R"({"images": [{"url": "a"}], "uuid": 1})"}) {
     EXPECT_THAT(imagesOf(data), IsEmpty()) << data;
   }
-  EXPECT_THAT(KifoSliderPushHelper::getImageList(pushWith({{"data", {{"images", {}}}}})), IsEmpty());
+  EXPECT_THAT(KifoSliderPushHelper::getImageList(pushWith({{"data", {{"images", {}}}}})),
+              IsEmpty());
 }
 
 TEST(KifoSliderPushHelper, ANotificationWithoutContentIsSaidSoOnTheConsole) {

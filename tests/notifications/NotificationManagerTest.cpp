@@ -91,9 +91,10 @@ TEST_F(NotificationManagerTest, APushWithEverythingIsReportedAndGetsItsButtonsAn
   std::ifstream file(handled[0]->attachments[0].path);
   EXPECT_EQ((std::ostringstream() << file.rdbuf()).str(), "pixels");
 
-  EXPECT_THAT(fake_.notifications->categories.get(),
-              ElementsAre(NotificationCategory{
-                  "KifoNotificationCategory", {{"b1", "One", 4}, {"b2", "Two", 4}, {"b2", "Twin", 4}}}));
+  EXPECT_THAT(
+      fake_.notifications->categories.get(),
+      ElementsAre(NotificationCategory{"KifoNotificationCategory",
+                                       {{"b1", "One", 4}, {"b2", "Two", 4}, {"b2", "Twin", 4}}}));
   const auto received = events("push_notification_received");
   ASSERT_EQ(received.size(), 1U);
   EXPECT_EQ(received[0].value("communication_name", ""), "U");
@@ -127,8 +128,8 @@ TEST_F(NotificationManagerTest, AButtonThatCannotBeOfferedLeavesTheCategoryWitho
 }
 
 TEST_F(NotificationManagerTest, ACampaignThatCannotBeReadSendsNothingAndStillGetsItsImage) {
-  for (const UserInfo& data : {UserInfo("[]"), UserInfo("{"), UserInfo(R"({"uuid": 7})"), UserInfo(7),
-                               UserInfo(nullptr), UserInfo::object()}) {
+  for (const UserInfo& data : {UserInfo("[]"), UserInfo("{"), UserInfo(R"({"uuid": 7})"),
+                               UserInfo(7), UserInfo(nullptr), UserInfo::object()}) {
     const auto handled = receive({{"data", data}, {"image", URL}});
     ASSERT_EQ(handled.size(), 1U) << data;
     EXPECT_EQ(handled[0]->attachments.size(), 1U) << data;
@@ -213,10 +214,11 @@ TEST_P(Taps, AreReportedOnceAndHandedToTheHost) {
 
 INSTANTIATE_TEST_SUITE_P(
     NotificationManager, Taps,
-    ::testing::Values(Tap{"body", NotificationResponse::defaultActionIdentifier, "body", "SELF", "", {}},
-                      Tap{"button", "b1", "one", "BUTTON", "b1", "One"},
-                      Tap{"first of two", "b2", "two", "BUTTON", "b2", "Two"},
-                      Tap{"unknown", "B1", "body", "SELF", "", {}}),
+    ::testing::Values(
+        Tap{"body", NotificationResponse::defaultActionIdentifier, "body", "SELF", "", {}},
+        Tap{"button", "b1", "one", "BUTTON", "b1", "One"},
+        Tap{"first of two", "b2", "two", "BUTTON", "b2", "Two"},
+        Tap{"unknown", "B1", "body", "SELF", "", {}}),
     [](const auto& tap) {
       std::string name = tap.param.description;
       std::ranges::replace(name, ' ', '_');
@@ -234,8 +236,9 @@ TEST_F(NotificationManagerTest, ATapWithNothingToOpenIsStillHandedOn) {
 }
 
 TEST_F(NotificationManagerTest, ATapOnAPushWithoutAReadableCampaignEndsSilently) {
-  for (const UserInfo& userInfo : {UserInfo{{"data", "[1]"}}, UserInfo{{"data", "no json"}},
-                                   UserInfo{{"data", {{"uuid", "U"}}}}, UserInfo::object(), UserInfo()}) {
+  for (const UserInfo& userInfo :
+       {UserInfo{{"data", "[1]"}}, UserInfo{{"data", "no json"}},
+        UserInfo{{"data", {{"uuid", "U"}}}}, UserInfo::object(), UserInfo()}) {
     NotificationManager::handleNotification(userInfo, {"b1"}, [](auto) { FAIL(); });
   }
   EXPECT_THAT(lines(), IsEmpty());

@@ -16,7 +16,8 @@ namespace {
 using testing::InstalledFakePlatform;
 
 TEST(Url, OnlyWhatCanBeAnAddressIsOne) {
-  for (const char* good : {"http://a/b.jpg", "https://a/%20?x=1&y=(2)#f", "image.jpg", "file:///x"}) {
+  for (const char* good :
+       {"http://a/b.jpg", "https://a/%20?x=1&y=(2)#f", "image.jpg", "file:///x"}) {
     EXPECT_TRUE(isUrl(good)) << good;
   }
   for (const char* bad : {"", "http://a/b c", "http://a/%2", "http://a/%zz", "http://a/\xc3\xbc",
@@ -82,7 +83,8 @@ TEST_F(PushImageTest, OtherSchemesNeverReachTheTransport) {
   for (const char* url : {"file:///etc/passwd", "ftp://host/x", "image.jpg", "https"}) {
     EXPECT_FALSE(loadPushImage(url, 0.0).bytes) << url;
   }
-  EXPECT_EQ(fake_.http->count(), 1U);  // "https" alone has the right scheme; the transport refuses it
+  EXPECT_EQ(fake_.http->count(),
+            1U);  // "https" alone has the right scheme; the transport refuses it
 }
 
 /// Over the system's own transport, from a server on this machine.

@@ -15,9 +15,9 @@ class OptionButton : public PopupControl<QRadioButton> {
 
  public:
   explicit OptionButton(QWidget* cell) : PopupControl(cell) {
-    // Exclusive, so that assistive technology hears of a radio button; alone in its cell it excludes
-    // nothing by itself.
-    // Assistive technology toggles what it takes for any radio button: that is a press like others.
+    // Exclusive, so that assistive technology hears of a radio button; alone in its cell it
+    // excludes nothing by itself. Assistive technology toggles what it takes for any radio button:
+    // that is a press like others.
     connect(this, &QAbstractButton::toggled, this, [this](bool checked) {
       if (telling_) return;
       setChosen(!checked);

@@ -15,8 +15,8 @@ void setAccessibleRole(QWidget* widget, QAccessible::Role role);
 /// Has assistive technology read out the name and the description of what has just opened.
 void announceOpening(QWidget* overlay);
 
-/// Has Qt make the widget's interface anew. Naming a widget makes it keep one, and one that was made
-/// before the widget's role was known says the wrong role for good.
+/// Has Qt make the widget's interface anew. Naming a widget makes it keep one, and one that was
+/// made before the widget's role was known says the wrong role for good.
 void renewAccessible(QWidget* widget);
 
 }  // namespace kifo

@@ -162,7 +162,8 @@ void AlertsScreen::showEdit() {
 void AlertsScreen::showWait() {
   const Alert alert = make();
   const KifoTimeoutConfiguration found{
-      3, [weak = std::weak_ptr(alert)] {
+      3,
+      [weak = std::weak_ptr(alert)] {
         if (const Alert shown = weak.lock()) {
           shown->showSuccess(tr("Found it"), tr("One is left in Lisbon."), tr("Reserve it"));
         }

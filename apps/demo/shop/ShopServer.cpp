@@ -23,10 +23,14 @@ QString detailOf(const server::ReceivedRequest& event) {
 /// The name of its picture in the sample push; null for what is not in it.
 const char* pushPictureOf(const Product& product) {
   switch (product.motif) {
-    case Motif::lamp: return "push-lamp";
-    case Motif::armchair: return "push-chair";
-    case Motif::books: return "push-books";
-    default: return nullptr;
+    case Motif::lamp:
+      return "push-lamp";
+    case Motif::armchair:
+      return "push-chair";
+    case Motif::books:
+      return "push-books";
+    default:
+      return nullptr;
   }
 }
 

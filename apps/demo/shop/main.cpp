@@ -98,8 +98,8 @@ int run(QApplication& application, const Wishes& wishes) {
   // A tour leaves the visitor's own desktop alone.
   std::unique_ptr<shop::PushTourDesktop> desktop;
   if (wishes.visitsItself) desktop = std::make_unique<shop::PushTourDesktop>();
-  const auto desk = deskOn(desktop ? desktop->address()
-                                   : qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
+  const auto desk =
+      deskOn(desktop ? desktop->address() : qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
   startSdk(server.server(), desk ? desk->centre() : nullptr, home.path(), wishes.isVerbose);
   int status = 0;
   {

@@ -24,7 +24,9 @@ class Count {
 CountingQueue::CountingQueue(std::shared_ptr<SerialQueue> queue, std::shared_ptr<Activity> activity)
     : queue_(std::move(queue)), activity_(std::move(activity)) {}
 
-void CountingQueue::post(Task task) { queue_->post(counted(std::move(task))); }
+void CountingQueue::post(Task task) {
+  queue_->post(counted(std::move(task)));
+}
 
 SerialQueue::Timer CountingQueue::schedule(Duration delay, Task task, bool repeats) {
   return queue_->schedule(delay, repeats ? std::move(task) : counted(std::move(task)), repeats);

@@ -128,8 +128,8 @@ class Running {
 
   static void print(int number, const std::string& line) {
     // Every line is an object, so its members follow the brace.
-    std::cout << "{\"device\":" << number << "," << line.substr(std::min<std::size_t>(1, line.size()))
-              << std::endl;
+    std::cout << "{\"device\":" << number << ","
+              << line.substr(std::min<std::size_t>(1, line.size())) << std::endl;
   }
 
   void finish(Device& device) {

@@ -185,9 +185,7 @@ Action handlePopupAction(Arguments& arguments, Host& host) {
   const bool isFromNotification = arguments.flag("fromNotification", false);
   const auto callback = buttonCallback(arguments, host);
   if (!item) throw BadLine("\"action\" is missing");
-  return [=] {
-    Events::handlePopupAction(screen, pageName, item, isFromNotification, callback);
-  };
+  return [=] { Events::handlePopupAction(screen, pageName, item, isFromNotification, callback); };
 }
 
 }  // namespace

@@ -34,8 +34,8 @@ double seconds(Arguments& arguments, const std::string& label) {
 UserAction userAction(Arguments& arguments) {
   using Kind = UserAction::Kind;
   static const auto& kinds = *new std::map<std::string, Kind>{
-      {"close", Kind::close}, {"button", Kind::button}, {"body", Kind::body},
-      {"select", Kind::select}, {"type", Kind::type},   {"slide", Kind::slide},
+      {"close", Kind::close},   {"button", Kind::button}, {"body", Kind::body},
+      {"select", Kind::select}, {"type", Kind::type},     {"slide", Kind::slide},
       {"submit", Kind::submit}};
   const auto word = arguments.text("popup");
   const auto kind = kinds.find(word);
@@ -107,14 +107,23 @@ void Host::carryOut(const std::string& text) {
 
 void Host::carryOut(const nlohmann::json& line) {
   using Way = void (Host::*)(Arguments);
-  static const auto& ways = *new std::vector<std::pair<const char*, Way>>{
-      {"call", &Host::call},         {"screen", &Host::showScreen}, {"set", &Host::setProperty},
-      {"get", &Host::getProperty},   {"popup", &Host::popup},       {"wait", &Host::wait},
-      {"network", &Host::network},   {"device", &Host::device},     {"location", &Host::location},
-      {"defaults", &Host::defaults}, {"push", &Host::push},         {"tap", &Host::tap},
-      {"permission", &Host::permission}, {"exit", &Host::exit}};
-  const auto way = std::ranges::find_if(
-      ways, [&](const auto& each) { return line.contains(each.first); });
+  static const auto& ways =
+      *new std::vector<std::pair<const char*, Way>>{{"call", &Host::call},
+                                                    {"screen", &Host::showScreen},
+                                                    {"set", &Host::setProperty},
+                                                    {"get", &Host::getProperty},
+                                                    {"popup", &Host::popup},
+                                                    {"wait", &Host::wait},
+                                                    {"network", &Host::network},
+                                                    {"device", &Host::device},
+                                                    {"location", &Host::location},
+                                                    {"defaults", &Host::defaults},
+                                                    {"push", &Host::push},
+                                                    {"tap", &Host::tap},
+                                                    {"permission", &Host::permission},
+                                                    {"exit", &Host::exit}};
+  const auto way =
+      std::ranges::find_if(ways, [&](const auto& each) { return line.contains(each.first); });
   if (way == ways.end()) throw BadLine("nothing is known of such a line");
   (this->*way->second)(Arguments(line));
 }
@@ -194,8 +203,8 @@ void Host::push(Arguments arguments) {
   arguments.finish();
   const UserInfo userInfo = push.object("userInfo");
   push.finish();
-  const NotificationRequest request{
-      "", std::make_shared<NotificationContent>(contentOfPush(userInfo))};
+  const NotificationRequest request{"",
+                                    std::make_shared<NotificationContent>(contentOfPush(userInfo))};
   const ScriptedNotificationCentre::Line line(world_.notifications());
   NotificationManager::didReceive(request, contentHandler(output_));
 }

@@ -16,8 +16,8 @@ namespace kifo::tool {
 
 /// A host application that does what a script says, line by line.
 ///
-/// **Threading:** one thread carries out the script; what the SDK calls back is written by whichever
-/// thread it comes on.
+/// **Threading:** one thread carries out the script; what the SDK calls back is written by
+/// whichever thread it comes on.
 class Host {
  public:
   struct Options {

@@ -22,10 +22,13 @@ namespace {
 constexpr int kFatal = 3;
 
 constexpr auto kFooter =
-    "Carries out a JSON object a line and tells what happens, one JSON object a line. docs/tool.md has\n"
-    "all lines. Without --home what is stored goes when the host ends. With --count the servers must\n"
+    "Carries out a JSON object a line and tells what happens, one JSON object a line. docs/tool.md "
+    "has\n"
+    "all lines. Without --home what is stored goes when the host ends. With --count the servers "
+    "must\n"
     "be on this machine.\n\n"
-    "Exit status: that of {\"exit\": status}, else 0; 2 after a line that was not understood, 3 after\n"
+    "Exit status: that of {\"exit\": status}, else 0; 2 after a line that was not understood, 3 "
+    "after\n"
     "a mistake that is fatal to the SDK.\n\n"
     "  kifo host script.jsonl --home /tmp/device --decisions\n"
     "  echo '{\"get\": \"Kifo.initializeStatus\"}' | kifo host\n"
@@ -86,10 +89,13 @@ int run(const Options& options) {
 void addHostCommand(CLI::App& program, int& status) {
   const auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("host", "The SDK in a host that a script drives");
-  command->add_option("SCRIPT", options->script, "Lines of JSON; - or nothing reads standard input");
+  command->add_option("SCRIPT", options->script,
+                      "Lines of JSON; - or nothing reads standard input");
   command->add_option("--home", options->home, "Keeps KifoLog.db and the user defaults here");
   command->add_flag("--decisions", options->tellsDecisions, "Tells what the SDK decides, and why");
-  command->add_option("--count", options->count, "Runs the script as so many devices, in homes of their own")
+  command
+      ->add_option("--count", options->count,
+                   "Runs the script as so many devices, in homes of their own")
       ->check(CLI::Range(1, 10000));
   command->add_option("--rate", options->rate, "Devices started in a second; 10 without it")
       ->check(CLI::Range(0.01, 1000.0));

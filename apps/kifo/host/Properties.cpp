@@ -29,7 +29,7 @@ Property writable(Enumeration (*get)(), void (*set)(Enumeration)) {
   return property;
 }
 
-Property flag(std::atomic<bool> Session::* member) {
+Property flag(std::atomic<bool> Session::*member) {
   return {[member] { return Line((Session::shared().*member).load()); }};
 }
 

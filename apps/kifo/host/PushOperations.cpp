@@ -21,8 +21,9 @@ NotificationResponse response(Arguments fields) {
 Action handleNotification(Arguments& arguments, Host& host) {
   const UserInfo userInfo = arguments.object("userInfo");
   const auto tapped = response(arguments.arguments("response"));
-  const auto callback = arguments.flag("actionCallback", true) ? actionCallback(host.output())
-                                                               : NotificationManager::ActionCallback();
+  const auto callback = arguments.flag("actionCallback", true)
+                            ? actionCallback(host.output())
+                            : NotificationManager::ActionCallback();
   return [=] { NotificationManager::handleNotification(userInfo, tapped, callback); };
 }
 
@@ -58,8 +59,8 @@ Output::Line line(const NotificationContent& content) {
 
 NotificationManager::ActionCallback actionCallback(const std::shared_ptr<Output>& output) {
   return [output](std::shared_ptr<AppCommunicationItemAction> action) {
-    output->line({{"callback", "actionCallback"},
-                  {"action", action ? encode(*action) : nlohmann::json()}});
+    output->line(
+        {{"callback", "actionCallback"}, {"action", action ? encode(*action) : nlohmann::json()}});
   };
 }
 
@@ -70,8 +71,8 @@ NotificationManager::ContentHandler contentHandler(const std::shared_ptr<Output>
 }
 
 void addPushOperations(Operations& all) {
-  all["NotificationManager.refreshNotificationPermissionStatusType"] =
-      [](Arguments&, Host&) -> Action {
+  all["NotificationManager.refreshNotificationPermissionStatusType"] = [](Arguments&,
+                                                                          Host&) -> Action {
     return &NotificationManager::refreshNotificationPermissionStatusType;
   };
   all["NotificationManager.handleNotification"] = handleNotification;

@@ -14,10 +14,9 @@ void ScriptedTokenService::getToken(Completion completion) {
     completion(answer_.token);
     return;
   }
-  queue_->schedule(SerialQueue::Duration(answer_.delay),
-                   [completion = std::move(completion), token = answer_.token] {
-                     completion(token);
-                   });
+  queue_->schedule(
+      SerialQueue::Duration(answer_.delay),
+      [completion = std::move(completion), token = answer_.token] { completion(token); });
 }
 
 }  // namespace kifo::tool

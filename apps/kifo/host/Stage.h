@@ -43,8 +43,8 @@ class Stage {
   [[nodiscard]] virtual bool isSettled() = 0;
 };
 
-/// Makes the stage of this build, runs `script` on it and returns what that returns. Popups are told
-/// as `{"popup": "shown"}` and `{"popup": "closed"}`.
+/// Makes the stage of this build, runs `script` on it and returns what that returns. Popups are
+/// told as `{"popup": "shown"}` and `{"popup": "closed"}`.
 ///
 /// **Threading:** to be called on the program's first thread, on which a toolkit's windows live;
 /// `script` runs on another one where there is a toolkit.

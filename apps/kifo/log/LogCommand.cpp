@@ -49,9 +49,9 @@ void printTable(const std::vector<StoredRequest>& requests, const Terminal& term
     return;
   }
   const std::int64_t now = std::time(nullptr);
-  std::cout << terminal.paint(Terminal::Color::grey,
-                              "    ID  " + Terminal::fitted("EVENT", kEventColumns) +
-                                  "  AGE            TRIED  SYNCHRONISED")
+  std::cout << terminal.paint(Terminal::Color::grey, "    ID  " +
+                                                         Terminal::fitted("EVENT", kEventColumns) +
+                                                         "  AGE            TRIED  SYNCHRONISED")
             << '\n';
   for (const auto& each : requests) {
     const std::string id = std::to_string(each.id);
@@ -65,16 +65,16 @@ void printTable(const std::vector<StoredRequest>& requests, const Terminal& term
 
 void printWhole(const StoredRequest& request) {
   const auto json = nlohmann::json::parse(request.parameters, nullptr, false);
-  const auto parameters =
-      json.is_discarded() ? Terminal::plain(request.parameters) + "   (this is no JSON)"
-                          : json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
+  const auto parameters = json.is_discarded()
+                              ? Terminal::plain(request.parameters) + "   (this is no JSON)"
+                              : json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
   std::cout << "id            " << request.id << "\nrequest       "
             << Terminal::plain(request.requestId) << "\nmethod        "
             << Terminal::plain(request.httpMethod) << "\nstored        " << moment(request.date)
             << (request.wasOffline ? ", without a network" : "") << "\ntried         "
             << request.tryCount << "\nsynchronised  " << (request.isSynchronised ? "yes" : "no")
-            << "\nurl           " << Terminal::plain(request.url) << "\nparameters    " << parameters
-            << '\n';
+            << "\nurl           " << Terminal::plain(request.url) << "\nparameters    "
+            << parameters << '\n';
 }
 
 /// What the user defaults hold: the user, and the shows that are left of each campaign.

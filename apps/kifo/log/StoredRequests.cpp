@@ -84,7 +84,9 @@ StoredRequests::StoredRequests(const std::string& home) : path_(home + "/" + FIL
   open(copy_->file());
 }
 
-StoredRequests::~StoredRequests() { close(); }
+StoredRequests::~StoredRequests() {
+  close();
+}
 
 void StoredRequests::open(const std::string& path) {
   const int flags = copy_ ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
@@ -105,7 +107,8 @@ std::vector<StoredRequest> StoredRequests::select(const std::string& condition) 
   std::vector<StoredRequest> found;
   const int code = query(database_,
                          "select ID, PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, ISSYNC_SUCCESS, "
-                         "TRYCOUNT, HTTPMETHOD from KifoLog " + condition + " order by ID",
+                         "TRYCOUNT, HTTPMETHOD from KifoLog " +
+                             condition + " order by ID",
                          [&](sqlite3_stmt* row) { found.push_back(requestIn(row)); });
   if (code != SQLITE_DONE) {
     throw std::runtime_error(path_ + " cannot be read: " + sqlite3_errmsg(database_));
@@ -113,7 +116,9 @@ std::vector<StoredRequest> StoredRequests::select(const std::string& condition) 
   return found;
 }
 
-std::vector<StoredRequest> StoredRequests::all() const { return select(""); }
+std::vector<StoredRequest> StoredRequests::all() const {
+  return select("");
+}
 
 std::optional<StoredRequest> StoredRequests::row(std::int64_t id) const {
   const auto found = select("where ID = " + std::to_string(id));

@@ -28,8 +28,8 @@ struct StoredRequest {
 
 /// The database of a home, opened to be read only, also while a host runs.
 ///
-/// A process that died in the middle of a write leaves a journal, which only a writer may roll back.
-/// The file is then read from a copy, so that its own is left alone.
+/// A process that died in the middle of a write leaves a journal, which only a writer may roll
+/// back. The file is then read from a copy, so that its own is left alone.
 ///
 /// **Threading:** one thread.
 /// **Errors:** throws `std::runtime_error` with one line in plain words.

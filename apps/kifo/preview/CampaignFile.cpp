@@ -28,7 +28,8 @@ nlohmann::json parsed(const std::string& text) {
     // The library's own words begin with their number.
     const std::string words = error.what();
     const auto end = words.find("] ");
-    throw NoCampaigns("it is no JSON: " + (end == std::string::npos ? words : words.substr(end + 2)));
+    throw NoCampaigns("it is no JSON: " +
+                      (end == std::string::npos ? words : words.substr(end + 2)));
   }
 }
 

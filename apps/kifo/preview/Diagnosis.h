@@ -11,10 +11,11 @@
 
 #include "Kifo_iOS_Common_Kit/core/Record.h"
 
-/// Says in plain words why JSON is not the record that it should be, where decoding only says that it
-/// is not. It goes by the same table of fields.
+/// Says in plain words why JSON is not the record that it should be, where decoding only says that
+/// it is not. It goes by the same table of fields.
 ///
-///     problemIn<AppCommunication>(json)   // "model[2].maxShowCount must be a whole number, not \"3\""
+///     problemIn<AppCommunication>(json)   // "model[2].maxShowCount must be a whole number, not
+///     \"3\""
 ///
 /// **Threading:** no shared state.
 namespace kifo::tool {

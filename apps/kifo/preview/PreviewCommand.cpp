@@ -10,7 +10,8 @@ namespace {
 
 constexpr auto kFooter =
     "FILE is an answer as the server sends it, or one campaign of it. Without --out and --gallery\n"
-    "the popup opens in a window. Pictures are taken from folders \"images\" beside the file or one\n"
+    "the popup opens in a window. Pictures are taken from folders \"images\" beside the file or "
+    "one\n"
     "level up where they hold one of that name, else from the network. A campaign that cannot be\n"
     "decoded, or would not be shown, is explained; the exit status is then 1.\n\n"
     "  kifo preview samples/campaigns/02-coupon.json\n"
@@ -27,10 +28,12 @@ void addPreviewCommand(CLI::App& program, int& status) {
                                                     {"ltr", Direction::leftToRight},
                                                     {"rtl", Direction::rightToLeft}};
   CLI::App* command = program.add_subcommand("preview", "A campaign as the SDK shows it");
-  command->add_option("FILE", options->file, "Campaigns as JSON; - reads standard input")->required();
+  command->add_option("FILE", options->file, "Campaigns as JSON; - reads standard input")
+      ->required();
   auto* out = command->add_option("--out", options->out, "Writes a PNG");
-  command->add_option("--gallery", options->gallery,
-                      "Writes every campaign in every size, theme and direction, with an index.html")
+  command
+      ->add_option("--gallery", options->gallery,
+                   "Writes every campaign in every size, theme and direction, with an index.html")
       ->excludes(out);
   command->add_option("--item", options->item, "The N-th campaign of the file alone")
       ->check(CLI::PositiveNumber);

@@ -20,11 +20,11 @@ struct Look {
 
 struct PreviewOptions {
   std::string file;
-  std::string out;       ///< Empty: a window.
-  std::string gallery;   ///< Not empty: the folder that a gallery goes to.
-  std::string pictures;  ///< A folder to look for pictures in, besides those beside the file.
+  std::string out;          ///< Empty: a window.
+  std::string gallery;      ///< Not empty: the folder that a gallery goes to.
+  std::string pictures;     ///< A folder to look for pictures in, besides those beside the file.
   std::optional<int> item;  ///< 1 for a file's first campaign; all without it.
-  bool hasSize = false;  ///< The look's width or height was asked for.
+  bool hasSize = false;     ///< The look's width or height was asked for.
   Look look;
 };
 

@@ -59,7 +59,8 @@ std::string refusal(PopupType type, const Item& item) {
   if (!item.uuid) return "it has no \"uuid\", so nobody could count how often it was shown";
   if (!item.maxShowCount) return "it has no \"maxShowCount\"";
   if (*item.maxShowCount < 1 && type != PopupType::score) {
-    return "its \"maxShowCount\" is " + std::to_string(*item.maxShowCount) + ", so it is never shown";
+    return "its \"maxShowCount\" is " + std::to_string(*item.maxShowCount) +
+           ", so it is never shown";
   }
   switch (type) {
     case PopupType::popup:
@@ -85,9 +86,11 @@ std::vector<std::string> notesOf(const Item& item, const testing::RecordingInspe
       return std::find(all.begin(), all.end(), std::pair<std::string, std::string>(key, value)) !=
              all.end();
     };
-    if (is("outcome", "clamped")) notes.push_back("it offers more than is shown: " + all.back().second);
+    if (is("outcome", "clamped"))
+      notes.push_back("it offers more than is shown: " + all.back().second);
   }
-  if (!item.triggeringEventName) notes.push_back("no event shows it: it has no \"triggeringEventName\"");
+  if (!item.triggeringEventName)
+    notes.push_back("no event shows it: it has no \"triggeringEventName\"");
   return notes;
 }
 

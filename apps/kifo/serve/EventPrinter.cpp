@@ -35,8 +35,7 @@ std::string EventPrinter::line(const server::ReceivedRequest& request) const {
   const bool isGood = request.status == kOk;
   const bool isEvent = request.json && request.json->is_object() && request.json->contains("name");
   const std::string what = isEvent ? request.text("name") : request.path;
-  const std::string who =
-      isEvent ? request.text("actorId") : request.text("actor-id");
+  const std::string who = isEvent ? request.text("actorId") : request.text("actor-id");
   const std::string rest = isEvent ? server::particulars(*request.json, "  ") : "";
   return terminal_.paint(Color::grey, server::clockTime(request.time)) + "  " +
          terminal_.paint(isGood ? Color::green : Color::red, status) + "  " +

@@ -85,14 +85,17 @@ void addServeCommand(CLI::App& program, int& status) {
   command->add_option("--latency", options->latency, "Seconds by which each answer is late")
       ->check(CLI::NonNegativeNumber);
   command->add_option("--status", options->status, "Answers this in place of 200");
-  command->add_option("--every-other", options->everyOther, "Answers every second request with this");
+  command->add_option("--every-other", options->everyOther,
+                      "Answers every second request with this");
   command->add_option("--body", options->body, "truncated, invalid-utf8, empty or huge");
-  command->add_option("--connection", options->connection, "drop, or die in the middle of an answer");
+  command->add_option("--connection", options->connection,
+                      "drop, or die in the middle of an answer");
   command->add_option("--on", options->on, "Whom faults meet: all, api or listener");
   command->add_option("--times", options->times, "How many requests faults meet; all without it");
   command->footer(
       "Prints \"ready ADDRESS\", then a line for each request, until it is interrupted.\n"
-      "Faults can be changed while it runs: POST a JSON object to /faults. GET /requests gives all\n"
+      "Faults can be changed while it runs: POST a JSON object to /faults. GET /requests gives "
+      "all\n"
       "that was received.\n\n"
       "  kifo serve --port 8080 --campaigns samples/campaigns --log events.jsonl\n"
       "  kifo serve --latency 2 --every-other 500\n"

@@ -130,7 +130,8 @@ class Writer {
 void writeGallery(const std::string& folder, const std::vector<GalleryEntry>& entries,
                   const Look& base, bool hasSize) {
   auto all = variants(base, hasSize);
-  const auto shown = std::ranges::count_if(entries, [](const auto& e) { return e.request != nullptr; });
+  const auto shown =
+      std::ranges::count_if(entries, [](const auto& e) { return e.request != nullptr; });
   Writer writer(folder, all, all.size() * static_cast<std::size_t>(shown));
   for (const auto& entry : entries) writer.add(entry);
   writer.finish();

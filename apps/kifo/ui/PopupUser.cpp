@@ -1,9 +1,9 @@
 #include "apps/kifo/ui/PopupUser.h"
 
-#include <algorithm>
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "apps/kifo/host/Arguments.h"
 #include "apps/kifo/ui/WidgetHand.h"
@@ -61,7 +61,9 @@ Widget& PopupUser::control(const char* name) {
   return *found;
 }
 
-void PopupUser::pressNamed(const char* name) { WidgetHand::click(control<QAbstractButton>(name)); }
+void PopupUser::pressNamed(const char* name) {
+  WidgetHand::click(control<QAbstractButton>(name));
+}
 
 void PopupUser::pressOption(const std::string& id, const PopUpWindowFields::Buttons& options,
                             const QList<QWidget*>& cells) {

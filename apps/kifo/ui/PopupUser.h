@@ -7,8 +7,8 @@ namespace kifo::tool {
 
 /// Does to a popup's controls what a user does.
 ///
-/// **Threading:** UI thread only. **Errors:** throws `BadLine` when the popup has no such control, or
-/// none that can be used now.
+/// **Threading:** UI thread only. **Errors:** throws `BadLine` when the popup has no such control,
+/// or none that can be used now.
 class PopupUser {
  public:
   explicit PopupUser(PopUpWindow& popup) : popup_(popup) {}

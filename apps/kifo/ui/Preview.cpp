@@ -52,8 +52,8 @@ std::string titleOf(const AppCommunicationItem& item) {
   return item.uuid.value_or("without a name");
 }
 
-/// The campaigns that are asked for, each with what the SDK says of it. A file that holds none is an
-/// entry as well.
+/// The campaigns that are asked for, each with what the SDK says of it. A file that holds none is
+/// an entry as well.
 std::vector<GalleryEntry> entriesOf(const PreviewOptions& options) {
   std::vector<GalleryEntry> entries;
   for (const auto& path : CampaignFile::filesIn(options.file)) {
@@ -69,7 +69,8 @@ std::vector<GalleryEntry> entriesOf(const PreviewOptions& options) {
                            titleOf(*campaign), verdict.request, verdict.reason, verdict.notes});
       }
     } catch (const NoCampaigns& problem) {
-      entries.push_back({std::filesystem::path(path).stem().string(), "", nullptr, problem.what(), {}});
+      entries.push_back(
+          {std::filesystem::path(path).stem().string(), "", nullptr, problem.what(), {}});
     }
   }
   return entries;
@@ -93,8 +94,8 @@ bool explain(const std::vector<GalleryEntry>& entries) {
 std::string numbered(const std::string& path, std::size_t number) {
   const std::filesystem::path whole(path);
   if (number == 1) return path;
-  return (whole.parent_path() / (whole.stem().string() + "-" + std::to_string(number) +
-                                 whole.extension().string()))
+  return (whole.parent_path() /
+          (whole.stem().string() + "-" + std::to_string(number) + whole.extension().string()))
       .string();
 }
 

@@ -75,7 +75,8 @@ void runPreviewWindow(const std::vector<std::shared_ptr<const PopupRequest>>& re
       return;
     }
     auto* popup = new PopUpWindow(printing(*requests[next++]), pictures.options(look), &host);
-    QObject::connect(popup, &PopUpWindow::closed, &host, [&] { showNext(); }, Qt::QueuedConnection);
+    QObject::connect(
+        popup, &PopUpWindow::closed, &host, [&] { showNext(); }, Qt::QueuedConnection);
     popup->present();
   };
   showNext();

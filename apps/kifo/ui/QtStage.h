@@ -68,7 +68,8 @@ class QtStage final : public QObject, public Stage {
   std::vector<QPointer<PopUpWindow>> popups_;  ///< Those on the screen, oldest first.
 
   std::mutex mutex_;
-  std::deque<std::packaged_task<void()>> tasks_;  ///< Guarded by mutex_: each has an event under way.
+  std::deque<std::packaged_task<void()>>
+      tasks_;  ///< Guarded by mutex_: each has an event under way.
 };
 
 }  // namespace kifo::tool

@@ -30,7 +30,9 @@ void WidgetHand::click(QWidget& widget, QPoint place) {
   if (target) send(widget, QEvent::MouseButtonRelease, place, Qt::NoButton);
 }
 
-void WidgetHand::click(QWidget& widget) { click(widget, widget.rect().center()); }
+void WidgetHand::click(QWidget& widget) {
+  click(widget, widget.rect().center());
+}
 
 void WidgetHand::type(QWidget& widget, const QString& text) {
   click(widget);
@@ -44,7 +46,8 @@ void WidgetHand::type(QWidget& widget, const QString& text) {
 }
 
 void WidgetHand::slide(QAbstractSlider& slider, int value) {
-  // Between two neighbouring scores there may be less than a pixel, so the thumb is dragged by value.
+  // Between two neighbouring scores there may be less than a pixel, so the thumb is dragged by
+  // value.
   slider.setSliderDown(true);
   slider.setSliderPosition(value);
   slider.setSliderDown(false);
