@@ -33,9 +33,11 @@ if(KIFO_WITH_UI)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus)
   find_package(Qt6 6.4 QUIET COMPONENTS Positioning)
   kifo_object_library(kifo_ui_objects)
+  file(GLOB _lists "${PROJECT_SOURCE_DIR}/Kifo_iOS_Common_Kit/inapp/views/*/CMakeLists.txt"
+    "${PROJECT_SOURCE_DIR}/platform/qt/CMakeLists.txt")
   # The folders list their own sources, and moc looks for new ones only when these lists change.
   set_target_properties(kifo_ui_objects PROPERTIES AUTOMOC ON AUTOGEN_TARGET_DEPENDS
-    "${PROJECT_SOURCE_DIR}/Kifo_iOS_Common_Kit/inapp/views/CMakeLists.txt;${PROJECT_SOURCE_DIR}/platform/qt/CMakeLists.txt")
+    "${_lists}")
   target_compile_definitions(kifo_ui_objects PRIVATE QT_NO_KEYWORDS)
   target_link_libraries(kifo_ui_objects
     PUBLIC nlohmann_json::nlohmann_json Qt6::Widgets Qt6::DBus

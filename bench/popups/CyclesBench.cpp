@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "bench/Table.h"
 #include "bench/popups/PlainOverlay.h"
 #include "bench/popups/PopupBenches.h"

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "bench/Table.h"
 #include "bench/popups/PlainOverlay.h"
 #include "bench/popups/PopupBenches.h"

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 
 namespace kifo {
 namespace {

@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QImage>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 
 namespace kifo {
 namespace {

@@ -5,10 +5,10 @@
 #include <cmath>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageLoader.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PageIndicator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupControl.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PageIndicator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 #include "Kifo_iOS_Common_Kit/notifications/KifoSliderPushHelper.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
 

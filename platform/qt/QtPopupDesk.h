@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
 
 namespace kifo {
 

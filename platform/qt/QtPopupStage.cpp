@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "platform/qt/QtPopupDesk.h"
 #include "platform/qt/QtWindowFollower.h"
 

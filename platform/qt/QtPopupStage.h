@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
 
 namespace kifo {
 

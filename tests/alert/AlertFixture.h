@@ -8,9 +8,9 @@
 #include <QWidget>
 #include <memory>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupOverlay.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupOverlay.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {

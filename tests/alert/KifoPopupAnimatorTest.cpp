@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupAnimator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupAnimator.h"
 
 #include <gmock/gmock.h>
 

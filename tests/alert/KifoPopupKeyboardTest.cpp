@@ -2,7 +2,7 @@
 #include <QPushButton>
 #include <QShortcut>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
 #include "tests/alert/AlertFixture.h"
 
 namespace kifo {

@@ -1,9 +1,9 @@
 #include <QPlainTextEdit>
 #include <QStyle>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupList.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupList.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
 #include "tests/alert/AlertFixture.h"
 
 namespace kifo {

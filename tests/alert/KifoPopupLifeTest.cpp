@@ -1,7 +1,7 @@
 #include <QDialog>
 #include <QTimer>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
 #include "tests/alert/AlertFixture.h"
 
 /// Who may take an alert away, and when.

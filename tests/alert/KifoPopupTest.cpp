@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
 
 #include <QAccessible>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupTimeout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupTimeout.h"
 
 #include <QSignalSpy>
 #include <limits>

@@ -11,11 +11,11 @@
 #include <future>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageShrinker.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PanelShadow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/WidgetOpacity.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageShrinker.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {

@@ -5,8 +5,8 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoImageCollectionViewCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopupCarousel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoImageCollectionViewCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
 #include "testing/FakePlatform.h"
 

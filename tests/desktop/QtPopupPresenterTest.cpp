@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/QtPopupDesk.h"
 #include "platform/qt/QtWindowProvider.h"

@@ -1,5 +1,5 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/ActivityIndicator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoImageCollectionViewCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoImageCollectionViewCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/ActivityIndicator.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {

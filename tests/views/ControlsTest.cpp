@@ -1,6 +1,6 @@
 #include <cstdint>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/DashedLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/DashedLabel.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {

@@ -4,8 +4,8 @@
 #include <QClipboard>
 #include <QTest>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
 
 namespace kifo {
 namespace {

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoders.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

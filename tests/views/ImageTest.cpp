@@ -1,5 +1,5 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageDecoder.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {

@@ -3,8 +3,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupStyleKit.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyleKit.h"
 #include "apps/demo/shop/AlertsScreenTile.h"
 #include "apps/demo/shop/Picture.h"
 #include "apps/demo/shop/Shelf.h"

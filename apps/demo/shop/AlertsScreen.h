@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
 #include "apps/demo/shop/ShopScreen.h"
 
 namespace kifo::shop {

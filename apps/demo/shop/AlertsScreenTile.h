@@ -2,7 +2,7 @@
 
 #include <QPushButton>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/KifoPopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
 
 namespace kifo::shop {
 

@@ -8,7 +8,7 @@
 #include <QWidget>
 #include <cmath>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 
 namespace kifo::tool {
 namespace {

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/ImageLoader.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
 #include "apps/kifo/preview/PreviewOptions.h"
 
 class QWidget;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "apps/kifo/host/Stage.h"
 
 namespace kifo::tool {

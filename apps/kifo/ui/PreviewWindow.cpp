@@ -5,7 +5,7 @@
 #include <iostream>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "apps/kifo/ui/PopupPicture.h"
 
 namespace kifo::tool {

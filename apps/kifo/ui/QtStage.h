@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "apps/kifo/host/Stage.h"
 #include "platform/qt/QtPopupPresenter.h"
 

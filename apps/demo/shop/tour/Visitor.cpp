@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 
 namespace kifo::shop {
 namespace {

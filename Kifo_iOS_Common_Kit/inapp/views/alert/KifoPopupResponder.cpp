@@ -1,0 +1,35 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupResponder.h"
+
+#include <utility>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
+
+namespace kifo {
+
+KifoPopupResponder::KifoPopupResponder(KifoPopup* alertview) : alertview_(alertview) {}
+
+KifoPopup* KifoPopupResponder::alertview() const {
+  return alertview_;
+}
+
+void KifoPopupResponder::setTitle(const QString& title) const {
+  if (alertview_ != nullptr) alertview_->setTitle(title);
+}
+
+void KifoPopupResponder::setSubTitle(const QString& subTitle) const {
+  if (alertview_ != nullptr) alertview_->setSubTitle(subTitle);
+}
+
+void KifoPopupResponder::close() const {
+  if (alertview_ != nullptr) alertview_->hideView();
+}
+
+void KifoPopupResponder::setDismissBlock(std::function<void()> dismissBlock) const {
+  if (alertview_ != nullptr) alertview_->dismissBlock = std::move(dismissBlock);
+}
+
+bool KifoPopupResponder::isShowing() const {
+  return alertview_ != nullptr && alertview_->isShowing();
+}
+
+}  // namespace kifo

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+
+#include <QRectF>
+#include <QSlider>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+/// The score slider: a thick track that begins at the middle line of its bounds, and a thumb that
+/// follows the finger between whole scores.
+///
+/// **Threading:** UI thread only.
+class KIFO_EXPORT CustomSlider : public QSlider {
+  Q_OBJECT
+
+ public:
+  CustomSlider(const PopupTheme& theme, QWidget* parent);
+
+  /// The range of scores. Scores beyond 2^30 count as that; a maximum below the
+  /// minimum counts as the minimum.
+  void setScores(std::int64_t minimum, std::int64_t maximum);
+
+  /// Where the thumb stands, between `minimum` and `maximum`. The whole part is `value`.
+  [[nodiscard]] float position() const { return position_; }
+
+  /// The track within `bounds`: full width, 10 high, from the middle line down.
+  [[nodiscard]] static QRectF trackRect(const QRectF& bounds);
+
+ Q_SIGNALS:
+  /// The thumb moved, by whatever means.
+  void valueDidChange(float position);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void sliderChange(SliderChange change) override;
+
+ private:
+  [[nodiscard]] bool rightToLeft() const { return layoutDirection() == Qt::RightToLeft; }
+  [[nodiscard]] double fraction() const;
+  [[nodiscard]] QPointF thumbCentre() const;
+  void moveTo(float position);
+  void follow(double x);
+  void paintTrack(QPainter& painter) const;
+  void paintThumb(QPainter& painter) const;
+
+  PopupTheme theme_;
+  float position_ = 0;
+  bool byKeyboard_ = true;
+};
+
+}  // namespace kifo

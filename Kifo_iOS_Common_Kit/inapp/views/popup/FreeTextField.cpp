@@ -1,0 +1,95 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
+
+#include <algorithm>
+
+#include <QPainter>
+#include <QValidator>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupStyle.h"
+
+namespace kifo {
+namespace {
+
+constexpr double kCorner = 8;
+
+/// What was put in between `before` and `after`, where the caret ends behind it.
+QString insertion(const QString& before, const QString& after, int caret) {
+  const auto limit = std::min(caret, static_cast<int>(before.size()));
+  const auto tail = after.size() - caret;
+  int start = 0;
+  while (start < limit && start < before.size() - tail && before[start] == after[start]) ++start;
+  if (start > 0 && start < after.size() && after[start].isLowSurrogate()) --start;
+  return after.mid(start, caret - start);
+}
+
+/// Puts the rule where every edit passes.
+class Validator : public QValidator {
+ public:
+  explicit Validator(FreeTextField* field) : QValidator(field) {
+    QObject::connect(field, &QLineEdit::textChanged, this,
+                     [this](const QString& text) { before_ = text; });
+  }
+
+  State validate(QString& input, int& caret) const override {
+    if (input == before_) return Acceptable;
+    using Kind = FreeTextRule::Verdict::Kind;
+    const auto verdict = FreeTextRule::shouldChange(before_, insertion(before_, input, caret));
+    if (verdict.kind == Kind::accept) return Acceptable;
+    if (verdict.kind == Kind::refuse) return Invalid;
+    input = verdict.text;
+    caret = static_cast<int>(input.size());
+    return Acceptable;
+  }
+
+ private:
+  QString before_;
+};
+
+QPalette colorsOf(const PopupTheme& theme, const QColor& fill) {
+  QPalette palette;
+  palette.setColor(QPalette::Base, Qt::transparent);
+  palette.setColor(QPalette::Text, inkOn(fill));
+  palette.setColor(QPalette::Highlight, theme.accent);
+  palette.setColor(QPalette::HighlightedText, inkOn(theme.accent));
+  return palette;
+}
+
+/// The same as a sheet, which a host's sheet would otherwise override.
+QString sheetOf(const QPalette& colors) {
+  return QStringLiteral(
+             "background: transparent; border: none; padding: 0; color: %1;"
+             " selection-background-color: %2; selection-color: %3;")
+      .arg(colors.color(QPalette::Text).name(), colors.color(QPalette::Highlight).name(),
+           colors.color(QPalette::HighlightedText).name());
+}
+
+}  // namespace
+
+FreeTextField::FreeTextField(const PopupTheme& theme, QWidget* parent)
+    : QLineEdit(parent), theme_(theme) {
+  setFrame(false);
+  setFont(theme.font(TextRole::field));
+  const QPalette colors = colorsOf(theme, theme.shade(0.05));
+  setPalette(colors);
+  if (isUnderStyleSheet(parent)) setStyleSheet(sheetOf(colors));
+  setTextMargins(10, 0, 10, 0);
+  setMinimumSize(0, 0);
+  setValidator(new Validator(this));
+}
+
+void FreeTextField::paintEvent(QPaintEvent* event) {
+  {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(theme_.shade(0.05));
+    painter.setPen(QPen(theme_.shade(underMouse() ? 0.55 : 0.4), 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
+    if (hasFocus()) paintFocusRing(painter, rect(), kCorner, theme_.accent);
+  }
+  QLineEdit::paintEvent(event);
+}
+
+}  // namespace kifo

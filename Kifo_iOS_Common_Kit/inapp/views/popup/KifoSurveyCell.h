@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <QWidget>
+
+#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
+namespace kifo {
+
+class OptionButton;
+class PopupLabel;
+
+/// A row of a survey: one choice with its radio mark.
+///
+/// **Threading:** UI thread only. **Ownership:** shares the choice with the item.
+class KIFO_EXPORT KifoSurveyCell : public QWidget {
+  Q_OBJECT
+
+ public:
+  using Action = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
+
+  static constexpr const char* identifier = "KifoSurveyCell";
+
+  KifoSurveyCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> choice,
+                 int row, int rows, QWidget* parent);
+
+  [[nodiscard]] const std::shared_ptr<AppCommunicationItemButton>& appCommunicationItemButton()
+      const {
+    return appCommunicationItemButton_;
+  }
+  [[nodiscard]] int indexPath() const { return indexPath_; }  ///< The row.
+  [[nodiscard]] OptionButton* selectButton() const { return selectButton_; }
+  [[nodiscard]] PopupLabel* titleLbl() const { return titleLbl_; }
+  /// The name of the radio mark's picture: "largecircle.fill.circle" or "circle".
+  [[nodiscard]] const char* radialButton() const;
+  void setChosen(bool chosen);
+  [[nodiscard]] int heightFor(int width) const;
+
+  Action actionItem;
+  Action selectItem;  ///< Called with the choice when the row is tapped.
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  [[nodiscard]] QColor seenSurface() const;
+  [[nodiscard]] QRectF surfaceRect() const;
+  [[nodiscard]] QColor accentOn(const QColor& surface) const;
+  void paintSurface(QPainter& painter, const QColor& surface) const;
+  void paintMark(QPainter& painter, const QColor& surface) const;
+
+  PopupTheme theme_;
+  std::shared_ptr<AppCommunicationItemButton> appCommunicationItemButton_;
+  int indexPath_;
+  std::optional<QColor> surface_;
+  PopupLabel* titleLbl_;
+  OptionButton* selectButton_;
+};
+
+}  // namespace kifo

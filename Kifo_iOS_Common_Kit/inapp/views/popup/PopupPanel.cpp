@@ -1,0 +1,45 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupAccessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
+
+namespace kifo {
+
+PopupPanel::PopupPanel(const PopupTheme& theme, QWidget* parent) : QWidget(parent), theme_(theme) {}
+
+void PopupPanel::setPressable(const QString& accessibleName) {
+  setFocusPolicy(Qt::TabFocus);
+  setAccessibleName(accessibleName);
+  setAccessibleRole(this, QAccessible::Link);
+}
+
+void PopupPanel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(theme_.panelFill);
+  QColor edge = theme_.ink;
+  edge.setAlphaF(0.08f);
+  painter.setPen(QPen(edge, 1));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
+                          cornerRadius);
+  if (hasFocus()) paintFocusRing(painter, rect(), cornerRadius, theme_.accent);
+}
+
+void PopupPanel::keyPressEvent(QKeyEvent* event) {
+  const bool press = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+                     event->key() == Qt::Key_Space;
+  if (!press || event->isAutoRepeat()) return event->ignore();
+  Q_EMIT pressed();
+}
+
+void PopupPanel::focusInEvent(QFocusEvent*) {
+  update();
+}
+void PopupPanel::focusOutEvent(QFocusEvent*) {
+  update();
+}
+
+}  // namespace kifo
