@@ -1,9 +1,8 @@
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
-#include <mutex>
-#include <shared_mutex>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 
 namespace kifo {
@@ -13,8 +12,8 @@ namespace {
 /// process runs its exit handlers. Every thread asks for it all the time: readers keep no reader
 /// waiting.
 struct Slot {
-  std::shared_mutex mutex;
-  std::shared_ptr<const Platform> platform;
+  SharedMutex mutex;
+  std::shared_ptr<const Platform> platform KIFO_GUARDED_BY(mutex);
 };
 
 Slot& slot() {
@@ -51,10 +50,10 @@ Platform filled(Platform platform) {
 std::shared_ptr<const Platform> Platform::current() {
   Slot& s = slot();
   {
-    const std::shared_lock lock(s.mutex);
+    const ReaderLock lock(s.mutex);
     if (s.platform) return s.platform;
   }
-  const std::lock_guard lock(s.mutex);
+  const WriterLock lock(s.mutex);
   if (!s.platform) s.platform = std::make_shared<const Platform>(filled(makeDefault()));
   return s.platform;
 }
@@ -63,14 +62,14 @@ void Platform::install(Platform platform) {
   auto next = std::make_shared<const Platform>(filled(std::move(platform)));
   std::shared_ptr<const Platform> previous;  // destroyed after the lock is let go
   Slot& s = slot();
-  const std::lock_guard lock(s.mutex);
+  const WriterLock lock(s.mutex);
   previous = std::exchange(s.platform, std::move(next));
 }
 
 void Platform::release() {
   std::shared_ptr<const Platform> previous;
   Slot& s = slot();
-  const std::lock_guard lock(s.mutex);
+  const WriterLock lock(s.mutex);
   previous = std::exchange(s.platform, nullptr);
 }
 

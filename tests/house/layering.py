@@ -51,7 +51,7 @@ SYSTEM_HEADERS = {
     # Names its directories by the process that owns them, which POSIX systems share.
     KIT + "notifications/AttachmentFile.cpp": {"signal.h", "unistd.h"},
 }
-CONDITIONAL_ROOMS = ("platform/",)
+CONDITIONAL_ROOMS = ("platform/", KIT + "ports/Mutex.h")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 CONDITION = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b")
