@@ -82,7 +82,7 @@ EventParameters BenchHost::parameters() {
   parameters["price"] = 129.95;
   parameters["quantity"] = 3;
   parameters["gift"] = true;
-  parameters["tags"] = {"new", "sale"};
+  parameters["tags"] = Value::list({"new", "sale"});
   return parameters;
 }
 
@@ -90,7 +90,7 @@ void fillTable(const std::string& databasePath, int count, const std::string& ur
   sqlite3* database = nullptr;
   sqlite3_open(databasePath.c_str(), &database);
   sqlite3_exec(database, "BEGIN", nullptr, nullptr, nullptr);
-  auto parameters = std::make_shared<const nlohmann::json>(BenchHost::parameters());
+  auto parameters = std::make_shared<const EventParameters>(BenchHost::parameters());
   const RequestTexts texts(url, true, parameters);
   for (int i = 0; i < count; ++i) {
     char id[40];

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "bench/BenchHost.h"
 #include "bench/Benches.h"
@@ -28,8 +29,8 @@ double microsecondsOf(const std::function<void()>& work) {
 }
 
 /// What any SDK must do at the least: write the event down as JSON.
-void writeDown(EventParameters parameters) {
-  volatile auto size = nlohmann::json(std::move(parameters)).dump().size();
+void writeDown(const EventParameters& parameters) {
+  volatile auto size = jsonFromValue(parameters).size();
   (void)size;
 }
 
@@ -49,9 +50,7 @@ Timed timed(int threads, const std::function<void(EventParameters)>& work) {
       for (int i = 0; i < kEvents / threads; ++i) {
         for (const bool isFloor : {true, false}) {
           EventParameters parameters = BenchHost::parameters();
-          const auto now = [&] {
-            isFloor ? writeDown(std::move(parameters)) : work(std::move(parameters));
-          };
+          const auto now = [&] { isFloor ? writeDown(parameters) : work(std::move(parameters)); };
           (isFloor ? own.floor : own.work).add(microsecondsOf(now));
           // As a host sends: not in one burst, so that the queues behind do not set the pace.
           std::this_thread::sleep_for(kPause * threads / 2);

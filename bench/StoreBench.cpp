@@ -132,7 +132,7 @@ void storeBench() {
   Depth few(host, 100, url);
   Depth many(host, 10000, url);
   const RequestTexts texts(url, true,
-                           std::make_shared<const nlohmann::json>(BenchHost::parameters()));
+                           std::make_shared<const EventParameters>(BenchHost::parameters()));
   texts.json();
   texts.url();
   measure(host, {&few, &many}, texts);

@@ -9,9 +9,10 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
   const bool isAddress = kifo::isUrl(text);
-  nlohmann::json parameters = {{text, text}, {"nested", {text}}};
-  const kifo::RequestTexts texts(isAddress ? text : "http://h/p", true,
-                                 std::make_shared<const nlohmann::json>(std::move(parameters)));
+  kifo::EventParameters parameters = {{text, text}, {"nested", kifo::Value::list({text})}};
+  const kifo::RequestTexts texts(
+      isAddress ? text : "http://h/p", true,
+      std::make_shared<const kifo::EventParameters>(std::move(parameters)));
   if (!kifo::isUrl(texts.url()) || !kifo::isUtf8(texts.json())) std::abort();
   if (!kifo::parametersFromText(texts.json())) std::abort();
   kifo::parametersFromText(text);

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo::testing {
 namespace {
@@ -66,11 +66,11 @@ std::vector<HttpRequest> FakeHttpTransport::requests() const {
   return all;
 }
 
-std::vector<nlohmann::json> FakeHttpTransport::events(const std::string& name) const {
-  std::vector<nlohmann::json> found;
+std::vector<Value> FakeHttpTransport::events(const std::string& name) const {
+  std::vector<Value> found;
   for (const auto& request : requests()) {
-    auto body = nlohmann::json::parse(request.body.value_or("{}"));
-    if (body.value("name", "") == name) found.push_back(std::move(body));
+    auto body = valueFromJson(request.body.value_or("")).value_or(Value());
+    if (body["name"] == name) found.push_back(std::move(body));
   }
   return found;
 }

@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+#include "Kifo_iOS_Common_Kit/ports/Value.h"
 
 namespace kifo::testing {
 
@@ -41,7 +40,7 @@ class FakeHttpTransport final : public HttpTransport {
   /// All requests so far, in order.
   [[nodiscard]] std::vector<HttpRequest> requests() const;
   /// The bodies of the events that were sent under `name`.
-  [[nodiscard]] std::vector<nlohmann::json> events(const std::string& name) const;
+  [[nodiscard]] std::vector<Value> events(const std::string& name) const;
   [[nodiscard]] std::size_t count() const;
   /// The places, in `requests`, of those that wait for an answer.
   [[nodiscard]] std::vector<std::size_t> open() const;

@@ -1,11 +1,14 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/ports/Value.h"
 
 namespace kifo {
 
-/// An event's flat JSON object: keys in the order of their bytes, values as JSON. The values of the
-/// SDK's own keys are strings, 64-bit integers and booleans; a host's may be anything.
-using EventParameters = nlohmann::json::object_t;
+/// An event's flat dictionary. The values of the SDK's own keys are texts, whole numbers and
+/// booleans; a host's may be anything.
+using EventParameters = Value::Map;
+
+/// Whatever a push carries: a map. Any other value counts as a push that carries nothing.
+using UserInfo = Value;
 
 }  // namespace kifo

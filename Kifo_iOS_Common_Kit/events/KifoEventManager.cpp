@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
 #include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/events/EventKinds.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManagerLogic.h"
@@ -52,11 +53,9 @@ ServiceClient::Composition compositionOf(std::shared_ptr<BaseEvent> event,
     return [event = std::move(event)] { return event->parameters(); };
   const std::string name = event->name;
   const EventParameters parameters = event->parameters();
-  KIFO_INSPECT("composed", {{"event", name},
-                            {"requestId", requestId},
-                            {"parameters",
-                             nlohmann::json(parameters)
-                                 .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)}});
+  KIFO_INSPECT(
+      "composed",
+      {{"event", name}, {"requestId", requestId}, {"parameters", jsonFromValue(parameters)}});
   return [parameters] { return parameters; };
 }
 
@@ -81,18 +80,14 @@ void send(Event event, bool isNotificationEvent = false) {
 }
 
 PushCampaign campaignOf(const UserInfo& userInfo) {
-  const auto data = userInfo.is_object() ? userInfo.find("data") : userInfo.end();
-  if (data == userInfo.end() || !data->is_string()) return {};
-  const auto campaign = decode<PushCampaign>(std::string_view(data->get_ref<const std::string&>()));
+  const std::string* data = userInfo["data"].asText();
+  const auto campaign = data ? decode<PushCampaign>(std::string_view(*data)) : nullptr;
   return campaign ? *campaign : PushCampaign();
 }
 
 KifoNotificationPermissionStatusType statusOf(const UserInfo& userInfo) {
-  const auto status = userInfo.is_object() ? userInfo.find("status") : userInfo.end();
-  if (status == userInfo.end() || !status->is_string()) {
-    return KifoNotificationPermissionStatusType::UNKNOWN;
-  }
-  return fromRawValue<KifoNotificationPermissionStatusType>(status->get_ref<const std::string&>())
+  const std::string* status = userInfo["status"].asText();
+  return fromRawValue<KifoNotificationPermissionStatusType>(status ? *status : "")
       .value_or(KifoNotificationPermissionStatusType::UNKNOWN);
 }
 

@@ -16,9 +16,6 @@
 
 namespace kifo {
 
-/// Whatever a push carries, string keys to JSON values.
-using UserInfo = nlohmann::json;
-
 /// The one place through which every event leaves the SDK:
 ///
 ///     kifo::KifoEventManager::sendEvent("basket_opened", "Basket", {{"items", 3}});

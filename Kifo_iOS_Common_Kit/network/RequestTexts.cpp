@@ -4,15 +4,10 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Url.h"
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo {
 namespace {
-
-using nlohmann::json;
-
-std::string compact(const json& value) {
-  return value.dump(-1, ' ', false, json::error_handler_t::replace);
-}
 
 /// Only a text that goes beyond ASCII can need mending.
 bool isAscii(std::string_view text) {
@@ -21,18 +16,19 @@ bool isAscii(std::string_view text) {
 }
 
 std::string mended(const std::string& text) {
-  return isAscii(text) ? text : json::parse(compact(text)).get<std::string>();
+  return isAscii(text) ? text : *valueFromJson(jsonFromValue(text)).value().asText();
 }
 
-std::string queryValue(const json& value) {
-  return value.is_string() ? mended(value.get_ref<const std::string&>()) : compact(value);
+std::string queryValue(const Value& value) {
+  const std::string* text = value.asText();
+  return text ? mended(*text) : jsonFromValue(value);
 }
 
-std::string withQuery(const std::string& base, const json& parameters) {
+std::string withQuery(const std::string& base, const EventParameters& parameters) {
   const auto fragment = std::min(base.find('#'), base.size());
   std::string url = base.substr(0, std::min(base.find('?'), fragment));
   char separator = '?';
-  for (const auto& [key, value] : parameters.items()) {
+  for (const auto& [key, value] : parameters) {
     url += separator;
     appendPercentEncoded(url, mended(key));
     url += '=';
@@ -65,8 +61,9 @@ const std::string& RequestTexts::url() const {
 }
 
 const std::string& RequestTexts::json() const {
-  std::call_once(jsonOnce_,
-                 [this] { json_ = parameters() ? compact(*parameters()) : std::string("{}"); });
+  std::call_once(jsonOnce_, [this] {
+    json_ = parameters() ? jsonFromValue(*parameters()) : std::string("{}");
+  });
   return json_;
 }
 
@@ -75,16 +72,13 @@ std::optional<std::string> RequestTexts::body() const {
 }
 
 RequestParameters parametersFromText(std::string_view text) {
-  auto parsed = json::parse(text, nullptr, /*allow_exceptions=*/false);
-  return parsed.is_object() ? std::make_shared<const json>(std::move(parsed)) : nullptr;
+  const auto parsed = valueFromJson(text);
+  const EventParameters* members = parsed ? parsed->asMap() : nullptr;
+  return members ? std::make_shared<const EventParameters>(*members) : nullptr;
 }
 
 bool isUtf8(const std::string& text) {
-  try {
-    return isAscii(text) || !json(text).dump().empty();
-  } catch (const json::exception&) {
-    return false;
-  }
+  return isAscii(text) || mended(text) == text;
 }
 
 }  // namespace kifo

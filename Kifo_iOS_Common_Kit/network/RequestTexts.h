@@ -7,14 +7,13 @@
 #include <string>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
-
+#include "Kifo_iOS_Common_Kit/core/EventParameters.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 
-/// A request's parameters: a JSON object, or null for a request without any.
-using RequestParameters = std::shared_ptr<const nlohmann::json>;
+/// A request's parameters; null for a request without any.
+using RequestParameters = std::shared_ptr<const EventParameters>;
 
 /// What a request's parameters look like on the wire: the query and the body. They are put together
 /// and written once, by whichever thread first needs them, which is not the one that sends an event

@@ -79,7 +79,7 @@ void ServiceClient::sendEvent(const Headers& headers, Composition composition,
   request.isCached = false;
   request.serviceUrl =
       textsFor(Session::shared().identity()->listenerUri, [composition = std::move(composition)] {
-        return std::make_shared<const nlohmann::json>(composition());
+        return std::make_shared<const EventParameters>(composition());
       });
   if (completion) {
     request.completionHandler = [completion = std::move(completion)](auto result, const auto&,
@@ -99,7 +99,9 @@ void ServiceClient::getInAppCommunication(
   request.headers = headers.value_or(Headers());
   request.isCached = false;
   request.serviceUrl = textsFor(Session::shared().identity()->apiUri, [parameters] {
-    return parameters ? std::make_shared<const nlohmann::json>(*parameters) : nullptr;
+    return parameters
+               ? std::make_shared<const EventParameters>(parameters->begin(), parameters->end())
+               : nullptr;
   });
   if (completion) {
     request.whenUnanswered = [completion] { completion(nullptr, std::nullopt); };

@@ -7,8 +7,8 @@ namespace {
 
 /// Takes title and body from `alert`; false when it holds neither.
 bool readTexts(const UserInfo& alert, NotificationContent& content) {
-  if (alert.is_string()) {
-    content.body = alert.get<std::string>();
+  if (const std::string* body = alert.asText()) {
+    content.body = *body;
     return true;
   }
   const auto title = textIn(alert, "title");
@@ -18,30 +18,21 @@ bool readTexts(const UserInfo& alert, NotificationContent& content) {
   return title || body;
 }
 
-const UserInfo& member(const UserInfo& object, const char* key) {
-  static const UserInfo& none = *new UserInfo;
-  if (!object.is_object()) return none;
-  const auto found = object.find(key);
-  return found == object.end() ? none : *found;
-}
-
 }  // namespace
 
 NotificationContent contentOfPush(UserInfo userInfo) {
   NotificationContent content;
-  if (!readTexts(member(member(userInfo, "aps"), "alert"), content) &&
-      !readTexts(member(userInfo, "notification"), content)) {
-    readTexts(userInfo.is_object() ? userInfo : UserInfo::object(), content);
+  if (!readTexts(userInfo["aps"]["alert"], content) &&
+      !readTexts(userInfo["notification"], content) && userInfo.asMap()) {
+    readTexts(userInfo, content);
   }
   content.userInfo = std::move(userInfo);
   return content;
 }
 
 std::optional<std::string> textIn(const UserInfo& userInfo, std::string_view key) {
-  if (!userInfo.is_object()) return std::nullopt;
-  const auto found = userInfo.find(key);
-  if (found == userInfo.end() || !found->is_string()) return std::nullopt;
-  return found->get<std::string>();
+  const std::string* text = userInfo[key].asText();
+  return text ? std::optional(*text) : std::nullopt;
 }
 
 std::shared_ptr<NotificationAppCommunicationItem> campaignOf(const UserInfo& userInfo) {
@@ -51,10 +42,8 @@ std::shared_ptr<NotificationAppCommunicationItem> campaignOf(const UserInfo& use
 
 std::string description(const NotificationContent& content) {
   std::string keys;
-  if (content.userInfo.is_object()) {
-    for (const auto& [key, value] : content.userInfo.items()) {
-      keys += (keys.empty() ? "" : ", ") + key;
-    }
+  if (const UserInfo::Map* members = content.userInfo.asMap()) {
+    for (const auto& [key, value] : *members) keys += (keys.empty() ? "" : ", ") + key;
   }
   return "<NotificationContent title: " + content.title + ", body: " + content.body +
          ", categoryIdentifier: " + content.categoryIdentifier +

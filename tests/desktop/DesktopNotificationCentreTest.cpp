@@ -109,7 +109,7 @@ class DesktopNotificationCentreTest : public ::testing::Test {
     return all;
   }
 
-  std::vector<nlohmann::json> events(const std::string& name) {
+  std::vector<Value> events(const std::string& name) {
     fake_.runUntilIdle();
     return fake_.http->events(name);
   }

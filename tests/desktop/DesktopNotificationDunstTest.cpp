@@ -95,7 +95,7 @@ class DunstTest : public ::testing::Test {
     ASSERT_TRUE(waitFor([&] { return displayed() == expected; }));
   }
 
-  std::vector<nlohmann::json> events(const std::string& name) {
+  std::vector<Value> events(const std::string& name) {
     fake_.runUntilIdle();
     return fake_.http->events(name);
   }

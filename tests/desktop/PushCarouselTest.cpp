@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoImageCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
@@ -14,13 +15,12 @@ namespace kifo {
 namespace {
 
 Notification pushWithImages(int count) {
-  auto images = UserInfo::array();
+  Value::List images;
   for (int index = 0; index < count; ++index) {
-    images.push_back({{"url", "https://host/" + std::to_string(index) + ".png"}});
+    images.push_back(Value{{"url", "https://host/" + std::to_string(index) + ".png"}});
   }
-  const UserInfo campaign{{"images", images}, {"sliderSupport", true}};
-  return {
-      {"push", std::make_shared<NotificationContent>(contentOfPush({{"data", campaign.dump()}}))}};
+  const std::string campaign = jsonFromValue(Value{{"images", images}, {"sliderSupport", true}});
+  return {{"push", std::make_shared<NotificationContent>(contentOfPush({{"data", campaign}}))}};
 }
 
 class PushCarouselTest : public ::testing::Test {

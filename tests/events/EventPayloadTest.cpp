@@ -173,7 +173,7 @@ TEST_F(EventPayloadTest, APageIsNamedByTheCallerElseByTheScreenAndNotAtAllWithou
 TEST_F(EventPayloadTest, AHostsKeysGiveWayToTheSdks) {
   KifoEventManager::sendLoginEvent(
       screen, std::nullopt,
-      {{"channel", "WEB"}, {"name", "x"}, {"mine", {1, nullptr}}, {"page_name", "y"}});
+      {{"channel", "WEB"}, {"name", "x"}, {"mine", Value::list({1, nullptr})}, {"page_name", "y"}});
   EXPECT_EQ(lastEvent("login")["channel"], "MOBILE");
   EXPECT_EQ(own("login"),
             (json{{"name", "login"}, {"page_name", "HomeScreen"}, {"mine", {1, nullptr}}}));
@@ -239,7 +239,8 @@ TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
   EXPECT_EQ(keys["responseType"], "SELF");
   EXPECT_EQ(keys["type"], "POPUP");
   EXPECT_EQ(keys["communication_name"], "camp");
-  for (const json& broken : {json(), json::array(), json{{"data", 5}}, json{{"data", "{"}}}) {
+  for (const UserInfo& broken :
+       {UserInfo(), UserInfo::list(), UserInfo{{"data", 5}}, UserInfo{{"data", "{"}}}) {
     KifoEventManager::sendPushNotificationDismissedEvent(broken);
   }
 }
@@ -249,7 +250,7 @@ TEST_F(EventPayloadTest, APermissionIsNamedByItsStatus) {
   EXPECT_EQ(own("push_notificition_denied")["status"], "DENIED");
   KifoEventManager::sendNotificationPermissionStatusEvent({{"status", "PROVISIONAL"}});
   EXPECT_EQ(own("push_notification_permission_status")["status"], "PROVISIONAL");
-  KifoEventManager::sendNotificationPermissionStatusEvent(json());
+  KifoEventManager::sendNotificationPermissionStatusEvent(UserInfo());
   EXPECT_EQ(own("push_notification_permission_status")["status"], "UNKNOWN");
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/ForeignLock.h"
 #include "tests/support/SdkTest.h"
@@ -32,7 +33,7 @@ class ServiceClientTest : public SdkTest {
 TEST_F(ServiceClientTest, ARequestCarriesTheFourHeadersAndItsParametersInQueryAndBody) {
   start();
   answerNothing();
-  send("tap", {{"b c", "ü/?&="}, {"a", 7}, {"deep", {{"x", {1, 2}}}}, {"yes", true}});
+  send("tap", {{"b c", "ü/?&="}, {"a", 7}, {"deep", {{"x", Value::list({1, 2})}}}, {"yes", true}});
   const HttpRequest request = lastRequest();
   EXPECT_EQ(request.method, "POST");
   EXPECT_THAT(request.headers, ElementsAre(std::pair("Authorization", "BearerMOBILE token"),
@@ -48,6 +49,19 @@ TEST_F(ServiceClientTest, ARequestCarriesTheFourHeadersAndItsParametersInQueryAn
   const auto body = nlohmann::json::parse(request.body.value());
   EXPECT_EQ(body["b c"], "ü/?&=");
   EXPECT_EQ(request.body->find(' '), request.body->find(" c\"")) << "compact";
+}
+
+TEST_F(ServiceClientTest, AParameterNested100000LevelsDeepIsSentStoredAndSentAgainWhole) {
+  start();
+  const auto nested = valueFromJson(std::string(100'000, '[') + std::string(100'000, ']')).value();
+  setOnline(false);
+  send("tap", {{"nested", nested}});
+  fake.runUntilIdle();
+  EXPECT_EQ(rows("select count(*) from KifoLog"), std::vector<std::string>{"1"});
+  setOnline(true);
+  const auto sent = fake.http->events("tap");
+  ASSERT_EQ(sent.size(), 1U);
+  EXPECT_TRUE(sent[0]["nested"] == nested);
 }
 
 TEST_F(ServiceClientTest, ATokenCannotBecomeAHeaderAndBrokenTextIsMendedNotLost) {

@@ -1,6 +1,9 @@
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo {
 namespace {
@@ -14,10 +17,11 @@ struct Push {
 class PushTexts : public ::testing::TestWithParam<Push> {};
 
 TEST_P(PushTexts, AreFoundWhereTheServicePutsThem) {
-  const auto content = contentOfPush(UserInfo::parse(GetParam().userInfo));
+  const UserInfo userInfo = valueFromJson(GetParam().userInfo).value();
+  const auto content = contentOfPush(userInfo);
   EXPECT_EQ(content.title, GetParam().title);
   EXPECT_EQ(content.body, GetParam().body);
-  EXPECT_EQ(content.userInfo, UserInfo::parse(GetParam().userInfo));
+  EXPECT_EQ(content.userInfo, userInfo);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -30,7 +34,7 @@ INSTANTIATE_TEST_SUITE_P(
         Push{R"({"title": 1, "body": ["B"]})", "", ""}, Push{"[]", "", ""}, Push{"null", "", ""}));
 
 TEST(NotificationContent, EveryMemberOfTheCampaignIsReadAndWrittenUnderItsKey) {
-  const auto whole = UserInfo::parse(R"({
+  const auto whole = nlohmann::json::parse(R"({
     "type": "t", "uuid": "u", "code": "c", "actorId": "a", "pushToken": "p", "name": "n",
     "triggeringEventName": "e", "image": "i", "buttons": [{"id": "b", "action": {"link": "l"}}],
     "applicationName": "m", "scenario": "s", "action": {"link": "x", "type": "url"},

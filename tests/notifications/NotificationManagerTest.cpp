@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {
@@ -70,7 +71,7 @@ class NotificationManagerTest : public ::testing::Test {
   }
 
   /// The bodies of the events that were sent under `name`.
-  std::vector<nlohmann::json> events(const std::string& name) {
+  std::vector<Value> events(const std::string& name) {
     fake_.runUntilIdle();
     return fake_.http->events(name);
   }
@@ -97,9 +98,9 @@ TEST_F(NotificationManagerTest, APushWithEverythingIsReportedAndGetsItsButtonsAn
                                        {{"b1", "One", 4}, {"b2", "Two", 4}, {"b2", "Twin", 4}}}));
   const auto received = events("push_notification_received");
   ASSERT_EQ(received.size(), 1U);
-  EXPECT_EQ(received[0].value("communication_name", ""), "U");
-  EXPECT_EQ(received[0].value("scenario", ""), "S");
-  EXPECT_EQ(received[0].value("code", ""), "C");
+  EXPECT_EQ(received[0]["communication_name"], "U");
+  EXPECT_EQ(received[0]["scenario"], "S");
+  EXPECT_EQ(received[0]["code"], "C");
 }
 
 TEST_F(NotificationManagerTest, TheFilesOfAPushGoWithItsContent) {
@@ -129,19 +130,31 @@ TEST_F(NotificationManagerTest, AButtonThatCannotBeOfferedLeavesTheCategoryWitho
 
 TEST_F(NotificationManagerTest, ACampaignThatCannotBeReadSendsNothingAndStillGetsItsImage) {
   for (const UserInfo& data : {UserInfo("[]"), UserInfo("{"), UserInfo(R"({"uuid": 7})"),
-                               UserInfo(7), UserInfo(nullptr), UserInfo::object()}) {
+                               UserInfo(7), UserInfo(nullptr), UserInfo::map()}) {
     const auto handled = receive({{"data", data}, {"image", URL}});
-    ASSERT_EQ(handled.size(), 1U) << data;
-    EXPECT_EQ(handled[0]->attachments.size(), 1U) << data;
+    ASSERT_EQ(handled.size(), 1U) << jsonFromValue(data);
+    EXPECT_EQ(handled[0]->attachments.size(), 1U) << jsonFromValue(data);
   }
   EXPECT_THAT(events("push_notification_received"), IsEmpty());
   EXPECT_THAT(fake_.notifications->categories.get(), IsEmpty());
 }
 
+TEST_F(NotificationManagerTest, APushNested100000LevelsDeepIsShownAndReported) {
+  const std::string deep = std::string(100'000, '[') + std::string(100'000, ']');
+  const UserInfo userInfo{{"extra", valueFromJson(deep).value()},
+                          {"data", "{\"uuid\": \"U\", \"extra\": " + deep + "}"}};
+  const auto handled = receive(userInfo);
+  ASSERT_EQ(handled.size(), 1U);
+  EXPECT_TRUE(handled[0]->userInfo == userInfo);
+  KifoEventManager::sendPushNotificationDismissedEvent(userInfo);
+  EXPECT_EQ(events("push_notification_received").size(), 1U);
+  EXPECT_EQ(events("push_notification_dismissed").size(), 1U);
+}
+
 TEST_F(NotificationManagerTest, AnImageThatIsNoUrlShowsThePushAsItIsWithoutAWord) {
   for (const UserInfo& image : {UserInfo(""), UserInfo("not a url"), UserInfo(7)}) {
     const auto handled = receive({{"image", image}});
-    ASSERT_EQ(handled.size(), 1U) << image;
+    ASSERT_EQ(handled.size(), 1U) << jsonFromValue(image);
     EXPECT_THAT(handled[0]->attachments, IsEmpty());
     EXPECT_THAT(lines(), ElementsAre("Kifo NotificationManager: notification received",
                                      StartsWith("Kifo NotificationManager: bestAttemptContent: ")));
@@ -193,7 +206,7 @@ struct Tap {
   const char* description;
   std::string actionIdentifier;
   const char* link;  ///< What the host is handed.
-  nlohmann::json responseType, responseId, responseText;
+  Value responseType, responseId, responseText;
 };
 
 class Taps : public NotificationManagerTest, public ::testing::WithParamInterface<Tap> {};
@@ -208,7 +221,7 @@ TEST_P(Taps, AreReportedOnceAndHandedToTheHost) {
   ASSERT_EQ(clicked.size(), 1U);
   EXPECT_EQ(clicked[0]["responseType"], GetParam().responseType);
   EXPECT_EQ(clicked[0]["responseId"], GetParam().responseId);
-  EXPECT_EQ(clicked[0].value("responseText", nlohmann::json()), GetParam().responseText);
+  EXPECT_EQ(clicked[0]["responseText"], GetParam().responseText);
   EXPECT_EQ(clicked[0]["communication_name"], "U");
 }
 
@@ -238,7 +251,7 @@ TEST_F(NotificationManagerTest, ATapWithNothingToOpenIsStillHandedOn) {
 TEST_F(NotificationManagerTest, ATapOnAPushWithoutAReadableCampaignEndsSilently) {
   for (const UserInfo& userInfo :
        {UserInfo{{"data", "[1]"}}, UserInfo{{"data", "no json"}},
-        UserInfo{{"data", {{"uuid", "U"}}}}, UserInfo::object(), UserInfo()}) {
+        UserInfo{{"data", {{"uuid", "U"}}}}, UserInfo::map(), UserInfo()}) {
     NotificationManager::handleNotification(userInfo, {"b1"}, [](auto) { FAIL(); });
   }
   EXPECT_THAT(lines(), IsEmpty());

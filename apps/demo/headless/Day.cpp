@@ -5,6 +5,7 @@
 #include <iostream>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
@@ -261,9 +262,7 @@ void Day::hide(const std::shared_ptr<KifoViewController>& screen, const std::str
 
 void Day::event(const std::string& name, const nlohmann::json& parameters, Expectations::Way way) {
   expectations_.expect(name, parameters, way);
-  EventParameters given;
-  for (const auto& [key, value] : parameters.items()) given[key] = value;
-  KifoEventManager::sendEvent(name, std::nullopt, std::move(given));
+  KifoEventManager::sendEvent(name, std::nullopt, *valueFromJson(parameters.dump())->asMap());
 }
 
 }  // namespace kifo::demo

@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+
 namespace kifo::shop {
 
 NotificationPanelDesk::NotificationPanelDesk(const QString& busAddress) {
@@ -18,8 +20,8 @@ NotificationPanelDesk::NotificationPanelDesk(const QString& busAddress) {
 }
 
 void NotificationPanelDesk::deliver(const QByteArray& push) {
-  UserInfo userInfo = UserInfo::parse(push.toStdString(), nullptr, /*allow_exceptions=*/false);
-  if (!userInfo.is_object()) return;
+  UserInfo userInfo = valueFromJson(push.toStdString()).value_or(UserInfo());
+  if (!userInfo.asMap()) return;
   Q_EMIT arrived({{"", std::make_shared<NotificationContent>(contentOfPush(userInfo))}});
   centre_->deliver(std::move(userInfo));
 }

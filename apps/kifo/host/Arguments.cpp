@@ -1,5 +1,7 @@
 #include "apps/kifo/host/Arguments.h"
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+
 namespace kifo::tool {
 namespace {
 
@@ -82,7 +84,13 @@ nlohmann::json Arguments::any(const std::string& label) {
 EventParameters Arguments::object(const std::string& label) {
   known_.insert(label);
   if (!has(label)) return {};
-  return required(label, &nlohmann::json::is_object, "an object").get<EventParameters>();
+  return *valueFromJson(required(label, &nlohmann::json::is_object, "an object").dump())->asMap();
+}
+
+Arguments Arguments::arguments(const std::string& label) {
+  known_.insert(label);
+  if (!has(label)) return Arguments(nlohmann::json::object());
+  return Arguments(required(label, &nlohmann::json::is_object, "an object"));
 }
 
 void Arguments::finish() const {

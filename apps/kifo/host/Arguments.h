@@ -51,9 +51,9 @@ class Arguments {
   std::vector<std::uint8_t> bytes(const std::string& label);
   /// Any JSON, null when it is left out.
   nlohmann::json any(const std::string& label);
-  /// A JSON object; empty when it is left out.
+  /// A JSON object; empty when it is left out. So is the next one.
   EventParameters object(const std::string& label);
-  Arguments arguments(const std::string& label) { return Arguments(nlohmann::json(object(label))); }
+  Arguments arguments(const std::string& label);
 
   /// A record as the server would write it; null when it is left out.
   template <class Record>

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "apps/kifo/host/Host.h"
 #include "apps/kifo/host/Operations.h"
 
@@ -52,7 +53,7 @@ Output::Line line(const NotificationContent& content) {
           {"body", content.body},
           {"categoryIdentifier", content.categoryIdentifier},
           {"attachments", attachments},
-          {"userInfo", content.userInfo}};
+          {"userInfo", Output::Line::parse(jsonFromValue(content.userInfo))}};
 }
 
 }  // namespace

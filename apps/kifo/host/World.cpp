@@ -28,12 +28,11 @@ std::optional<CapacityReading> capacityIn(Arguments& arguments, const std::strin
   return CapacityReading{Outcome::known, arguments.integer(label, INT64_MIN, INT64_MAX)};
 }
 
-DefaultsValue defaultsValue(const std::string& key, const nlohmann::json& value) {
-  if (value.is_boolean()) return value.get<bool>();
-  std::int64_t whole = 0;
-  if (value.is_number() && !value.is_number_float() && record::read(value, whole)) return whole;
-  if (value.is_number()) return value.get<double>();
-  if (value.is_string()) return value.get<std::string>();
+DefaultsValue defaultsValue(const std::string& key, const Value& value) {
+  if (const auto flag = value.asBoolean()) return *flag;
+  if (const auto whole = value.asInteger()) return *whole;
+  if (const auto number = value.asNumber()) return *number;
+  if (const auto* text = value.asText()) return *text;
   throw BadLine("\"" + key + "\" must be a text, a number, true or false");
 }
 
