@@ -83,7 +83,7 @@ struct Depth {
 };
 
 void store(const KifoLog& log) {
-  DataManager().cacheLog(1000000, [&log] { return log; });
+  DataManager().cacheLog(1000000, log._requestId, [&log] { return log; });
   Platform::current()->mainQueue->sync([] {});
 }
 

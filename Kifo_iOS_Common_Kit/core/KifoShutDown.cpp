@@ -69,7 +69,7 @@ bool shutDown(double bound) {
   NetworkManager::shared().stopMonitoring();
   const bool isSettled = settle(*platform, settling);
   platform->http->stop();
-  if (!isSettled) KifoSqliteManager::sharedManager().setHurried(true);
+  if (!isSettled) KifoSqliteManager::sharedManager()->stopWaitingForLocks();
   const bool answersDone = platform->answerQueue->stop(deadline.left());
   const bool statementsDone = platform->mainQueue->stop(deadline.left());
   platform->reachabilityQueue->stop(deadline.left());
@@ -84,7 +84,6 @@ bool shutDown(double bound) {
 void resumeAfterShutDown() {
   ServiceClient::setStopping(false);
   TokenWaits::allow();
-  KifoSqliteManager::sharedManager().setHurried(false);
 }
 
 }  // namespace kifo

@@ -153,7 +153,7 @@ void ServiceClient::cache(const std::shared_ptr<Outgoing>& request, Wake wake) {
   // The limit is the one in force when the event is sent: before the first answer nothing is
   // stored, however soon that answer comes.
   DataManager().cacheLog(
-      queueLimit(),
+      queueLimit(), request->requestId,
       [request, isOnline, date] {
         return KifoLog(0, request->texts->json(), request->texts->url(), request->method, date, 0,
                        isOnline ? 0 : 1, request->requestId);
@@ -244,7 +244,7 @@ void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
   // An answer without a body leaves its row, marked. Any other removes it: before the mark, which
   // then finds nothing to write and costs no commit, and before the row that follows is marked as
   // tried, since the deletion takes every tried row.
-  if (!data.empty() && isResent) passOn(requestId, forget);
+  if (!data.empty() && isResent) passOn(requestId);
   if (!data.empty() && !isResent) db_.deleteLog(requestId, forget);
   db_.updateSyncStatus(requestId, 1, forget);
   unauthorizedCount = 0;
@@ -257,13 +257,11 @@ void ServiceClient::handleSuccess(const std::shared_ptr<Outgoing>& request,
   if (!isResent) print("apiRequest is not cached");
 }
 
-/// The next stored row has its turn. One commit removes the delivered one and marks the next: it is
-/// all that keeps the server waiting.
-void ServiceClient::passOn(const std::string& delivered, const std::function<void()>& removed) {
-  db_.inOneTurn([self = shared_from_this(), delivered, removed] {
-    self->db_.deleteLogWithNext(delivered, removed);
-    self->syncLogs();
-  });
+/// One commit removes the delivered row and marks the next: it is all that keeps the server
+/// waiting.
+void ServiceClient::passOn(const std::string& delivered) {
+  if (mayStartPass()) return startPass(/*isQuiet=*/false, delivered);
+  db_.deleteLog(delivered, [delivered] { RequestLedger::shared().forgetDelivered(delivered); });
 }
 
 void ServiceClient::handleRefusal(const Outgoing& request, int status) {
@@ -286,38 +284,56 @@ void ServiceClient::handleRefusal(const Outgoing& request, int status) {
 // Stored rows ------------------------------------------------------------------------------------
 
 void ServiceClient::syncLogs() {
+  if (mayStartPass()) startPass(/*isQuiet=*/false, "");
+}
+
+bool ServiceClient::mayStartPass() {
   Session& session = Session::shared();
-  if (session.offlineCachingDisabled) return print("offlineCachingDisabled");
+  if (session.offlineCachingDisabled) {
+    print("offlineCachingDisabled");
+    return false;
+  }
   const KifoNetworkStatus status = session.networkStatus;
   print("sync is online " + std::string(rawValue(status)));
-  if (status != KifoNetworkStatus::ONLINE) return;
+  if (status != KifoNetworkStatus::ONLINE) return false;
   if (!session.appCommunication()) {
     syncAwaitsAnswer = true;
-    return;
+    return false;
   }
-  startPass(/*isQuiet=*/false);
+  return !isStopping;
 }
 
 void ServiceClient::resumeSync() {
   Session& session = Session::shared();
   const bool isDue = syncAwaitsAnswer.exchange(false) && !session.offlineCachingDisabled &&
-                     session.networkStatus == KifoNetworkStatus::ONLINE;
-  if (isDue) make()->startPass(/*isQuiet=*/true);
+                     session.networkStatus == KifoNetworkStatus::ONLINE && !isStopping;
+  if (isDue) make()->startPass(/*isQuiet=*/true, "");
 }
 
-void ServiceClient::startPass(bool isQuiet) {
-  if (isStopping) return;
+void ServiceClient::startPass(bool isQuiet, const std::string& delivered) {
   if (!isQuiet) print("sync log started");
-  db_.firstUnsyncedLog([self = shared_from_this(), isQuiet](const std::optional<KifoLog>& log) {
-    if (log || !isQuiet) self->syncStep(log);
-  });
+  db_.takeNext(
+      delivered,
+      [self = shared_from_this(), isQuiet](const std::optional<KifoLog>& log) {
+        return (log || !isQuiet) && self->mayTake(log);
+      },
+      [delivered](const DataManager::Taken& taken) {
+        if (taken.isDeleted) RequestLedger::shared().forgetDelivered(delivered);
+        if (taken.row) resend(*taken.row);
+      });
 }
 
-void ServiceClient::syncStep(const std::optional<KifoLog>& log) {
-  if (!log) return print("log is nil");
+/// Whether the row is to be marked and sent. A row that cannot be marked could go out twice: it is
+/// sent only with the mark in the file.
+bool ServiceClient::mayTake(const std::optional<KifoLog>& log) {
+  if (!log) {
+    print("log is nil");
+    return false;
+  }
   const std::string& requestId = log->_requestId;
   if (std::ranges::find(lastSyncRequestIds_, requestId) != lastSyncRequestIds_.end()) {
-    return print("lastSyncRequestIds contains log requestId");
+    print("lastSyncRequestIds contains log requestId");
+    return false;
   }
   lastSyncRequestIds_.push_back(requestId);
   RequestLedger& ledger = RequestLedger::shared();
@@ -327,14 +343,13 @@ void ServiceClient::syncStep(const std::optional<KifoLog>& log) {
   const auto goOn = [](bool delivered) {
     if (delivered) make()->syncLogs();
   };
-  if (ledger.whenSettled(requestId, goOn)) return;
-  if (ledger.isDelivered(requestId)) return removeDelivered(requestId);
+  if (ledger.whenSettled(requestId, goOn)) return false;
+  if (ledger.isDelivered(requestId)) {
+    removeDelivered(requestId);
+    return false;
+  }
   // The network may have gone since the pass began: the row stays for the next one.
-  if (isStopping || Session::shared().networkStatus != KifoNetworkStatus::ONLINE) return;
-  // Sent only with the mark in the file: a row that cannot be marked could go out twice.
-  db_.increaseTryCount(requestId, [log = *log](bool marked) {
-    if (marked) resend(log);
-  });
+  return !isStopping && Session::shared().networkStatus == KifoNetworkStatus::ONLINE;
 }
 
 void ServiceClient::removeDelivered(const std::string& requestId) {

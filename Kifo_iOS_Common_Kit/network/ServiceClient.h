@@ -108,9 +108,11 @@ class KIFO_EXPORT ServiceClient final : public ServiceClientProtocol,
   void handleSuccess(const std::shared_ptr<Outgoing>& request, const std::string& data);
   void handleRefusal(const Outgoing& request, int status);
 
-  void passOn(const std::string& delivered, const std::function<void()>& removed);
-  void startPass(bool isQuiet);
-  void syncStep(const std::optional<KifoLog>& log);
+  void passOn(const std::string& delivered);
+  static bool mayStartPass();
+  /// `delivered`, unless empty, is a row that was answered 200 and is removed with the same commit.
+  void startPass(bool isQuiet, const std::string& delivered);
+  bool mayTake(const std::optional<KifoLog>& log);
   void removeDelivered(const std::string& requestId);
   static void resend(const KifoLog& log);
 

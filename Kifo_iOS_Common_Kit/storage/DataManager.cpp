@@ -1,66 +1,33 @@
 #include "Kifo_iOS_Common_Kit/storage/DataManager.h"
 
-#include <initializer_list>
-#include <memory>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
-#include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
+#include "Kifo_iOS_Common_Kit/storage/LogTable.h"
 
 namespace kifo {
 namespace {
 
-KifoSqliteManager& store() {
-  return KifoSqliteManager::sharedManager();
-}
+using Result = StoreConnection::Result;
+
+constexpr auto kEmptyTried = "increaseTryCount - requestId is empty";
 
 void print(std::string_view message) {
   Console::print(logTag("DataManager"), message);
 }
 
-/// Whether `text` stays inside single quotes: an apostrophe would end them, a zero byte the
-/// statement.
-bool isQuotable(std::string_view text) {
-  return text.find_first_of(std::string_view("'\0", 2)) == std::string_view::npos;
+bool isId(const std::string& requestId) {
+  return !requestId.empty() && LogTable::isQuotable(requestId);
 }
 
-bool isQuotable(const KifoLog& log) {
-  return isQuotable(log._paramaters) && isQuotable(log._requestId) && isQuotable(log._url) &&
-         isQuotable(log._httpMethod);
-}
-
-std::string joined(std::initializer_list<std::string_view> parts) {
-  std::string text;
-  for (const auto part : parts) text += part;
-  return text;
-}
-
-std::string insertStatement(const KifoLog& log) {
-  return joined(
-      {"INSERT INTO ", DataManager::TABLE_NAME,
-       " (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, TRYCOUNT, HTTPMETHOD, ISSYNC_SUCCESS) "
-       "VALUES ('",
-       log._paramaters, "', '", log._requestId, "', '", log._url, "', ", std::to_string(log._date),
-       ", ", std::to_string(log._isSync), ", ", std::to_string(log._tryCount), ", '",
-       log._httpMethod, "', 0)"});
-}
-
-std::string deleteStatement(const std::string& requestId) {
-  return joined({"delete from ", DataManager::TABLE_NAME, " where REQUEST_ID = '", requestId,
-                 "' or TRYCOUNT > 0"});
-}
-
-KifoSqliteManager::QueryBlock whenSucceeded(std::function<void()> callback) {
-  return [callback = std::move(callback)](const auto*, const auto&, bool) {
-    if (callback && store().lastSucceeded()) callback();
-  };
-}
-
-std::string countStatement() {
-  return joined({"select count(*) from ", DataManager::TABLE_NAME,
-                 " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0"});
+void tellNotStored(const std::string& requestId, const char* reason, std::int64_t waiting,
+                   std::int64_t limit) {
+  KIFO_INSPECT("notStored", {{"requestId", requestId},
+                             {"reason", reason},
+                             {"waiting", std::to_string(waiting)},
+                             {"limit", std::to_string(limit)}});
 }
 
 /// A row in the order of the select. Cells are texts, and a number field takes numbers only, so the
@@ -70,96 +37,132 @@ KifoLog logOf(const KifoSqliteManager::Row& row) {
   return {0, text(1), text(2), text(3), 0, 0, 0, text(7)};
 }
 
-}  // namespace
-
-void DataManager::inOneTurn(std::function<void()> work) const {
-  store().inOneTurn(std::move(work));
+/// The transaction of `takeNext`. Either id may be empty.
+Result deleteAndMark(StoreConnection& file, const std::string& delivered, const std::string& next) {
+  auto result = file.run("BEGIN IMMEDIATE");
+  // The deletion takes every tried row: it comes before the mark.
+  if (result.isDone && !delivered.empty()) result = file.run(LogTable::remove(delivered));
+  if (result.isDone && !next.empty()) {
+    result = file.run(LogTable::markTried(next));
+    result.isDone = result.rowsChanged > 0;
+  }
+  if (result.isDone) result = file.run("COMMIT");
+  if (!result.isDone) file.run("ROLLBACK");
+  return result;
 }
+
+DataManager::Taken takeFrom(StoreConnection& file, const std::string& delivered,
+                            const std::function<bool(const std::optional<KifoLog>&)>& chooses) {
+  DataManager::Taken taken;
+  bool isChosen = false;
+  auto result = file.run(LogTable::selectFirstWaiting(delivered), [&](const auto& row) {
+    taken.row = logOf(row);
+    isChosen = chooses(taken.row);
+  });
+  if (result.isDone) isChosen = chooses(taken.row) || isChosen;
+  if (isChosen && taken.row && taken.row->_requestId.empty()) print(kEmptyTried);
+  isChosen = isChosen && taken.row && isId(taken.row->_requestId);
+  if (!isChosen) taken.row.reset();
+  if (result.isDone && (isChosen || !delivered.empty())) {
+    result = deleteAndMark(file, delivered, isChosen ? taken.row->_requestId : "");
+  }
+  if (!result.isDone) return {.isDeleted = false, .row = {}, .isLocked = result.isLocked};
+  taken.isDeleted = !delivered.empty();
+  return taken;
+}
+
+}  // namespace
 
 void DataManager::createTable() const {
   print("Database is being created");
-  store().prepareDb();
+  if (manager_) manager_->prepareDb();
+}
+
+void DataManager::write(std::string statement, std::function<void(const Result&)> done) const {
+  if (manager_) manager_->write({.statement = std::move(statement), .done = std::move(done)});
 }
 
 void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLog& log,
                             std::function<void(bool)> stored) const {
   const bool isFull = count >= limit;
-  if (isFull || !isQuotable(log)) {
-    KIFO_INSPECT("notStored", {{"requestId", log._requestId},
-                               {"reason", isFull ? "cap" : "apostrophe"},
-                               {"waiting", std::to_string(count)},
-                               {"limit", std::to_string(limit)}});
+  if (isFull || !LogTable::isQuotable(log)) {
+    tellNotStored(log._requestId, isFull ? "cap" : "apostrophe", count, limit);
     if (stored) stored(false);
     return;
   }
-  const bool isCounted = log._tryCount == 0;
-  store().execute(
-      insertStatement(log),
-      [stored = std::move(stored)](const auto*, const auto&, bool) {
-        if (stored) stored(store().rowsChanged() > 0);
-      },
-      isCounted ? std::optional(countStatement()) : std::nullopt);
+  write(LogTable::insert(log), [stored = std::move(stored)](const Result& result) {
+    if (stored) stored(result.isDone);
+  });
 }
 
-void DataManager::cacheLog(std::int64_t limit, std::function<KifoLog()> log,
-                           std::function<void(bool)> stored, Wake wake) const {
-  const auto countAndInsert = [manager = *this, limit, log = std::move(log),
-                               stored = std::move(stored)] {
-    manager.unsyncedLogCount(
-        [=](std::int64_t count) { manager.insertLog(count, limit, log(), stored); });
-    manager.unsyncedLogCount([](std::int64_t) {});
+bool DataManager::cacheLog(std::int64_t limit, const std::string& requestId,
+                           std::function<KifoLog()> compose, std::function<void(bool)> stored,
+                           Wake wake) const {
+  if (!manager_) return false;
+  PendingWrite copy{.compose = std::move(compose), .limit = limit, .requestId = requestId};
+  copy.done = [stored = std::move(stored)](const Result& result) {
+    if (stored) stored(result.isDone);
   };
-  store().inOneTurn(countAndInsert, wake);
+  const bool isQueued = manager_->write(std::move(copy), wake);
+  if (!isQueued) tellNotStored(requestId, "cap", limit, limit);
+  return isQueued;
 }
 
 void DataManager::deleteLog(const std::string& requestId, std::function<void()> removed) const {
-  if (requestId.empty() || !isQuotable(requestId)) return;
-  store().execute(deleteStatement(requestId), whenSucceeded(std::move(removed)));
-}
-
-void DataManager::deleteLogWithNext(const std::string& requestId,
-                                    std::function<void()> removed) const {
-  if (requestId.empty() || !isQuotable(requestId)) return;
-  store().executeWithNext(deleteStatement(requestId), whenSucceeded(std::move(removed)));
+  if (!isId(requestId)) return;
+  write(LogTable::remove(requestId), [removed = std::move(removed)](const Result& result) {
+    if (removed && result.isDone) removed();
+  });
 }
 
 void DataManager::updateSyncStatus(const std::string& requestId, int success,
                                    std::function<void()> marked) const {
-  if (requestId.empty()) return print("Request id is empty");
-  if (!isQuotable(requestId)) return;
-  store().performQuery(
-      joined({"update ", TABLE_NAME, " set ISSYNC_SUCCESS = ", std::to_string(success),
-              ", ISSYNC = 1 where REQUEST_ID = '", requestId, "'"}),
-      whenSucceeded(std::move(marked)));
+  if (requestId.empty()) print("Request id is empty");
+  if (!isId(requestId)) return;
+  write(LogTable::markAnswered(requestId, success),
+        [marked = std::move(marked)](const Result& result) {
+          if (marked && result.isDone) marked();
+        });
 }
 
 void DataManager::increaseTryCount(const std::string& requestId,
                                    std::function<void(bool)> marked) const {
-  if (requestId.empty()) return print("increaseTryCount - requestId is empty");
-  if (!isQuotable(requestId)) return;
-  store().execute(joined({"update ", TABLE_NAME,
-                          " set TRYCOUNT = TRYCOUNT + 1 where REQUEST_ID = '", requestId, "'"}),
-                  [marked = std::move(marked)](const auto*, const auto&, bool) {
-                    if (marked) marked(store().rowsChanged() > 0);
-                  });
+  if (requestId.empty()) print(kEmptyTried);
+  if (!isId(requestId)) return;
+  write(LogTable::markTried(requestId), [marked = std::move(marked)](const Result& result) {
+    if (marked) marked(result.rowsChanged > 0);
+  });
+}
+
+void DataManager::takeNext(const std::string& delivered,
+                           std::function<bool(const std::optional<KifoLog>&)> chooses,
+                           std::function<void(const Taken&)> done) const {
+  if (!manager_) return;
+  const std::string removed = isId(delivered) ? delivered : "";
+  manager_->perform([removed, chooses = std::move(chooses), done = std::move(done)](auto& file) {
+    const Taken taken = takeFrom(file, removed, chooses);
+    file.close();
+    done(taken);
+  });
 }
 
 void DataManager::unsyncedLogCount(std::function<void(std::int64_t count)> completion) const {
-  store().rowCount(countStatement(),
-                   [completion = std::move(completion)](std::int32_t count, const auto&, bool) {
-                     completion(count);
-                   });
+  if (!manager_) return;
+  manager_->rowCount(LogTable::kCountWaiting,
+                     [completion = std::move(completion)](std::int32_t count, const auto&, bool) {
+                       completion(count);
+                     });
 }
 
 void DataManager::firstUnsyncedLog(
     std::function<void(const std::optional<KifoLog>&)> completion) const {
-  const auto records = std::make_shared<std::vector<KifoLog>>();
-  store().performQuery(
-      joined({"select ID, PARAMETERS, URL, HTTPMETHOD, DATE, TRYCOUNT, ISSYNC, REQUEST_ID from ",
-              TABLE_NAME, " where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0 LIMIT 1"}),
-      [records, completion = std::move(completion)](const auto* row, const auto&, bool) {
-        if (row) records->push_back(logOf(*row));
-        completion(records->empty() ? std::nullopt : std::optional(records->front()));
+  if (!manager_) return;
+  const auto first = std::make_shared<std::optional<KifoLog>>();
+  manager_->performQuery(
+      LogTable::selectFirstWaiting(),
+      [first, completion = std::move(completion)](const auto* row, const auto&, bool) {
+        if (row) *first = logOf(*row);
+        completion(*first);
       });
 }
 

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoLog.h"
+#include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
 namespace kifo {
 
@@ -16,7 +18,9 @@ namespace kifo {
 /// not run at all: such a request is never stored, and no value can become a statement of its own.
 ///
 /// **Threading:** operations may be called from any thread; completions run on the main queue.
-/// **Errors:** a statement that fails makes no completion and says nothing.
+/// **Ownership:** holds its manager; without one every operation does nothing.
+/// **Errors:** a statement that fails makes no completion and says nothing, unless the operation
+/// says otherwise.
 class KIFO_EXPORT DataManager {
  public:
   static constexpr auto TABLE_NAME = "KifoLog";
@@ -30,8 +34,16 @@ class KIFO_EXPORT DataManager {
   static constexpr auto COL_HTTP_METHOD = "_httpMethod";
   static constexpr int MAXTRYCOUNT = 1;
 
-  /// Runs `work` as one turn of the main queue, for operations that belong together.
-  void inOneTurn(std::function<void()> work) const;
+  /// What `takeNext` did.
+  struct Taken {
+    bool isDeleted = false;      ///< The delivered row is gone.
+    std::optional<KifoLog> row;  ///< The row that is marked as tried now, and is to be sent.
+    bool isLocked = false;       ///< Another process kept the file locked: nothing was changed.
+  };
+
+  explicit DataManager(
+      std::shared_ptr<KifoSqliteManager> manager = KifoSqliteManager::sharedManager())
+      : manager_(std::move(manager)) {}
 
   /// Prints that the database is being made, and prepares it.
   void createTable() const;
@@ -40,19 +52,30 @@ class KIFO_EXPORT DataManager {
   void insertLog(std::int64_t count, std::int64_t limit, const KifoLog& log,
                  std::function<void(bool)> stored = {}) const;
 
-  /// Counts and inserts as one step, so that never more than `limit` never-tried rows wait. `log`
-  /// is made on the main queue, where writing its texts costs no caller anything. With
-  /// `Wake::later` the caller sees to it that the main queue's `wake` follows.
-  void cacheLog(std::int64_t limit, std::function<KifoLog()> log,
+  /// Stores a request's copy, unless `limit` never-tried rows wait. Copies that wait for the main
+  /// queue are stored in one transaction.
+  /// `compose` makes the row on the main queue, where writing its texts costs no caller anything.
+  /// `stored` runs after the commit and learns whether the copy is in the file.
+  /// With `Wake::later` the caller sees to it that the main queue's `wake` follows.
+  /// False, and nothing is kept or called, when `limit` copies wait for the main queue already.
+  bool cacheLog(std::int64_t limit, const std::string& requestId, std::function<KifoLog()> compose,
                 std::function<void(bool)> stored = {}, Wake wake = Wake::now) const;
 
   /// Removes the request's row and every row that was tried. `removed` runs when that has been
   /// done, not when it failed.
   void deleteLog(const std::string& requestId, std::function<void()> removed = {}) const;
 
-  /// The same, but in one transaction with the next row that the same turn marks as tried, and
-  /// before it; at the end of the turn when it marks none.
-  void deleteLogWithNext(const std::string& requestId, std::function<void()> removed) const;
+  /// One step of a pass: in one transaction, removes the row of `delivered` (with every row that
+  /// was tried) and marks the first other waiting row as tried. Either both are done or neither is.
+  ///
+  /// `chooses` gets the waiting row, with 0 in its number fields, and decides whether it is marked;
+  /// it runs before the transaction, on the main queue, once for the row and once more at the end
+  /// with the same row; once, with none, when nothing waits. Without a row to mark `delivered` is
+  /// removed alone. `delivered` may be empty: nothing is removed.
+  /// `done` always runs once, after the commit.
+  void takeNext(const std::string& delivered,
+                std::function<bool(const std::optional<KifoLog>&)> chooses,
+                std::function<void(const Taken&)> done) const;
 
   /// Marks a row after an answer: `success` is 1 after a 200, else 0. `marked` runs when that has
   /// been done, not when it failed.
@@ -67,6 +90,11 @@ class KIFO_EXPORT DataManager {
   /// The first row that still waits. The completion runs once for the row and once more at the end
   /// with the same row; once, with none, when nothing waits. Number fields read back as 0.
   void firstUnsyncedLog(std::function<void(const std::optional<KifoLog>&)> completion) const;
+
+ private:
+  void write(std::string statement, std::function<void(const StoreConnection::Result&)> done) const;
+
+  std::shared_ptr<KifoSqliteManager> manager_;
 };
 
 }  // namespace kifo

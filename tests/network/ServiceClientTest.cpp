@@ -282,9 +282,9 @@ TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
   start(kCounted);
   answerNothing();
   send("one");
-  // A reader that stays: writers wait their time and fail. The hurry makes that time short.
+  // A reader that stays: writers wait their time and fail. Here they do not wait.
   auto reader = std::make_unique<ForeignLock>(databasePath(), ForeignLock::kReader);
-  KifoSqliteManager::sharedManager().setHurried(true);
+  KifoSqliteManager::sharedManager()->stopWaitingForLocks();
   fake.http->answerNext(200, "{}");
   fake.runUntilIdle();
   setOnline(false);
@@ -302,7 +302,7 @@ TEST_F(SyncTest, AFileThatIsLockedBetweenTwoRowsCostsNeitherOfThem) {
   answerNothing();
   setOnline(true);
   auto reader = std::make_unique<ForeignLock>(databasePath(), ForeignLock::kReader);
-  KifoSqliteManager::sharedManager().setHurried(true);
+  KifoSqliteManager::sharedManager()->stopWaitingForLocks();
   fake.http->answerNext(200, "{}");
   fake.runUntilIdle();
   EXPECT_EQ(resent(), Lines{"one"}) << "what cannot be marked is not sent";

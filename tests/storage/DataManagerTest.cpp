@@ -7,6 +7,7 @@
 #include <random>
 #include <thread>
 
+#include "tests/support/ForeignLock.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -27,7 +28,7 @@ class DataManagerTest : public SdkTest {
 
   void cache(const std::string& requestId, std::int64_t limit,
              const std::string& parameters = "{}") {
-    data.cacheLog(limit, [=] { return log(requestId, parameters); });
+    data.cacheLog(limit, requestId, [=] { return log(requestId, parameters); });
   }
 
   std::int64_t waiting() {
@@ -116,6 +117,54 @@ TEST_F(DataManagerTest, ADeleteTakesEveryTriedRowWithIt) {
   data.deleteLog("a");
   fake.runUntilIdle();
   EXPECT_EQ(ids(), Lines{"c"});
+}
+
+TEST_F(DataManagerTest, AStepOfAPassRemovesAndMarksWithOneCommitOrDoesNeither) {
+  for (const char* id : {"a", "b", "c"}) cache(id, 10);
+  fake.runUntilIdle();
+  const auto commits = [this] {  // the file's change counter
+    std::ifstream file(databasePath());
+    char counter[4] = {};
+    file.seekg(24).read(counter, sizeof counter);
+    return counter[3];
+  };
+  std::string seen;
+  const auto take = [&](const std::string& delivered, bool isWanted) {
+    seen.clear();
+    DataManager::Taken result;
+    const char before = commits();
+    data.takeNext(
+        delivered,
+        [&](const auto& row) {
+          seen += row ? row->_requestId : "-";
+          return isWanted;
+        },
+        [&](const auto& taken) { result = taken; });
+    fake.runUntilIdle();
+    EXPECT_EQ(commits() - before, result.isDeleted || result.row ? 1 : 0);
+    return std::string(result.isDeleted ? "deleted" : "") + (result.isLocked ? "locked" : "") +
+           (result.row ? " " + result.row->_requestId : "");
+  };
+  const auto left = [this] { return rows("select REQUEST_ID, TRYCOUNT from KifoLog"); };
+
+  EXPECT_EQ(take("", false), "") << "a row that is not wanted is left as it is";
+  EXPECT_EQ(take("a", true), "deleted b");
+  EXPECT_EQ(seen, "bb") << "the row, and the end";
+  EXPECT_EQ(left(), (Lines{"b|1", "c|0"}));
+  KifoSqliteManager::sharedManager()->stopWaitingForLocks();
+  for (const auto& [lock, calls] :
+       {std::pair(ForeignLock::kReader, "cc"), std::pair(ForeignLock::kWriter, "cc"),
+        std::pair("BEGIN EXCLUSIVE", "")}) {
+    const ForeignLock other(databasePath(), lock);
+    EXPECT_EQ(take("b", true), "locked") << lock;
+    EXPECT_EQ(seen, calls) << "a locked file is not an empty one";
+  }
+  EXPECT_EQ(left(), (Lines{"b|1", "c|0"}));
+  EXPECT_EQ(take("b", false), "deleted");
+  EXPECT_EQ(take("", true), " c");
+  EXPECT_EQ(take("c", true), "deleted");
+  EXPECT_EQ(seen, "-");
+  EXPECT_TRUE(left().empty());
 }
 
 TEST_F(DataManagerTest, MarkingSetsBothColumnsAndAnEmptyIdIsRefused) {

@@ -48,7 +48,8 @@ class SqliteManagerTest : public SdkTest {
     return called;
   }
 
-  KifoSqliteManager& manager = KifoSqliteManager::sharedManager();
+  const std::shared_ptr<KifoSqliteManager> shared = KifoSqliteManager::sharedManager();
+  KifoSqliteManager& manager = *shared;
 };
 
 TEST_F(SqliteManagerTest, AMissingFileIsMadeWholeWithTheTableAsItsTextSays) {
@@ -97,72 +98,27 @@ TEST_F(SqliteManagerTest, AMalformedStatementMakesNoCallbackAndTheNextOneRuns) {
   EXPECT_EQ(count("select count(*) from KifoLog"), 1);
 }
 
-TEST_F(SqliteManagerTest, StatementsOfOneTurnRunBeforeWhatWasQueuedMeanwhile) {
+TEST_F(SqliteManagerTest, StatementsRunInTheOrderOfTheirIssueBehindThoseOfCallbacks) {
   prepare();
   std::string order;
   const auto note = [&](char c) {
     return [&order, c](const auto*, const auto&, bool) { order += c; };
   };
-  manager.inOneTurn([&] {
-    manager.execute("select 1", [&](const auto*, const auto&, bool) {
-      order += 'a';
-      manager.execute("select 1", note('c'));
-    });
-    manager.execute("select 1", note('b'));
+  manager.execute("select 1", [&](const auto*, const auto&, bool) {
+    order += 'a';
+    manager.execute("select 1", note('c'));
   });
-  manager.execute("select 1", note('d'));
+  manager.execute("select 1", note('b'));
   fake.runUntilIdle();
-  EXPECT_EQ(order, "abcd");
+  EXPECT_EQ(order, "abc");
 }
 
-TEST_F(SqliteManagerTest, AStatementThatGoesWithTheNextSharesItsCommitAndItsFailure) {
-  prepare();
-  execute("insert into KifoLog (REQUEST_ID, TRYCOUNT) values ('a', 0), ('b', 0), ('c', 0)");
-  const auto commits = [this] {  // the file's change counter
-    std::ifstream file(databasePath());
-    char counter[4] = {};
-    file.seekg(24).read(counter, sizeof counter);
-    return counter[3];
-  };
-  std::string order;
-  const auto note = [&](char c) {
-    return [&, c](const auto*, const auto&, bool) {
-      order += manager.lastSucceeded() && manager.rowsChanged() == 1 ? c : '-';
-    };
-  };
-  const auto takeOver = [&](const std::string& done, const std::string& next) {
-    order.clear();
-    const char before = commits();
-    manager.inOneTurn([&] {
-      manager.executeWithNext("delete from KifoLog where REQUEST_ID = '" + done + "'", note('x'));
-      manager.performQuery("select 1", [](const auto*, const auto&, bool) {});
-      if (!next.empty()) {
-        manager.execute("update KifoLog set TRYCOUNT = 1 where REQUEST_ID = '" + next + "'",
-                        note('y'));
-      }
-    });
-    fake.runUntilIdle();
-    return commits() - before;
-  };
-  const auto left = [this] { return rows("select REQUEST_ID, TRYCOUNT from KifoLog"); };
-
-  EXPECT_EQ(takeOver("a", "b"), 1);
-  EXPECT_EQ(order, "xy");
-  EXPECT_EQ(left(), (std::vector<std::string>{"b|1", "c|0"}));
-  manager.setHurried(true);
-  // A reader lets them begin but not commit; a writer does not let them begin.
-  for (const char* lock : {ForeignLock::kReader, ForeignLock::kWriter}) {
-    {
-      const ForeignLock other(databasePath(), lock);
-      EXPECT_EQ(takeOver("b", "c"), 0);
-    }
-    EXPECT_EQ(order, "--");
-    EXPECT_EQ(left(), (std::vector<std::string>{"b|1", "c|0"}));
-  }
-  manager.setHurried(false);
-  EXPECT_EQ(takeOver("b", ""), 1) << "without a next one it runs when the turn ends";
-  EXPECT_EQ(order, "x");
-  EXPECT_EQ(left(), std::vector<std::string>{"c|0"});
+TEST_F(SqliteManagerTest, WorkThatIsStillQueuedOutlivesItsOwner) {
+  auto late = std::make_shared<KifoSqliteManager>(fake.mainQueue, fake.directory.path());
+  late->prepareDb();
+  late.reset();
+  fake.runUntilIdle();
+  EXPECT_TRUE(std::filesystem::exists(databasePath()));
 }
 
 TEST_F(SqliteManagerTest, AFileLockedByAnotherProcessIsWaitedFor) {

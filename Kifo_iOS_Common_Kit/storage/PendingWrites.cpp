@@ -1,0 +1,151 @@
+#include "Kifo_iOS_Common_Kit/storage/PendingWrites.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/storage/LogTable.h"
+
+namespace kifo {
+namespace {
+
+/// Keeps a transaction short, and with it the time until its callbacks run.
+constexpr std::size_t kLargestTransaction = 256;
+
+/// What a write came to. `refusal` is the reason for which a copy was not tried.
+struct Outcome {
+  StoreConnection::Result result;
+  const char* refusal = nullptr;
+};
+
+/// One transaction's way through its writes.
+class Transaction {
+ public:
+  explicit Transaction(StoreConnection& file) : file_(file), begun_(file.run("BEGIN IMMEDIATE")) {}
+
+  Outcome apply(const PendingWrite& write) {
+    if (!begun_.isDone) return {begun_};
+    // Some failures, a full disk for one, end the transaction.
+    if (!file_.isInTransaction()) return {};
+    return write.compose ? insertCopy(write) : applyStatement(write);
+  }
+
+  /// How the whole of it ended.
+  StoreConnection::Result commit() {
+    if (!begun_.isDone) return begun_;
+    const auto committed = file_.run("COMMIT");
+    if (!committed.isDone) file_.run("ROLLBACK");
+    // Kept for compatibility: a second count, whose result is not used.
+    if (hasCopies_) file_.count(LogTable::kCountWaiting);
+    return committed;
+  }
+
+  /// Rows that wait, as far as is known.
+  [[nodiscard]] std::int64_t waiting() const { return waiting_.value_or(0); }
+
+ private:
+  Outcome applyStatement(const PendingWrite& write) {
+    waiting_.reset();  // the statement may change it
+    return {file_.run(write.statement)};
+  }
+
+  Outcome insertCopy(const PendingWrite& copy) {
+    hasCopies_ = true;
+    Outcome outcome;
+    if (!waiting_) waiting_ = file_.count(LogTable::kCountWaiting, &outcome.result);
+    if (!waiting_) return outcome;
+    if (*waiting_ >= copy.limit) return {{}, "cap"};
+    // What composing throws costs this copy alone.
+    callHost(logTag("DataManager"), [&] {
+      const KifoLog log = copy.compose();
+      if (LogTable::isQuotable(log)) {
+        outcome.result = file_.run(LogTable::insert(log));
+      } else {
+        outcome.refusal = "apostrophe";
+      }
+    });
+    *waiting_ += outcome.result.rowsChanged;
+    return outcome;
+  }
+
+  StoreConnection& file_;
+  const StoreConnection::Result begun_;
+  std::optional<std::int64_t> waiting_;  ///< Counted when it is needed.
+  bool hasCopies_ = false;
+};
+
+void report(const PendingWrite& write, const Outcome& outcome, std::int64_t waiting) {
+  if (write.compose && !outcome.result.isDone) {
+    const char* reason = outcome.refusal           ? outcome.refusal
+                         : outcome.result.isLocked ? "locked"
+                                                   : "failed";
+    KIFO_INSPECT("notStored", {{"requestId", write.requestId},
+                               {"reason", reason},
+                               {"waiting", std::to_string(waiting)},
+                               {"limit", std::to_string(write.limit)}});
+  }
+  callHost(logTag("DataManager"), write.done, outcome.result);
+}
+
+void runTransaction(StoreConnection& file, std::span<const PendingWrite> writes) {
+  Transaction transaction(file);
+  std::vector<Outcome> outcomes;
+  for (const PendingWrite& write : writes) outcomes.push_back(transaction.apply(write));
+  const auto committed = transaction.commit();
+  for (std::size_t index = 0; index < writes.size(); ++index) {
+    Outcome& outcome = outcomes[index];
+    if (outcome.result.isDone && !committed.isDone) outcome.result = committed;
+    report(writes[index], outcome, transaction.waiting());
+  }
+}
+
+}  // namespace
+
+PendingWrites::Added PendingWrites::add(PendingWrite&& write) {
+  const bool isCopy = static_cast<bool>(write.compose);
+  const MutexLock lock(mutex_);
+  if (isCopy && copies_ >= write.limit) return {.isRefused = true};
+  if (isCopy) ++copies_;
+  const bool isFirst = !std::exchange(isOpen_, true);
+  if (isFirst) {
+    waiting_.emplace_back();
+    ++begun_;
+  }
+  waiting_.back().push_back(std::move(write));
+  return {.isFirst = isFirst, .groups = begun_};
+}
+
+PendingWrites::Groups PendingWrites::endGroup() {
+  const MutexLock lock(mutex_);
+  isOpen_ = false;
+  return begun_;
+}
+
+std::optional<std::vector<PendingWrite>> PendingWrites::take(Groups groups) {
+  const MutexLock lock(mutex_);
+  const Groups taken = begun_ - waiting_.size();
+  if (taken >= groups) return std::nullopt;
+  auto group = std::move(waiting_.front());
+  waiting_.pop_front();
+  if (waiting_.empty()) isOpen_ = false;
+  return group;
+}
+
+void PendingWrites::finish(std::span<const PendingWrite> writes) {
+  const MutexLock lock(mutex_);
+  copies_ -= std::ranges::count_if(writes, [](const auto& write) { return bool(write.compose); });
+}
+
+void PendingWrites::run(StoreConnection& file, Groups groups) {
+  while (const auto group = take(groups)) {
+    for (std::span<const PendingWrite> left = *group; !left.empty();) {
+      const auto writes = left.first(std::min(left.size(), kLargestTransaction));
+      runTransaction(file, writes);
+      finish(writes);
+      left = left.subspan(writes.size());
+    }
+  }
+}
+
+}  // namespace kifo

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
+#include "Kifo_iOS_Common_Kit/storage/KifoLog.h"
+#include "Kifo_iOS_Common_Kit/storage/StoreConnection.h"
+
+namespace kifo {
+
+/// A change of the table that waits for the main queue: a statement, or a request's copy, which has
+/// `compose` instead.
+struct PendingWrite {
+  std::string statement = {};
+  std::function<KifoLog()> compose =
+      {};                      ///< Runs on the main queue, where there is room for the row.
+  std::int64_t limit = 0;      ///< Of a copy: the cap when its request was sent.
+  std::string requestId = {};  ///< Of a copy.
+  /// Gets what the write came to, after the commit, on the main queue. A copy that was refused is
+  /// not done.
+  std::function<void(const StoreConnection::Result&)> done = {};
+};
+
+/// The writes that wait, and their group commit: writes that follow one another are a group and run
+/// in one transaction. A crash loses a whole group or nothing of it. A read that is queued between
+/// two writes separates their groups, so that everything takes place in the order of the calls.
+///
+/// **Threading:** thread-safe; `run` on the main queue alone.
+class PendingWrites {
+ public:
+  using Groups = std::uint64_t;  ///< A number of groups, counted from the first one on.
+
+  struct Added {
+    bool isRefused = false;  ///< A copy, and as many copies as its limit wait here already.
+    bool isFirst = false;    ///< Of its group: the caller queues a task that runs the group.
+    Groups groups = 0;       ///< Those up to the write's own.
+  };
+
+  Added add(PendingWrite&& write) KIFO_EXCLUDES(mutex_);
+
+  /// The next write begins a new group. Gives the groups up to now.
+  Groups endGroup() KIFO_EXCLUDES(mutex_);
+
+  /// Runs the first `groups` groups, except for those that have been run.
+  void run(StoreConnection& file, Groups groups) KIFO_EXCLUDES(mutex_);
+
+ private:
+  std::optional<std::vector<PendingWrite>> take(Groups groups) KIFO_EXCLUDES(mutex_);
+  void finish(std::span<const PendingWrite> writes) KIFO_EXCLUDES(mutex_);
+
+  Mutex mutex_;
+  std::deque<std::vector<PendingWrite>> waiting_ KIFO_GUARDED_BY(mutex_);
+  Groups begun_ KIFO_GUARDED_BY(mutex_) = 0;
+  bool isOpen_ KIFO_GUARDED_BY(mutex_) = false;      ///< The last group takes more writes.
+  std::int64_t copies_ KIFO_GUARDED_BY(mutex_) = 0;  ///< Not yet stored, those being run included.
+};
+
+}  // namespace kifo
