@@ -9,8 +9,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
-#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -61,17 +60,12 @@ double BenchHost::start(bool settles) {
 }
 
 void BenchHost::setOnline(bool online) {
-  Session::shared().networkStatus = online ? KifoNetworkStatus::ONLINE : KifoNetworkStatus::OFFLINE;
+  Runtime::current()->session.networkStatus =
+      online ? KifoNetworkStatus::ONLINE : KifoNetworkStatus::OFFLINE;
 }
 
 void BenchHost::waitUntilIdle() {
-  const auto platform = Platform::current();
-  for (int round = 0; round < 3; ++round) {
-    drain(*platform->mainQueue);
-    RequestLedger::shared().waitUntilIdle(std::chrono::seconds(600));
-    drain(*platform->answerQueue);
-    drain(*platform->mainQueue);
-  }
+  Kifo::waitUntilIdle(600);
 }
 
 EventParameters BenchHost::parameters() {
@@ -91,7 +85,7 @@ void fillTable(const std::string& databasePath, int count, const std::string& ur
   sqlite3_open(databasePath.c_str(), &database);
   sqlite3_exec(database, "BEGIN", nullptr, nullptr, nullptr);
   auto parameters = std::make_shared<const EventParameters>(BenchHost::parameters());
-  const RequestTexts texts(url, true, parameters);
+  const RequestTexts texts({url, true}, {parameters});
   for (int i = 0; i < count; ++i) {
     char id[40];
     std::snprintf(id, sizeof id, "%08X-0000-4000-8000-%012X",

@@ -11,8 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool isAddress = kifo::isUrl(text);
   kifo::EventParameters parameters = {{text, text}, {"nested", kifo::Value::list({text})}};
   const kifo::RequestTexts texts(
-      isAddress ? text : "http://h/p", true,
-      std::make_shared<const kifo::EventParameters>(std::move(parameters)));
+      {isAddress ? text : "http://h/p", true},
+      {std::make_shared<const kifo::EventParameters>(std::move(parameters))});
   if (!kifo::isUrl(texts.url()) || !kifo::isUtf8(texts.json())) std::abort();
   if (!kifo::parametersFromText(texts.json())) std::abort();
   kifo::parametersFromText(text);

@@ -1,6 +1,6 @@
 #include "testing/FakePlatform.h"
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
 
 namespace kifo::testing {
 
@@ -32,7 +32,7 @@ std::size_t FakePlatform::advance(double seconds) const {
 }
 
 InstalledFakePlatform::InstalledFakePlatform() {
-  Session::shared().reset();
+  Kifo::shutdown(0.0);
   Platform::install(platform());
 }
 
@@ -42,8 +42,8 @@ InstalledFakePlatform::~InstalledFakePlatform() {
   for (const auto& queue : {mainQueue, answerQueue, reachabilityQueue, transportQueue}) {
     queue->discard();
   }
+  Kifo::shutdown(0.0);
   Platform::release();
-  Session::shared().reset();
 }
 
 std::unique_ptr<InstalledFakePlatform> installFakePlatform() {

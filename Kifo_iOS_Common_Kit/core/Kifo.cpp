@@ -5,11 +5,9 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
 #include "Kifo_iOS_Common_Kit/core/PreferencesManager.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
-#include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
@@ -21,12 +19,7 @@ namespace kifo {
 namespace {
 
 void print(std::string_view message) {
-  static const std::string& tag = *new std::string(logTag("Kifo"));
-  Console::print(tag, message);
-}
-
-Session& session() {
-  return Session::shared();
+  Console::print(Kifo::LOG_TAG, message);
 }
 
 std::string newIdentifier() {
@@ -35,16 +28,16 @@ std::string newIdentifier() {
 
 /// On the reachability queue: an event of the next moment is stored, or sent, whatever the disk has
 /// the main queue do.
-void networkStatusRead(bool isOnline) {
+void networkStatusRead(Session& session, bool isOnline) {
   const auto status = isOnline ? KifoNetworkStatus::ONLINE : KifoNetworkStatus::OFFLINE;
   // Before anything is sent: connections from before the loss lead nowhere.
-  if (isOnline && session().networkStatus != status) Platform::current()->http->networkChanged();
-  session().networkStatus = status;
+  if (isOnline && session.networkStatus != status) Platform::current()->http->networkChanged();
+  session.networkStatus = status;
 }
 
 /// On the main queue, where what is stored can be re-sent.
-void networkStatusChanged(bool isOnline) {
-  if (isOnline) ServiceClient::make()->syncLogs();
+void networkStatusChanged(const std::shared_ptr<Runtime>& runtime, bool isOnline) {
+  if (isOnline) ServiceClient::make(runtime)->syncLogs();
   print(std::string("KifoNetworkStatus: ") + (isOnline ? "ONLINE" : "OFFLINE"));
 }
 
@@ -56,93 +49,101 @@ bool reportToken(TokenProviderType provider, PreferencesKey key, const std::stri
   return true;
 }
 
-void checkTokens() {
-  const auto identity = session().identity();
-  if (!session().isStarted || identity->apnsToken.empty() || identity->pushToken.empty()) return;
+void checkTokens(const Session& session) {
+  const auto identity = session.identity();
+  if (!session.isStarted || identity->apnsToken.empty() || identity->pushToken.empty()) return;
   reportToken(TokenProviderType::apns, PreferencesKey::apnsToken, identity->apnsToken);
   reportToken(TokenProviderType::firebase, PreferencesKey::pushToken, identity->pushToken);
 }
 
-void setActor(const std::string& newActorId) {
+void setActor(Session& session, const std::string& newActorId) {
   print("actorId is being updated");
   if (PreferencesManager::actorId() != newActorId) {
     print("Prefactor is not equal new actor id");
-    KifoEventManager::sendChangeActorEvent(session().identity()->actorId, newActorId);
+    KifoEventManager::sendChangeActorEvent(session.identity()->actorId, newActorId);
   } else {
     print("Prefactor is equal new actor id");
   }
-  session().updateIdentity([&](Session::Identity& identity) { identity.actorId = newActorId; });
+  session.updateIdentity([&](Session::Identity& identity) { identity.actorId = newActorId; });
   PreferencesManager::setActorId(newActorId);
 }
 
 /// The host's choice, else the user of before, else a new one, which makes this an installation.
-void chooseActor(const std::string& configured) {
+void chooseActor(Session& session, const std::string& configured) {
   const std::string stored = PreferencesManager::actorId();
-  if (!stored.empty()) return setActor(configured.empty() ? stored : configured);
-  session().isInstall = true;
+  if (!stored.empty()) return setActor(session, configured.empty() ? stored : configured);
+  session.isInstall = true;
   print("Local actor id is empty. If Configuration id is empty, a new Actor id will be created");
-  setActor(configured.empty() ? newIdentifier() : configured);
+  setActor(session, configured.empty() ? newIdentifier() : configured);
 }
 
-void chooseActorShortForm(const std::string& given) {
+void chooseActorShortForm(Session& session, const std::string& given) {
   if (!given.empty()) {
     print("actorId is available and id.count > 0");
-    return setActor(given);
+    return setActor(session, given);
   }
   const std::string stored = PreferencesManager::actorId();
   print(stored.empty() ? "Prefactor id count <= 0" : "Prefactor id count > 0");
-  setActor(stored.empty() ? newIdentifier() : stored);
+  setActor(session, stored.empty() ? newIdentifier() : stored);
 }
 
 /// What both forms end with: the time-out, the first query, the network.
-void startUp(std::function<void(bool)> fetched) {
-  session().requestTimeout = PreferencesManager::requestTimeout();
-  fetchInAppCommunication(std::move(fetched));
-  NetworkManager::shared().startMonitoring(networkStatusChanged, networkStatusRead);
+void startUp(const std::shared_ptr<Runtime>& runtime, std::function<void(bool)> fetched) {
+  runtime->session.requestTimeout = PreferencesManager::requestTimeout();
+  fetchInAppCommunication(runtime, std::move(fetched));
+  // Held weakly: the runtime owns the network manager, which keeps these.
+  const std::weak_ptr<Runtime> weak = runtime;
+  runtime->network->startMonitoring(
+      [weak](bool isOnline) {
+        if (const auto held = weak.lock()) networkStatusChanged(held, isOnline);
+      },
+      [weak](bool isOnline) {
+        if (const auto held = weak.lock()) networkStatusRead(held->session, isOnline);
+      });
 }
 
 /// The authorization that the configuration gives, or that its token service has; false without
 /// both.
-bool authorize(const KifoInitConfig& configuration) {
+bool authorize(const std::shared_ptr<Runtime>& runtime, const KifoInitConfig& configuration) {
   if (configuration.authorization) {
-    session().updateIdentity([&](Session::Identity& identity) {
+    runtime->session.updateIdentity([&](Session::Identity& identity) {
       identity.authorization = *configuration.authorization;
     });
     return true;
   }
   if (!configuration.tokenService) return false;
-  session().setTokenService(configuration.tokenService);
-  fetchToken();
+  runtime->session.setTokenService(configuration.tokenService);
+  TokenFetch::run(runtime);
   return true;
 }
 
-void copySwitches(const KifoInitConfig& configuration) {
-  Session& s = session();
-  s.sendApplicationLifeCycleEventStatus = configuration.sendApplicationLifeCycleEventEnabled;
-  s.sendActivityLifeCycleEventStatus = configuration.sendActivityLifeCycleEventStatus;
-  s.isWifiStatusRequired = configuration.isWifiStatusRequired;
-  s.isDiskCapacityRequired = configuration.isDiskCapacityRequired;
-  s.isBatteryStatusRequired = configuration.isBatteryStatusRequired;
-  s.isLocationRequired = configuration.isLocationRequired;
+void copySwitches(Session& session, const KifoInitConfig& configuration) {
+  session.sendApplicationLifeCycleEventStatus = configuration.sendApplicationLifeCycleEventEnabled;
+  session.sendActivityLifeCycleEventStatus = configuration.sendActivityLifeCycleEventStatus;
+  session.isWifiStatusRequired = configuration.isWifiStatusRequired;
+  session.isDiskCapacityRequired = configuration.isDiskCapacityRequired;
+  session.isBatteryStatusRequired = configuration.isBatteryStatusRequired;
+  session.isLocationRequired = configuration.isLocationRequired;
 }
 
 /// Runs when the first answer is there: the host first, then the start-up events from the main
 /// queue.
-std::function<void(bool)> startUpCompletion(std::optional<std::string> configuredActor,
+std::function<void(bool)> startUpCompletion(const std::shared_ptr<Runtime>& runtime,
+                                            std::optional<std::string> configuredActor,
                                             Kifo::OnSuccess onSuccess) {
-  return [configuredActor = std::move(configuredActor),
+  return [runtime, configuredActor = std::move(configuredActor),
           onSuccess = std::move(onSuccess)](bool success) {
     if (!success) return;
-    callHost(logTag("Kifo"), onSuccess);
-    Platform::current()->mainQueue->post([configuredActor] {
-      if (session().isInstall) KifoEventManager::sendInstallEvent(configuredActor);
+    callHost(Kifo::LOG_TAG, onSuccess);
+    Platform::current()->mainQueue->post([runtime, configuredActor] {
+      if (runtime->session.isInstall) KifoEventManager::sendInstallEvent(configuredActor);
       KifoEventManager::sendInitializeEvent();
     });
   };
 }
 
 void sendLifeCycleEvent(void (*sendEvent)()) {
-  if (session().sendApplicationLifeCycleEventStatus == SendLifeCycleEventStatus::DISABLED) {
+  if (Kifo::sendApplicationLifeCycleEventStatus() == SendLifeCycleEventStatus::DISABLED) {
     return print("send application lifecycle events disabled!");
   }
   sendEvent();
@@ -160,84 +161,93 @@ std::string hexadecimal(const std::vector<std::uint8_t>& bytes) {
 
 }  // namespace
 
+const Kifo& Kifo::sharedInstance() {
+  static constexpr Kifo instance;
+  return instance;
+}
+
 void Kifo::initialize(const KifoInitConfig& configuration, OnSuccess onSuccess) {
-  Session& s = session();
-  if (s.initializeStatus == InitializeStatusType::INITIALIZED && !configuration.forceInitialize) {
+  const auto runtime = Runtime::current();
+  Session& session = runtime->session;
+  if (session.initializeStatus == InitializeStatusType::INITIALIZED &&
+      !configuration.forceInitialize) {
     return print("already initialized!");
   }
-  resumeAfterShutDown();
-  s.isInstall = false;
-  s.initializeStatus = InitializeStatusType::INITIALIZING;
+  session.isInstall = false;
+  session.initializeStatus = InitializeStatusType::INITIALIZING;
   print("Kifo is being initialized");
-  s.updateIdentity([&](Session::Identity& identity) {
+  session.updateIdentity([&](Session::Identity& identity) {
     identity.apiUri = configuration.apiUri;
     identity.listenerUri = configuration.listenerUri;
   });
-  copySwitches(configuration);
-  if (!authorize(configuration) || !configuration.bundle.bundleIdentifier) {
-    s.initializeStatus = InitializeStatusType::INITIALIZE_FAILED;
+  copySwitches(session, configuration);
+  if (!authorize(runtime, configuration) || !configuration.bundle.bundleIdentifier) {
+    session.initializeStatus = InitializeStatusType::INITIALIZE_FAILED;
     return;
   }
-  s.updateIdentity([&](Session::Identity& identity) {
+  session.updateIdentity([&](Session::Identity& identity) {
     identity.localOrigin = *configuration.bundle.bundleIdentifier;
     identity.applicationName = configuration.applicationName;
   });
-  s.offlineCachingDisabled = configuration.offlineCachingDisabled;
-  refreshNotificationPermissionStatus();
-  DataManager().createTable();
-  chooseActor(configuration.actorId.value_or(""));
-  startUp(startUpCompletion(configuration.actorId, std::move(onSuccess)));
-  s.isStarted = true;
-  checkTokens();
+  session.offlineCachingDisabled = configuration.offlineCachingDisabled;
+  refreshNotificationPermissionStatus(runtime);
+  DataManager(runtime->store()).createTable();
+  chooseActor(session, configuration.actorId.value_or(""));
+  startUp(runtime, startUpCompletion(runtime, configuration.actorId, std::move(onSuccess)));
+  session.isStarted = true;
+  checkTokens(session);
 }
 
 void Kifo::initialize(const std::string& apiUri, const std::string& listenerUri,
                       const std::string& authorization, const std::string& localOrigin,
                       const std::optional<std::string>& actorId, const std::string& applicationName,
                       bool offlineCachingDisabled) {
-  resumeAfterShutDown();
+  const auto runtime = Runtime::current();
   print("Kifo is being initialized");
-  session().updateIdentity([&](Session::Identity& identity) {
+  runtime->session.updateIdentity([&](Session::Identity& identity) {
     identity.apiUri = apiUri;
     identity.listenerUri = listenerUri;
     identity.authorization = authorization;
     identity.localOrigin = localOrigin;
     identity.applicationName = applicationName;
   });
-  session().offlineCachingDisabled = offlineCachingDisabled;
-  DataManager().createTable();
-  chooseActorShortForm(actorId.value_or(""));
-  startUp({});
+  runtime->session.offlineCachingDisabled = offlineCachingDisabled;
+  DataManager(runtime->store()).createTable();
+  chooseActorShortForm(runtime->session, actorId.value_or(""));
+  startUp(runtime, {});
 }
 
 bool Kifo::isInitialized() {
-  return session().initializeStatus == InitializeStatusType::INITIALIZED;
+  return getInitializeStatusType() == InitializeStatusType::INITIALIZED;
 }
 
 InitializeStatusType Kifo::getInitializeStatusType() {
-  return session().initializeStatus;
+  return Runtime::current()->session.initializeStatus;
 }
 
 void Kifo::updateActorId(const std::string& newActorId) {
-  setActor(newActorId);
+  setActor(Runtime::current()->session, newActorId);
 }
 
 void Kifo::setPushToken(const std::string& token) {
-  session().updateIdentity([&](Session::Identity& identity) { identity.pushToken = token; });
+  const auto runtime = Runtime::current();
+  runtime->session.updateIdentity([&](Session::Identity& identity) { identity.pushToken = token; });
   print("Push token set complete");
-  checkTokens();
+  checkTokens(runtime->session);
 }
 
 void Kifo::setApnsToken(const std::vector<std::uint8_t>& deviceToken) {
-  session().updateIdentity(
+  const auto runtime = Runtime::current();
+  runtime->session.updateIdentity(
       [&](Session::Identity& identity) { identity.apnsToken = hexadecimal(deviceToken); });
   print("Kifo apns token set complete");
-  checkTokens();
+  checkTokens(runtime->session);
 }
 
 void Kifo::setAuthorizationToken(const std::string& token) {
   if (token.empty()) return print("Authorization token cannot be empty");
-  session().updateIdentity([&](Session::Identity& identity) { identity.authorization = token; });
+  Runtime::current()->session.updateIdentity(
+      [&](Session::Identity& identity) { identity.authorization = token; });
   print("Authorization token set complete");
 }
 
@@ -260,72 +270,112 @@ void Kifo::applicationWillResignActive() {
 }
 
 SendEventStatus Kifo::sendEventStatus() {
-  return session().sendEventStatus;
+  return Runtime::current()->session.sendEventStatus;
 }
 void Kifo::setSendEventStatus(SendEventStatus status) {
-  session().sendEventStatus = status;
+  Runtime::current()->session.sendEventStatus = status;
 }
 
 SendLifeCycleEventStatus Kifo::sendApplicationLifeCycleEventStatus() {
-  return session().sendApplicationLifeCycleEventStatus;
+  return Runtime::current()->session.sendApplicationLifeCycleEventStatus;
 }
 void Kifo::setSendApplicationLifeCycleEventStatus(SendLifeCycleEventStatus status) {
-  session().sendApplicationLifeCycleEventStatus = status;
+  Runtime::current()->session.sendApplicationLifeCycleEventStatus = status;
 }
 
 SendLifeCycleEventStatus Kifo::sendActivityLifeCycleEventStatus() {
-  return session().sendActivityLifeCycleEventStatus;
+  return Runtime::current()->session.sendActivityLifeCycleEventStatus;
 }
 void Kifo::setSendActivityLifeCycleEventStatus(SendLifeCycleEventStatus status) {
-  session().sendActivityLifeCycleEventStatus = status;
+  Runtime::current()->session.sendActivityLifeCycleEventStatus = status;
+}
+
+bool Kifo::isWifiStatusRequired() {
+  return Runtime::current()->session.isWifiStatusRequired;
+}
+void Kifo::setIsWifiStatusRequired(bool isRequired) {
+  Runtime::current()->session.isWifiStatusRequired = isRequired;
+}
+
+bool Kifo::isDiskCapacityRequired() {
+  return Runtime::current()->session.isDiskCapacityRequired;
+}
+void Kifo::setIsDiskCapacityRequired(bool isRequired) {
+  Runtime::current()->session.isDiskCapacityRequired = isRequired;
+}
+
+bool Kifo::isBatteryStatusRequired() {
+  return Runtime::current()->session.isBatteryStatusRequired;
+}
+void Kifo::setIsBatteryStatusRequired(bool isRequired) {
+  Runtime::current()->session.isBatteryStatusRequired = isRequired;
+}
+
+bool Kifo::isLocationRequired() {
+  return Runtime::current()->session.isLocationRequired;
+}
+void Kifo::setIsLocationRequired(bool isRequired) {
+  Runtime::current()->session.isLocationRequired = isRequired;
+}
+
+std::shared_ptr<TokenServiceProtocol> Kifo::tokenService() {
+  return Runtime::current()->session.tokenService();
+}
+void Kifo::setTokenService(std::shared_ptr<TokenServiceProtocol> service) {
+  Runtime::current()->session.setTokenService(std::move(service));
 }
 
 std::string Kifo::apiUri() {
-  return session().identity()->apiUri;
+  return Runtime::current()->session.identity()->apiUri;
 }
 std::string Kifo::listenerUri() {
-  return session().identity()->listenerUri;
+  return Runtime::current()->session.identity()->listenerUri;
 }
 std::string Kifo::authorization() {
-  return session().identity()->authorization;
+  return Runtime::current()->session.identity()->authorization;
 }
 std::string Kifo::localOrigin() {
-  return session().identity()->localOrigin;
+  return Runtime::current()->session.identity()->localOrigin;
 }
 std::string Kifo::actorId() {
-  return session().identity()->actorId;
+  return Runtime::current()->session.identity()->actorId;
 }
 std::string Kifo::applicationName() {
-  return session().identity()->applicationName;
+  return Runtime::current()->session.identity()->applicationName;
 }
 std::string Kifo::pushToken() {
-  return session().identity()->pushToken;
+  return Runtime::current()->session.identity()->pushToken;
 }
 std::string Kifo::apnsToken() {
-  return session().identity()->apnsToken;
+  return Runtime::current()->session.identity()->apnsToken;
 }
 bool Kifo::offlineCachingDisabled() {
-  return session().offlineCachingDisabled;
+  return Runtime::current()->session.offlineCachingDisabled;
 }
 KifoNetworkStatus Kifo::networkStatus() {
-  return session().networkStatus;
+  return Runtime::current()->session.networkStatus;
 }
 KifoNotificationPermissionStatusType Kifo::notificationPermissionStatus() {
-  return session().notificationPermissionStatus;
+  return Runtime::current()->session.notificationPermissionStatus;
 }
 bool Kifo::isInstall() {
-  return session().isInstall;
+  return Runtime::current()->session.isInstall;
 }
 bool Kifo::isStarted() {
-  return session().isStarted;
+  return Runtime::current()->session.isStarted;
 }
 std::optional<double> Kifo::requestTimeout() {
-  const double seconds = session().requestTimeout;
+  const double seconds = Runtime::current()->session.requestTimeout;
   return seconds > 0.0 ? std::optional(seconds) : std::nullopt;
 }
 
+bool Kifo::waitUntilIdle(double bound) {
+  const auto runtime = Runtime::existing();
+  return !runtime || kifo::waitUntilIdle(*runtime, bound);
+}
+
 bool Kifo::shutdown(double bound) {
-  return shutDown(bound);
+  return shutDownRuntime(bound);
 }
 
 }  // namespace kifo

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/KifoInitConfig.h"
@@ -14,7 +15,7 @@
 
 namespace kifo {
 
-/// The SDK's front door. A host initialises it once, then sends its events through
+/// What a host calls first: it initialises the SDK once, then sends its events through
 /// `KifoEventManager`:
 ///
 ///     kifo::KifoInitConfig configuration;
@@ -33,6 +34,11 @@ namespace kifo {
 class KIFO_EXPORT Kifo {
  public:
   using OnSuccess = std::function<void()>;
+
+  static constexpr std::string_view LOG_TAG = "Kifo Kifo:";
+
+  /// Carries no state; every operation is static.
+  static const Kifo& sharedInstance();
 
   /// Initialises the SDK. `onSuccess` runs once the server's first in-app answer is there, on the
   /// SDK's answer queue. Already initialised, it does nothing unless `forceInitialize` is set.
@@ -69,6 +75,19 @@ class KIFO_EXPORT Kifo {
   static SendLifeCycleEventStatus sendActivityLifeCycleEventStatus();
   static void setSendActivityLifeCycleEventStatus(SendLifeCycleEventStatus status);
 
+  static bool isWifiStatusRequired();
+  static void setIsWifiStatusRequired(bool isRequired);
+  static bool isDiskCapacityRequired();
+  static void setIsDiskCapacityRequired(bool isRequired);
+  static bool isBatteryStatusRequired();
+  static void setIsBatteryStatusRequired(bool isRequired);
+  static bool isLocationRequired();
+  static void setIsLocationRequired(bool isRequired);
+
+  /// The service that is asked for a token when the server refuses one. May be null.
+  static std::shared_ptr<TokenServiceProtocol> tokenService();
+  static void setTokenService(std::shared_ptr<TokenServiceProtocol> service);
+
   /// What the SDK currently goes by, as copies.
   static std::string apiUri();
   static std::string listenerUri();
@@ -85,6 +104,11 @@ class KIFO_EXPORT Kifo {
   static bool isStarted();
   /// Seconds; none before initialisation.
   static std::optional<double> requestTimeout();
+
+  /// Waits until everything that was sent has been stored and answered, `bound` seconds at most
+  /// (a day at most). True when nothing is left to do; timers (a popup that is due in half a
+  /// second) do not count. Must not be called from one of the SDK's callbacks.
+  static bool waitUntilIdle(double bound);
 
   /// Stops the SDK: stores what is still queued, waits for the answers of what is under way, then
   /// ends its threads. Never takes longer than `bound` seconds; returns whether all was done by

@@ -1,6 +1,6 @@
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -26,9 +26,9 @@ KifoNotificationPermissionStatusType statusOf(int authorizationStatus) {
 
 }  // namespace
 
-void refreshNotificationPermissionStatus() {
-  Platform::current()->notifications->getNotificationSettings([](int authorizationStatus) {
-    Session::shared().notificationPermissionStatus = statusOf(authorizationStatus);
+void refreshNotificationPermissionStatus(const std::shared_ptr<Runtime>& runtime) {
+  Platform::current()->notifications->getNotificationSettings([runtime](int authorizationStatus) {
+    runtime->session.notificationPermissionStatus = statusOf(authorizationStatus);
   });
 }
 

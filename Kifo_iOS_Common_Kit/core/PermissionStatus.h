@@ -1,12 +1,14 @@
 #pragma once
 
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include <memory>
 
 namespace kifo {
 
-/// Asks the notification centre for the user's permission and keeps the session's
+class Runtime;
+
+/// Asks the notification centre for the user's permission and keeps the runtime's
 /// `notificationPermissionStatus` current when the answer comes. Returns at once; the status stays
 /// as it was until then, and for good when no answer comes.
-KIFO_EXPORT void refreshNotificationPermissionStatus();
+void refreshNotificationPermissionStatus(const std::shared_ptr<Runtime>& runtime);
 
 }  // namespace kifo

@@ -4,23 +4,22 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <shared_mutex>
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/TokenServiceProtocol.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
 
 struct AppCommunication;
 
-/// What every room of the SDK knows about the running process: who the user is, where the server
-/// is, what it last said. `Kifo` shows most of it to the host under its own names.
+/// What every module knows about the session: who the user is, where the server is, what it last
+/// said. `Kifo` shows most of it to the host under its own names.
 ///
 /// **Threading:** thread-safe. Switches are atomics; strings live in one immutable `Identity` that
 /// is replaced whole, so that a reader sees all of one moment or all of another.
-class KIFO_EXPORT Session {
+class Session {
  public:
   struct Identity {
     std::string apiUri;
@@ -33,8 +32,7 @@ class KIFO_EXPORT Session {
     std::string apnsToken;
   };
 
-  /// The one session of the process. Never destroyed.
-  static Session& shared();
+  Session();
 
   [[nodiscard]] std::shared_ptr<const Identity> identity() const;
   /// Changes a copy of the identity and puts it in force; changes of two threads never mix.
@@ -49,9 +47,6 @@ class KIFO_EXPORT Session {
 
   /// The actor id with every comma removed, as events carry it.
   [[nodiscard]] static std::string withoutCommas(std::string text);
-
-  /// Puts every value back to its first one. For shutdown and for tests.
-  void reset();
 
   std::atomic<InitializeStatusType> initializeStatus = InitializeStatusType::NOT_INITIALIZED;
   std::atomic<KifoNetworkStatus> networkStatus = KifoNetworkStatus::ONLINE;
@@ -72,13 +67,10 @@ class KIFO_EXPORT Session {
   std::atomic<double> requestTimeout = 0.0;  ///< Seconds; 0 until initialisation has read it.
 
  private:
-  Session();
-
-  mutable std::shared_mutex mutex_;  ///< Every event reads: readers keep no reader waiting.
-  // Guarded by mutex_.
-  std::shared_ptr<const Identity> identity_;
-  std::shared_ptr<const AppCommunication> appCommunication_;
-  std::shared_ptr<TokenServiceProtocol> tokenService_;
+  mutable SharedMutex mutex_;  ///< Every event reads: readers keep no reader waiting.
+  std::shared_ptr<const Identity> identity_ KIFO_GUARDED_BY(mutex_);
+  std::shared_ptr<const AppCommunication> appCommunication_ KIFO_GUARDED_BY(mutex_);
+  std::shared_ptr<TokenServiceProtocol> tokenService_ KIFO_GUARDED_BY(mutex_);
 };
 
 }  // namespace kifo

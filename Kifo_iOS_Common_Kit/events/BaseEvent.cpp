@@ -2,22 +2,19 @@
 
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/events/EventInjections.h"
 
 namespace kifo {
 
-BaseEvent::BaseEvent(std::string eventName)
-    : scenario(Constants::ALL),
-      actorId(Session::withoutCommas(Session::shared().identity()->actorId)),
-      name(std::move(eventName)) {}
-
-EventParameters BaseEvent::parameters() {
-  EventParameters composed = std::move(initialParameters_);
-  BaseInjected::inject(composed, *this);
-  insertAll(composed, std::move(ownKeys_));
-  composed[Constants::NAME] = std::move(name);
+EventParameters compose(BaseEvent event) {
+  EventParameters composed = std::move(event.initialParameters);
+  BaseInjected::inject(composed, event);
+  if (event.reportsStatus) {
+    composed[Constants::STATUS] =
+        std::string(rawValue(event.snapshot.notificationPermissionStatus));
+  }
+  insertAll(composed, std::move(event.ownKeys));
+  composed[Constants::NAME] = std::move(event.name);
   return composed;
 }
 

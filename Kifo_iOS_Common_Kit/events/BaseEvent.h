@@ -1,48 +1,44 @@
 #pragma once
 
+#include <concepts>
+#include <optional>
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
+#include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
-#include "Kifo_iOS_Common_Kit/events/EventMoment.h"
+#include "Kifo_iOS_Common_Kit/events/EventSnapshot.h"
 
 namespace kifo {
 
-/// A record that can be turned into its dictionary, once: what it holds goes over into it.
-class Parsable {
- public:
-  virtual ~Parsable() = default;
-
-  [[nodiscard]] virtual EventParameters parameters() = 0;
-};
-
-/// One event before it is composed. Each kind of event derives from it and takes down, when it is
-/// made, the keys of its own.
+/// One event before it is composed: what its kind says, and the snapshot of its moment. The
+/// functions of `EventKinds.h` make one for each kind.
 ///
-/// Composing is most of the work that an event is, so it is not the sender's: it is done by
-/// whichever thread first needs the dictionary. All that belongs to the moment of sending is taken
-/// down before.
-///
-/// **Threading:** made and given its moment on the thread that sends; composed on any other. It
-/// shares nothing that a host could change meanwhile.
-class BaseEvent : public Parsable {
- public:
-  /// An event of the SDK's own: scenario "ALL", the session's actor id without commas.
-  explicit BaseEvent(std::string name);
-  explicit BaseEvent(KifoEventType type) : BaseEvent(std::string(rawValue(type))) {}
+/// **Threading:** a value. Made and given its snapshot on the thread that sends; composed on any.
+struct BaseEvent {
+  explicit BaseEvent(std::string name_) : name(std::move(name_)) {}
+  explicit BaseEvent(KifoEventType type) : name(rawValue(type)) {}
 
-  /// Location, common keys, device keys, then the kind's own keys and "name", each inserted over
-  /// what is there.
-  [[nodiscard]] EventParameters parameters() final;
-
-  std::string scenario;
-  std::string actorId;
   std::string name;
-  EventMoment moment;  ///< To be taken once the event is to be sent.
-
- protected:
-  EventParameters initialParameters_;  ///< What the composition starts from.
-  EventParameters ownKeys_;            ///< What the kind adds last.
+  std::string scenario = Constants::ALL;
+  std::optional<std::string> actorId;  ///< None: the actor of the snapshot.
+  EventParameters initialParameters;   ///< What the composition starts from: a host's parameters.
+  EventParameters ownKeys;             ///< What the kind adds last.
+  bool reportsStatus =
+      false;               ///< Adds "status", the permission for notifications, to the own keys.
+  EventSnapshot snapshot;  ///< Taken when the event is sent.
 };
+
+/// The event's flat dictionary: what it starts from, then location, common keys, device keys, its
+/// own keys and "name". A key that is already there gets the later value.
+EventParameters compose(BaseEvent event);
+
+/// A record that can be turned into its dictionary.
+template <class Record>
+concept Parsable = requires(Record record) {
+  { compose(record) } -> std::convertible_to<EventParameters>;
+};
+
+static_assert(Parsable<BaseEvent>);
 
 }  // namespace kifo

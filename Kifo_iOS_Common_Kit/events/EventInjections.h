@@ -11,20 +11,22 @@
 /// nothing else; a key that is already there gets the new value.
 namespace kifo {
 
-class BaseEvent;
-struct EventMoment;
+class Runtime;
+class Session;
+struct BaseEvent;
+struct EventSnapshot;
 
 /// Puts `more` over what is there.
 void insertAll(EventParameters& parameters, EventParameters more);
 
 /// The tokens: "push_token", "apns_token".
 struct EventTokenInjected {
-  static void inject(EventParameters& parameters, const EventMoment& moment);
+  static void inject(EventParameters& parameters, const EventSnapshot& snapshot);
 };
 
 /// Who sends: "sdk_version", "channel", "sync", "application_name".
 struct EventSdkInjected {
-  static void inject(EventParameters& parameters, const EventMoment& moment);
+  static void inject(EventParameters& parameters, const EventSnapshot& snapshot);
 };
 
 /// Keys that every event has: the tokens, the SDK, the actor, the device's identity, the time and
@@ -35,7 +37,7 @@ struct EventPrimaryInjected {
 
 /// The device's present state, each key only when its switch is on: battery, network, disk.
 struct EventDeviceInjected {
-  static void inject(EventParameters& parameters);
+  static void inject(EventParameters& parameters, const Runtime& runtime);
 };
 
 /// Something that may know a position, as latitude and longitude text.
@@ -45,13 +47,14 @@ struct Locationable {
 
 /// "longitude" and "latitude", when the host asked for them and they are known.
 struct EventLocationInjected {
-  static void inject(EventParameters& parameters);
+  static void inject(EventParameters& parameters, const Session& session);
 };
 
 /// The page that an event belongs to: the caller's name for it, else the screen's class name.
 struct PageContext {
   PageContext() = default;
   PageContext(const ViewController* controller, std::optional<std::string> pageName);
+  static PageContext named(std::string name);
 
   std::optional<std::string> name;  ///< None without a screen.
 };
@@ -61,8 +64,8 @@ struct EventPageInjected {
   static void inject(EventParameters& parameters, const PageContext& page);
 };
 
-/// All that an event has besides its own keys, in the order in which it is inserted. What the
-/// moment holds goes over into the parameters.
+/// All that an event has besides its own keys, in the order in which it is inserted. The
+/// snapshot's keys are moved into the parameters.
 struct BaseInjected {
   static void inject(EventParameters& parameters, BaseEvent& event);
 };

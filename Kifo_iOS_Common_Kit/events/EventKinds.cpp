@@ -84,79 +84,100 @@ void addAnswer(EventParameters& parameters, const InAppAnswer& answer,
 
 constexpr auto kPermissionStatusEvent = "push_notification_permission_status";
 
+/// What the three kinds of push event share.
+BaseEvent pushEvent(KifoEventType type, const PushCampaign& campaign) {
+  BaseEvent event(type);
+  event.scenario = campaign.scenario.value_or(Constants::ALL);
+  const std::string addressee = Session::withoutCommas(campaign.actorId.value_or(""));
+  if (!addressee.empty()) event.actorId = addressee;
+  event.reportsStatus = true;
+  event.ownKeys[Constants::RESPONSE_ID] = "";
+  setOrErase(event.ownKeys, Constants::CODE, campaign.code);
+  setOrErase(event.ownKeys, Constants::TYPE, campaign.type);
+  setOrErase(event.ownKeys, Constants::COMMUNICATION_NAME, campaign.uuid);
+  return event;
+}
+
 }  // namespace
 
-InstallEvent::InstallEvent(bool anonymous) : BaseEvent(KifoEventType::INSTALL) {
-  ownKeys_[Constants::ANONYMOUS] = anonymous;
+BaseEvent installEvent(bool anonymous) {
+  BaseEvent event(KifoEventType::INSTALL);
+  event.ownKeys[Constants::ANONYMOUS] = anonymous;
+  return event;
 }
 
-ActorChangeEvent::ActorChangeEvent(const std::string& oldActorId, const std::string& newActorId)
-    : BaseEvent(KifoEventType::ACTOR_CHANGE) {
-  actorId = Session::withoutCommas(oldActorId);
-  ownKeys_[Constants::NEW_ACTOR_ID] = newActorId;
+BaseEvent actorChangeEvent(const std::string& oldActorId, const std::string& newActorId) {
+  BaseEvent event(KifoEventType::ACTOR_CHANGE);
+  event.actorId = Session::withoutCommas(oldActorId);
+  event.ownKeys[Constants::NEW_ACTOR_ID] = newActorId;
+  return event;
 }
 
-TokenChangeEvent::TokenChangeEvent(TokenProviderType provider)
-    : BaseEvent(KifoEventType::TOKENCHANGE) {
-  ownKeys_[Constants::TOKEN_PROVIDER] = std::string(rawValue(provider));
+BaseEvent tokenChangeEvent(TokenProviderType provider) {
+  BaseEvent event(KifoEventType::TOKENCHANGE);
+  event.ownKeys[Constants::TOKEN_PROVIDER] = std::string(rawValue(provider));
+  return event;
 }
 
-PageEvent::PageEvent(KifoEventType type, const PageContext& page) : BaseEvent(type) {
-  EventPageInjected::inject(ownKeys_, page);
+BaseEvent pageEvent(KifoEventType type, const PageContext& page) {
+  BaseEvent event(type);
+  EventPageInjected::inject(event.ownKeys, page);
+  return event;
 }
 
-ApplicationErrorEvent::ApplicationErrorEvent(const Error& error)
-    : BaseEvent(KifoEventType::APPLICATION_ERROR) {
-  ownKeys_[Constants::MESSAGE] = error.message;
-  ownKeys_[Constants::ERROR_TYPE] = error.domain;
+BaseEvent applicationErrorEvent(const Error& error) {
+  BaseEvent event(KifoEventType::APPLICATION_ERROR);
+  event.ownKeys[Constants::MESSAGE] = error.message;
+  event.ownKeys[Constants::ERROR_TYPE] = error.domain;
+  return event;
 }
 
-OpenedEvent::OpenedEvent(const AppCommunicationItem* item) : BaseEvent(KifoEventType::INAPPOPENED) {
-  addItem(ownKeys_, item);
+BaseEvent openedEvent(const AppCommunicationItem* item) {
+  BaseEvent event(KifoEventType::INAPPOPENED);
+  addItem(event.ownKeys, item);
+  return event;
 }
 
-InAppMessageEvent::InAppMessageEvent(const AppCommunicationItem* item, const InAppAnswer& answer,
-                                     const PageContext& page)
-    : BaseEvent(KifoEventType::INAPPMESSAGERESPONSE) {
-  addItem(ownKeys_, item);
-  EventPageInjected::inject(ownKeys_, page);
-  addAnswer(ownKeys_, answer, item);
+BaseEvent inAppMessageEvent(const AppCommunicationItem* item, const InAppAnswer& answer,
+                            const PageContext& page) {
+  BaseEvent event(KifoEventType::INAPPMESSAGERESPONSE);
+  addItem(event.ownKeys, item);
+  EventPageInjected::inject(event.ownKeys, page);
+  addAnswer(event.ownKeys, answer, item);
+  return event;
 }
 
-PushEvent::PushEvent(KifoEventType type, const PushCampaign& campaign, Response response,
-                     const Text& buttonId, const Text& buttonText)
-    : BaseEvent(type) {
-  scenario = campaign.scenario.value_or("");
-  const std::string addressee = Session::withoutCommas(campaign.actorId.value_or(""));
-  if (!addressee.empty()) actorId = addressee;
-  if (response != Response::none) {
-    ownKeys_[Constants::RESPONSE_TYPE] = response == Response::button ? "BUTTON" : "SELF";
-  }
-  ownKeys_[Constants::RESPONSE_ID] = withoutCommas(buttonId).value_or("");
-  setOrErase(ownKeys_, Constants::RESPONSE_TEXT, buttonText);
-  ownKeys_[Constants::STATUS] =
-      std::string(rawValue(Session::shared().notificationPermissionStatus.load()));
-  setOrErase(ownKeys_, Constants::CODE, campaign.code);
-  setOrErase(ownKeys_, Constants::TYPE, campaign.type);
-  setOrErase(ownKeys_, Constants::COMMUNICATION_NAME, campaign.uuid);
-  // Where the host has set no token of its own, the one that the push was sent to is the device's.
-  if (Session::shared().identity()->pushToken.empty()) {
-    setOrErase(ownKeys_, Constants::PUSH_TOKEN, campaign.pushToken);
-  }
+BaseEvent pushReceivedEvent(const PushCampaign& campaign) {
+  return pushEvent(KifoEventType::PUSH_NOTIFICATION_RECEIVED, campaign);
 }
 
-PermissionStatusEvent::PermissionStatusEvent(KifoNotificationPermissionStatusType status)
-    : BaseEvent(status == KifoNotificationPermissionStatusType::DENIED
-                    ? std::string(rawValue(KifoEventType::PUSH_NOTIFICATION_DENIED))
-                    : kPermissionStatusEvent) {
-  ownKeys_[Constants::STATUS] = std::string(rawValue(status));
+BaseEvent pushClickedEvent(const PushCampaign& campaign, const PushButton& button) {
+  BaseEvent event = pushEvent(KifoEventType::PUSH_NOTIFICATION_CLICKED, campaign);
+  event.ownKeys[Constants::RESPONSE_TYPE] = button.id ? "BUTTON" : "SELF";
+  event.ownKeys[Constants::RESPONSE_ID] = withoutCommas(button.id).value_or("");
+  setOrErase(event.ownKeys, Constants::RESPONSE_TEXT, button.text);
+  return event;
 }
 
-CustomEvent::CustomEvent(std::string eventName, EventParameters hostParameters,
-                         const PageContext& page)
-    : BaseEvent(std::move(eventName)) {
-  initialParameters_ = std::move(hostParameters);
-  EventPageInjected::inject(initialParameters_, page);
+BaseEvent pushDismissedEvent(const PushCampaign& campaign) {
+  BaseEvent event = pushEvent(KifoEventType::PUSH_NOTIFICATION_DISMISSED, campaign);
+  event.ownKeys[Constants::RESPONSE_TYPE] = "SELF";
+  return event;
+}
+
+BaseEvent permissionStatusEvent(KifoNotificationPermissionStatusType status) {
+  BaseEvent event(status == KifoNotificationPermissionStatusType::DENIED
+                      ? std::string(rawValue(KifoEventType::PUSH_NOTIFICATION_DENIED))
+                      : kPermissionStatusEvent);
+  event.ownKeys[Constants::STATUS] = std::string(rawValue(status));
+  return event;
+}
+
+BaseEvent customEvent(std::string name, EventParameters hostParameters, const PageContext& page) {
+  BaseEvent event(std::move(name));
+  event.initialParameters = std::move(hostParameters);
+  EventPageInjected::inject(event.initialParameters, page);
+  return event;
 }
 
 }  // namespace kifo

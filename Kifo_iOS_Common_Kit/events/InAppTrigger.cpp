@@ -1,10 +1,9 @@
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 
-#include <mutex>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
 
@@ -29,58 +28,9 @@ void consider(const std::shared_ptr<AppCommunicationItem>& item, const InAppTrig
   due(item);
 }
 
-}  // namespace
-
-struct InAppTrigger::State {
-  std::mutex mutex;
-  // Guarded by mutex.
-  bool inAppFetchPending = false;
-  std::function<void()> deferred;
-};
-
-InAppTrigger::InAppTrigger() : state_(std::make_unique<State>()) {}
-
-InAppTrigger& InAppTrigger::shared() {
-  static InAppTrigger& only = *new InAppTrigger;
-  return only;
-}
-
-void InAppTrigger::eventSent(const std::string& eventName, Due due) {
-  {
-    const std::lock_guard lock(state_->mutex);
-    if (state_->inAppFetchPending) {
-      KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "waiting for a fetch"}});
-      state_->deferred = [eventName, due = std::move(due)] { look(eventName, due); };
-      return;
-    }
-  }
-  look(eventName, std::move(due));
-}
-
-void InAppTrigger::refresh() {
-  {
-    const std::lock_guard lock(state_->mutex);
-    state_->inAppFetchPending = true;
-  }
-  fetchInAppCommunication([](bool) { shared().fetchEnded(); });
-}
-
-void InAppTrigger::fetchEnded() {
-  const std::lock_guard lock(state_->mutex);
-  // Looking only queues its work, so nothing of the host's runs under the lock.
-  if (state_->deferred) state_->deferred();
-  state_->deferred = nullptr;
-  state_->inAppFetchPending = false;
-}
-
-void InAppTrigger::reset() {
-  const std::lock_guard lock(state_->mutex);
-  state_->deferred = nullptr;
-  state_->inAppFetchPending = false;
-}
-
-void InAppTrigger::look(const std::string& eventName, Due due) {
-  auto answer = Session::shared().appCommunication();
+/// Queues the choice among the campaigns of the present answer.
+void chooseCampaigns(const Runtime& runtime, const std::string& eventName, InAppTrigger::Due due) {
+  auto answer = runtime.session.appCommunication();
   if (!answer || !answer->model || answer->model->empty()) {
     KIFO_INSPECT("campaign", {{"event", eventName},
                               {"outcome", "no match"},
@@ -98,6 +48,47 @@ void InAppTrigger::look(const std::string& eventName, Due due) {
         if (!found) KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "no match"}});
       },
       Wake::soon);
+}
+
+}  // namespace
+
+void InAppTrigger::eventSent(const std::shared_ptr<Runtime>& runtime, const std::string& eventName,
+                             Due due) {
+  {
+    const MutexLock lock(mutex_);
+    if (inAppFetchPending_) {
+      KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "waiting for a fetch"}});
+      deferred_ = [runtime, eventName, due = std::move(due)] {
+        chooseCampaigns(*runtime, eventName, due);
+      };
+      return;
+    }
+  }
+  chooseCampaigns(*runtime, eventName, std::move(due));
+}
+
+void InAppTrigger::refresh(const std::shared_ptr<Runtime>& runtime) {
+  {
+    const MutexLock lock(mutex_);
+    inAppFetchPending_ = true;
+  }
+  fetchInAppCommunication(runtime, [runtime](bool) { runtime->inAppTrigger->fetchEnded(); });
+}
+
+void InAppTrigger::fetchEnded() {
+  std::function<void()> deferred;  // destroyed outside the lock
+  const MutexLock lock(mutex_);
+  deferred.swap(deferred_);
+  // Choosing only queues its work, so nothing of the host's runs under the lock.
+  if (deferred) deferred();
+  inAppFetchPending_ = false;
+}
+
+void InAppTrigger::clear() {
+  std::function<void()> deferred;
+  const MutexLock lock(mutex_);
+  deferred.swap(deferred_);
+  inAppFetchPending_ = false;
 }
 
 }  // namespace kifo

@@ -2,13 +2,14 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/core/ViewController.h"
 #include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
+
+class Runtime;
 
 /// Decides when the campaigns that an event names are looked for: at once, or, while a page-in's
 /// query is under way, when its answer is there, so that a new page's events meet the page's own
@@ -18,28 +19,23 @@ namespace kifo {
 class InAppTrigger {
  public:
   /// Gets each campaign that is due, in the server's order, on the main queue.
-  using Due = std::function<void(std::shared_ptr<AppCommunicationItem>)>;
-
-  /// The process's trigger. Never destroyed.
-  static InAppTrigger& shared();
+  using Due = std::function<void(const std::shared_ptr<AppCommunicationItem>&)>;
 
   /// A custom event was sent. Of two that come while a query is under way the later one counts.
-  void eventSent(const std::string& eventName, Due due);
+  void eventSent(const std::shared_ptr<Runtime>& runtime, const std::string& eventName, Due due);
 
   /// Starts the query of a page-in.
-  void refresh();
+  void refresh(const std::shared_ptr<Runtime>& runtime);
 
-  /// Forgets what waits. For shutdown and tests.
-  void reset();
+  /// Forgets what waits.
+  void clear();
 
  private:
-  struct State;
-
-  InAppTrigger();
   void fetchEnded();
-  static void look(const std::string& eventName, Due due);
 
-  std::unique_ptr<State> state_;
+  Mutex mutex_;
+  bool inAppFetchPending_ KIFO_GUARDED_BY(mutex_) = false;
+  std::function<void()> deferred_ KIFO_GUARDED_BY(mutex_);
 };
 
 }  // namespace kifo

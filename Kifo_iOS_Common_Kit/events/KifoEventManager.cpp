@@ -6,7 +6,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/events/EventKinds.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
@@ -25,58 +25,57 @@ namespace {
 constexpr auto kPopupDelay = SerialQueue::Duration(0.5);
 
 void print(std::string_view message) {
-  static const std::string& tag = *new std::string(logTag("KifoEventManager"));
-  Console::print(tag, message);
+  Console::print(KifoEventManager::LOG_TAG, message);
 }
 
-/// Advice on the console; no event is held back by it.
-void sendGate() {
-  const auto answer = Session::shared().appCommunication();
+/// Advice on the console; no event is held back by it. Kept for compatibility.
+void sendGate(const Session& session) {
+  const auto answer = session.appCommunication();
   if (answer && answer->configuration && answer->configuration->stopAllEvents) {
     print("all events stopped");
   }
-  if (Session::shared().sendEventStatus == SendEventStatus::DISABLED) print("send events stopped");
+  if (session.sendEventStatus == SendEventStatus::DISABLED) print("send events stopped");
 }
 
-bool isBlocked(const std::string& eventName) {
-  const auto answer = Session::shared().appCommunication();
+bool isBlocked(const Session& session, const std::string& eventName) {
+  const auto answer = session.appCommunication();
   if (!answer || !answer->blockedEvents) return false;
   return std::ranges::any_of(*answer->blockedEvents,
                              [&](const auto& entry) { return entry->name == eventName; });
 }
 
-/// The event's dictionary, made when it is first needed and not on the caller's thread; at once
-/// where an inspector wants to see it.
-ServiceClient::Composition compositionOf(std::shared_ptr<BaseEvent> event,
-                                         const std::string& requestId) {
-  if (!Platform::current()->inspector)
-    return [event = std::move(event)] { return event->parameters(); };
-  const std::string name = event->name;
-  const EventParameters parameters = event->parameters();
+/// The event's dictionary, composed by whichever thread first needs it. An inspector sees it now.
+RequestParameters parametersOf(BaseEvent event, const std::string& requestId) {
+  if (!Platform::current()->inspector) {
+    return {[event = std::move(event)] { return compose(event); }};
+  }
+  const std::string name = event.name;
+  const auto dictionary = std::make_shared<const EventParameters>(compose(std::move(event)));
   KIFO_INSPECT(
       "composed",
-      {{"event", name}, {"requestId", requestId}, {"parameters", jsonFromValue(parameters)}});
-  return [parameters] { return parameters; };
+      {{"event", name}, {"requestId", requestId}, {"parameters", jsonFromValue(*dictionary)}});
+  return {dictionary};
 }
 
-/// The way of every event, after the gate.
-void dispatch(std::shared_ptr<BaseEvent> event, bool isNotificationEvent) {
-  refreshNotificationPermissionStatus();
-  if (isBlocked(event->name)) {
-    KIFO_INSPECT("blocked", {{"event", event->name}});
+/// The path of every event behind the send gate: block filter, request id, snapshot, hand-over.
+void dispatch(const std::shared_ptr<Runtime>& runtime, BaseEvent event, bool isNotificationEvent) {
+  refreshNotificationPermissionStatus(runtime);
+  if (isBlocked(runtime->session, event.name)) {
+    KIFO_INSPECT("blocked", {{"event", event.name}});
     return;
   }
   const std::string requestId = Platform::current()->identifiers->uuid();
-  event->moment = EventMoment::now();
-  ServiceClient::make()->sendEvent({}, compositionOf(std::move(event), requestId), requestId,
-                                   isNotificationEvent, {});
+  event.snapshot = EventSnapshot::take(*runtime);
+  const auto sender = event.snapshot.identity;
+  ServiceClient::make(runtime)->sendEvent({}, parametersOf(std::move(event), requestId), sender,
+                                          requestId, isNotificationEvent, {});
   print("logEvent - requestId - " + requestId);
 }
 
-template <class Event>
-void send(Event event, bool isNotificationEvent = false) {
-  sendGate();
-  dispatch(std::make_shared<Event>(std::move(event)), isNotificationEvent);
+void send(BaseEvent event, bool isNotificationEvent = false) {
+  const auto runtime = Runtime::current();
+  sendGate(runtime->session);
+  dispatch(runtime, std::move(event), isNotificationEvent);
 }
 
 PushCampaign campaignOf(const UserInfo& userInfo) {
@@ -91,10 +90,10 @@ KifoNotificationPermissionStatusType statusOf(const UserInfo& userInfo) {
       .value_or(KifoNotificationPermissionStatusType::UNKNOWN);
 }
 
-/// A campaign on its way to the screen, half a second from its event.
+/// A campaign that is shown half a second after its event.
 struct DuePopup {
   std::weak_ptr<ViewController> controller;
-  std::optional<std::string> pageName;
+  std::optional<std::string> pageName;  ///< Known from the start: the screen may go.
   std::shared_ptr<AppCommunicationItem> item;
   PopupManager::Handler handler;
 };
@@ -148,9 +147,9 @@ class Reporter final : public InAppReporter {
                 std::shared_ptr<ViewController> controller,
                 std::optional<std::string> pageName) override {
     inspect(item.get(), isEmpty(answer) ? "closed" : "answered");
-    KifoEventManager::sendInAppMessageEvent(
-        std::move(item), answer.body, answer.choice, answer.button, answer.scoreField,
-        answer.openEndedField, answer.choiseField, std::move(controller), std::move(pageName));
+    const auto page = pageName ? PageContext::named(std::move(*pageName))
+                               : PageContext(controller.get(), std::nullopt);
+    send(inAppMessageEvent(item.get(), answer, page));
   }
 };
 
@@ -159,7 +158,7 @@ class Reporter final : public InAppReporter {
 // The SDK's own events ---------------------------------------------------------------------------
 
 void KifoEventManager::sendInstallEvent(const std::optional<std::string>& localActorId) {
-  send(InstallEvent(localActorId.value_or("").empty()));
+  send(installEvent(localActorId.value_or("").empty()));
 }
 
 void KifoEventManager::sendInitializeEvent() {
@@ -167,12 +166,12 @@ void KifoEventManager::sendInitializeEvent() {
 }
 
 void KifoEventManager::sendTokenChangeEvent(TokenProviderType tokenProvider) {
-  send(TokenChangeEvent(tokenProvider));
+  send(tokenChangeEvent(tokenProvider));
 }
 
 void KifoEventManager::sendChangeActorEvent(const std::string& oldActorId,
                                             const std::string& newActorId) {
-  send(ActorChangeEvent(oldActorId, newActorId));
+  send(actorChangeEvent(oldActorId, newActorId));
 }
 
 void KifoEventManager::sendAppForegroundEvent() {
@@ -184,23 +183,23 @@ void KifoEventManager::sendAppBackgroundEvent() {
 }
 
 void KifoEventManager::sendApplicationErrorEvent(const Error& error) {
-  send(ApplicationErrorEvent(error));
+  send(applicationErrorEvent(error));
 }
 
 // Pages ------------------------------------------------------------------------------------------
 
 void KifoEventManager::sendPageInEvent(std::shared_ptr<ViewController> controller,
                                        std::optional<std::string> pageName) {
-  sendGate();
-  InAppTrigger::shared().refresh();
-  dispatch(std::make_shared<PageEvent>(KifoEventType::PAGE_IN,
-                                       PageContext(controller.get(), std::move(pageName))),
+  const auto runtime = Runtime::current();
+  sendGate(runtime->session);
+  runtime->inAppTrigger->refresh(runtime);
+  dispatch(runtime, pageEvent(KifoEventType::PAGE_IN, {controller.get(), std::move(pageName)}),
            false);
 }
 
 void KifoEventManager::sendPageOutEvent(std::shared_ptr<ViewController> controller,
                                         std::optional<std::string> pageName) {
-  send(PageEvent(KifoEventType::PAGE_OUT, {controller.get(), std::move(pageName)}));
+  send(pageEvent(KifoEventType::PAGE_OUT, {controller.get(), std::move(pageName)}));
 }
 
 // The host's events ------------------------------------------------------------------------------
@@ -208,72 +207,72 @@ void KifoEventManager::sendPageOutEvent(std::shared_ptr<ViewController> controll
 void KifoEventManager::sendLoginEvent(std::shared_ptr<ViewController> controller,
                                       std::optional<std::string> pageName,
                                       EventParameters initialParameters) {
-  send(CustomEvent(std::string(rawValue(KifoEventType::LOGIN)), std::move(initialParameters),
+  send(customEvent(std::string(rawValue(KifoEventType::LOGIN)), std::move(initialParameters),
                    {controller.get(), std::move(pageName)}));
 }
 
 void KifoEventManager::sendEvent(std::shared_ptr<ViewController> controller,
                                  const std::string& eventName, std::optional<std::string> pageName,
                                  EventParameters initialParameters, ButtonAction onActionRequired) {
-  send(CustomEvent(eventName, std::move(initialParameters), {controller.get(), pageName}));
-  const bool hasController = controller != nullptr;
-  InAppTrigger::shared().eventSent(
-      eventName, [screen = std::weak_ptr(controller), hasController, pageName,
-                  onActionRequired = std::move(onActionRequired)](const auto& item) {
+  send(customEvent(eventName, std::move(initialParameters), {controller.get(), pageName}));
+  const auto runtime = Runtime::current();
+  if (!controller) {
+    return runtime->inAppTrigger->eventSent(runtime, eventName, [](const auto& item) {
+      inspect(item.get(), "refused", "controller is nil, couldn't call handlePopupAction");
+      print("controller is nil, couldn't call handlePopupAction");
+    });
+  }
+  runtime->inAppTrigger->eventSent(
+      runtime, eventName,
+      [screen = std::weak_ptr(controller), pageName,
+       onActionRequired = std::move(onActionRequired)](const auto& item) {
         const auto stillThere = screen.lock();
-        if (!hasController) {
-          inspect(item.get(), "refused", "controller is nil, couldn't call handlePopupAction");
-          print("controller is nil, couldn't call handlePopupAction");
-        } else if (stillThere) {
-          handlePopupAction(stillThere, pageName, item, false, onActionRequired);
-        }
+        if (!stillThere) return inspect(item.get(), "screen gone");
+        handlePopupAction(stillThere, pageName, item, false, onActionRequired);
       });
 }
 
 void KifoEventManager::sendEvent(const std::string& eventName, std::optional<std::string> pageName,
                                  EventParameters initialParameters, ItemAction onActionRequired) {
-  send(CustomEvent(eventName, std::move(initialParameters), {nullptr, std::move(pageName)}));
-  InAppTrigger::shared().eventSent(
-      eventName, [onActionRequired = std::move(onActionRequired)](const auto& item) {
-        if (!item->type) return print("couldn't get action type!");
+  send(customEvent(eventName, std::move(initialParameters), {nullptr, std::move(pageName)}));
+  const auto runtime = Runtime::current();
+  runtime->inAppTrigger->eventSent(
+      runtime, eventName, [onActionRequired = std::move(onActionRequired)](const auto& item) {
+        if (!item->type) {
+          inspect(item.get(), "refused", "couldn't get action type!");
+          return print("couldn't get action type!");
+        }
         inspect(item.get(), "handed to the host");
         print("action: " + *item->type);
-        callHost(logTag("KifoEventManager"), onActionRequired, item);
+        callHost(LOG_TAG, onActionRequired, item);
       });
 }
 
 // Pushes -----------------------------------------------------------------------------------------
 
-void KifoEventManager::sendPushNotificationReceivedEvent(const std::string& pushToken,
+void KifoEventManager::sendPushNotificationReceivedEvent(const std::string&,
                                                          const std::string& actorId,
                                                          const std::string& communicationName,
                                                          const std::string& code,
                                                          const std::string& scenario) {
-  send(PushEvent(KifoEventType::PUSH_NOTIFICATION_RECEIVED,
-                 {pushToken, actorId, communicationName, code, scenario, std::nullopt},
-                 PushEvent::Response::none),
-       true);
+  send(pushReceivedEvent({actorId, communicationName, code, scenario, std::nullopt}), true);
 }
 
 void KifoEventManager::sendPushNotificationClickedEvent(
-    const std::string& pushToken, const std::string& actorId, const std::string& communicationName,
+    const std::string&, const std::string& actorId, const std::string& communicationName,
     const std::string& code, const std::string& scenario,
     const std::optional<std::string>& buttonName, const std::optional<std::string>& buttonText) {
-  const auto response = buttonName ? PushEvent::Response::button : PushEvent::Response::self;
-  send(PushEvent(KifoEventType::PUSH_NOTIFICATION_CLICKED,
-                 {pushToken, actorId, communicationName, code, scenario, std::nullopt}, response,
-                 buttonName, buttonText),
+  send(pushClickedEvent({actorId, communicationName, code, scenario, std::nullopt},
+                        {buttonName, buttonText}),
        true);
 }
 
 void KifoEventManager::sendPushNotificationDismissedEvent(const UserInfo& userInfo) {
-  send(PushEvent(KifoEventType::PUSH_NOTIFICATION_DISMISSED, campaignOf(userInfo),
-                 PushEvent::Response::self),
-       true);
+  send(pushDismissedEvent(campaignOf(userInfo)), true);
 }
 
 void KifoEventManager::sendNotificationPermissionStatusEvent(const UserInfo& userInfo) {
-  send(PermissionStatusEvent(statusOf(userInfo)), true);
+  send(permissionStatusEvent(statusOf(userInfo)), true);
 }
 
 // Popups -----------------------------------------------------------------------------------------
@@ -281,7 +280,7 @@ void KifoEventManager::sendNotificationPermissionStatusEvent(const UserInfo& use
 void KifoEventManager::sendOpenedEvent(std::shared_ptr<AppCommunicationItem> event,
                                        std::shared_ptr<ViewController>,
                                        std::optional<std::string>) {
-  send(OpenedEvent(event.get()));
+  send(openedEvent(event.get()));
 }
 
 void KifoEventManager::sendInAppMessageEvent(
@@ -290,7 +289,7 @@ void KifoEventManager::sendInAppMessageEvent(
     std::shared_ptr<AppCommunicationItemButton> button, std::optional<ScoreFieldModel> scoreField,
     std::optional<OpenEndedFieldModel> openEndedField, std::optional<ChoiseFieldModel> choiseField,
     std::shared_ptr<ViewController> controller, std::optional<std::string> pageName) {
-  send(InAppMessageEvent(event.get(),
+  send(inAppMessageEvent(event.get(),
                          {std::move(body), std::move(choice), std::move(button),
                           std::move(scoreField), std::move(openEndedField), std::move(choiseField)},
                          {controller.get(), std::move(pageName)}));
@@ -300,16 +299,17 @@ void KifoEventManager::handlePopupAction(std::shared_ptr<ViewController> control
                                          std::optional<std::string> pageName,
                                          std::shared_ptr<AppCommunicationItem> action, bool,
                                          ButtonAction onActionRequired) {
-  const std::string type = action->type.value_or("");
-  print("handlePopupAction: " + type);
+  const std::string type = action ? action->type.value_or("") : "";
+  if (action) print("handlePopupAction: " + type);
   const auto kind = popupType(type);
   if (!kind) {
     inspect(action.get(), "refused", "couldn't get a actionType for popup");
     return print("couldn't get a actionType for popup");
   }
-  DuePopup due{controller, std::move(pageName), std::move(action),
+  DuePopup due{controller, PageContext(controller.get(), std::move(pageName)).name,
+               std::move(action),
                [onActionRequired = std::move(onActionRequired)](const auto& button) {
-                 callHost(logTag("KifoEventManager"), onActionRequired, button);
+                 callHost(LOG_TAG, onActionRequired, button);
                }};
   Platform::current()->mainQueue->schedule(
       kPopupDelay, [kind = *kind, due = std::move(due)] { show(kind, due); });

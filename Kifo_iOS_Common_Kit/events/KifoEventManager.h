@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
@@ -26,10 +27,12 @@ namespace kifo {
 ///
 /// **Threading:** thread-safe. Runs on the caller's thread up to the hand-over and never touches
 /// the disk or the network there. `onActionRequired` runs on the UI thread, where the user's choice
-/// is made.
+/// is made; in the form without a screen it runs on the SDK's main queue.
 /// **Errors:** none are reported; what could not be sent is stored and sent again later.
 class KIFO_EXPORT KifoEventManager {
  public:
+  static constexpr std::string_view LOG_TAG = "Kifo KifoEventManager:";
+
   using ButtonAction = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
   using ItemAction = std::function<void(std::shared_ptr<AppCommunicationItem>)>;
 
@@ -64,6 +67,7 @@ class KIFO_EXPORT KifoEventManager {
   static void sendEvent(const std::string& eventName, std::optional<std::string> pageName,
                         EventParameters initialParameters = {}, ItemAction onActionRequired = {});
 
+  /// Push events carry the session's push token; `pushToken` is not sent.
   static void sendPushNotificationReceivedEvent(const std::string& pushToken,
                                                 const std::string& actorId,
                                                 const std::string& communicationName,

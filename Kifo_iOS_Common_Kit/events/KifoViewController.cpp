@@ -1,7 +1,7 @@
 #include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 
 namespace kifo {
@@ -15,10 +15,10 @@ std::shared_ptr<ViewController> held(KifoViewController& screen) {
 }
 
 bool sendsPageEvents() {
-  const bool isEnabled =
-      Session::shared().sendActivityLifeCycleEventStatus == SendLifeCycleEventStatus::ENABLED;
+  const bool isEnabled = Runtime::current()->session.sendActivityLifeCycleEventStatus ==
+                         SendLifeCycleEventStatus::ENABLED;
   if (!isEnabled)
-    Console::print(logTag("KifoViewController"), "send activity lifecycle events disabled!");
+    Console::print("Kifo KifoViewController:", "send activity lifecycle events disabled!");
   return isEnabled;
 }
 

@@ -3,29 +3,36 @@
 #include <map>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 
 namespace kifo {
+namespace {
 
-void fetchInAppCommunication(std::function<void(bool success)> completion) {
-  const auto identity = Session::shared().identity();
+void take(Session& session, std::shared_ptr<AppCommunication> answer, bool hasAnswered) {
+  const bool success = answer != nullptr;
+  if (success) session.setAppCommunication(std::move(answer));
+  if (!success && !hasAnswered) return;
+  session.initializeStatus =
+      success ? InitializeStatusType::INITIALIZED : InitializeStatusType::INITIALIZE_FAILED;
+}
+
+}  // namespace
+
+void fetchInAppCommunication(const std::shared_ptr<Runtime>& runtime,
+                             std::function<void(bool success)> completion) {
+  const auto identity = runtime->session.identity();
   const std::map<std::string, std::string> parameters{
       {"actor-id", Session::withoutCommas(identity->actorId)},
       {"application-name", identity->applicationName}};
-  ServiceClient::make()->getInAppCommunication(
+  ServiceClient::make(runtime)->getInAppCommunication(
       std::nullopt, parameters,
-      [completion = std::move(completion)](std::shared_ptr<AppCommunication> answer,
-                                           std::optional<bool> flag) {
+      [runtime, completion = std::move(completion)](std::shared_ptr<AppCommunication> answer,
+                                                    std::optional<bool> flag) {
         const bool success = answer != nullptr;
-        Session& session = Session::shared();
-        if (success) session.setAppCommunication(std::move(answer));
-        if (success || flag) {
-          session.initializeStatus =
-              success ? InitializeStatusType::INITIALIZED : InitializeStatusType::INITIALIZE_FAILED;
-        }
+        take(runtime->session, std::move(answer), flag.has_value());
         if (completion) completion(success);
-        if (success) ServiceClient::resumeSync();
+        if (success) ServiceClient::make(runtime)->resumeSync();
       });
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <functional>
-
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include <memory>
 
 namespace kifo {
+
+class Runtime;
 
 /// Asks the server for the current user's campaigns. An answer becomes the session's
 /// `appCommunication` and makes it `INITIALIZED`; an answer without one makes it
@@ -13,6 +14,7 @@ namespace kifo {
 ///
 /// **Threading:** may be called from any thread; the completion runs on the answer queue, or at
 /// once when the query cannot go out.
-KIFO_EXPORT void fetchInAppCommunication(std::function<void(bool success)> completion);
+void fetchInAppCommunication(const std::shared_ptr<Runtime>& runtime,
+                             std::function<void(bool success)> completion);
 
 }  // namespace kifo

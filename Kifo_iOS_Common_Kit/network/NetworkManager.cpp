@@ -28,11 +28,6 @@ void retire(const std::shared_ptr<KifoReachability>& watcher) {
 
 }  // namespace
 
-NetworkManager& NetworkManager::shared() {
-  static auto& only = *new std::shared_ptr<NetworkManager>(std::make_shared<NetworkManager>());
-  return *only;
-}
-
 NetworkManager::~NetworkManager() {
   stopMonitoring();
 }
@@ -43,7 +38,7 @@ void NetworkManager::startMonitoring(NetworkStatusCallback callback, NetworkStat
   if (watcher) watcher->setWhenRead([read](const auto& self) { tell(read, isOnline(self)); });
   std::shared_ptr<KifoReachability> previous;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     networkStatusCallback_.swap(callback);
     read_.swap(read);
     if (!watcher) return;
@@ -65,7 +60,7 @@ void NetworkManager::stopMonitoring() {
   NetworkStatusCallback read;
   KifoNotificationCenter::Token observer = 0;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     previous = std::exchange(reachability_, nullptr);
     callback = std::exchange(networkStatusCallback_, nullptr);
     read = std::exchange(read_, nullptr);
@@ -86,7 +81,7 @@ void NetworkManager::reachabilityChanged(const KifoNotification& note) {
   NetworkStatusCallback callback;
   NetworkStatusCallback read;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     callback = networkStatusCallback_;
     // Our own watcher has just told it on its queue, where no newer reading can come in between.
     if (*object != reachability_) read = read_;
@@ -98,7 +93,7 @@ void NetworkManager::reachabilityChanged(const KifoNotification& note) {
 }
 
 std::optional<std::uint32_t> NetworkManager::flags() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return reachability_ ? reachability_->flags() : std::nullopt;
 }
 

@@ -3,13 +3,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
 #include "Kifo_iOS_Common_Kit/network/KifoNotification.h"
 #include "Kifo_iOS_Common_Kit/network/KifoNotificationCenter.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
 
@@ -22,12 +21,10 @@ class KifoReachability;
 /// network is read.
 /// **Ownership:** held by a `std::shared_ptr`, so that a notification under way finds it or nobody.
 /// **Errors:** dropped. Where the network cannot be watched the callback is never called.
-class KIFO_EXPORT NetworkManager : public std::enable_shared_from_this<NetworkManager> {
+class NetworkManager : public std::enable_shared_from_this<NetworkManager> {
  public:
   using NetworkStatusCallback = std::function<void(bool online)>;
 
-  /// The one that the SDK itself uses. Never destroyed.
-  static NetworkManager& shared();
   ~NetworkManager();
 
   /// Has the callback called with the current status, soon, and with every later one. Called again,
@@ -47,16 +44,15 @@ class KIFO_EXPORT NetworkManager : public std::enable_shared_from_this<NetworkMa
   [[nodiscard]] std::optional<std::uint32_t> flags() const;
 
  private:
-  mutable std::mutex mutex_;
-  // Guarded by mutex_.
-  std::shared_ptr<KifoReachability> reachability_;
-  NetworkStatusCallback networkStatusCallback_;
-  NetworkStatusCallback read_;
-  KifoNotificationCenter::Token observer_ = 0;
+  mutable Mutex mutex_;
+  std::shared_ptr<KifoReachability> reachability_ KIFO_GUARDED_BY(mutex_);
+  NetworkStatusCallback networkStatusCallback_ KIFO_GUARDED_BY(mutex_);
+  NetworkStatusCallback read_ KIFO_GUARDED_BY(mutex_);
+  KifoNotificationCenter::Token observer_ KIFO_GUARDED_BY(mutex_) = 0;
 };
 
 /// The network as payloads name it: "cellular" as well for flags never read and for an unreachable
 /// network. NONE is never the answer.
-KIFO_EXPORT KifoNetworkCapability networkCapability(std::optional<std::uint32_t> flags);
+KifoNetworkCapability networkCapability(std::optional<std::uint32_t> flags);
 
 }  // namespace kifo

@@ -40,38 +40,35 @@ std::string withQuery(const std::string& base, const EventParameters& parameters
 
 }  // namespace
 
-RequestTexts::RequestTexts(std::string base, bool hasQuery, Composition composition)
-    : base_(std::move(base)), hasQuery_(hasQuery), composition_(std::move(composition)) {}
-
-RequestTexts::RequestTexts(std::string base, bool hasQuery, RequestParameters parameters)
-    : base_(std::move(base)), hasQuery_(hasQuery), parameters_(std::move(parameters)) {}
-
-const RequestParameters& RequestTexts::parameters() const {
-  std::call_once(parametersOnce_, [this] {
-    if (composition_) parameters_ = std::exchange(composition_, nullptr)();
+const RequestParameters::Dictionary& RequestTexts::dictionary() const {
+  std::call_once(dictionaryOnce_, [this] {
+    if (!parameters_.compose) return;
+    parameters_.dictionary = std::make_shared<const EventParameters>(parameters_.compose());
+    parameters_.compose = nullptr;
   });
-  return parameters_;
+  return parameters_.dictionary;
 }
 
 const std::string& RequestTexts::url() const {
   std::call_once(urlOnce_, [this] {
-    url_ = hasQuery_ && parameters() ? withQuery(base_, *parameters()) : base_;
+    const bool isWritten = serviceUrl_.hasQuery && dictionary();
+    url_ = isWritten ? withQuery(serviceUrl_.base, *dictionary()) : serviceUrl_.base;
   });
   return url_;
 }
 
 const std::string& RequestTexts::json() const {
   std::call_once(jsonOnce_, [this] {
-    json_ = parameters() ? jsonFromValue(*parameters()) : std::string("{}");
+    json_ = dictionary() ? jsonFromValue(*dictionary()) : std::string("{}");
   });
   return json_;
 }
 
 std::optional<std::string> RequestTexts::body() const {
-  return parameters() ? std::optional(json()) : std::nullopt;
+  return dictionary() ? std::optional(json()) : std::nullopt;
 }
 
-RequestParameters parametersFromText(std::string_view text) {
+RequestParameters::Dictionary parametersFromText(std::string_view text) {
   const auto parsed = valueFromJson(text);
   const EventParameters* members = parsed ? parsed->asMap() : nullptr;
   return members ? std::make_shared<const EventParameters>(*members) : nullptr;

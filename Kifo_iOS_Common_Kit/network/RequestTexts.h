@@ -8,28 +8,42 @@
 #include <string_view>
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 
-/// A request's parameters; null for a request without any.
-using RequestParameters = std::shared_ptr<const EventParameters>;
-
-/// What a request's parameters look like on the wire: the query and the body. They are put together
-/// and written once, by whichever thread first needs them, which is not the one that sends an event
-/// unless the request cannot go out yet.
+/// A request's dictionary: given, or composed once by whichever thread first needs
+/// it; or none.
 ///
-/// Text that is no UTF-8 is mended with replacement characters rather than lost.
+/// **Threading:** a value.
+struct RequestParameters {
+  using Dictionary = std::shared_ptr<const EventParameters>;
+
+  RequestParameters() = default;
+  RequestParameters(Dictionary given) : dictionary(std::move(given)) {}
+  RequestParameters(std::function<EventParameters()> composed) : compose(std::move(composed)) {}
+
+  Dictionary dictionary;
+  std::function<EventParameters()> compose;
+};
+
+/// Where a request goes: an address that gets the parameters as its query, replacing any that it
+/// has, or an address that is taken as it stands.
+struct ServiceUrl {
+  std::string base;
+  bool hasQuery = false;
+};
+
+/// What a request looks like on the wire: the query and the body. Both are written once, by
+/// whichever thread first needs them, which is not the one that sends an event unless the request
+/// cannot go out yet.
+///
+/// Text that is no UTF-8 gets replacement characters rather than being lost.
 ///
 /// **Threading:** thread-safe and, seen from outside, immutable.
-class KIFO_EXPORT RequestTexts {
+class RequestTexts {
  public:
-  using Composition = std::function<RequestParameters()>;  ///< Runs once at most.
-
-  /// `base` gets the parameters as its query, replacing any that it has; without `hasQuery` it is
-  /// taken as it stands.
-  RequestTexts(std::string base, bool hasQuery, Composition composition);
-  RequestTexts(std::string base, bool hasQuery, RequestParameters parameters);
+  RequestTexts(ServiceUrl serviceUrl, RequestParameters parameters)
+      : serviceUrl_(std::move(serviceUrl)), parameters_(std::move(parameters)) {}
 
   /// The absolute URL: query items sorted by key, only unreserved characters bare.
   const std::string& url() const;
@@ -39,13 +53,11 @@ class KIFO_EXPORT RequestTexts {
   std::optional<std::string> body() const;
 
  private:
-  const RequestParameters& parameters() const;
+  const RequestParameters::Dictionary& dictionary() const;
 
-  const std::string base_;
-  const bool hasQuery_;
-  mutable std::once_flag parametersOnce_;
-  mutable Composition composition_;  ///< None once it has run.
-  mutable RequestParameters parameters_;
+  const ServiceUrl serviceUrl_;
+  mutable std::once_flag dictionaryOnce_;
+  mutable RequestParameters parameters_;  ///< `compose` is empty once it has run.
   mutable std::once_flag urlOnce_;
   mutable std::once_flag jsonOnce_;
   mutable std::string url_;
@@ -53,9 +65,9 @@ class KIFO_EXPORT RequestTexts {
 };
 
 /// The dictionary that a stored body text holds; null when it holds none.
-KIFO_EXPORT RequestParameters parametersFromText(std::string_view text);
+RequestParameters::Dictionary parametersFromText(std::string_view text);
 
 /// Whether `text` is well-formed UTF-8.
-KIFO_EXPORT bool isUtf8(const std::string& text);
+bool isUtf8(const std::string& text);
 
 }  // namespace kifo

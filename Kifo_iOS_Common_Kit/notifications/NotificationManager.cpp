@@ -9,6 +9,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
@@ -72,7 +73,7 @@ std::optional<NotificationAttachment> attachmentOf(std::string_view bytes) {
 }  // namespace
 
 void NotificationManager::refreshNotificationPermissionStatusType() {
-  refreshNotificationPermissionStatus();
+  kifo::refreshNotificationPermissionStatus(Runtime::current());
 }
 
 void NotificationManager::handleNotification(const UserInfo& userInfo,

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/ports/Platform.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
 
 namespace kifo {
@@ -73,20 +73,7 @@ void makeTable(const fs::path& path, const std::atomic<bool>& waitsForLocks) {
 }  // namespace
 
 std::shared_ptr<KifoSqliteManager> KifoSqliteManager::sharedManager() {
-  struct Shared {
-    std::mutex mutex;
-    std::weak_ptr<const Platform> platform;
-    std::shared_ptr<KifoSqliteManager> manager;
-  };
-  static Shared& shared = *new Shared;
-  const auto platform = Platform::current();
-  const std::lock_guard lock(shared.mutex);
-  if (shared.platform.lock() != platform) {
-    shared.platform = platform;
-    shared.manager =
-        std::make_shared<KifoSqliteManager>(platform->mainQueue, platform->documentsDirectory);
-  }
-  return shared.manager;
+  return Runtime::current()->store();
 }
 
 KifoSqliteManager::KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std::string directory)

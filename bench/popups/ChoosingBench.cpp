@@ -8,7 +8,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/Record.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
@@ -65,7 +65,8 @@ void measureTrigger(const std::string& event, int expected, const std::string& w
     std::promise<void> done;
     int found = 0;
     const auto begin = Clock::now();
-    InAppTrigger::shared().eventSent(event, [&](const auto&) { ++found; });
+    const auto runtime = Runtime::current();
+    runtime->inAppTrigger->eventSent(runtime, event, [&](const auto&) { ++found; });
     Platform::current()->mainQueue->post([&] { done.set_value(); });
     done.get_future().wait();
     samples.add(since(begin));
@@ -123,7 +124,7 @@ void choosingBench() {
   platform.popups = nullPlatform().popups;
   Platform::install(std::move(platform));
   const auto all = campaigns();
-  Session::shared().setAppCommunication(all);
+  Runtime::current()->session.setAppCommunication(all);
   measureHop();
   measureTrigger("event_499", 1, "the one that an event names");
   measureTrigger("no_such_event", 0, "none of them");

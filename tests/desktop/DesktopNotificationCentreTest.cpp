@@ -10,7 +10,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "platform/qt/NotificationImage.h"
 #include "testing/FakePlatform.h"
@@ -38,7 +38,7 @@ class DesktopNotificationCentreTest : public ::testing::Test {
 
   void SetUp() override {
     if (!bus_->problem().empty()) GTEST_SKIP() << bus_->problem();
-    Session::shared().updateIdentity(
+    Runtime::current()->session.updateIdentity(
         [](auto& identity) { identity.listenerUri = "http://listener"; });
     options_.applicationName = "Shop";
     options_.busAddress = bus_->address();

@@ -12,7 +12,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "platform/qt/DesktopNotificationCentre.h"
 #include "testing/FakePlatform.h"
 #include "testing/PrivateBus.h"
@@ -44,7 +44,7 @@ class DunstTest : public ::testing::Test {
 
   void SetUp() override {
     if (!desktop_->problem.isEmpty()) GTEST_SKIP() << desktop_->problem.toStdString();
-    Session::shared().updateIdentity(
+    Runtime::current()->session.updateIdentity(
         [](auto& identity) { identity.listenerUri = "http://listener"; });
     DesktopNotificationCentre::Options options;
     options.applicationName = "Shop";

@@ -8,7 +8,7 @@
 #include <QMainWindow>
 #include <QStackedWidget>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::shopfront {
@@ -131,7 +131,7 @@ TEST_F(QtScreenTest, AScreenThatWasNeverShownGoesWithoutAWord) {
 }
 
 TEST_F(QtScreenTest, SwitchedOffItSendsNothingAndSaysSo) {
-  Session::shared().sendActivityLifeCycleEventStatus = SendLifeCycleEventStatus::DISABLED;
+  Runtime::current()->session.sendActivityLifeCycleEventStatus = SendLifeCycleEventStatus::DISABLED;
   HomeScreen screen;
   screen.show();
   screen.hide();

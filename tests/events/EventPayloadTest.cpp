@@ -1,7 +1,7 @@
 // What each kind of event looks like on the wire.
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
 #include "tests/support/SdkTest.h"
 
@@ -61,30 +61,31 @@ TEST_F(EventPayloadTest, EveryEventCarriesTheCommonKeys) {
   json event = lastEvent("app_foreground");
   const std::string requestId = event["requestId"];
   event.erase("requestId");
-  EXPECT_EQ(event, (json{{"push_token", ""},
-                         {"apns_token", ""},
-                         {"actorId", "ab"},
-                         {"device_id", fake.device->vendorIdentifier().value_or("")},
-                         {"channel", "MOBILE"},
-                         {"sync", "a"},
-                         {"device_os", "ios"},
-                         {"phone_brand", "Apple"},
-                         {"phone_model", "iPhone 12"},
-                         {"device_os_version", fake.device->systemVersion()},
-                         {"sdk_version", "1.2.10"},
-                         {"scenario", "ALL"},
-                         {"time_zone", fake.clock->timeZone()},
-                         {"timestamp", 1700000000123},
-                         {"application_name", "Shop"},
-                         {"push_notification_permission_status",
-                          rawValue(Session::shared().notificationPermissionStatus.load())},
-                         {"name", "app_foreground"}}));
+  EXPECT_EQ(event,
+            (json{{"push_token", ""},
+                  {"apns_token", ""},
+                  {"actorId", "ab"},
+                  {"device_id", fake.device->vendorIdentifier().value_or("")},
+                  {"channel", "MOBILE"},
+                  {"sync", "a"},
+                  {"device_os", "ios"},
+                  {"phone_brand", "Apple"},
+                  {"phone_model", "iPhone 12"},
+                  {"device_os_version", fake.device->systemVersion()},
+                  {"sdk_version", "1.2.10"},
+                  {"scenario", "ALL"},
+                  {"time_zone", fake.clock->timeZone()},
+                  {"timestamp", 1700000000123},
+                  {"application_name", "Shop"},
+                  {"push_notification_permission_status",
+                   rawValue(Runtime::current()->session.notificationPermissionStatus.load())},
+                  {"name", "app_foreground"}}));
   EXPECT_EQ(fake.console->count("Kifo KifoEventManager: logEvent - requestId - " + requestId), 0U)
       << "the payload's identifier is not the request's";
 }
 
 TEST_F(EventPayloadTest, AnEventTellsOfItsOwnMomentHoweverLateItIsComposed) {
-  Session& session = Session::shared();
+  Session& session = Runtime::current()->session;
   for (const bool isInspected : {true, false}) {  // without an inspector it is composed late
     Platform platform = fake.platform();
     if (!isInspected) platform.inspector = nullptr;
@@ -122,7 +123,7 @@ TEST_F(EventPayloadTest, AnEventTellsOfItsOwnMomentHoweverLateItIsComposed) {
 }
 
 TEST_F(EventPayloadTest, DeviceKeysComeOnlyWithTheirSwitches) {
-  Session& session = Session::shared();
+  Session& session = Runtime::current()->session;
   session.isBatteryStatusRequired = session.isWifiStatusRequired = session.isDiskCapacityRequired =
       true;
   session.isLocationRequired = true;

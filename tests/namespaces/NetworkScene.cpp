@@ -10,9 +10,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
-#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkReachabilityService.h"
@@ -94,7 +92,7 @@ void NetworkScene::setBlackHole(bool swallows) {
 }
 
 bool NetworkScene::awaitAnswers() {
-  return RequestLedger::shared().waitUntilIdle(1min);
+  return Kifo::waitUntilIdle(60);
 }
 
 void NetworkScene::loseTheRoute() {

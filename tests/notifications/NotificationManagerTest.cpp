@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "testing/FakePlatform.h"
 
@@ -56,7 +56,7 @@ class NotificationManagerTest : public ::testing::Test {
     Platform platform = fake_.platform();
     platform.http = transport_;
     Platform::install(std::move(platform));
-    auto& session = Session::shared();
+    auto& session = Runtime::current()->session;
     session.updateIdentity([](auto& identity) { identity.listenerUri = "https://listener"; });
   }
 
@@ -260,7 +260,7 @@ TEST_F(NotificationManagerTest, ATapOnAPushWithoutAReadableCampaignEndsSilently)
 
 TEST_F(NotificationManagerTest, ThePermissionFollowsTheCentresAnswerAndStaysUntilThere) {
   using Status = KifoNotificationPermissionStatusType;
-  auto& status = Session::shared().notificationPermissionStatus;
+  auto& status = Runtime::current()->session.notificationPermissionStatus;
   fake_.notifications->status.set(std::nullopt);
   NotificationManager::refreshNotificationPermissionStatusType();
   EXPECT_EQ(status, Status::UNKNOWN);

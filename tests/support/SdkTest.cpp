@@ -1,11 +1,5 @@
 #include "tests/support/SdkTest.h"
 
-#include "Kifo_iOS_Common_Kit/core/KifoShutDown.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
-#include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
-#include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
-#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
-#include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo {
@@ -22,15 +16,6 @@ bool isQuery(const HttpRequest& request) {
 
 SdkTest::SdkTest() {
   fake.reachability->setFlags(2);
-}
-
-SdkTest::~SdkTest() {
-  NetworkManager::shared().stopMonitoring();
-  RequestLedger::shared().reset();
-  InAppTrigger::shared().reset();
-  ServiceClient::reset();
-  resumeAfterShutDown();
-  Session::shared().reset();
 }
 
 KifoInitConfig SdkTest::configuration() {

@@ -15,7 +15,6 @@ namespace kifo {
 class SdkTest : public ::testing::Test {
  protected:
   SdkTest();
-  ~SdkTest() override;
 
   /// A configuration that initialises: endpoints, a token, a bundle, the actor "actor".
   static KifoInitConfig configuration();

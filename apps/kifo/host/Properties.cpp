@@ -1,7 +1,7 @@
 #include "apps/kifo/host/Properties.h"
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/Version.h"
 
 namespace kifo::tool {
@@ -30,7 +30,7 @@ Property writable(Enumeration (*get)(), void (*set)(Enumeration)) {
 }
 
 Property flag(std::atomic<bool> Session::*member) {
-  return {[member] { return Line((Session::shared().*member).load()); }};
+  return {[member] { return Line((Runtime::current()->session.*member).load()); }};
 }
 
 Property timeout() {

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/network/RequestLedger.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "platform/linux/LinuxPlatform.h"
 
@@ -130,12 +131,12 @@ void World::defaults(const EventParameters& values) {
 }
 
 bool World::isIdle() const {
-  return activity_->outstanding() == 0 && RequestLedger::shared().underWay() == 0;
+  return activity_->outstanding() == 0 && Runtime::current()->inFlight->count() == 0;
 }
 
 std::string World::business() const {
   return std::to_string(activity_->outstanding()) + " tasks, " +
-         std::to_string(RequestLedger::shared().underWay()) + " requests under way";
+         std::to_string(Runtime::current()->inFlight->count()) + " requests under way";
 }
 
 }  // namespace kifo::tool
