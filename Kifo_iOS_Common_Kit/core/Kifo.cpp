@@ -11,6 +11,7 @@
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
+#include "Kifo_iOS_Common_Kit/network/ResendSchedule.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "Kifo_iOS_Common_Kit/storage/DataManager.h"
@@ -190,6 +191,7 @@ void Kifo::initialize(const KifoInitConfig& configuration, OnSuccess onSuccess) 
     identity.applicationName = configuration.applicationName;
   });
   session.offlineCachingDisabled = configuration.offlineCachingDisabled;
+  runtime->resend->enable(configuration.resendsWhenServerReturns);
   refreshNotificationPermissionStatus(runtime);
   DataManager(runtime->store()).createTable();
   chooseActor(session, configuration.actorId.value_or(""));

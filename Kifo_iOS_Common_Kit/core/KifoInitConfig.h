@@ -66,6 +66,11 @@ class KifoInitConfig {
   bool isBatteryStatusRequired = false;  ///< Adds "battery".
   bool isLocationRequired = false;       ///< Adds "longitude" and "latitude" when they are known.
   bool forceInitialize = false;          ///< Initialises again even when already initialised.
+
+  /// Stored requests are sent again not only when the network returns, but also when a server that
+  /// was away answers: once a fresh request is answered with 200, and, while nothing is sent, by
+  /// trying one stored request after 30 seconds, then at doubling intervals up to 10 minutes.
+  bool resendsWhenServerReturns = false;
 };
 
 }  // namespace kifo

@@ -27,9 +27,11 @@ KifoNotificationPermissionStatusType statusOf(int authorizationStatus) {
 }  // namespace
 
 void refreshNotificationPermissionStatus(const std::shared_ptr<Runtime>& runtime) {
-  Platform::current()->notifications->getNotificationSettings([runtime](int authorizationStatus) {
-    runtime->session.notificationPermissionStatus = statusOf(authorizationStatus);
-  });
+  Platform::current()->notifications->getNotificationSettings(
+      [weak = std::weak_ptr(runtime)](int status) {
+        const auto asked = weak.lock();
+        if (asked) asked->session.notificationPermissionStatus = statusOf(status);
+      });
 }
 
 }  // namespace kifo

@@ -9,7 +9,7 @@
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
-#include "Kifo_iOS_Common_Kit/network/ResendState.h"
+#include "Kifo_iOS_Common_Kit/network/ResendSchedule.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
@@ -96,7 +96,7 @@ std::shared_ptr<Runtime> Runtime::detach() {
 Runtime::Runtime()
     : inFlight(std::make_unique<InFlightRequests>()),
       inAppTrigger(std::make_unique<InAppTrigger>()),
-      resend(std::make_unique<ResendState>()),
+      resend(std::make_unique<ResendSchedule>()),
       network(std::make_shared<NetworkManager>()) {}
 
 Runtime::~Runtime() = default;

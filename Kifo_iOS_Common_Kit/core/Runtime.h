@@ -13,7 +13,7 @@ class InAppTrigger;
 class InFlightRequests;
 class KifoSqliteManager;
 class NetworkManager;
-struct ResendState;
+class ResendSchedule;
 
 /// Everything that lives between `Kifo::initialize` and `Kifo::shutdown`. The static classes look
 /// the present one up; shutdown takes it out whole, and the next call finds a fresh one.
@@ -43,7 +43,7 @@ class Runtime {
   TokenFetch tokenFetch;
   const std::unique_ptr<InFlightRequests> inFlight;
   const std::unique_ptr<InAppTrigger> inAppTrigger;
-  const std::unique_ptr<ResendState> resend;
+  const std::unique_ptr<ResendSchedule> resend;
   const std::shared_ptr<NetworkManager> network;
 
   /// The store of requests, made on first use for the platform that is then in force.

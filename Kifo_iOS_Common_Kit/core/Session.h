@@ -64,7 +64,8 @@ class Session {
   std::atomic<bool> isDiskCapacityRequired = false;
   std::atomic<bool> isBatteryStatusRequired = false;
   std::atomic<bool> isLocationRequired = false;
-  std::atomic<double> requestTimeout = 0.0;  ///< Seconds; 0 until initialisation has read it.
+  std::atomic<std::int8_t> unauthorizedCount = 0;  ///< 401 answers since the last 200.
+  std::atomic<double> requestTimeout = 0.0;        ///< Seconds; 0 until initialisation has read it.
 
  private:
   mutable SharedMutex mutex_;  ///< Every event reads: readers keep no reader waiting.

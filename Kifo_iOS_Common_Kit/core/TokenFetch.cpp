@@ -31,11 +31,14 @@ void TokenFetch::run(const std::shared_ptr<Runtime>& runtime) {
   double seconds = kWaitWithoutService;
   if (service) {
     callHost("Kifo Kifo:", [&] {
-      service->getToken([runtime, answered](std::optional<std::string> token) {
-        take(runtime->session, token);
-        const MutexLock lock(runtime->tokenFetch.mutex_);
+      // Held weakly: a service may keep its completion for ever.
+      service->getToken([weak = std::weak_ptr(runtime), answered](auto token) {
+        const auto asked = weak.lock();
+        if (!asked) return;
+        take(asked->session, token);
+        const MutexLock lock(asked->tokenFetch.mutex_);
         *answered = true;
-        runtime->tokenFetch.changed_.notifyAll();
+        asked->tokenFetch.changed_.notifyAll();
       });
     });
     seconds = service->kifoTimeout;

@@ -8,7 +8,7 @@
 #include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
 #include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
-#include "Kifo_iOS_Common_Kit/network/ResendState.h"
+#include "Kifo_iOS_Common_Kit/network/ResendSchedule.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -151,6 +151,7 @@ void ServiceClient::storeCopy(const std::shared_ptr<OutgoingRequest>& request, W
 void ServiceClient::handOver(const std::shared_ptr<OutgoingRequest>& request) {
   KIFO_INSPECT(request->isStored() ? "resent" : "sent",
                {{"requestId", request->id}, {"url", request->texts->url()}});
+  if (!request->isStored()) runtime_->resend->requestSent();
   const auto platform = Platform::current();
   // The transport's thread wakes the one that stores: the caller wakes one thread and not two, and
   // none while the transport polls. A row's re-sending has no caller, and loses no time.
@@ -227,7 +228,7 @@ void ServiceClient::handleSuccess(const std::shared_ptr<OutgoingRequest>& reques
     db().deleteLog(request->id, rowGone);
   }
   db().updateSyncStatus(request->id, 1, rowGone);
-  runtime_->resend->unauthorizedCount = 0;
+  runtime_->session.unauthorizedCount = 0;
   if (data.empty()) {
     print("no data");
     if (request->whenUnanswered) request->whenUnanswered();
@@ -246,7 +247,7 @@ void ServiceClient::handleRefusal(const OutgoingRequest& request, int status) {
 
 void ServiceClient::countRefusal() {
   TokenFetch::run(runtime_);
-  auto& count = runtime_->resend->unauthorizedCount;
+  auto& count = runtime_->session.unauthorizedCount;
   if (count == std::numeric_limits<std::int8_t>::max()) {
     fatalError("too many unauthorized answers to count");
   }
@@ -257,7 +258,9 @@ void ServiceClient::settle(OutgoingRequest& request) {
   // A failed request's own row is then the first to be sent again, and those behind it follow or
   // stay with that answer.
   const bool passWaits = runtime_->inFlight->settle(request);
-  if (passWaits) make(runtime_)->syncLogs();
+  if (request.isStored()) runtime_->resend->passEnded();
+  if (passWaits) return make(runtime_)->syncLogs();
+  runtime_->resend->settled(runtime_, request);
 }
 
 // Stored rows ------------------------------------------------------------------------------------
@@ -297,6 +300,7 @@ void ServiceClient::resumeSync() {
 }
 
 void ServiceClient::takeNextRow(const std::shared_ptr<OutgoingRequest>& delivered) {
+  runtime_->resend->passBegan();
   db().takeNext(
       delivered ? delivered->id : "",
       [self = shared_from_this()](const auto& row) { return self->chooses(row); },
@@ -308,6 +312,7 @@ void ServiceClient::takeNextRow(const std::shared_ptr<OutgoingRequest>& delivere
 
 bool ServiceClient::chooses(const std::optional<KifoLog>& row) {
   if (!row) {
+    runtime_->resend->drained();
     if (!isQuiet_) print("log is nil");
     return false;
   }
@@ -328,9 +333,10 @@ bool ServiceClient::chooses(const std::optional<KifoLog>& row) {
 }
 
 void ServiceClient::tookNextRow(const DataManager::Taken& taken) {
-  if (taken.isLocked) return retryWhenLocked();
   // Sent only with the mark in the file: a row that cannot be marked could go out twice.
   if (taken.row) return resend(*taken.row);
+  runtime_->resend->passEnded();
+  if (taken.isLocked) return retryWhenLocked();
   if (!deliveredRow_) return;
   db().deleteLog(*deliveredRow_, [runtime = runtime_, requestId = *deliveredRow_] {
     runtime->inFlight->forgetDelivered(requestId);
@@ -350,9 +356,11 @@ void ServiceClient::retryWhenLocked() {
 }
 
 void ServiceClient::resend(const KifoLog& log) {
-  if (!isUtf8(log._paramaters)) return print("data is nil");
-  const auto parameters = parametersFromText(log._paramaters);
+  const bool isText = isUtf8(log._paramaters);
+  if (!isText) print("data is nil");
+  const auto parameters = isText ? parametersFromText(log._paramaters) : nullptr;
   if (!parameters || !isUrl(log._url)) {
+    runtime_->resend->passEnded();
     KIFO_INSPECT("givenUp", {{"requestId", log._requestId}, {"reason", "unreadable"}});
     return;
   }

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -118,6 +118,22 @@ TEST_F(KifoTest, ATokenThatComesAfterTheWaitStillCounts) {
   EXPECT_EQ(Kifo::authorization(), "");
   service->kept("late");
   EXPECT_EQ(Kifo::authorization(), "late");
+}
+
+TEST_F(KifoTest, ATokenThatComesAfterTheEndOfItsSessionDoesNotReachTheNextOne) {
+  auto config = configuration();
+  config.authorization.reset();
+  const auto service = std::make_shared<Service>(std::nullopt);
+  service->answers = false;
+  service->kifoTimeout = 0.001;
+  config.tokenService = service;
+  Kifo::initialize(config);
+  Runtime::detach();  // as a shutdown does
+  start();
+  service->kept("the first user's");
+  EXPECT_EQ(Kifo::authorization(), "token");
+  service->kept(std::nullopt);
+  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZED);
 }
 
 struct ActorCase {

@@ -95,6 +95,7 @@ TEST_F(EventPayloadTest, AnEventTellsOfItsOwnMomentHoweverLateItIsComposed) {
     Kifo::updateActorId("then");
     session.isBatteryStatusRequired = true;
     fake.device->readings.update([](auto& now) { now.batteryLevel = 0.5F; });
+    fake.clock->setTimeZone("Europe/Istanbul");
     fake.clock->setMillisecondsSince1970(1700000000123);
     const auto item = decode<AppCommunicationItem>(std::string_view(R"({"uuid":"then"})"));
     KifoEventManager::sendEvent("custom", std::nullopt, {{"host", 1}, {"actorId", "host's"}});
@@ -103,6 +104,7 @@ TEST_F(EventPayloadTest, AnEventTellsOfItsOwnMomentHoweverLateItIsComposed) {
     Kifo::updateActorId("later");
     session.isBatteryStatusRequired = false;
     fake.device->readings.update([](auto& now) { now.batteryLevel = 0.7F; });
+    fake.clock->setTimeZone("Asia/Tokyo");
     fake.clock->setMillisecondsSince1970(1800000000000);
     fake.runUntilIdle();
     const auto stored = [this](const std::string& name) {
@@ -118,6 +120,7 @@ TEST_F(EventPayloadTest, AnEventTellsOfItsOwnMomentHoweverLateItIsComposed) {
       EXPECT_EQ(event["actorId"], "then");
       EXPECT_EQ(event["battery"], "50");
       EXPECT_EQ(event["timestamp"], 1700000000123);
+      EXPECT_EQ(event["time_zone"], "Europe/Istanbul");
     }
   }
 }
@@ -219,6 +222,7 @@ TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
   KifoEventManager::sendPushNotificationReceivedEvent("pt", "who", "camp", "code", "S");
   EXPECT_EQ(lastEvent("push_notification_received")["scenario"], "S");
   EXPECT_EQ(lastEvent("push_notification_received")["actorId"], "who");
+  EXPECT_EQ(lastEvent("push_notification_received")["push_token"], "") << "the session has none";
   json keys = own("push_notification_received");
   EXPECT_EQ(keys, (json{{"name", "push_notification_received"},
                         {"responseId", ""},
@@ -243,6 +247,7 @@ TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
   for (const UserInfo& broken :
        {UserInfo(), UserInfo::list(), UserInfo{{"data", 5}}, UserInfo{{"data", "{"}}}) {
     KifoEventManager::sendPushNotificationDismissedEvent(broken);
+    EXPECT_EQ(lastEvent("push_notification_dismissed")["scenario"], "ALL");
   }
 }
 

@@ -123,6 +123,36 @@ TEST_F(EventManagerTest, WhileAPageQueriesOnlyTheLastEventsPopupWaitsForTheAnswe
   EXPECT_EQ(shown().size(), 2U) << "nothing waits any more";
 }
 
+TEST_F(EventManagerTest, ACampaignThatIsNotShownIsSaidToTheInspector) {
+  start(kCampaigns);
+  answerNothing();
+  screen->viewDidAppear(false);
+  fake.runUntilIdle();
+  tap(screen, "Tap");
+  screen.reset();
+  for (const auto index : fake.http->open()) fake.http->answer(index, 200, kCampaigns);
+  fake.advance(1.0);
+  EXPECT_TRUE(std::ranges::any_of(fake.inspector->ofKind("campaign"), [](const auto& decision) {
+    return std::ranges::count(decision.particulars,
+                              std::pair<std::string, std::string>("outcome", "screen gone")) > 0;
+  }));
+  KifoEventManager::handlePopupAction(screen, std::nullopt, nullptr, false, {});
+  EXPECT_EQ(lines("couldn't get a actionType for popup"), 1U) << "no item is no crash";
+}
+
+TEST_F(EventManagerTest, AnAnswerNamesItsPageAlsoWhenTheScreenIsGone) {
+  start(kCampaigns);
+  tap(screen, "Tap");
+  fake.advance(1.0);
+  ASSERT_EQ(fake.popups->requests().size(), 1U);
+  screen.reset();
+  const auto request = fake.popups->requests().front();
+  const auto& preferences = request->preferences;
+  request->reporter->answered(preferences.appCommunicationItem, {}, preferences.controller.lock(),
+                              preferences.pageName);
+  EXPECT_EQ(lastEvent("InAppMessageResponse")["page_name"], "HomeScreen");
+}
+
 TEST_F(EventManagerTest, AFailedQueryDoesNotHoldPopupsBackForGood) {
   start(kCampaigns);
   answerNothing();

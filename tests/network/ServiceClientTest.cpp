@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/ForeignLock.h"
@@ -273,6 +273,115 @@ TEST_F(SyncTest, ARequestThatStillWaitsForItsAnswerIsNotSentFromTheStore) {
   fake.http->answerNext(500);
   fake.runUntilIdle();
   EXPECT_EQ(resent(), (Lines{"one", "two", "two"})) << "after a failure the pass starts over";
+}
+
+/// How the request that a pass waits for fails.
+struct Failure {
+  const char* name;
+  int status;  ///< 0: no answer, with curl's code.
+  int code;
+};
+
+class WaitingPass : public SyncTest, public ::testing::WithParamInterface<Failure> {};
+
+TEST_P(WaitingPass, StartsOverWhenItsRequestFailsSoThatTheRowsBehindItGoOutOnThisReturn) {
+  start();
+  answerNothing();
+  send("one");
+  setOnline(false);
+  send("two");
+  send("three");
+  setOnline(true);
+  EXPECT_EQ(resent(), Lines{"one"});
+  answerWith(200);
+  const Failure& failure = GetParam();
+  if (failure.status > 0) {
+    fake.http->answerNext(failure.status);
+  } else {
+    fake.http->fail(fake.http->open().front(), failure.code, failure.name);
+  }
+  fake.runUntilIdle();
+  EXPECT_EQ(resent(), (Lines{"one", "one", "two", "three"}));
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+}
+
+INSTANTIATE_TEST_SUITE_P(Network, WaitingPass,
+                         ::testing::Values(Failure{"unavailable", 503, 0}, Failure{"refused", 0, 7},
+                                           Failure{"cut", 0, 56}, Failure{"timed out", 0, 28},
+                                           Failure{"cancelled", 0, 42}));
+
+class ServerAway : public SyncTest {
+ protected:
+  /// Two events whose requests failed; then the server is back.
+  void storeTwo(bool resendsWhenServerReturns) {
+    auto config = configuration();
+    config.resendsWhenServerReturns = resendsWhenServerReturns;
+    start(R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":100}})", config);
+    answerWith(503);
+    send("one");
+    send("two");
+    answerWith(200);
+  }
+};
+
+TEST_F(ServerAway, GetsWhatWaitsAfterAFreshRequestWasAnswered) {
+  storeTwo(true);
+  send("three");
+  EXPECT_EQ(resent(), (Lines{"one", "two", "three", "one", "two"}));
+  send("three");
+  EXPECT_EQ(resent().size(), 6U) << "nothing waits any more";
+}
+
+TEST_F(ServerAway, GetsWhatWaitsWhileNothingIsSent) {
+  storeTwo(true);
+  fake.advance(36.1);
+  EXPECT_EQ(resent().size(), 2U) << "the second event was sent since the first one failed";
+  fake.advance(36.1);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "one", "two"}));
+  fake.advance(3600.0);
+  EXPECT_EQ(fake.advance(3600.0), 0U) << "no timer is left";
+}
+
+TEST_F(ServerAway, IsTriedWithOneRowAtATimeAtDoublingIntervals) {
+  storeTwo(true);
+  answerWith(503);
+  fake.advance(72.2);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "one"}));
+  fake.advance(23.0);
+  EXPECT_EQ(resent().size(), 3U) << "the interval after a try is 48 seconds at least";
+  fake.advance(50.0);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "one", "two"}));
+  for (int i = 0; i < 10; ++i) fake.advance(720.0);
+  EXPECT_EQ(resent().size(), 4U) << "a row is tried once";
+}
+
+TEST_F(ServerAway, WaitsForTheNetworkWhereTheHostDidNotAskForMore) {
+  storeTwo(false);
+  send("three");
+  fake.advance(3600.0);
+  EXPECT_EQ(resent(), (Lines{"one", "two", "three"}));
+}
+
+/// A transport that makes its requests later than they are handed over.
+class LateTransport final : public HttpTransport {
+ public:
+  void send(Make make, Done) override { kept.push_back(std::move(make)); }
+  void networkChanged() override {}
+  void stop() override { kept.clear(); }
+  std::vector<Make> kept;
+};
+
+TEST_F(ServiceClientTest, AnEventKeepsTheTokenAndTheOriginOfItsMoment) {
+  start();
+  const auto late = std::make_shared<LateTransport>();
+  Platform platform = fake.platform();
+  platform.http = late;
+  Platform::install(std::move(platform));
+  send("tap");
+  Kifo::setAuthorizationToken("the second user's");
+  ASSERT_EQ(late->kept.size(), 1U);
+  EXPECT_EQ(late->kept.front()().headers[0].second, "BearerMOBILE token");
+  late->stop();
 }
 
 TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
