@@ -9,7 +9,6 @@
 
 #include "Kifo_iOS_Common_Kit/ports/Error.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
-#include "Kifo_iOS_Common_Kit/ports/Wake.h"
 
 namespace kifo {
 
@@ -21,6 +20,10 @@ struct HttpRequest {
   double timeout = 60.0;                 ///< Seconds from the start to the whole answer.
   /// Bytes after decompression; more is an error. 0: the transport's own cap.
   std::size_t maximumBodySize = 0;
+  /// Whether the transport may send the request once more, over a new connection, when a kept one
+  /// ended without a byte of an answer: the server may have taken it all the same. A GET or HEAD
+  /// may be in any case.
+  bool mayRepeat = false;
 };
 
 struct HttpAnswer {
@@ -34,7 +37,8 @@ struct HttpAnswer {
 /// **Threading:** `send` may be called from any thread and never blocks on the network or the disk.
 /// `make` and `done` run on the transport's own thread and must be quick.
 /// **Errors:** every failure is an answer with an `error`; redirects are followed (10 at most) and
-/// never carry the Authorization header to another host.
+/// never carry the Authorization header to another host. A request goes out once, but for what
+/// `HttpRequest::mayRepeat` allows.
 class KIFO_EXPORT HttpTransport {
  public:
   using Make = std::function<HttpRequest()>;
@@ -42,21 +46,16 @@ class KIFO_EXPORT HttpTransport {
 
   virtual ~HttpTransport() = default;
 
-  /// Sends what `make` returns. `make` is run once, off the caller's thread, so that writing the
-  /// request's texts costs the caller nothing. `done` is run exactly once, with the error
-  /// "cancelled" for what is not answered when the transport stops.
+  /// Sends what `make` returns. `make` runs at most once, on the transport's thread, so that
+  /// composing the request costs the caller nothing. `done` runs exactly once, with the error
+  /// "cancelled" for a request that is not answered when the transport stops.
   virtual void send(Make make, Done done) = 0;
 
-  /// Sends like `send`, for a sender that is not to pay for waking the transport's thread: with
-  /// `Wake::soon` the request may go out a millisecond later. `Wake::later` counts as `soon`.
-  virtual void enqueue(Make make, Done done, Wake /*wake*/) {
-    send(std::move(make), std::move(done));
-  }
-
-  /// Tells that the network came back: connections kept from before are not used again.
+  /// The network came back: connections from before are not used for later requests.
   virtual void networkChanged() = 0;
 
-  /// Cancels what is under way and ends. Later sends are answered with "cancelled" at once.
+  /// Answers all open requests with the error "cancelled" and ends. Later sends are answered so at
+  /// once.
   virtual void stop() = 0;
 };
 

@@ -3,19 +3,19 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 
 namespace kifo {
 
-/// A reading that may be slow to take. The first one is taken on the spot; every later call is
-/// answered with the last one, and has a new one taken on the queue when that is old.
+/// A reading that may be slow. The first call reads on its own thread; later calls return the last
+/// value and have it renewed on the queue when it is old.
 ///
-/// **Threading:** thread-safe. `read` runs on the first caller's thread and on the queue, one at a
-/// time but for a caller that comes while another takes the first.
+/// **Threading:** thread-safe. `read` runs on the first caller's thread (on several when they come
+/// at once) and then on the queue.
 template <class T>
 class CachedReading {
  public:
@@ -26,7 +26,7 @@ class CachedReading {
       : queue_(std::move(queue)), state_(std::make_shared<State>(std::move(read), freshFor)) {}
 
   [[nodiscard]] T get() const {
-    std::unique_lock lock(state_->mutex);
+    MutexLock lock(state_->mutex);
     if (!state_->last) {
       lock.unlock();
       return state_->renew();
@@ -42,28 +42,29 @@ class CachedReading {
  private:
   using Clock = std::chrono::steady_clock;
 
-  /// Shared with the task that renews, which may outlive the reader.
+  /// Shared with the task that renews, which may outlive this object.
   struct State {
     State(Read reading, Clock::duration fresh) : read(std::move(reading)), freshFor(fresh) {}
 
     T renew() {
       T now = read();
-      const std::lock_guard lock(mutex);
+      const MutexLock lock(mutex);
       last = now;
       taken = Clock::now();
       renewing = false;
       return now;
     }
-    [[nodiscard]] bool isOld() const { return Clock::now() - taken > freshFor; }
+    [[nodiscard]] bool isOld() const KIFO_REQUIRES(mutex) {
+      return Clock::now() - taken > freshFor;
+    }
 
     const Read read;
     const Clock::duration freshFor;
 
-    std::mutex mutex;
-    // Guarded by mutex.
-    std::optional<T> last;
-    Clock::time_point taken;
-    bool renewing = false;
+    Mutex mutex;
+    std::optional<T> last KIFO_GUARDED_BY(mutex);
+    Clock::time_point taken KIFO_GUARDED_BY(mutex);
+    bool renewing KIFO_GUARDED_BY(mutex) = false;
   };
 
   const std::shared_ptr<SerialQueue> queue_;

@@ -1,16 +1,37 @@
 #include "platform/linux/CurlTransfer.h"
 
+#include <curl/curl.h>
+
 #include <algorithm>
 #include <climits>
 #include <cmath>
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/CurlErrors.h"
 #include "platform/linux/CurlSockets.h"
 
 namespace kifo {
 namespace {
+
+/// libcurl's messages address a program that calls libcurl; these address a host of the SDK.
+std::string_view wordsFor(int code) {
+  switch (code) {
+    case CURLE_UNSUPPORTED_PROTOCOL:
+      return "only http and https are served";
+    case CURLE_URL_MALFORMAT:
+      return "the address is no URL";
+    case CURLE_OPERATION_TIMEDOUT:
+      return "no whole answer came in time";
+    case CURLE_FILESIZE_EXCEEDED:
+      return "the answer is larger than what is taken";
+    case CURLE_BAD_CONTENT_ENCODING:
+      return "the answer's compression is broken";
+    case CURLE_TOO_MANY_REDIRECTS:
+      return "the server redirects without end";
+    default:
+      return curl_easy_strerror(static_cast<CURLcode>(code));
+  }
+}
 
 using Clock = CurlTransfer::Clock;
 
@@ -48,7 +69,7 @@ bool isToken(const std::string& text) {
   return !text.empty() && std::ranges::all_of(text, isTokenCharacter);
 }
 
-/// A line break in a value would start a header, or a body, of somebody else's making.
+/// A line break in a value would start another header, or the body.
 bool isHeader(const std::pair<std::string, std::string>& header) {
   constexpr std::string_view kForbidden("\r\n\0", 3);
   return isToken(header.first) && header.second.find_first_of(kForbidden) == std::string::npos;
@@ -81,6 +102,15 @@ void allowProtocols(CURL* easy, bool onlySecureRedirects) {
 
 }  // namespace
 
+HttpAnswer failedAnswer(int curlCode, std::string_view detail) {
+  return {
+      Error{"http", curlCode, std::string(detail.empty() ? wordsFor(curlCode) : detail)}, 0, {}};
+}
+
+HttpAnswer cancelledAnswer() {
+  return {Error{"http", 0, "cancelled"}, 0, {}};
+}
+
 CurlTransfer::CurlTransfer(std::uint64_t id, HttpRequest request, std::size_t maximumBodySize)
     : id_(id),
       request_(std::move(request)),
@@ -91,6 +121,7 @@ CurlTransfer::CurlTransfer(std::uint64_t id, HttpRequest request, std::size_t ma
 
 void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   easy_ = easy;
+  sockets_ = &sockets;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now()).count();
   curl_easy_setopt(easy_, CURLOPT_URL, request_.url.c_str());
   curl_easy_setopt(easy_, CURLOPT_TIMEOUT_MS,
@@ -99,11 +130,13 @@ void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, detail_.data());
   curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, &CurlTransfer::take);
   curl_easy_setopt(easy_, CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(easy_, CURLOPT_PREREQFUNCTION, &CurlTransfer::sending);
+  curl_easy_setopt(easy_, CURLOPT_PREREQDATA, this);
   curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "gzip");
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy_, CURLOPT_DNS_CACHE_TIMEOUT, sockets.nameLifetime());
-  // A connection that carries several requests at once would take on new ones while old ones last.
+  // HTTP/2 would put the request on an old connection while others still use it.
   curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, sockets.hasStale() && isSecure() ? 1L : 0L);
   setMethod();
   setHeaders();
@@ -130,7 +163,7 @@ void CurlTransfer::setMethod() {
                      static_cast<curl_off_t>(request_.body ? request_.body->size() : 0));
     curl_easy_setopt(easy_, CURLOPT_POSTFIELDS, request_.body ? request_.body->data() : "");
   }
-  // A method that is set by name is kept on redirects that ought to turn a POST into a GET.
+  // A method that is set by name would also be kept by redirects that turn a POST into a GET.
   if (method != (sendsBody ? "POST" : "GET")) {
     curl_easy_setopt(easy_, CURLOPT_CUSTOMREQUEST, method.c_str());
   }
@@ -138,11 +171,11 @@ void CurlTransfer::setMethod() {
 
 void CurlTransfer::setHeaders() {
   for (const auto& [name, value] : request_.headers) {
-    // A header with nothing behind its colon is one that libcurl leaves out; a semicolon sends it.
+    // libcurl omits a header without a value; the form with a semicolon sends it.
     const bool blank = value.find_first_not_of(" \t") == std::string::npos;
     addHeader(blank ? name + ";" : name + ": " + value);
   }
-  // What libcurl would say unasked about a body.
+  // Headers that libcurl would add by itself for a body.
   addHeader("Expect:");
   if (!names(request_, "content-type")) addHeader("Content-Type:");
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headers_.get());
@@ -164,7 +197,7 @@ void CurlTransfer::setSafety() {
   curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYPEER, 1L);
   curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYHOST, 2L);
 #if LIBCURL_VERSION_NUM >= 0x075700
-  // A name server that does not answer must hold up neither the other transfers nor the end.
+  // A name server that does not answer must not delay the end.
   curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
 #endif
 }
@@ -181,12 +214,30 @@ std::size_t CurlTransfer::take(char* data, std::size_t, std::size_t size, void* 
   return size;
 }
 
+/// Before each request on a connection. When a kept connection ends without a byte, libcurl sends
+/// the request again by itself, up to five times, and has no option against it.
+int CurlTransfer::sending(void* self, char*, char* local, int, int localPort) {
+  auto& transfer = *static_cast<CurlTransfer*>(self);
+  if (!transfer.mayBeSentAgain()) return CURL_PREREQFUNC_ABORT;
+  transfer.sockets_->connected(transfer.id_, local, localPort);
+  return CURL_PREREQFUNC_OK;
+}
+
+bool CurlTransfer::mayBeSentAgain() {
+  long redirects = 0;
+  curl_easy_getinfo(easy_, CURLINFO_REDIRECT_COUNT, &redirects);
+  if (std::exchange(redirects_, redirects) != redirects) sent_ = 0;
+  const bool isRead = request_.method == "GET" || request_.method == "HEAD";
+  return ++sent_ <= (request_.mayRepeat || isRead ? 2 : 1);
+}
+
 HttpAnswer CurlTransfer::end(CURLcode result) {
   long status = 0;
   curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
   easy_ = nullptr;
   if (tooLarge_) return failedAnswer(CURLE_FILESIZE_EXCEEDED);
   if (result == CURLE_OPERATION_TIMEDOUT) return failedAnswer(result);
+  if (result == CURLE_ABORTED_BY_CALLBACK) return failedAnswer(CURLE_GOT_NOTHING);
   if (result != CURLE_OK) return failedAnswer(result, detail_.data());
   return {std::nullopt, static_cast<int>(status), std::move(body_)};
 }

@@ -1,21 +1,29 @@
 #pragma once
 
+#include <curl/curl.h>
+
 #include <array>
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
-
-#include <curl/curl.h>
 
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 
 namespace kifo {
 
+/// The answer for a failure: domain "http", libcurl's code, and `detail` or, when that is empty, a
+/// message for the code. The only place that translates libcurl's codes.
+HttpAnswer failedAnswer(int curlCode, std::string_view detail = {});
+
+/// The answer to requests that were not answered when the transport stopped.
+HttpAnswer cancelledAnswer();
+
 class CurlSockets;
 
-/// One request on its way, and what has come of its answer.
+/// One request and the answer received so far.
 ///
 /// **Threading:** the transport's thread only.
 /// **Ownership:** the handle that `begin` sets up points into this object until `end`.
@@ -23,26 +31,28 @@ class CurlTransfer {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// Its time starts to run. `maximumBodySize` counts when the request names none.
+  /// The request's time-out starts. `maximumBodySize` applies when the request names none.
   CurlTransfer(std::uint64_t id, HttpRequest request, std::size_t maximumBodySize);
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
 
   [[nodiscard]] std::uint64_t id() const { return id_; }
-  /// Scheme, host and port as the address writes them, in lower case.
+  /// Scheme, host and port of the URL, in lower case.
   [[nodiscard]] const std::string& authority() const { return authority_; }
   [[nodiscard]] Clock::time_point deadline() const { return deadline_; }
   /// CURLE_OK, or why the request cannot be sent at all.
   [[nodiscard]] CURLcode fault() const { return fault_; }
 
-  /// Sets up a fresh handle for the request; what `sockets` records bears this transfer's id.
+  /// Sets up a fresh handle for the request and registers it with `sockets`.
   void begin(CURL* easy, CurlSockets& sockets);
   [[nodiscard]] CURL* easy() const { return easy_; }
-  /// The answer, once libcurl is done with the handle.
+  /// The answer, once libcurl has finished with the handle.
   HttpAnswer end(CURLcode result);
 
  private:
   static std::size_t take(char* data, std::size_t, std::size_t size, void* self);
+  static int sending(void* self, char* remote, char* local, int remotePort, int localPort);
+  [[nodiscard]] bool mayBeSentAgain();
   [[nodiscard]] bool isSecure() const;
   void setMethod();
   void setHeaders();
@@ -60,6 +70,9 @@ class CurlTransfer {
   const Clock::time_point deadline_;
   const CURLcode fault_;
   CURL* easy_ = nullptr;
+  CurlSockets* sockets_ = nullptr;
+  long redirects_ = 0;  ///< Followed so far; each leads to a request of its own.
+  int sent_ = 0;        ///< How often the present one was begun.
   std::unique_ptr<curl_slist, FreeList> headers_;
   std::array<char, CURL_ERROR_SIZE> detail_{};
   std::string body_;

@@ -1,5 +1,6 @@
 #include "platform/linux/Directories.h"
 
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +14,19 @@
 
 namespace kifo {
 namespace {
+
+/// 0 at the end, or the system's code.
+int readAll(int descriptor, std::size_t limit, std::string& text) {
+  char buffer[4096];
+  for (;;) {
+    const ssize_t count = read(descriptor, buffer, sizeof buffer);
+    if (count == 0) return 0;
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    text.append(buffer, static_cast<std::size_t>(count));
+    if (text.size() > limit) return EFBIG;
+  }
+}
 
 namespace fs = std::filesystem;
 
@@ -40,6 +54,12 @@ std::string below(const char* variable, const char* fallback, const std::string&
   return base + "/" + program + "/kifo";
 }
 
+/// 0, or the system's code.
+int makeDirectory(const std::string& path) {
+  if (mkdir(path.c_str(), 0700) != 0) return errno;
+  return chmod(path.c_str(), 0700) == 0 ? 0 : errno;  // the umask may have taken more
+}
+
 /// 0 when the directory is there and can be written to, or could be made.
 int canHold(fs::path path) {
   std::error_code ignored;
@@ -50,8 +70,8 @@ int canHold(fs::path path) {
   return fs::is_directory(path, ignored) ? 0 : ENOTDIR;
 }
 
-/// A folder of this user's below the system's temporary one, the same at each start; another one if
-/// somebody else has put something in its place.
+/// A private directory of this user below the system's temporary one, the same at each start; a new
+/// one if another user occupies its name.
 std::string temporaryBase() {
   std::error_code ignored;
   fs::path base = fs::temp_directory_path(ignored);
@@ -73,6 +93,44 @@ std::string programName() {
 }
 
 }  // namespace
+
+std::optional<std::string> readFile(const std::string& path, std::size_t limit, int* error) {
+  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  std::string text;
+  const int code = descriptor < 0 ? errno : readAll(descriptor, limit, text);
+  if (descriptor >= 0) close(descriptor);
+  if (error) *error = code;
+  return code == 0 ? std::optional(std::move(text)) : std::nullopt;
+}
+
+int makeDirectories(const std::string& path) {
+  const int code = makeDirectory(path);
+  if (code == 0) return 0;
+  if (code == EEXIST) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? 0 : ENOTDIR;
+  }
+  const auto slash = path.find_last_of('/');
+  if (code != ENOENT || slash == std::string::npos || slash == 0) return code;
+  const int above = makeDirectories(path.substr(0, slash));
+  if (above != 0) return above;
+  const int again = makeDirectory(path);
+  return again == EEXIST ? 0 : again;
+}
+
+void makePrivate(const std::string& path) {
+  struct stat status {};
+  const bool isOurs =
+      lstat(path.c_str(), &status) == 0 && !S_ISLNK(status.st_mode) && status.st_uid == geteuid();
+  if (isOurs && (status.st_mode & 0077) != 0) chmod(path.c_str(), status.st_mode & 0700);
+}
+
+std::string trimmed(const std::string& text) {
+  constexpr auto kBlanks = " \t\r\n";
+  const auto first = text.find_first_not_of(kBlanks);
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
 
 Directories Directories::ofThisProcess() {
   Directories result;

@@ -1,11 +1,27 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 
 namespace kifo {
 
-/// Where a program of this system keeps things by default, by the rules that desktops share. Only
-/// looked at, nothing is made.
+/// The contents of a file of at most `limit` bytes. None if it cannot be read or is larger;
+/// `error`, unless null, is set to the system's code or 0.
+std::optional<std::string> readFile(const std::string& path, std::size_t limit = 64u << 10,
+                                    int* error = nullptr);
+
+/// Makes a directory and those above it, each with mode 0700 whatever the umask. One that exists is
+/// left as it is. 0, or the system's code.
+int makeDirectories(const std::string& path);
+
+/// Takes other users' rights from a file or directory of this user's, if it exists.
+void makePrivate(const std::string& path);
+
+/// `text` without blanks and line breaks at its ends.
+std::string trimmed(const std::string& text);
+
+/// Where this program keeps its files by default (XDG Base Directory rules). Creates nothing.
 ///
 /// **Threading:** reads the environment: while the host is not changing it.
 struct Directories {

@@ -9,12 +9,11 @@
 #include "platform/linux/Directories.h"
 #include "platform/linux/ExitGuard.h"
 #include "platform/linux/FileUserDefaults.h"
-#include "platform/linux/KernelIdentifiers.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxConsole.h"
 #include "platform/linux/LinuxDeviceProbe.h"
 #include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachabilityService.h"
+#include "platform/linux/NetlinkReachability.h"
 
 namespace kifo {
 namespace {
@@ -36,6 +35,10 @@ Platform makeLinuxPlatform(const LinuxPlatformOptions& options) {
   const auto answers = std::make_shared<LinuxSerialQueue>("kifo.answers");
   const auto reachability = std::make_shared<LinuxSerialQueue>("kifo.reach");
   const auto console = std::make_shared<LinuxConsole>(main);
+
+  // Made by another program, or by an earlier version, they may be open to other users.
+  makePrivate(directories.documents);
+  makePrivate(directories.temporary);
 
   Platform platform = nullPlatform();
   platform.documentsDirectory = textOr(options.documentsDirectory, directories.documents);

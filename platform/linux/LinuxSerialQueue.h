@@ -7,18 +7,18 @@
 
 namespace kifo {
 
-/// A serial queue on a thread of its own, which starts with the first task and sleeps, without any
-/// periodic wake-up, until there is something to do. The thread can look after descriptors besides:
+/// A serial queue on a thread of its own, which starts with the first task and waits without
+/// periodic wake-ups while there is nothing to do. The thread can also watch descriptors:
 ///
 ///     const auto watch = queue->watch(socket, [=] { receive(socket); });
 ///     …
 ///     queue->unwatch(watch);
 ///     close(socket);
 ///
-/// **Threading:** thread-safe. `post` takes a short lock, and one system call if the thread sleeps.
-/// **Ownership:** the thread holds what it works on: the queue may be destroyed by its own task,
-/// and a task that never returns harms nobody. Destroying a queue that was not stopped stops it
-/// within 0.1 s.
+/// **Threading:** thread-safe. `post` takes no lock, and makes one system call if it has to wake
+/// the thread: what a host's thread posts may begin up to 1 ms later (see Mailbox.h).
+/// **Ownership:** the thread shares the queue's state: the queue may be destroyed by its own task
+/// or while a task hangs. Destroying a queue that was not stopped stops it within 0.1 s.
 class LinuxSerialQueue final : public SerialQueue {
  public:
   using Watch = std::uint64_t;  ///< 0 is never a watch.
@@ -28,13 +28,12 @@ class LinuxSerialQueue final : public SerialQueue {
   ~LinuxSerialQueue() override;
 
   void post(Task task) override;
-  void enqueue(Task task, Wake wake) override;
-  void wake() override;
   Timer schedule(Duration delay, Task task, bool repeats = false) override;
   void cancel(Timer timer) override;
   [[nodiscard]] bool isCurrent() const override;
   /// Called from a task of the queue it cannot wait: what is queued runs after that task.
   bool stop(Duration bound) override;
+  void sync(const Task& task) override;
 
   /// Runs `readable` as a task whenever `descriptor` has something to read, has failed or was hung
   /// up, for as long as that lasts. The caller keeps the descriptor open until `unwatch`.
