@@ -102,12 +102,6 @@ void ours(const BenchServer& server, int rows) {
   BenchHost::waitUntilIdle();
 }
 
-std::string perSecond(double rate) {
-  char text[32];
-  std::snprintf(text, sizeof text, rate < 100 ? "%.2f a second" : "%.0f a second", rate);
-  return text;
-}
-
 /// Turn about, in blocks, so that a noisy moment meets both.
 void compare(BenchServer::Manner manner, const std::string& what, int blocks, int rows,
              const std::string& wanted) {

@@ -33,6 +33,12 @@ std::string microseconds(double value) {
   return text;
 }
 
+std::string perSecond(double rate) {
+  char text[32];
+  std::snprintf(text, sizeof text, rate < 100 ? "%.2f a second" : "%.0f a second", rate);
+  return text;
+}
+
 std::string ratio(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.2f", value);

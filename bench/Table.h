@@ -25,6 +25,7 @@ void section(const std::string& title);
 void row(const std::string& what, const std::string& figure, const std::string& beside);
 
 std::string microseconds(double value);
+std::string perSecond(double rate);
 std::string ratio(double value);
 
 }  // namespace kifo::bench

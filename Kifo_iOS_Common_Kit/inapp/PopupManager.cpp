@@ -17,18 +17,12 @@ void print(std::string_view message) {
   Console::print(logTag("PopupManager"), message);
 }
 
-/// What differs between one kind's preferences and another's.
-struct Contents {
-  rules::Buttons buttons = {};
-  rules::Buttons choices = {};
-  ButtonPointer submitButton = nullptr;
-};
-
 /// A campaign with what it was triggered with.
 struct Trigger {
   std::shared_ptr<ViewController> controller;
   std::optional<std::string> pageName;
   std::shared_ptr<AppCommunicationItem> item;
+  PopupManager::Handler handler;
 };
 
 template <class Record>
@@ -61,47 +55,56 @@ std::optional<std::string> textOf(const std::shared_ptr<Record>& record) {
   return record ? record->text : std::nullopt;
 }
 
-PopupPreferences preferencesOf(const Trigger& trigger, Contents contents) {
-  const AppCommunicationItem& item = *trigger.item;
-  return {.type = item.type,
-          .titleColor = colorOf(item.header),
-          .title = textOf(item.header),
-          .detailTextColor = colorOf(item.text),
-          .detailText = textOf(item.text),
-          .questionText = textOf(item.question),
-          .questionColor = colorOf(item.question),
-          .backgroundColor = colorOrWhite(item.bgColor),
-          .buttons = std::move(contents.buttons),
-          .image = item.image,
-          .submitButton = std::move(contents.submitButton),
-          .choices = std::move(contents.choices),
-          .appCommunicationItem = trigger.item,
-          .images = imageUrls(item),
-          .controller = trigger.controller,
-          .pageName = trigger.pageName};
-}
+/// Stands in for a screen that was closed under its popup, so that the answer keeps its page's
+/// name.
+class ClosedScreen final : public ViewController {
+ public:
+  explicit ClosedScreen(std::string name) : name_(std::move(name)) {}
+  [[nodiscard]] std::string className() const override { return name_; }
 
-/// Reports one campaign's opening and answers for as long as a callback of its window lives. The
-/// screen is held weakly: a popup must not keep a closed screen alive.
-class Report {
+ private:
+  const std::string name_;
+};
+
+/// Reports one campaign's opening and answers. The screen is held weakly: a popup must not keep a
+/// closed one alive.
+class Report final : public InAppReporter {
  public:
   Report(std::shared_ptr<InAppReporter> reporter, const Trigger& trigger)
       : reporter_(std::move(reporter)),
         item_(trigger.item),
         controller_(trigger.controller),
-        pageName_(trigger.pageName) {}
+        pageName_(trigger.pageName) {
+    if (!trigger.controller) return;
+    closed_ = std::make_shared<ClosedScreen>(trigger.controller->className());
+  }
 
-  void opened() const { reporter_->opened(item_, controller_.lock(), pageName_); }
-  void answered(InAppAnswer answer) const {
-    reporter_->answered(item_, std::move(answer), controller_.lock(), pageName_);
+  void opened() { opened(item_, controller_.lock(), pageName_); }
+  void answered(InAppAnswer answer) {
+    answered(item_, std::move(answer), controller_.lock(), pageName_);
+  }
+
+  void opened(std::shared_ptr<AppCommunicationItem> item,
+              std::shared_ptr<ViewController> controller,
+              std::optional<std::string> pageName) override {
+    reporter_->opened(std::move(item), controller ? controller : closed_, std::move(pageName));
+  }
+  void answered(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
+                std::shared_ptr<ViewController> controller,
+                std::optional<std::string> pageName) override {
+    reporter_->answered(std::move(item), std::move(answer), controller ? controller : closed_,
+                        std::move(pageName));
   }
 
  private:
-  std::shared_ptr<InAppReporter> reporter_;
-  std::shared_ptr<AppCommunicationItem> item_;
-  std::weak_ptr<ViewController> controller_;
-  std::optional<std::string> pageName_;
+  const std::shared_ptr<InAppReporter> reporter_;
+  const std::shared_ptr<AppCommunicationItem> item_;
+  const std::weak_ptr<ViewController> controller_;
+  const std::optional<std::string> pageName_;
+  std::shared_ptr<ViewController> closed_;  ///< Null when there was no screen.
 };
+
+using ReportPointer = std::shared_ptr<Report>;
 
 void occurred(const ButtonPointer& button) {
   print("action occurred: " + description(button));
@@ -114,77 +117,135 @@ PopupRequest::ButtonCallback forwardingTo(PopupManager::Handler handler) {
 }
 
 /// The callbacks of a plain popup: its buttons, and its body, are answers of their own.
-void installPopupCallbacks(PopupRequest& request, const Report& report,
+void installPopupCallbacks(PopupRequest& request, const ReportPointer& report,
                            const PopupManager::Handler& handler) {
   const auto toHost = forwardingTo(handler);
   request.actionItem = [report, toHost](ButtonPointer button) {
     occurred(button);
     toHost(button);
-    report.answered({.button = std::move(button)});
+    report->answered({.button = std::move(button)});
   };
   request.actionBodyItem = [report, toHost](ButtonPointer button) {
     occurred(button);
     toHost(button);
-    report.answered({.body = button ? button->action : nullptr});
+    report->answered({.body = button ? button->action : nullptr});
   };
 }
 
-void installChoiceCallbacks(PopupRequest& request, const Report& report,
+void installChoiceCallbacks(PopupRequest& request, const ReportPointer& report,
                             const PopupManager::Handler& handler) {
   request.actionItem = [report](ButtonPointer button) {
     occurred(button);
-    report.answered({.choice = std::move(button)});
+    report->answered({.choice = std::move(button)});
   };
   request.submitButtonItem = forwardingTo(handler);
 }
 
-void installOpenEndedCallbacks(PopupRequest& request, const Report& report,
+void installOpenEndedCallbacks(PopupRequest& request, const ReportPointer& report,
                                const PopupManager::Handler& handler) {
   request.actionItem = [report](const ButtonPointer&) {
     print("action occurred");
-    report.answered({});
+    report->answered({});
   };
   request.submitButtonItem = forwardingTo(handler);
 }
 
-using InstallCallbacks = void (*)(PopupRequest&, const Report&, const PopupManager::Handler&);
+// Kinds ------------------------------------------------------------------------------------------
 
-void present(const std::shared_ptr<InAppReporter>& reporter, const Trigger& trigger,
-             Contents contents, const PopupManager::Handler& handler, InstallCallbacks install) {
-  const Report report(reporter, trigger);
-  const auto request = std::make_shared<PopupRequest>();
-  request->preferences = preferencesOf(trigger, std::move(contents));
-  request->reporter = reporter;
-  install(*request, report, handler);
-  Platform::current()->popups->present(request);
-  report.opened();
-  rules::inspect(*trigger.item, "shown", "");
+using Options = std::optional<rules::Buttons>;
+
+/// What one kind of popup has that others have not.
+struct Kind {
+  std::string_view operation;
+  void (*installCallbacks)(PopupRequest&, const ReportPointer&, const PopupManager::Handler&);
+  /// Its options and their rule; null when it has none.
+  Options (*options)(const AppCommunicationItem&) = nullptr;
+  const rules::ListRule* rule = nullptr;
+  bool isPlain = false;   ///< Its options are buttons, and it has no submit button.
+  bool hasRange = false;  ///< It is a score.
+};
+
+Options buttonsOf(const AppCommunicationItem& item) {
+  return item.buttons;
 }
 
-/// Surveys and emojis: a list of options and a submit button.
-void showOptions(const std::shared_ptr<InAppReporter>& reporter, const Trigger& trigger,
-                 const PopupManager::Handler& handler, const rules::ListRule& rule,
-                 std::optional<rules::Buttons> options) {
+Options choicesOf(const AppCommunicationItem& item) {
+  return item.choices;
+}
+
+constexpr Kind kPopup{.operation = "showNotificationPopUpWindow",
+                      .installCallbacks = installPopupCallbacks,
+                      .options = buttonsOf,
+                      .rule = &rules::kPopupButtons,
+                      .isPlain = true};
+constexpr Kind kSurvey{.operation = "showNotificationSurveyPopUpRadioGroupWindow",
+                       .installCallbacks = installChoiceCallbacks,
+                       .options = choicesOf,
+                       .rule = &rules::kSurveyChoices};
+constexpr Kind kEmoji{.operation = "showNotificationEmojiPopUpWindow",
+                      .installCallbacks = installChoiceCallbacks,
+                      .options = rules::offeredEmojis,
+                      .rule = &rules::kEmojis};
+constexpr Kind kScore{.operation = "showNotificationScorePopUpWindow",
+                      .installCallbacks = installChoiceCallbacks,
+                      .hasRange = true};
+constexpr Kind kOpenEnded{.operation = "showNotificationOpenEndedPopUpWindow",
+                          .installCallbacks = installOpenEndedCallbacks};
+
+PopupPreferences preferencesOf(const Kind& kind, const Trigger& trigger) {
   const AppCommunicationItem& item = *trigger.item;
-  const auto left = rules::showsLeft(item);
-  if (!left) return;
-  auto shown = rules::applied(rule, std::move(options), item);
-  if (!shown) return;
-  rules::spendShow(item, *left);
-  present(reporter, trigger,
-          {.buttons = item.buttons.value_or(rules::Buttons()),
-           .choices = *std::move(shown),
-           .submitButton = item.submitButton},
-          handler, installChoiceCallbacks);
+  PopupPreferences preferences{.type = item.type,
+                               .titleColor = colorOf(item.header),
+                               .title = textOf(item.header),
+                               .detailTextColor = colorOf(item.text),
+                               .detailText = textOf(item.text),
+                               .questionText = textOf(item.question),
+                               .questionColor = colorOf(item.question),
+                               .backgroundColor = colorOrWhite(item.bgColor),
+                               .buttons = {},
+                               .image = item.image,
+                               .submitButton = kind.isPlain ? nullptr : item.submitButton,
+                               .choices = {},
+                               .appCommunicationItem = trigger.item,
+                               .images = imageUrls(item),
+                               .controller = trigger.controller,
+                               .pageName = trigger.pageName};
+  if (!kind.rule) return preferences;
+  auto options = rules::firstOf(*kind.rule, kind.options(item));
+  if (kind.isPlain) {
+    preferences.buttons = std::move(options);
+  } else {
+    preferences.buttons = item.buttons.value_or(rules::Buttons());
+    preferences.choices = std::move(options);
+  }
+  return preferences;
 }
 
-/// Scores and open-ended questions: a submit button alone.
-void showQuestion(const std::shared_ptr<InAppReporter>& reporter, const Trigger& trigger,
-                  const PopupManager::Handler& handler, InstallCallbacks install) {
-  const auto left = rules::showsLeft(*trigger.item);
-  if (!left) return;
-  rules::spendShow(*trigger.item, *left);
-  present(reporter, trigger, {.submitButton = trigger.item->submitButton}, handler, install);
+/// The checks that may come out otherwise when the popup's turn comes, the spending and the report.
+bool open(const Kind& kind, const std::shared_ptr<AppCommunicationItem>& item, Report& report) {
+  const auto left = rules::showsLeft(*item);
+  if (!left) return false;
+  if (kind.rule && !rules::accepts(*kind.rule, kind.options(*item), *item)) return false;
+  rules::spendShow(*item, *left);
+  if (kind.isPlain) print("appCommunicationItem: " + description(item));
+  report.opened();
+  rules::inspect(*item, "shown", "");
+  return true;
+}
+
+void present(const Kind& kind, const std::shared_ptr<InAppReporter>& reporter,
+             const Trigger& trigger) {
+  print(kind.operation);
+  if (!rules::isIdentified(trigger.item, /*silently=*/kind.isPlain)) return;
+  // The range is checked before the budget: a campaign with a wrong one never touches its budget.
+  if (kind.hasRange && !rules::hasScoreRange(*trigger.item)) return;
+  const auto report = std::make_shared<Report>(reporter, trigger);
+  const auto request = std::make_shared<PopupRequest>();
+  request->preferences = preferencesOf(kind, trigger);
+  request->reporter = report;
+  request->open = [&kind, item = trigger.item, report] { return open(kind, item, *report); };
+  kind.installCallbacks(*request, report, trigger.handler);
+  Platform::current()->popups->present(request);
 }
 
 }  // namespace
@@ -196,56 +257,39 @@ void PopupManager::showNotificationPopUpWindow(std::shared_ptr<ViewController> c
                                                std::optional<std::string> pageName,
                                                std::shared_ptr<AppCommunicationItem> item,
                                                Handler handler) {
-  print("showNotificationPopUpWindow");
-  if (!rules::isIdentified(item, /*silently=*/true)) return;
-  const auto left = rules::showsLeft(*item);
-  if (!left) return;
-  auto buttons = rules::applied(rules::kPopupButtons, item->buttons, *item);
-  if (!buttons) return;
-  rules::spendShow(*item, *left);
-  print("appCommunicationItem: " + description(item));
-  present(reporter_, {std::move(controller), std::move(pageName), std::move(item)},
-          {.buttons = *std::move(buttons)}, handler, installPopupCallbacks);
+  present(kPopup, reporter_,
+          {std::move(controller), std::move(pageName), std::move(item), std::move(handler)});
 }
 
 void PopupManager::showNotificationSurveyPopUpRadioGroupWindow(
     std::shared_ptr<ViewController> controller, std::optional<std::string> pageName,
     std::shared_ptr<AppCommunicationItem> item, Handler handler) {
-  print("showNotificationSurveyPopUpRadioGroupWindow");
-  if (!rules::isIdentified(item)) return;
-  showOptions(reporter_, {std::move(controller), std::move(pageName), item}, handler,
-              rules::kSurveyChoices, item->choices);
+  present(kSurvey, reporter_,
+          {std::move(controller), std::move(pageName), std::move(item), std::move(handler)});
 }
 
 void PopupManager::showNotificationEmojiPopUpWindow(std::shared_ptr<ViewController> controller,
                                                     std::optional<std::string> pageName,
                                                     std::shared_ptr<AppCommunicationItem> item,
                                                     Handler handler) {
-  print("showNotificationEmojiPopUpWindow");
-  if (!rules::isIdentified(item)) return;
-  showOptions(reporter_, {std::move(controller), std::move(pageName), item}, handler,
-              rules::kEmojis, rules::offeredEmojis(*item));
+  present(kEmoji, reporter_,
+          {std::move(controller), std::move(pageName), std::move(item), std::move(handler)});
 }
 
 void PopupManager::showNotificationScorePopUpWindow(std::shared_ptr<ViewController> controller,
                                                     std::optional<std::string> pageName,
                                                     std::shared_ptr<AppCommunicationItem> item,
                                                     Handler handler) {
-  print("showNotificationScorePopUpWindow");
-  // The range is checked before the budget: a campaign with a wrong one never touches its budget.
-  if (!rules::isIdentified(item) || !rules::hasScoreRange(*item)) return;
-  showQuestion(reporter_, {std::move(controller), std::move(pageName), std::move(item)}, handler,
-               installChoiceCallbacks);
+  present(kScore, reporter_,
+          {std::move(controller), std::move(pageName), std::move(item), std::move(handler)});
 }
 
 void PopupManager::showNotificationOpenEndedPopUpWindow(std::shared_ptr<ViewController> controller,
                                                         std::optional<std::string> pageName,
                                                         std::shared_ptr<AppCommunicationItem> item,
                                                         Handler handler) {
-  print("showNotificationOpenEndedPopUpWindow");
-  if (!rules::isIdentified(item)) return;
-  showQuestion(reporter_, {std::move(controller), std::move(pageName), std::move(item)}, handler,
-               installOpenEndedCallbacks);
+  present(kOpenEnded, reporter_,
+          {std::move(controller), std::move(pageName), std::move(item), std::move(handler)});
 }
 
 }  // namespace kifo

@@ -11,9 +11,9 @@
 
 namespace kifo {
 
-/// The gate between a campaign and the screen: checks it for its kind, spends one of its shows,
-/// hands it to the popup presenter and reports the opening. A refusal is a console line and nothing
-/// else: no event, no callback, no show spent.
+/// The gate between a campaign and the screen: hands it to the popup presenter, and when its turn
+/// comes there checks it for its kind, spends one of its shows and reports the opening. A refusal
+/// is a console line and nothing else: no event, no callback, no show spent.
 ///
 /// **Threading:** main queue only; the handler runs on the UI thread.
 class KIFO_EXPORT PopupManager {

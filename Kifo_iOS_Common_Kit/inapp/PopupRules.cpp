@@ -1,5 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -68,23 +69,28 @@ void spendShow(const AppCommunicationItem& item, std::int64_t left) {
   Platform::current()->userDefaults->setValue(*item.uuid, left - 1);
 }
 
-std::optional<Buttons> applied(const ListRule& rule, std::optional<Buttons> list,
-                               const AppCommunicationItem& item) {
+bool accepts(const ListRule& rule, const std::optional<Buttons>& list,
+             const AppCommunicationItem& item) {
   if (!list) {
     refuse(item, std::string(rule.word) + " couldn't be assigned");
-    return std::nullopt;
+    return false;
   }
   if (list->size() < rule.fewest) {
     refuse(item, countMessage(rule, "<", rule.fewest, list->size()));
-    return std::nullopt;
+    return false;
   }
   if (list->size() > rule.most) {
     const std::string message = countMessage(rule, ">", rule.most, list->size());
     print(message);
     inspect(item, "clamped", message);
-    list->resize(rule.most);
   }
-  return list;
+  return true;
+}
+
+Buttons firstOf(const ListRule& rule, std::optional<Buttons> list) {
+  Buttons options = std::move(list).value_or(Buttons());
+  options.resize(std::min(options.size(), rule.most));
+  return options;
 }
 
 std::optional<Buttons> offeredEmojis(const AppCommunicationItem& item) {

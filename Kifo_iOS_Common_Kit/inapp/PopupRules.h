@@ -11,8 +11,8 @@
 /// The checks that a campaign passes before it is shown. Each says on the console, and to the
 /// inspector, what it refuses or cuts short; none changes the campaign.
 ///
-/// **Threading:** main queue only, where one campaign's check and spending are never interleaved
-/// with another's.
+/// **Threading:** budgets are looked at and spent on the presenter's UI thread alone, so that one
+/// campaign's check and spending are never interleaved with another's; all else is thread-safe.
 namespace kifo::rules {
 
 using Buttons = std::vector<std::shared_ptr<AppCommunicationItemButton>>;
@@ -44,9 +44,12 @@ std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item);
 /// Stores that one of `left` shows is gone.
 void spendShow(const AppCommunicationItem& item, std::int64_t left);
 
-/// The first options of `list`, as many as may be shown; none when there are too few.
-std::optional<Buttons> applied(const ListRule& rule, std::optional<Buttons> list,
-                               const AppCommunicationItem& item);
+/// Whether `list` is there with enough options. That some are left out is said, but accepted.
+bool accepts(const ListRule& rule, const std::optional<Buttons>& list,
+             const AppCommunicationItem& item);
+
+/// The first options of `list`, as many as may be shown.
+Buttons firstOf(const ListRule& rule, std::optional<Buttons> list);
 
 /// The emojis that the campaign offers; none when it has no list of them.
 std::optional<Buttons> offeredEmojis(const AppCommunicationItem& item);

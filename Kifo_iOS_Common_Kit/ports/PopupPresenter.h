@@ -12,7 +12,11 @@ struct PopupRequest;
 ///
 /// **Threading:** `present` is called on the main queue and returns at once; the presenter hops to
 /// the UI thread by itself. Over one window popups show one at a time, in the order of the calls.
+/// When a popup's turn comes, and only if it can be shown, the presenter calls the request's `open`
+/// on the UI thread and shows the popup at once, unless that returns false.
 /// **Ownership:** the request holds its screen weakly; one whose screen is gone is dropped.
+/// **Errors:** a popup that cannot be shown is dropped, and `open` is not called: it has spent none
+/// of its campaign's shows.
 class KIFO_EXPORT PopupPresenter {
  public:
   virtual ~PopupPresenter() = default;

@@ -3,45 +3,46 @@
 #include <QApplication>
 #include <QMetaObject>
 #include <QThread>
-#include <mutex>
 #include <utility>
 
-#include "platform/qt/QtPopupDesk.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
+#include "platform/qt/QtPopupRouter.h"
 
 namespace kifo {
 
-/// The way to the desk. Whoever posts to the desk holds the mutex, and so does the desk when it
-/// goes: a post finds it whole or not at all.
-struct QtPopupPresenter::Door {
-  std::mutex mutex;
-  QtPopupDesk* desk = nullptr;  // guarded by mutex; lives on the UI thread
+/// The router, as long as it lives. Whoever posts to it holds the mutex, and so does the router
+/// when it is destroyed.
+struct QtPopupPresenter::Shared {
+  Mutex mutex;
+  QtPopupRouter* router KIFO_GUARDED_BY(mutex) = nullptr;  ///< Lives on the UI thread.
 };
 
-QtPopupPresenter::QtPopupPresenter(PopUpOptions options) : door_(std::make_shared<Door>()) {
+QtPopupPresenter::QtPopupPresenter(PopUpOptions options) : shared_(std::make_shared<Shared>()) {
   auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
   if (application == nullptr || application->thread() != QThread::currentThread()) return;
-  const auto forget = [door = door_] {
-    const std::lock_guard lock(door->mutex);
-    door->desk = nullptr;
+  const auto forget = [shared = shared_] {
+    const MutexLock lock(shared->mutex);
+    shared->router = nullptr;
   };
-  door_->desk = new QtPopupDesk(std::move(options), forget, application);
+  const MutexLock lock(shared_->mutex);
+  shared_->router = new QtPopupRouter(std::move(options), forget, application);
 }
 
 QtPopupPresenter::~QtPopupPresenter() {
-  const std::lock_guard lock(door_->mutex);
-  if (door_->desk != nullptr) door_->desk->deleteLater();
+  const MutexLock lock(shared_->mutex);
+  if (shared_->router != nullptr) shared_->router->deleteLater();
 }
 
 void QtPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
   {
-    const std::lock_guard lock(door_->mutex);
-    if (QtPopupDesk* desk = door_->desk) {
-      const auto accept = [desk, request = std::move(request)] { desk->accept(request); };
-      QMetaObject::invokeMethod(desk, accept, Qt::QueuedConnection);
+    const MutexLock lock(shared_->mutex);
+    if (QtPopupRouter* router = shared_->router) {
+      const auto accept = [router, request = std::move(request)] { router->accept(request); };
+      QMetaObject::invokeMethod(router, accept, Qt::QueuedConnection);
       return;
     }
   }
-  QtPopupDesk::notShown(*request, "there is no QApplication");
+  QtPopupRouter::notShown(*request, "there is no QApplication");
 }
 
 }  // namespace kifo

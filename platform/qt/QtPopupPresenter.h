@@ -31,8 +31,8 @@ class KIFO_EXPORT QtPopupPresenter final : public PopupPresenter {
   void present(std::shared_ptr<const PopupRequest> request) override;
 
  private:
-  struct Door;
-  std::shared_ptr<Door> door_;
+  struct Shared;
+  std::shared_ptr<Shared> shared_;
 };
 
 }  // namespace kifo

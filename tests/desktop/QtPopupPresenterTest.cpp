@@ -12,7 +12,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "platform/qt/QtPlatform.h"
-#include "platform/qt/QtPopupDesk.h"
+#include "platform/qt/QtPopupRouter.h"
 #include "platform/qt/QtWindowProvider.h"
 #include "testing/FakePlatform.h"
 
@@ -86,7 +86,12 @@ class QtPopupPresenterTest : public ::testing::Test {
 
   /// Presents from a thread that is not the UI thread, as the SDK does.
   void present(const std::shared_ptr<ViewController>& screen, const std::string& uuid) {
-    std::thread([&] { presenter_->present(requestFor(screen, uuid)); }).join();
+    const auto request = requestFor(screen, uuid);
+    request->open = [this, uuid] {
+      opened_ += uuid;
+      return uuid != refused_;
+    };
+    std::thread([&] { presenter_->present(request); }).join();
   }
 
   static std::vector<PopUpWindow*> shownIn(const QWidget& window) {
@@ -117,6 +122,8 @@ class QtPopupPresenterTest : public ::testing::Test {
 
   kifo::testing::InstalledFakePlatform fake_;
   PopUpOptions options_;
+  std::string opened_;   ///< The popups whose turn has come.
+  std::string refused_;  ///< One that its campaign refuses then.
   std::unique_ptr<QtPopupPresenter> presenter_;
   QWidget window_;
   std::shared_ptr<WidgetScreen> screen_ = std::make_shared<WidgetScreen>(&window_);
@@ -132,10 +139,13 @@ TEST_F(QtPopupPresenterTest, APopupLiesInsideTheWindowThatItsScreenIsIn) {
   EXPECT_EQ(shownIn(window_).front()->geometry(), window_.rect());
 }
 
-TEST_F(QtPopupPresenterTest, OverOneWindowPopupsShowOneAfterTheOther) {
+TEST_F(QtPopupPresenterTest, OverOneWindowPopupsAreOpenedAndShownOneAfterTheOther) {
+  refused_ = "b";
   for (const char* uuid : {"a", "b", "c"}) present(screen_, uuid);
-  for (const char* uuid : {"a", "b", "c"}) {
+  for (const auto& [uuid, opened] : {std::pair("a", "a"), std::pair("c", "abc")}) {
     ASSERT_TRUE(waitForPopup(window_, uuid)) << uuid;
+    settle();
+    EXPECT_EQ(opened_, opened);
     shownIn(window_).front()->closeButtonAction();
   }
   ASSERT_TRUE(waitFor([&] { return window_.findChildren<PopUpWindow*>().empty(); }));
@@ -171,6 +181,7 @@ TEST_F(QtPopupPresenterTest, WithoutAWindowNothingIsShownAndTheReasonIsSaid) {
   widget.reset();
   present(orphan, "c");
   EXPECT_TRUE(waitFor([&] { return said("the screen WidgetScreen is in no Qt window"); }));
+  EXPECT_EQ(opened_, "") << "what cannot be shown is not opened";
 }
 
 TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesMakesRoomForTheNext) {
@@ -183,6 +194,7 @@ TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesMakesRoomForTheNext) {
   shownIn(window_).front()->closeButtonAction();
   EXPECT_TRUE(waitForPopup(window_, "c"));
   EXPECT_TRUE(said("its screen is gone"));
+  EXPECT_EQ(opened_, "ac");
 }
 
 TEST_F(QtPopupPresenterTest, APageThatIsDeletedUnderItsPopupLeavesItToTheUser) {
@@ -231,17 +243,19 @@ TEST_F(QtPopupPresenterTest, APresenterThatGoesLeavesTheShownPopupAndDropsTheRes
 TEST_F(QtPopupPresenterTest, OnceTheApplicationIsGonePopupsAreDroppedWithALine) {
   present(screen_, "a");
   // What the application's end does to its children.
-  delete qApp->findChild<QtPopupDesk*>(QString(), Qt::FindDirectChildrenOnly);
+  delete qApp->findChild<QtPopupRouter*>(QString(), Qt::FindDirectChildrenOnly);
   settle();
   EXPECT_TRUE(window_.findChildren<PopUpWindow*>().empty());
   present(screen_, "b");
   EXPECT_TRUE(said("there is no QApplication"));
+  EXPECT_EQ(opened_, "");
 }
 
 TEST_F(QtPopupPresenterTest, APresenterMadeOffTheUiThreadShowsNothing) {
   std::thread([&] { presenter_ = std::make_unique<QtPopupPresenter>(); }).join();
   present(screen_, "a");
   EXPECT_TRUE(said("there is no QApplication"));
+  EXPECT_EQ(opened_, "");
 }
 
 TEST_F(QtPopupPresenterTest, TheHostsOptionsReachThePopup) {

@@ -26,18 +26,14 @@ struct Report {
   std::shared_ptr<ViewController> controller;
   std::optional<std::string> pageName;
   InAppAnswer answer;
-  std::size_t presentedBefore = 0;
 };
 
 class RecordingReporter final : public InAppReporter {
  public:
-  explicit RecordingReporter(const kifo::testing::FakePopupPresenter& presenter)
-      : presenter_(presenter) {}
-
   void opened(std::shared_ptr<AppCommunicationItem> item,
               std::shared_ptr<ViewController> controller,
               std::optional<std::string> pageName) override {
-    openings.push_back({item, controller, pageName, {}, presenter_.requests().size()});
+    openings.push_back({item, controller, pageName, {}});
   }
   void answered(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
                 std::shared_ptr<ViewController> controller,
@@ -47,9 +43,6 @@ class RecordingReporter final : public InAppReporter {
 
   std::vector<Report> openings;
   std::vector<Report> answers;
-
- private:
-  const kifo::testing::FakePopupPresenter& presenter_;
 };
 
 std::shared_ptr<AppCommunicationItem> itemFrom(const nlohmann::json& json) {
@@ -121,7 +114,7 @@ class PopupManagerTest : public ::testing::Test {
       "showNotificationOpenEndedPopUpWindow"};
 
   kifo::testing::InstalledFakePlatform fake_;
-  std::shared_ptr<RecordingReporter> reporter_ = std::make_shared<RecordingReporter>(*fake_.popups);
+  std::shared_ptr<RecordingReporter> reporter_ = std::make_shared<RecordingReporter>();
   std::shared_ptr<ViewController> screen_ = std::make_shared<Screen>();
   PopupManager manager_{reporter_};
 };
@@ -147,15 +140,24 @@ TEST_F(PopupManagerTest, WhatThisDeviceHasStoredBeatsTheServersCount) {
   EXPECT_EQ(fake_.userDefaults->integer("u"), 3);
 }
 
-TEST_F(PopupManagerTest, TheOpeningIsReportedOnceThePopupWasHandedOver) {
-  const auto item = itemFrom(campaign("OPEN_ENDED"));
-  show(item);
+TEST_F(PopupManagerTest, APopupThatWaitsHasNotBeenShown) {
+  const auto item = itemFrom(campaign("SURVEY", {{"choices", options(21)}, {"maxShowCount", 1}}));
+  fake_.popups->hold();
+  EXPECT_THAT(show(item), IsEmpty());
+  EXPECT_THAT(show(item), IsEmpty()) << "whether it may be shown is asked when its turn comes";
+  EXPECT_THAT(fake_.userDefaults->values(), IsEmpty());
+  EXPECT_THAT(reporter_->openings, IsEmpty());
+  fake_.popups->release();
+  EXPECT_EQ(fake_.popups->requests().size(), 1u);
+  EXPECT_EQ(fake_.userDefaults->integer("u"), 0);
+  EXPECT_THAT(fake_.console->take(),
+              ElementsAre("Kifo PopupManager: choices.count > 20 -> choices count = 21",
+                          "Kifo PopupManager: maxShowCount <= 0 -> maxShowCount = 0"));
   ASSERT_EQ(reporter_->openings.size(), 1u);
   const Report& opening = reporter_->openings.front();
   EXPECT_EQ(opening.item, item);
   EXPECT_EQ(opening.controller, screen_);
   EXPECT_EQ(opening.pageName, "Home");
-  EXPECT_EQ(opening.presentedBefore, 1u);
 }
 
 struct Refusal {
@@ -342,7 +344,6 @@ TEST_F(PopupManagerTest, PreferencesCarryTheCampaignsWords) {
   EXPECT_EQ(preferences.submitButton, preferences.appCommunicationItem->submitButton);
   EXPECT_EQ(preferences.controller.lock(), screen_);
   EXPECT_EQ(preferences.pageName, "Home");
-  EXPECT_EQ(request->reporter, reporter_);
 }
 
 TEST_F(PopupManagerTest, ACampaignWithoutWordsIsWhiteThroughoutAndAPlainPopupHasNoSubmitButton) {
@@ -423,14 +424,19 @@ TEST_F(PopupManagerTest, AHostThatThrowsIsSaidSoAndTheAnswerStillGoesOut) {
   EXPECT_EQ(fake_.console->count("Kifo PopupManager: a host callback threw: no such page"), 1u);
 }
 
-TEST_F(PopupManagerTest, APopupKeepsNoScreenAlive) {
+TEST_F(PopupManagerTest, AScreenThatIsClosedUnderItsPopupLeavesItsNameToTheAnswers) {
   const auto request = presented(campaign("POPUP", {{"buttons", options(1)}}));
   reporter_->openings.clear();
   screen_.reset();
-  EXPECT_TRUE(request->preferences.controller.expired());
+  EXPECT_TRUE(request->preferences.controller.expired()) << "a popup keeps no screen alive";
   request->actionItem(request->preferences.buttons.front());
-  ASSERT_EQ(reporter_->answers.size(), 1u);
-  EXPECT_EQ(reporter_->answers[0].controller, nullptr);
+  request->reporter->answered(request->preferences.appCommunicationItem, {}, nullptr, "Home");
+  ASSERT_EQ(reporter_->answers.size(), 2u) << "the button's and the close";
+  for (const Report& answer : reporter_->answers) {
+    ASSERT_TRUE(answer.controller);
+    EXPECT_EQ(answer.controller->className(), "HomeScreen");
+    EXPECT_EQ(answer.pageName, "Home");
+  }
 }
 
 TEST_F(PopupManagerTest, TheInspectorHearsOfTheCutAndOfTheShow) {

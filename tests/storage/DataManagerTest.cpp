@@ -38,6 +38,14 @@ class DataManagerTest : public SdkTest {
     return count;
   }
 
+  /// The file's change counter.
+  int commits() const {
+    std::ifstream file(databasePath());
+    char counter[4] = {};
+    file.seekg(24).read(counter, sizeof counter);
+    return counter[3];
+  }
+
   Lines ids() { return rows("select REQUEST_ID from KifoLog order by ID"); }
 
   DataManager data;
@@ -111,28 +119,14 @@ TEST_F(DataManagerTest, WithNothingWaitingTheCompletionRunsOnceWithNone) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(DataManagerTest, ADeleteTakesEveryTriedRowWithIt) {
-  for (const char* id : {"a", "b", "c"}) cache(id, 10);
-  data.increaseTryCount("b");
-  data.deleteLog("a");
-  fake.runUntilIdle();
-  EXPECT_EQ(ids(), Lines{"c"});
-}
-
 TEST_F(DataManagerTest, AStepOfAPassRemovesAndMarksWithOneCommitOrDoesNeither) {
   for (const char* id : {"a", "b", "c"}) cache(id, 10);
   fake.runUntilIdle();
-  const auto commits = [this] {  // the file's change counter
-    std::ifstream file(databasePath());
-    char counter[4] = {};
-    file.seekg(24).read(counter, sizeof counter);
-    return counter[3];
-  };
   std::string seen;
   const auto take = [&](const std::string& delivered, bool isWanted) {
     seen.clear();
     DataManager::Taken result;
-    const char before = commits();
+    const int before = commits();
     data.takeNext(
         delivered,
         [&](const auto& row) {
@@ -195,56 +189,170 @@ TEST_F(DataManagerTest, RowsAreFoundThroughAnIndexInTheOrderOfTheirNumbers) {
             std::string::npos);
 }
 
-/// The store against a plain model, another process's writes included: a count that is known rather
-/// than taken must never be wrong.
+TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
+  const int before = commits();
+  std::string seen;
+  const auto store = [&](const std::string& id, std::int64_t limit, std::function<KifoLog()> make) {
+    return data.cacheLog(limit, id, std::move(make), [&, id](bool stored) {
+      EXPECT_EQ(commits(), before + 1) << "told after the commit";
+      seen += id + (stored ? "+" : "-");
+    });
+  };
+  store("a", 10, [] { return log("a"); });
+  store("b", 10, [] { return log("b", "it's"); });
+  store("c", 10, []() -> KifoLog { throw std::runtime_error("no row"); });
+  data.updateSyncStatus("a", 0, [&] { seen += "a0"; });
+  store("d", 2, [] { return log("d"); });
+  store("e", 4, []() -> KifoLog { throw std::runtime_error("composed without need"); });
+  EXPECT_TRUE(seen.empty());
+  EXPECT_FALSE(store("f", 5, [] { return log("f"); })) << "five wait already";
+  fake.runUntilIdle();
+  EXPECT_EQ(seen, "a+b-c-a0d+e-");
+  EXPECT_EQ(rows("select REQUEST_ID, ISSYNC from KifoLog"), (Lines{"a|1", "d|1"}));
+}
+
+TEST_F(DataManagerTest, ACopyThatALockedFileRefusesIsSaidToTheInspector) {
+  KifoSqliteManager::sharedManager()->stopWaitingForLocks();
+  for (const char* lock : {ForeignLock::kReader, ForeignLock::kWriter, "BEGIN EXCLUSIVE"}) {
+    const ForeignLock other(databasePath(), lock);
+    fake.inspector->clear();
+    cache("a", 10);
+    fake.runUntilIdle();
+    const auto told = fake.inspector->ofKind("notStored");
+    ASSERT_EQ(told.size(), 1U) << lock;
+    EXPECT_EQ(told[0].particulars[1], std::pair(std::string("reason"), std::string("locked")));
+  }
+  cache("b", 10);
+  fake.runUntilIdle();
+  EXPECT_EQ(ids(), Lines{"b"});
+}
+
+/// The store beside a plain model of it, with another process that writes and locks. What waits for
+/// the main queue runs in groups of random length.
+class StoreModel {
+ public:
+  struct Row {
+    std::string id;
+    int tries = 0;
+    int success = 0;
+
+    bool operator==(const Row&) const = default;
+    [[nodiscard]] bool waits() const { return tries == 0 && success == 0; }
+  };
+
+  [[nodiscard]] std::int64_t waiting() const { return std::ranges::count_if(rows, &Row::waits); }
+  void cache(const std::string& id, std::int64_t limit) {
+    if (waiting() < limit) rows.push_back({id});
+  }
+  void tryOnce(const std::string& id) {
+    for (auto& row : rows) row.tries += row.id == id ? 1 : 0;
+  }
+  void answer(const std::string& id, int success) {
+    for (auto& row : rows) row.success = row.id == id ? success : row.success;
+  }
+  void remove(const std::string& id) {
+    std::erase_if(rows, [&](const Row& row) { return row.id == id || row.tries > 0; });
+  }
+  /// The id of the row that is marked; empty when none is.
+  std::string takeNext(const std::string& delivered) {
+    const auto next = std::ranges::find_if(
+        rows, [&](const Row& row) { return row.waits() && row.id != delivered; });
+    const std::string id = next == rows.end() ? "" : next->id;
+    if (!delivered.empty()) remove(delivered);
+    if (!id.empty()) tryOnce(id);
+    return id;
+  }
+
+  std::vector<Row> rows;
+};
+
 TEST_F(DataManagerTest, ManyRandomOperationsAgreeWithAPlainModel) {
   const unsigned seed = std::random_device()();
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
-  struct Row {
-    std::string id;
-    int tries;
-    int success;
+  KifoSqliteManager::sharedManager()->stopWaitingForLocks();
+  StoreModel model;
+  Lines taken;
+  Lines expectedTaken;
+  std::optional<ForeignLock> lock;
+  std::int64_t copies = 0;  // that wait for the main queue
+  const auto settle = [&] {
+    fake.runUntilIdle();
+    copies = 0;
   };
-  std::vector<Row> model;
-  constexpr std::int64_t limit = 12;
-  const auto waits = [](const Row& row) { return row.tries == 0 && row.success == 0; };
-  for (int step = 0; step < 400; ++step) {
+  const auto take = [&](const std::string& delivered) {
+    data.takeNext(
+        delivered, [](const auto& row) { return row.has_value(); },
+        [&](const auto& result) { taken.push_back(result.row ? result.row->_requestId : ""); });
+    expectedTaken.push_back(lock ? "" : model.takeNext(delivered));
+  };
+  for (int step = 0; step < 1000; ++step) {
     const std::string id = std::to_string(random() % 30);
-    switch (random() % 6) {
+    StoreModel unchanged = model;
+    switch (random() % 12) {
       case 0:
       case 1:
-        if (std::ranges::count_if(model, waits) < limit) model.push_back({id, 0, 0});
-        cache(id, limit);
-        break;
       case 2:
-        for (auto& row : model) row.tries += row.id == id ? 1 : 0;
-        data.increaseTryCount(id);
-        break;
       case 3: {
-        const int success = static_cast<int>(random() % 2);
-        for (auto& row : model) row.success = row.id == id ? success : row.success;
-        data.updateSyncStatus(id, success);
+        const std::int64_t limit = 1 + static_cast<std::int64_t>(random() % 12);
+        if (copies < limit) {
+          ++copies;
+          model.cache(id, limit);
+        }
+        cache(id, limit);
         break;
       }
       case 4:
-        std::erase_if(model, [&](const Row& row) { return row.id == id || row.tries > 0; });
+        cache(id, 20, "'");
+        if (copies < 20) ++copies;
+        break;
+      case 5:
+        model.tryOnce(id);
+        data.increaseTryCount(id);
+        break;
+      case 6: {
+        const int success = static_cast<int>(random() % 2);
+        model.answer(id, success);
+        data.updateSyncStatus(id, success);
+        break;
+      }
+      case 7:
+        model.remove(id);
         data.deleteLog(id);
         break;
-      default:
-        fake.runUntilIdle();
-        model.push_back({id, 0, 0});
+      case 8:
+        take(random() % 2 ? id : "");
+        break;
+      case 9:  // the other process takes the lock, or lets it go
+        settle();
+        if (!lock) {
+          lock.emplace(databasePath(), random() % 2 ? ForeignLock::kReader : ForeignLock::kWriter);
+        } else {
+          lock.reset();
+        }
+        break;
+      case 10:
+        settle();
+        if (lock) break;
+        model.rows.push_back({id});
         rows("insert into KifoLog (REQUEST_ID, ISSYNC_SUCCESS, TRYCOUNT) values ('" + id +
              "', 0, 0)");
+        break;
+      default:
+        ASSERT_EQ(waiting(), model.waiting()) << "step " << step;
+        copies = 0;
     }
-    if (random() % 3 == 0) {
-      ASSERT_EQ(waiting(), std::ranges::count_if(model, waits)) << "step " << step;
-    }
+    if (lock) model = unchanged;
   }
-  fake.runUntilIdle();
+  lock.reset();
+  settle();
+  EXPECT_EQ(taken, expectedTaken);
   Lines expected;
-  for (const auto& row : model) expected.push_back(row.id);
-  EXPECT_EQ(ids(), expected);
+  for (const auto& row : model.rows) {
+    expected.push_back(row.id + "|" + std::to_string(row.tries) + "|" +
+                       std::to_string(row.success));
+  }
+  EXPECT_EQ(rows("select REQUEST_ID, TRYCOUNT, ISSYNC_SUCCESS from KifoLog order by ID"), expected);
 }
 
 TEST_F(DataManagerTest, AFileThatIsNoDatabaseIsBornInSilence) {

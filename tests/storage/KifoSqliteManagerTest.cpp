@@ -1,6 +1,7 @@
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -67,6 +68,36 @@ TEST_F(SqliteManagerTest, AFileThatIsThereIsLeftAloneEvenWithoutTheTable) {
   prepare();
   EXPECT_EQ(std::filesystem::file_size(databasePath()), 1U);
   EXPECT_FALSE(count("select count(*) from KifoLog")) << "no table, no callback";
+}
+
+TEST_F(SqliteManagerTest, WhatIsMadeIsForThisUserAloneWhateverTheUmask) {
+  namespace fs = std::filesystem;
+  const auto permissions = [](const fs::path& path) { return fs::status(path).permissions(); };
+  constexpr auto ownerFile = fs::perms::owner_read | fs::perms::owner_write;
+  for (const mode_t mask : {0, 0022, 0777}) {
+    const fs::path parent = fake.directory.path() + "/mask-" + std::to_string(mask);
+    const fs::path directory = parent / "kifo";
+    const auto own = std::make_shared<KifoSqliteManager>(fake.mainQueue, directory);
+    const mode_t before = umask(mask);
+    own->prepareDb();
+    own->perform([&](StoreConnection& file) {
+      file.run("BEGIN IMMEDIATE");
+      file.run("insert into KifoLog (REQUEST_ID) values ('a')");
+      EXPECT_EQ(permissions(directory / "KifoLog.db-journal"), ownerFile);
+    });
+    own->createDatabaseWithName("other.db", false, {});
+    fake.runUntilIdle();
+    umask(before);
+    EXPECT_EQ(permissions(parent), fs::perms::owner_all);
+    EXPECT_EQ(permissions(directory), fs::perms::owner_all);
+    EXPECT_EQ(permissions(directory / "other.db"), ownerFile);
+    const fs::path database = directory / "KifoLog.db";
+    EXPECT_EQ(permissions(database), ownerFile);
+    fs::permissions(database, fs::perms::all);
+    own->prepareDb();
+    fake.runUntilIdle();
+    EXPECT_EQ(permissions(database), ownerFile) << "one from an earlier version";
+  }
 }
 
 TEST_F(SqliteManagerTest, AStatementBeforeThePreparationLeavesNoEmptyFileBehind) {
@@ -144,6 +175,20 @@ TEST_F(SqliteManagerTest, OpeningAndClosingReportAsTheyAlwaysDid) {
   manager.openLocalDatabaseWithName("any", {});
   fake.runUntilIdle();
   EXPECT_EQ(calls, "yy");
+}
+
+TEST_F(SqliteManagerTest, ARenameNeverReplacesAFile) {
+  prepare();
+  std::vector<bool> errors;
+  const auto note = [&](bool, const auto& error) { errors.push_back(error.has_value()); };
+  manager.createDatabaseWithName("one.db", true, note);
+  manager.renameDatabaseWithName("one.db", "KifoLog.db", note);
+  manager.renameDatabaseWithName("one.db", "one.db", note);
+  manager.renameDatabaseWithName("other.db", "KifoLog.db", note);  // not current: no report
+  fake.runUntilIdle();
+  EXPECT_EQ(errors, (std::vector<bool>{false, true, true}));
+  EXPECT_EQ(count("select count(*) from KifoLog"), 0) << "the table is still there";
+  EXPECT_TRUE(std::filesystem::exists(fake.directory.file("one.db")));
 }
 
 TEST_F(SqliteManagerTest, MaintenanceReportsSuccessWithAnErrorForAFailedRename) {

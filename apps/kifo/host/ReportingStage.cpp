@@ -14,6 +14,7 @@ class ReportingPresenter final : public PopupPresenter {
   explicit ReportingPresenter(std::shared_ptr<Output> output) : output_(std::move(output)) {}
 
   void present(std::shared_ptr<const PopupRequest> request) override {
+    if (request->open && !request->open()) return;
     const auto& shown = request->preferences;
     output_->line(
         PopupLine{shown.appCommunicationItem, shown.buttons, shown.choices}.line("shown"));

@@ -1,4 +1,4 @@
-#include "platform/qt/QtPopupDesk.h"
+#include "platform/qt/QtPopupRouter.h"
 
 #include <QWidget>
 #include <QWindow>
@@ -6,7 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
-#include "platform/qt/QtPopupStage.h"
+#include "platform/qt/QtPopupQueue.h"
 #include "platform/qt/QtWindowProvider.h"
 
 namespace kifo {
@@ -30,14 +30,14 @@ QObject* windowOf(const ViewController& screen) {
 
 }  // namespace
 
-QtPopupDesk::QtPopupDesk(PopUpOptions options, std::function<void()> forget, QObject* parent)
+QtPopupRouter::QtPopupRouter(PopUpOptions options, std::function<void()> forget, QObject* parent)
     : QObject(parent), options_(std::move(options)), forget_(std::move(forget)) {}
 
-QtPopupDesk::~QtPopupDesk() {
+QtPopupRouter::~QtPopupRouter() {
   forget_();
 }
 
-void QtPopupDesk::accept(const std::shared_ptr<const PopupRequest>& request) {
+void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
   const std::weak_ptr<ViewController>& controller = request->preferences.controller;
   const auto screen = controller.lock();
   if (!screen) {
@@ -49,10 +49,10 @@ void QtPopupDesk::accept(const std::shared_ptr<const PopupRequest>& request) {
     notShown(*request, "the screen " + screen->className() + " is in no Qt window");
     return;
   }
-  stageOf(window)->enqueue(request);
+  queueOf(window)->enqueue(request);
 }
 
-void QtPopupDesk::notShown(const PopupRequest& request, const std::string& reason) {
+void QtPopupRouter::notShown(const PopupRequest& request, const std::string& reason) {
   Console::print(logTag("QtPopupPresenter"), "the popup is not shown: " + reason);
   const auto& item = request.preferences.appCommunicationItem;
   KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
@@ -60,23 +60,23 @@ void QtPopupDesk::notShown(const PopupRequest& request, const std::string& reaso
                          {"reason", reason}});
 }
 
-QtPopupStage* QtPopupDesk::stageOf(QObject* window) {
-  auto& stage = stages_[window];
-  if (stage) return stage.get();
+QtPopupQueue* QtPopupRouter::queueOf(QObject* window) {
+  auto& queue = queues_[window];
+  if (queue) return queue.get();
   if (auto* widget = qobject_cast<QWidget*>(window)) {
-    stage = std::make_unique<QtPopupStage>(widget, options_);
+    queue = std::make_unique<QtPopupQueue>(widget, options_);
   } else {
-    stage = std::make_unique<QtPopupStage>(qobject_cast<QWindow*>(window), options_);
+    queue = std::make_unique<QtPopupQueue>(qobject_cast<QWindow*>(window), options_);
   }
   connect(window, &QObject::destroyed, this, [this](QObject* gone) { windowGone(gone); });
-  return stage.get();
+  return queue.get();
 }
 
-void QtPopupDesk::windowGone(QObject* window) {
-  const auto found = stages_.find(window);
-  if (found == stages_.end()) return;
+void QtPopupRouter::windowGone(QObject* window) {
+  const auto found = queues_.find(window);
+  if (found == queues_.end()) return;
   const auto waiting = found->second->takeWaiting();
-  stages_.erase(found);
+  queues_.erase(found);
   // A screen may have moved to another window before its own went. Later, because this one is still
   // being destroyed.
   for (const auto& request : waiting) {

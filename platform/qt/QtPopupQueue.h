@@ -17,21 +17,21 @@ class PopUpWindow;
 /// The popups over one window of the host: one is shown, the others wait in order.
 ///
 /// **Threading:** UI thread only.
-class QtPopupStage : public QObject {
+class QtPopupQueue : public QObject {
   Q_OBJECT
 
  public:
   using Request = std::shared_ptr<const PopupRequest>;
 
   /// Popups are laid inside the widget's window.
-  QtPopupStage(QWidget* window, const PopUpOptions& options);
+  QtPopupQueue(QWidget* window, const PopUpOptions& options);
   /// Popups are windows of their own, which follow `window`.
-  QtPopupStage(QWindow* window, const PopUpOptions& options);
+  QtPopupQueue(QWindow* window, const PopUpOptions& options);
 
   /// Shows the popup, at once or when those before it have closed.
   void enqueue(Request request);
 
-  /// What still waits; the stage forgets it.
+  /// What still waits; the queue forgets it.
   std::deque<Request> takeWaiting();
 
  private:

@@ -11,19 +11,19 @@
 
 namespace kifo {
 
-class QtPopupStage;
+class QtPopupQueue;
 
-/// Where popups arrive on the UI thread: finds the window of each one's screen and hands it to that
-/// window's stage.
+/// Takes the popups on the UI thread: finds the window of each one's screen and puts it into that
+/// window's queue.
 ///
 /// **Threading:** UI thread only, but for `notShown`. **Ownership:** belongs to the application.
-class QtPopupDesk : public QObject {
+class QtPopupRouter : public QObject {
   Q_OBJECT
 
  public:
-  /// `forget` runs when the desk goes, so that nobody posts to it any more.
-  QtPopupDesk(PopUpOptions options, std::function<void()> forget, QObject* parent);
-  ~QtPopupDesk() override;
+  /// `forget` runs when the router is destroyed, so that nobody posts to it any more.
+  QtPopupRouter(PopUpOptions options, std::function<void()> forget, QObject* parent);
+  ~QtPopupRouter() override;
 
   void accept(const std::shared_ptr<const PopupRequest>& request);
 
@@ -31,12 +31,12 @@ class QtPopupDesk : public QObject {
   static void notShown(const PopupRequest& request, const std::string& reason);
 
  private:
-  QtPopupStage* stageOf(QObject* window);
+  QtPopupQueue* queueOf(QObject* window);
   void windowGone(QObject* window);
 
   const PopUpOptions options_;
   const std::function<void()> forget_;
-  std::unordered_map<QObject*, std::unique_ptr<QtPopupStage>> stages_;
+  std::unordered_map<QObject*, std::unique_ptr<QtPopupQueue>> queues_;
 };
 
 }  // namespace kifo
