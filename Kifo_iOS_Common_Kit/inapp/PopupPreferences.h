@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/Color.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
