@@ -16,7 +16,7 @@ class PopupButton;
 /// A row of a plain popup: one button of the campaign.
 ///
 /// **Threading:** UI thread only. **Ownership:** shares the button with the item.
-class KIFO_EXPORT KifoPopupCell : public QWidget {
+class KifoPopupCell : public QWidget {
   Q_OBJECT
 
  public:
