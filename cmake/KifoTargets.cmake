@@ -1,5 +1,5 @@
-# Each library is compiled once, as an object library whose folders list their own sources; the tests
-# link those objects and so reach what the shared library does not export.
+# Each library is compiled once, as an object library whose folders list their own sources and their
+# public headers. What needs internals (tests, bench, fuzz targets, the tool) links the objects.
 find_package(Threads REQUIRED)
 find_package(SQLite3 REQUIRED)
 find_package(CURL REQUIRED)
@@ -21,6 +21,31 @@ function(kifo_object_library name)
     INTERPROCEDURAL_OPTIMIZATION_RELEASE "${KIFO_OPTIMIZES_WHOLE}")
 endfunction()
 
+# kifo_library(<target> <alias>): the library that hosts link, made from <target>_objects.
+function(kifo_library target alias)
+  add_library(${target})
+  add_library(kifo::${alias} ALIAS ${target})
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:${target}_objects>)
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${alias} VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX
+    INTERPROCEDURAL_OPTIMIZATION_RELEASE "${KIFO_OPTIMIZES_WHOLE}")
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  if(BUILD_SHARED_LIBS AND NOT KIFO_SANITIZE)
+    target_link_options(${target} PRIVATE
+      -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--gc-sections
+      $<$<BOOL:${KIFO_PACKS_RELOCATIONS}>:-Wl,-z,pack-relative-relocs>)
+    set_property(TARGET ${target} APPEND PROPERTY
+      LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  endif()
+endfunction()
+
+# kifo_public_headers(<target> <header>...): what a host of <target> may include. Only these are
+# installed.
+function(kifo_public_headers target)
+  target_sources(${target} PUBLIC FILE_SET HEADERS FILES ${ARGN})
+endfunction()
+
 kifo_object_library(kifo_kit_objects)
 target_link_libraries(kifo_kit_objects
   PUBLIC nlohmann_json::nlohmann_json Threads::Threads
@@ -28,6 +53,9 @@ target_link_libraries(kifo_kit_objects
 target_include_directories(kifo_kit_objects PRIVATE ${MNL_INCLUDE_DIR})
 target_precompile_headers(kifo_kit_objects PRIVATE
   <nlohmann/json.hpp> <functional> <memory> <mutex> <optional> <string> <vector>)
+kifo_library(kifo_kit kit)
+target_link_libraries(kifo_kit PUBLIC Threads::Threads
+  PRIVATE SQLite::SQLite3 CURL::libcurl OpenSSL::Crypto ${MNL_LIBRARY})
 
 if(KIFO_WITH_UI)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus)
@@ -40,35 +68,11 @@ if(KIFO_WITH_UI)
     "${_lists}")
   target_compile_definitions(kifo_ui_objects PRIVATE QT_NO_KEYWORDS)
   target_link_libraries(kifo_ui_objects
-    PUBLIC nlohmann_json::nlohmann_json Qt6::Widgets Qt6::DBus
+    PUBLIC Qt6::Widgets Qt6::DBus
     PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
   target_precompile_headers(kifo_ui_objects PRIVATE
-    <nlohmann/json.hpp> <functional> <memory> <optional> <string> <vector> <QtWidgets>)
+    <functional> <memory> <optional> <string> <vector> <QtWidgets>)
+  kifo_library(kifo_ui ui)
+  target_link_libraries(kifo_ui PUBLIC kifo_kit Qt6::Widgets Qt6::DBus
+    PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
 endif()
-
-# kifo_finish_library(<target> <alias>): makes the library that hosts link from <target>_objects.
-function(kifo_finish_library target alias)
-  add_library(${target})
-  add_library(kifo::${alias} ALIAS ${target})
-  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:${target}_objects>)
-  target_include_directories(${target} PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/kifo>)
-  set_target_properties(${target} PROPERTIES EXPORT_NAME ${alias} VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX
-    INTERPROCEDURAL_OPTIMIZATION_RELEASE "${KIFO_OPTIMIZES_WHOLE}")
-  target_compile_features(${target} PUBLIC cxx_std_20)
-  if(target STREQUAL "kifo_kit")
-    target_link_libraries(${target} PUBLIC nlohmann_json::nlohmann_json Threads::Threads
-      PRIVATE SQLite::SQLite3 CURL::libcurl OpenSSL::Crypto ${MNL_LIBRARY})
-  else()
-    target_link_libraries(${target} PUBLIC kifo_kit Qt6::Widgets Qt6::DBus
-      PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
-  endif()
-  if(BUILD_SHARED_LIBS AND NOT KIFO_SANITIZE)
-    target_link_options(${target} PRIVATE
-      -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--gc-sections
-      $<$<BOOL:${KIFO_PACKS_RELOCATIONS}>:-Wl,-z,pack-relative-relocs>)
-    set_property(TARGET ${target} APPEND PROPERTY
-      LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  endif()
-endfunction()

@@ -3,8 +3,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupPreferences.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

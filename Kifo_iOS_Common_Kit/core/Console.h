@@ -11,13 +11,13 @@
 namespace kifo {
 
 /// The tag that starts every console line of a class: "Kifo ServiceClient:" for ServiceClient.
-KIFO_EXPORT std::string logTag(std::string_view className);
+KIFO_SHARED std::string logTag(std::string_view className);
 
 /// Prints through the platform's console sink. Control characters in a text are shown escaped, so
 /// that each call prints one line.
 ///
 /// **Threading:** thread-safe; as quick as the sink is.
-class KIFO_EXPORT Console {
+class KIFO_SHARED Console {
  public:
   /// Prints `tag`, a blank and `message`.
   static void print(std::string_view tag, std::string_view message);
@@ -27,10 +27,10 @@ class KIFO_EXPORT Console {
 
 /// Ends the process for a mistake that the protocol calls fatal, after saying so on the console and
 /// on standard error. Tests may put a handler in the way.
-[[noreturn]] KIFO_EXPORT void fatalError(std::string_view message);
+[[noreturn]] KIFO_SHARED void fatalError(std::string_view message);
 
 /// Runs in place of ending the process; it must not return. An empty one restores the default.
-KIFO_EXPORT void setFatalErrorHandler(void (*handler)(std::string_view message));
+KIFO_SHARED void setFatalErrorHandler(void (*handler)(std::string_view message));
 
 /// Runs host code, unless the callback is empty: what it throws is printed and dropped.
 template <class Callback, class... Arguments>

@@ -4,13 +4,12 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/UserDefaults.h"
 
 namespace kifo {
 
 /// Something that keeps a reference to the store of the values that outlive the process.
-class KIFO_EXPORT PreferencesManagerProtocol {
+class PreferencesManagerProtocol {
  public:
   virtual ~PreferencesManagerProtocol() = default;
 
@@ -21,7 +20,7 @@ class KIFO_EXPORT PreferencesManagerProtocol {
 /// The SDK's few values that outlive the process, read by the rules that the flows share.
 ///
 /// **Threading:** the static operations are thread-safe; an instance is externally synchronised.
-class KIFO_EXPORT PreferencesManager : public PreferencesManagerProtocol {
+class PreferencesManager : public PreferencesManagerProtocol {
  public:
   PreferencesManager();
 

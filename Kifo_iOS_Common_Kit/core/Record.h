@@ -33,14 +33,14 @@ namespace kifo {
 template <class Record>
 struct RecordFields;
 
-template <class Record, class Value>
+template <class Record, class Member>
 struct RecordField {
   const char* key;
-  Value Record::*member;
+  Member Record::*member;
 };
 
-template <class Record, class Value>
-constexpr RecordField<Record, Value> field(const char* key, Value Record::*member) {
+template <class Record, class Member>
+constexpr RecordField<Record, Member> field(const char* key, Member Record::*member) {
   return {key, member};
 }
 
@@ -117,11 +117,11 @@ bool read(const nlohmann::json& json, std::shared_ptr<Type>& value) {
   return read(json, *value);
 }
 
-template <class Record, class Value>
+template <class Record, class Member>
 bool readField(const nlohmann::json& object, Record& record,
-               const RecordField<Record, Value>& field) {
+               const RecordField<Record, Member>& field) {
   const auto found = object.find(field.key);
-  if (found == object.end() || found->is_null()) return isOptional<Value>;
+  if (found == object.end() || found->is_null()) return isOptional<Member>;
   return read(*found, record.*field.member);
 }
 
@@ -167,11 +167,11 @@ nlohmann::json write(const std::vector<Type>& values) {
   return array;
 }
 
-template <class Record, class Value>
+template <class Record, class Member>
 void writeField(nlohmann::json& object, const Record& record,
-                const RecordField<Record, Value>& field) {
-  const Value& value = record.*field.member;
-  if constexpr (isOptional<Value>) {
+                const RecordField<Record, Member>& field) {
+  const Member& value = record.*field.member;
+  if constexpr (isOptional<Member>) {
     if (!value) return;
   }
   object[field.key] = write(value);

@@ -3,16 +3,14 @@
 #include <string>
 #include <string_view>
 
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
-
 namespace kifo {
 
 /// Whether `text` is a URL, relative ones included: not empty, made only of the characters that a
 /// URL may hold, every "%" followed by two hexadecimal digits, and with a sound scheme and port if
 /// it has them.
-KIFO_EXPORT bool isUrl(std::string_view text);
+bool isUrl(std::string_view text);
 
 /// Appends `text` so that only letters, digits and "-._~" stay bare.
-KIFO_EXPORT void appendPercentEncoded(std::string& target, std::string_view text);
+void appendPercentEncoded(std::string& target, std::string_view text);
 
 }  // namespace kifo

@@ -90,6 +90,6 @@ KIFO_EXPORT std::string_view rawValue(KifoActionType value);
 
 /// The case whose raw string is exactly `text`; none for any other text. Case counts.
 template <class Enumeration>
-std::optional<Enumeration> fromRawValue(std::string_view text);
+KIFO_EXPORT std::optional<Enumeration> fromRawValue(std::string_view text);
 
 }  // namespace kifo

@@ -3,26 +3,24 @@
 #include <string>
 #include <string_view>
 
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
-
 namespace kifo {
 
 /// The marketing name of this device's hardware: the name that the model table gives for the
 /// hardware identifier, or the identifier itself with each comma turned into a point.
-KIFO_EXPORT std::string modelName();
+std::string modelName();
 /// The same for any identifier.
-KIFO_EXPORT std::string modelName(std::string_view identifier);
+std::string modelName(std::string_view identifier);
 /// "ios", whatever the system: the protocol's own word.
-KIFO_EXPORT std::string deviceOs();
+std::string deviceOs();
 /// The operating system's version text.
-KIFO_EXPORT std::string osVersion();
+std::string osVersion();
 /// The device's upper-case UUID for this application, or "" when there is none.
-KIFO_EXPORT std::string deviceId();
+std::string deviceId();
 
 /// Readings of the device that change.
 ///
 /// **Threading:** thread-safe; as quick as the device probe.
-class KIFO_EXPORT DeviceStatusHelper {
+class DeviceStatusHelper {
  public:
   static constexpr auto LOG_TAG = "Kifo DeviceStatusHelper:";  ///< Starts its console lines.
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
+#include "Kifo_iOS_Common_Kit/core/Record.h"
 #include "Kifo_iOS_Common_Kit/events/BaseEvent.h"
 #include "Kifo_iOS_Common_Kit/events/EventInjections.h"
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"

@@ -4,7 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
 
 namespace kifo {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {

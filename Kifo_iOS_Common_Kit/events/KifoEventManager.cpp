@@ -11,9 +11,9 @@
 #include "Kifo_iOS_Common_Kit/events/EventKinds.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManagerLogic.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 
 namespace kifo {

@@ -9,9 +9,9 @@
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
-#include "Kifo_iOS_Common_Kit/inapp/AnswerModels.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AnswerModels.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/ports/Error.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
-#include "Kifo_iOS_Common_Kit/inapp/AnswerModels.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AnswerModels.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

@@ -6,6 +6,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {

@@ -7,7 +7,6 @@
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 
@@ -16,7 +15,7 @@ namespace kifo {
 /// is a console line and nothing else: no event, no callback, no show spent.
 ///
 /// **Threading:** main queue only; the handler runs on the UI thread.
-class KIFO_EXPORT PopupManager {
+class PopupManager {
  public:
   using Handler = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
 

@@ -3,13 +3,11 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/Color.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 
 namespace kifo {
 
@@ -34,10 +32,5 @@ struct PopupPreferences {
   std::weak_ptr<ViewController> controller;
   std::optional<std::string> pageName;
 };
-
-/// The colour that a hexadecimal text stands for. Characters that are neither letters nor digits
-/// are trimmed from both ends; then 8 characters are alpha, red, green, blue, 6 are red, green,
-/// blue, 3 are one digit a channel, and any other length is opaque black. Never fails.
-KIFO_EXPORT Color colorFromHex(std::string_view text);
 
 }  // namespace kifo

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 
 /// The checks that a campaign passes before it is shown. Each says on the console, and to the
 /// inspector, what it refuses or cuts short; none changes the campaign.

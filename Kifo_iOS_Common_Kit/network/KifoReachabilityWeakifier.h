@@ -3,8 +3,6 @@
 #include <memory>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
-
 namespace kifo {
 
 class KifoReachability;
@@ -12,7 +10,7 @@ class KifoReachability;
 /// What the system's callback holds of a watcher: enough to find it, not enough to keep it alive.
 ///
 /// **Threading:** immutable.
-struct KIFO_EXPORT KifoReachabilityWeakifier {
+struct KifoReachabilityWeakifier {
   std::weak_ptr<KifoReachability> reachability;
 
   /// The watcher's flags as text; "nil" when the watcher is gone.

@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
 #include "Kifo_iOS_Common_Kit/core/Url.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/network/ResendSchedule.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"

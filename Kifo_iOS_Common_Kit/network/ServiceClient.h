@@ -12,7 +12,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Record.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/BaseResponse.h"
 #include "Kifo_iOS_Common_Kit/network/JSONRequest.h"
 #include "Kifo_iOS_Common_Kit/network/OutgoingRequest.h"

@@ -13,7 +13,7 @@ namespace kifo {
 /// goes when the next one starts.
 ///
 /// **Threading:** thread-safe.
-class KIFO_EXPORT AttachmentFile {
+class AttachmentFile {
  public:
   static constexpr auto NAME = "image.jpg";
 
@@ -23,7 +23,7 @@ class KIFO_EXPORT AttachmentFile {
 
   /// Removes the files of processes that are no more from `temporaryDirectory`; empty names the
   /// system's. Reads the directory.
-  static void removeLeftovers(const std::string& temporaryDirectory);
+  KIFO_SHARED static void removeLeftovers(const std::string& temporaryDirectory);
 
   ~AttachmentFile();
   AttachmentFile(const AttachmentFile&) = delete;

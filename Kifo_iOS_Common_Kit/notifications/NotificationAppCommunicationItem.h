@@ -5,10 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/core/Record.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemAction.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemImage.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 
 namespace kifo {
 
@@ -28,25 +25,6 @@ struct NotificationAppCommunicationItem {
   std::shared_ptr<AppCommunicationItemAction> action;  ///< What a tap on the push's body leads to.
   std::optional<std::vector<std::shared_ptr<AppCommunicationItemImage>>> images;  ///< Carousel.
   std::optional<bool> sliderSupport;  ///< Whether the images form a carousel.
-};
-
-template <>
-struct RecordFields<NotificationAppCommunicationItem> {
-  static constexpr auto fields = std::tuple(
-      field("type", &NotificationAppCommunicationItem::type),
-      field("uuid", &NotificationAppCommunicationItem::uuid),
-      field("code", &NotificationAppCommunicationItem::code),
-      field("actorId", &NotificationAppCommunicationItem::actorId),
-      field("pushToken", &NotificationAppCommunicationItem::pushToken),
-      field("name", &NotificationAppCommunicationItem::name),
-      field("triggeringEventName", &NotificationAppCommunicationItem::triggeringEventName),
-      field("image", &NotificationAppCommunicationItem::image),
-      field("buttons", &NotificationAppCommunicationItem::buttons),
-      field("applicationName", &NotificationAppCommunicationItem::applicationName),
-      field("scenario", &NotificationAppCommunicationItem::scenario),
-      field("action", &NotificationAppCommunicationItem::action),
-      field("images", &NotificationAppCommunicationItem::images),
-      field("sliderSupport", &NotificationAppCommunicationItem::sliderSupport));
 };
 
 }  // namespace kifo

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/notifications/NotificationRecordFields.h"
+
 namespace kifo {
 namespace {
 

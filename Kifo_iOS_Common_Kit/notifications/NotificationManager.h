@@ -5,8 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemAction.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
 #include "Kifo_iOS_Common_Kit/ports/CollectionView.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"

@@ -3,8 +3,6 @@
 #include <optional>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
-
 namespace kifo {
 
 /// The bytes behind an address, or why there are none.
@@ -18,6 +16,6 @@ struct PushImage {
 ///
 /// **Threading:** waits on the calling thread, never longer than `limit` seconds, also when the
 /// calling thread is the one that the answer would have come on. Never call it on the UI thread.
-KIFO_EXPORT PushImage loadPushImage(const std::string& url, double limit = 7.0);
+PushImage loadPushImage(const std::string& url, double limit = 7.0);
 
 }  // namespace kifo

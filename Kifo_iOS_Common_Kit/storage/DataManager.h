@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoLog.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
@@ -21,7 +20,7 @@ namespace kifo {
 /// **Ownership:** holds its manager; without one every operation does nothing.
 /// **Errors:** a statement that fails makes no completion and says nothing, unless the operation
 /// says otherwise.
-class KIFO_EXPORT DataManager {
+class DataManager {
  public:
   static constexpr auto TABLE_NAME = "KifoLog";
   static constexpr auto COL_ID = "_id";

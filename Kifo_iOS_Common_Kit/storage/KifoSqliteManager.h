@@ -8,7 +8,6 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/ports/Error.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 #include "Kifo_iOS_Common_Kit/storage/PendingWrites.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreConnection.h"
@@ -26,7 +25,7 @@ namespace kifo {
 /// **Errors:** nothing is printed or thrown. A statement whose open or prepare fails makes no
 /// callback at all; one that fails at its step still reports that it has finished. A file locked by
 /// another process is waited for, 5 s at most.
-class KIFO_EXPORT KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager> {
+class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager> {
  public:
   using Row = StoreConnection::Row;
   using StatusBlock = std::function<void(bool success, std::optional<Error> error)>;

@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Record.h"
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/qt/QtPopupPresenter.h"

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
 #include "bench/popups/WatchedApplication.h"
 

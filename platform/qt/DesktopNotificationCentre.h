@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemAction.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/NotificationCentre.h"

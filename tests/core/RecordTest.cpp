@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 
 namespace kifo {
 namespace {

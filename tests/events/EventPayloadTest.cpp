@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {

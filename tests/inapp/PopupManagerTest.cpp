@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+#include "Kifo_iOS_Common_Kit/notifications/NotificationRecordFields.h"
 
 namespace kifo {
 namespace {

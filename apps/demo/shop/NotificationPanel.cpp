@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <nlohmann/json.hpp>
+
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "apps/demo/shop/AdaptiveRow.h"

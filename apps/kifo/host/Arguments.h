@@ -13,6 +13,7 @@
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
 #include "Kifo_iOS_Common_Kit/core/Record.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 
 namespace kifo::tool {
 

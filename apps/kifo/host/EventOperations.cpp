@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "apps/kifo/host/Host.h"
 #include "apps/kifo/host/Operations.h"
 

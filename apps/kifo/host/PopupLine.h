@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "apps/kifo/host/Output.h"
 
 namespace kifo::tool {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "apps/kifo/host/Host.h"
 #include "apps/kifo/host/Operations.h"
 

@@ -6,7 +6,8 @@
 #include <iostream>
 #include <iterator>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "apps/kifo/preview/Diagnosis.h"
 
 namespace kifo::tool {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 
 namespace kifo::tool {
 

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Kifo_iOS_Common_Kit/core/Record.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 
 /// Says in plain words why JSON is not the record that it should be, where decoding only says that
 /// it is not. It goes by the same table of fields.

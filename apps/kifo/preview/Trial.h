@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 
 namespace kifo::tool {
 

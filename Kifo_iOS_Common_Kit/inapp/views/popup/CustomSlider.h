@@ -14,7 +14,7 @@ namespace kifo {
 /// follows the finger between whole scores.
 ///
 /// **Threading:** UI thread only.
-class KIFO_EXPORT CustomSlider : public QSlider {
+class CustomSlider : public QSlider {
   Q_OBJECT
 
  public:

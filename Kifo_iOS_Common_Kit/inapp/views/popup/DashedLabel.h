@@ -10,7 +10,7 @@ namespace kifo {
 /// A coupon's code within a dashed border in the label's tint.
 ///
 /// **Threading:** UI thread only.
-class KIFO_EXPORT DashedLabel : public PopupLabel {
+class DashedLabel : public PopupLabel {
   Q_OBJECT
 
  public:

@@ -6,7 +6,7 @@
 #include <QImage>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
@@ -19,7 +19,7 @@ class OptionButton;
 ///
 /// **Threading:** UI thread only. **Ownership:** shares the emoji with the item.
 /// **Errors:** without its picture it shows the beginning of its text, or its number.
-class KIFO_EXPORT KifoEmojiCollectionViewCell : public QWidget {
+class KifoEmojiCollectionViewCell : public QWidget {
   Q_OBJECT
 
  public:

@@ -12,7 +12,7 @@ class ImageLoader;
 /// One page of the carousel.
 ///
 /// **Threading:** UI thread only.
-class KIFO_EXPORT KifoImageCollectionViewCell : public QWidget {
+class KifoImageCollectionViewCell : public QWidget {
   Q_OBJECT
 
  public:

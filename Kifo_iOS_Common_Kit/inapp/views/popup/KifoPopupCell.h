@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
@@ -16,7 +16,7 @@ class PopupButton;
 /// A row of a plain popup: one button of the campaign.
 ///
 /// **Threading:** UI thread only. **Ownership:** shares the button with the item.
-class KIFO_EXPORT KifoPopupCell : public QWidget {
+class KifoPopupCell : public QWidget {
   Q_OBJECT
 
  public:

@@ -6,7 +6,7 @@
 
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunicationItemButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
@@ -18,7 +18,7 @@ class PopupLabel;
 /// A row of a survey: one choice with its radio mark.
 ///
 /// **Threading:** UI thread only. **Ownership:** shares the choice with the item.
-class KIFO_EXPORT KifoSurveyCell : public QWidget {
+class KifoSurveyCell : public QWidget {
   Q_OBJECT
 
  public:

@@ -40,7 +40,7 @@ class PopUpWindowView;
 /// **Ownership:** belongs to its parent and deletes itself once it is closed. A parent that is
 /// deleted takes it along without a report and without `closed`; watch `destroyed` for that.
 /// **Errors:** none reach the user; a picture that cannot be had leaves its place empty.
-class KIFO_EXPORT PopUpWindow : public QWidget {
+class PopUpWindow : public QWidget {
   Q_OBJECT
 
  public:

@@ -15,7 +15,7 @@ namespace kifo {
 /// Lengths are logical pixels.
 ///
 /// **Threading:** a plain value; the window's own lives on the UI thread.
-struct KIFO_EXPORT PopUpWindowFields {
+struct PopUpWindowFields {
   using Buttons = std::vector<std::shared_ptr<AppCommunicationItemButton>>;
 
   /// From this width on the panel stays at its widest, 480.

@@ -10,7 +10,7 @@ namespace kifo {
 /// more grows beyond its height here, and the panel with it.
 ///
 /// **Threading:** a plain value.
-struct KIFO_EXPORT PopUpWindowHeights {
+struct PopUpWindowHeights {
   static constexpr double rightLeftSpace = 15;   ///< Panel inset from the screen's margins.
   static constexpr double emojiCellSize = 50;    ///< Width and height.
   static constexpr double indicatorHeight = 10;  ///< Page indicator.
@@ -47,6 +47,6 @@ struct KIFO_EXPORT PopUpWindowHeights {
 
 /// The kind whose rules lay out the panel: the preferences' type text, or the item's when there is
 /// none.
-KIFO_EXPORT std::optional<PopupType> layoutKind(const PopupPreferences& preferences);
+std::optional<PopupType> layoutKind(const PopupPreferences& preferences);
 
 }  // namespace kifo

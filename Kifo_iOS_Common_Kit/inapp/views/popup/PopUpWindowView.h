@@ -28,7 +28,7 @@ namespace kifo {
 /// the close button.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to its window.
-class KIFO_EXPORT PopUpWindowView : public QWidget {
+class PopUpWindowView : public QWidget {
   Q_OBJECT
 
  public:

@@ -21,7 +21,7 @@ class KifoImageCollectionViewCell;
 /// by the arrow keys while it has the focus. Only the pages about the one shown have cells.
 ///
 /// **Threading:** UI thread only.
-class KIFO_EXPORT PopupCarousel : public QWidget, public CollectionView {
+class PopupCarousel : public QWidget, public CollectionView {
   Q_OBJECT
 
  public:

@@ -2,8 +2,7 @@
 
 #include <QAccessibleWidget>
 #include <QVariant>
-
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
+#include <QWidget>
 
 namespace kifo {
 namespace {
@@ -27,10 +26,9 @@ class Interface : public QAccessibleWidget {
   }
 
   void doAction(const QString& name) override {
-    auto* panel = qobject_cast<PopupPanel*>(object());
-    if (name == pressAction() && panel) {
-      Q_EMIT panel->pressed();
-    } else {
+    // By name: the panel that has the signal is in a folder above this one.
+    const bool isPress = name == pressAction() && role() == QAccessible::Link;
+    if (!isPress || !QMetaObject::invokeMethod(object(), "pressed")) {
       QAccessibleWidget::doAction(name);
     }
   }

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Reads every include of the house and prints those that run up its floors.
+"""Reads every include of the repository and prints those that point up the layers.
 
     layering.py ROOT        prints the violations; exit status 1 when there is one
 
-An include may only point down, or stay on its own floor and in its own room. Qt, system headers and
-conditional compilation have rooms of their own, and no two files include each other in a circle.
+An include points down or stays within its own module. Qt, system headers and conditional compilation
+are allowed in some folders only, and no two files include each other in a circle.
 """
 import os
 import re
@@ -12,38 +12,43 @@ import sys
 
 KIT = "Kifo_iOS_Common_Kit/"
 
-# The floors from the ground up; a room is named by the longest prefix that fits. Rooms of one floor
-# do not see each other.
-FLOORS = [
+# The layers from the lowest up; a file's module is the longest prefix that fits. Modules of one layer
+# do not include each other.
+LAYERS = [
     [KIT + "ports/"],
     [KIT + "core/"],
     [KIT + "device/"],
     [KIT + "storage/"],
+    [KIT + "inapp/model/"],
     [KIT + "inapp/"],
-    [KIT + "network/", KIT + "inapp/views/"],
+    [KIT + "inapp/popup/"],
+    [KIT + "inapp/views/images/"],
+    [KIT + "inapp/views/shared/", KIT + "inapp/quick/"],
+    [KIT + "inapp/views/popup/", KIT + "inapp/views/alert/", KIT + "network/"],
     [KIT + "events/"],
     [KIT + "notifications/"],
     [KIT + "core/Kifo."],
     ["platform/qt/"],
     ["apps/"],
 ]
-FLOOR = {room: number for number, rooms in enumerate(FLOORS) for room in rooms}
+LAYER = {module: number for number, modules in enumerate(LAYERS) for module in modules}
 
-# Rooms beside the floors, and the only rooms that they may include.
+# Modules beside the layers, and the only modules that they may include.
 BESIDE = {
     "platform/linux/": [KIT + "ports/", KIT + "core/"],
-    "testing/": [KIT + "ports/", KIT + "core/"],
+    "testing/": [KIT + "ports/", KIT + "core/", KIT + "core/Kifo."],
     "apps/server/": [],
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
-FACADE = (KIT + "core/Kifo.", KIT + "core/KifoShutDown.")
-ROOMS = sorted([*FLOOR, *BESIDE], key=len, reverse=True)
+# The facade, and the source that makes the runtime's parts, know every other module.
+FACADE = (KIT + "core/Kifo.", KIT + "core/Runtime.cpp")
+MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
-QT_ROOMS = (KIT + "inapp/views/", "platform/qt/", "apps/")
-NO_QT_ROOMS = ("apps/server/", "apps/demo/headless/")
-# The kit is linked without Qt, so nothing of it may reach for the rooms that need it.
-UI_ROOMS = (KIT + "inapp/views/", "platform/qt/")
-SYSTEM_ROOMS = ("platform/", "apps/", "testing/")
+# kifo::kit is linked without Qt, so nothing of it includes these folders.
+QT_FOLDERS = (KIT + "inapp/views/", KIT + "inapp/quick/", "platform/qt/")
+# apps/server/ and the headless demo are built without Qt as well.
+QT_USERS = (*QT_FOLDERS, "apps/demo/shop/", "apps/kifo/")
+SYSTEM_FOLDERS = ("platform/", "apps/", "testing/")
 # What stands above the ports and yet may include a header of the system's or of a C library, by the
 # start of its path.
 SYSTEM_HEADERS = {
@@ -51,17 +56,18 @@ SYSTEM_HEADERS = {
     # Names its directories by the process that owns them, which POSIX systems share.
     KIT + "notifications/AttachmentFile.cpp": {"signal.h", "unistd.h"},
 }
-CONDITIONAL_ROOMS = ("platform/", KIT + "ports/Mutex.h")
+# Mutex.h: clang's attributes, which other compilers do not know.
+CONDITIONAL = ("platform/", KIT + "ports/Mutex.h")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 CONDITION = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b")
-QT = re.compile(r"^(Q[A-Z]\w*|Qt\w*/.*)$")
+QT = re.compile(r"^(Q[A-Z]\w*|Qt|Qt\w*/.*)$")
 
 
-def room_of(path):
+def module_of(path):
     if path.startswith(FACADE):
         return KIT + "core/Kifo."
-    return next((room for room in ROOMS if path.startswith(room)), None)
+    return next((module for module in MODULES if path.startswith(module)), None)
 
 
 def sources(root):
@@ -72,34 +78,32 @@ def sources(root):
                     yield os.path.relpath(os.path.join(folder, name), root)
 
 
-def climbs(room, target):
-    """Why `room` may not include from `target`; None when it may."""
-    if room == target:
+def climbs(module, target):
+    """Why `module` may not include from `target`; None when it may."""
+    if module == target:
         return None
-    if room in BESIDE:
-        return None if target in BESIDE[room] else f"{room} may not include {target}"
+    if module in BESIDE:
+        return None if target in BESIDE[module] else f"{module} may not include {target}"
     if target in BESIDE:
-        return None if target in OPEN_TO.get(room, ()) else f"{room} may not include {target}"
-    if target in UI_ROOMS and room not in UI_ROOMS and room != "apps/":
-        return f"{room} is built without Qt and may not include {target}"
-    if FLOOR[target] >= FLOOR[room]:
-        return f"runs up from {room} to {target}"
+        return None if target in OPEN_TO.get(module, ()) else f"{module} may not include {target}"
+    if target.startswith(QT_FOLDERS) and not module.startswith((*QT_FOLDERS, "apps/")):
+        return f"{module} is built without Qt and may not include {target}"
+    if LAYER[target] >= LAYER[module]:
+        return f"points up from {module} to {target}"
     return None
 
 
 def check_quoted(root, path, target):
-    room, other = room_of(path), room_of(target)
+    module, other = module_of(path), module_of(target)
     if other is None or not os.path.exists(os.path.join(root, target)):
         return f'"{target}" is not written from the root, or does not exist'
-    return climbs(room, other)
+    return climbs(module, other)
 
 
 def check_angled(path, header):
     if QT.match(header):
-        if path.startswith(QT_ROOMS) and not path.startswith(NO_QT_ROOMS):
-            return None
-        return f"Qt's <{header}> outside the rooms for Qt"
-    if header.endswith(".h") and not path.startswith(SYSTEM_ROOMS):
+        return None if path.startswith(QT_USERS) else f"Qt's <{header}> outside the folders for Qt"
+    if header.endswith(".h") and not path.startswith(SYSTEM_FOLDERS):
         if not any(path.startswith(start) and header in headers
                    for start, headers in SYSTEM_HEADERS.items()):
             return f"system header <{header}> outside platform/"
@@ -117,14 +121,14 @@ def check_file(root, path, graph):
                 problem = check_quoted(root, path, include[1])
             elif include:
                 problem = check_angled(path, include[2])
-            elif CONDITION.match(line) and not path.startswith(CONDITIONAL_ROOMS):
+            elif CONDITION.match(line) and not path.startswith(CONDITIONAL):
                 problem = "conditional compilation outside platform/"
             if problem:
                 yield f"{path}:{number}: {problem}"
 
 
 def circles(graph):
-    """One line for each circle of includes that a walk through `graph` closes."""
+    """One line for each circle of includes that `graph` holds."""
     done, way = set(), []
 
     def walk(path):
@@ -146,8 +150,8 @@ def circles(graph):
 def violations(root):
     graph, found = {}, []
     for path in sources(root):
-        if room_of(path) is None:
-            found.append(f"{path}: stands in no room")
+        if module_of(path) is None:
+            found.append(f"{path}: is in no module")
         else:
             found.extend(check_file(root, path, graph))
     found.extend(circles(graph))

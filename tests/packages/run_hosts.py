@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Runs a host program against the local server and looks at what the server saw.
+"""Runs each host program of a folder against the local server and looks at what the server saw.
 
-    run_host.py SERVER HOST
+    run_hosts.py SERVER FOLDER
 """
 import json
 import os
@@ -27,12 +27,18 @@ def run(server_program, host_program, home):
 
 
 def main():
-    with tempfile.TemporaryDirectory() as home:
-        requests = run(*sys.argv[1:3], home)
-    events = [each["body"] for each in requests if each["path"] == "/sdkListenerEvent"]
-    seen = [(each["name"], each.get("items")) for each in events]
-    print(*seen, sep="\n")
-    return 0 if seen.count(("basket_opened", 3)) == 1 else 1
+    server, folder = sys.argv[1:3]
+    hosts = sorted(os.listdir(folder))
+    assert hosts
+    wrong = 0
+    for host in hosts:
+        with tempfile.TemporaryDirectory() as home:
+            requests = run(server, os.path.join(folder, host), home)
+        events = [each["body"] for each in requests if each["path"] == "/sdkListenerEvent"]
+        seen = [(each["name"], each.get("items")) for each in events]
+        print(host, *seen, sep="\n")
+        wrong += seen.count(("basket_opened", 3)) != 1
+    return wrong
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/SelectedOperator.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 
 #include <array>
 
