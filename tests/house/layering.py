@@ -33,14 +33,13 @@ FLOOR = {room: number for number, rooms in enumerate(FLOORS) for room in rooms}
 BESIDE = {
     "platform/linux/": [KIT + "ports/", KIT + "core/"],
     "testing/": [KIT + "ports/", KIT + "core/"],
-    "apps/server/": [],
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
 FACADE = (KIT + "core/Kifo.", KIT + "core/KifoShutDown.")
 ROOMS = sorted([*FLOOR, *BESIDE], key=len, reverse=True)
 
 QT_ROOMS = (KIT + "inapp/views/", "platform/qt/", "apps/")
-NO_QT_ROOMS = ("apps/server/", "apps/demo/headless/")
+NO_QT_ROOMS = ("apps/demo/headless/",)
 # The kit is linked without Qt, so nothing of it may reach for the rooms that need it.
 UI_ROOMS = (KIT + "inapp/views/", "platform/qt/")
 SYSTEM_ROOMS = ("platform/", "apps/", "testing/")

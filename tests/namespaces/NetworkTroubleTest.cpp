@@ -93,7 +93,7 @@ TEST_F(NetworkTrouble, ARequestThatRanOutOfTimeIsSentAgainWhenTheNetworkIsBack) 
 TEST_F(NetworkTrouble, AnAnswerThatBreaksOffIsNoAnswer) {
   start();
   ASSERT_TRUE(drains());
-  server_->setFaults({.connection = server::Faults::Connection::DIE, .times = 1});
+  server_->setFaults({.connection = Faults::Connection::DIE, .times = 1});
   send("cut", 1);
   ASSERT_TRUE(awaitReceived("cut", 1));
   ASSERT_TRUE(awaitAnswers());

@@ -1,11 +1,11 @@
-#include "apps/server/LocalServer.h"
+#include "testing/server/LocalServer.h"
 
 #include <gtest/gtest.h>
 #include <httplib.h>
 
 #include <thread>
 
-namespace kifo::server {
+namespace kifo::testing {
 namespace {
 
 using namespace std::chrono_literals;
@@ -152,4 +152,4 @@ TEST_F(LocalServerTest, takes_faults_by_http_and_refuses_what_is_none) {
 }
 
 }  // namespace
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -37,7 +37,7 @@ class KioskTokens final : public TokenServiceProtocol {
   void getToken(Completion completion) override { completion(tokenOfTheDay); }
 };
 
-KifoInitConfig configurationFor(const server::LocalServer& server) {
+KifoInitConfig configurationFor(const testing::LocalServer& server) {
   KifoInitConfig configuration;
   configuration.bundle = {"com.example.kiosk"};
   configuration.apiUri = server.apiUri();
@@ -229,7 +229,7 @@ bool Day::change(const std::function<void()>& change, const std::string& status)
 }
 
 bool Day::settle() {
-  const auto arrived = [&](const server::RequestLog::Requests& requests) {
+  const auto arrived = [&](const testing::RequestLog::Requests& requests) {
     return static_cast<std::size_t>(std::ranges::count_if(requests, [](const auto& request) {
              return request->path == "/sdkListenerEvent";
            })) >= expectations_.count();

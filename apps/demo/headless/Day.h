@@ -10,7 +10,7 @@
 #include "apps/demo/headless/HostLog.h"
 #include "apps/demo/headless/Network.h"
 #include "apps/demo/headless/Screens.h"
-#include "apps/server/LocalServer.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::demo {
 
@@ -56,7 +56,7 @@ class Day {
 
   const std::filesystem::path home_;
   Network& network_;
-  server::LocalServer server_;
+  testing::LocalServer server_;
   const std::shared_ptr<HostLog> host_;
   Expectations expectations_;
 };

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <set>
 
-#include "apps/server/EventText.h"
+#include "testing/server/EventText.h"
 
 namespace kifo::demo {
 
@@ -29,20 +29,20 @@ std::size_t Expectations::count() const {
       std::ranges::count_if(expected_, [](const Expected& each) { return !each.isOptional; }));
 }
 
-void Expectations::print(const server::RequestLog::Requests& received, const HostLog& host) {
+void Expectations::print(const testing::RequestLog::Requests& received, const HostLog& host) {
   std::printf("\n  #  time      event              request   sent     parameters of its own\n");
   int number = 0;
   for (const auto& request : received) {
     const auto id = request->text("requestId");
     std::printf("%3d  %s  %-17s  %s  %-7s  %s\n", ++number,
-                server::clockTime(request->time).c_str(), request->text("name").c_str(),
+                testing::clockTime(request->time).c_str(), request->text("name").c_str(),
                 shortId(id).c_str(), host.wasResent(id) ? "again" : "fresh",
-                request->json ? server::particulars(*request->json).c_str() : "(no JSON)");
+                request->json ? testing::particulars(*request->json).c_str() : "(no JSON)");
   }
   std::printf("\n");
 }
 
-std::vector<std::string> Expectations::faults(const server::RequestLog::Requests& received,
+std::vector<std::string> Expectations::faults(const testing::RequestLog::Requests& received,
                                               const HostLog& host) const {
   std::vector<std::string> faults;
   std::set<std::string> ids;
@@ -74,7 +74,7 @@ std::vector<std::string> Expectations::faults(const server::RequestLog::Requests
   return faults;
 }
 
-bool Expectations::matches(const Expected& expected, const server::ReceivedRequest& request) {
+bool Expectations::matches(const Expected& expected, const testing::ReceivedRequest& request) {
   if (request.text("name") != expected.name) return false;
   return std::ranges::all_of(expected.parameters.items(), [&](const auto& item) {
     return request.json->contains(item.key()) && (*request.json)[item.key()] == item.value();

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "apps/demo/headless/HostLog.h"
-#include "apps/server/RequestLog.h"
+#include "testing/server/RequestLog.h"
 
 namespace kifo::demo {
 
@@ -25,10 +25,10 @@ class Expectations {
   [[nodiscard]] std::size_t count() const;
 
   /// Prints what the server received, as a table.
-  static void print(const server::RequestLog::Requests& received, const HostLog& host);
+  static void print(const testing::RequestLog::Requests& received, const HostLog& host);
 
   /// What is missing, unexpected, doubled, out of order or sent the wrong way; empty: all is well.
-  [[nodiscard]] std::vector<std::string> faults(const server::RequestLog::Requests& received,
+  [[nodiscard]] std::vector<std::string> faults(const testing::RequestLog::Requests& received,
                                                 const HostLog& host) const;
 
  private:
@@ -39,7 +39,7 @@ class Expectations {
     bool isOptional = false;
   };
 
-  static bool matches(const Expected& expected, const server::ReceivedRequest& request);
+  static bool matches(const Expected& expected, const testing::ReceivedRequest& request);
 
   std::vector<Expected> expected_;
 };

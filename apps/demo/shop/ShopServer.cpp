@@ -12,7 +12,7 @@ namespace {
 /// Where the campaigns' pictures are said to lie.
 constexpr const char* kSampleAddress = "http://127.0.0.1:8080";
 
-QString detailOf(const server::ReceivedRequest& event) {
+QString detailOf(const testing::ReceivedRequest& event) {
   for (const char* key : {"responseText", "responseType", "page_name", "code", "product"}) {
     if (const std::string text = event.text(key); !text.empty())
       return QString::fromStdString(text);
@@ -37,7 +37,7 @@ const char* pushPictureOf(const Product& product) {
 }  // namespace
 
 ShopServer::ShopServer(QObject* parent) : QObject(parent) {
-  server_.observe([this](const server::ReceivedRequest& request) {
+  server_.observe([this](const testing::ReceivedRequest& request) {
     const std::string name = request.text("name");
     if (!name.empty()) Q_EMIT heard(QString::fromStdString(name), detailOf(request));
   });
@@ -54,8 +54,8 @@ bool ShopServer::start() {
 void ShopServer::servePictures() {
   const auto serve = [this](const std::string& name, const QImage& image) {
     const std::string bytes = png(image).toStdString();
-    server_.respond("/images/" + name + ".png", [bytes](const server::ReceivedRequest&) {
-      return server::LocalServer::Answer{.body = bytes, .contentType = "image/png"};
+    server_.respond("/images/" + name + ".png", [bytes](const testing::ReceivedRequest&) {
+      return testing::LocalServer::Answer{.body = bytes, .contentType = "image/png"};
     });
   };
   const QSize size(1040, 520);
@@ -71,12 +71,12 @@ void ShopServer::servePictures() {
 }
 
 void ShopServer::servePushes() {
-  server_.respond("/push", [this](const server::ReceivedRequest& request) {
+  server_.respond("/push", [this](const testing::ReceivedRequest& request) {
     if (!request.json || !request.json->is_object()) {
-      return server::LocalServer::Answer{.status = 400, .body = R"({"error":"no JSON object"})"};
+      return testing::LocalServer::Answer{.status = 400, .body = R"({"error":"no JSON object"})"};
     }
     Q_EMIT pushed(QByteArray::fromStdString(request.body));
-    return server::LocalServer::Answer{.body = "{}"};
+    return testing::LocalServer::Answer{.body = "{}"};
   });
 }
 

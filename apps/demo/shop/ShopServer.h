@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QString>
 
-#include "apps/server/LocalServer.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::shop {
 
@@ -21,7 +21,7 @@ class ShopServer : public QObject {
   /// False when no port can be had.
   bool start();
 
-  [[nodiscard]] server::LocalServer& server() { return server_; }
+  [[nodiscard]] testing::LocalServer& server() { return server_; }
 
  Q_SIGNALS:
   /// An event arrived; `detail` says the most telling of its particulars.
@@ -34,7 +34,7 @@ class ShopServer : public QObject {
   void serveCampaigns();
   void servePushes();
 
-  server::LocalServer server_;
+  testing::LocalServer server_;
 };
 
 }  // namespace kifo::shop

@@ -33,7 +33,7 @@ bool hasDisplay() {
   return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
-void startSdk(const server::LocalServer& server, std::shared_ptr<NotificationCentre> pushes,
+void startSdk(const testing::LocalServer& server, std::shared_ptr<NotificationCentre> pushes,
               const QString& home, bool isVerbose) {
   LinuxPlatformOptions options;
   options.documentsDirectory = home.toStdString();

@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "apps/server/LocalServer.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::shop {
 
@@ -11,7 +11,7 @@ namespace kifo::shop {
 /// **Threading:** UI thread only; waiting runs the event loop.
 class Ear {
  public:
-  explicit Ear(server::LocalServer& server) : server_(server) {}
+  explicit Ear(testing::LocalServer& server) : server_(server) {}
 
   /// Waits for the one event that has all these values; a null says that the key must be absent.
   /// False, with the reason printed, when none comes or more than one came.
@@ -23,7 +23,7 @@ class Ear {
  private:
   [[nodiscard]] std::size_t matches(const nlohmann::json& event) const;
 
-  server::LocalServer& server_;
+  testing::LocalServer& server_;
 };
 
 }  // namespace kifo::shop

@@ -11,7 +11,7 @@
 
 namespace kifo::shop {
 
-Tour::Tour(QWidget& window, server::LocalServer& server, PushTourDesktop& desktop,
+Tour::Tour(QWidget& window, testing::LocalServer& server, PushTourDesktop& desktop,
            const QString& folder)
     : window_(window), visitor_(window, folder), ear_(server), desktop_(desktop) {}
 

@@ -17,7 +17,7 @@ namespace kifo::shop {
 class Tour {
  public:
   /// Pictures go to `folder`; `desktop` is where the shop's pushes are shown.
-  Tour(QWidget& window, server::LocalServer& server, PushTourDesktop& desktop,
+  Tour(QWidget& window, testing::LocalServer& server, PushTourDesktop& desktop,
        const QString& folder);
 
   /// Whether all went as it should; what did not was printed.

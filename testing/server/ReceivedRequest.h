@@ -8,7 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 /// One request as it came off the wire.
 ///
@@ -45,4 +45,4 @@ struct ReceivedRequest {
 /// The name and value pairs of a query: percent sequences decoded, "+" read as a blank.
 std::map<std::string, std::string> parseQuery(std::string_view query);
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -1,10 +1,10 @@
-#include "apps/server/Faults.h"
+#include "testing/server/Faults.h"
 
 #include <array>
 #include <string_view>
 #include <utility>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 namespace {
 
@@ -87,4 +87,4 @@ std::optional<Faults> Faults::fromJson(const Json& json, std::string& problem) {
   return faults;
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

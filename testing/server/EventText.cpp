@@ -1,9 +1,9 @@
-#include "apps/server/EventText.h"
+#include "testing/server/EventText.h"
 
 #include <ctime>
 #include <set>
 
-namespace kifo::server {
+namespace kifo::testing {
 namespace {
 
 const std::set<std::string>& commonKeys() {
@@ -43,4 +43,4 @@ std::string particulars(const nlohmann::json& event, const std::string& separato
   return text;
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -9,7 +9,7 @@
 
 #include <httplib.h>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 /// The server's threads: made as connections come, up to a bound. A connection holds its thread
 /// while it is kept alive; when all threads are held, `crowded` is called so that an idle one is
@@ -39,4 +39,4 @@ class WorkerPool : public httplib::TaskQueue {
   bool stopped_ = false;
 };
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 /// Where the in-app answer comes from: a text, a JSON file, or a folder of JSON files. Files are
 /// read again when they change, so that an author sees the next page entry bring the new campaign.
@@ -43,4 +43,4 @@ class CampaignSource {
   Stamps stamps_;
 };
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -1,6 +1,6 @@
-#include "apps/server/WorkerPool.h"
+#include "testing/server/WorkerPool.h"
 
-namespace kifo::server {
+namespace kifo::testing {
 
 void WorkerPool::enqueue(std::function<void()> task) {
   bool crowded = false;
@@ -43,4 +43,4 @@ void WorkerPool::work() {
   }
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -1,4 +1,4 @@
-#include "apps/server/HttpConnection.h"
+#include "testing/server/HttpConnection.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 namespace {
 
@@ -124,4 +124,4 @@ bool HttpConnection::fill() {
   return true;
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

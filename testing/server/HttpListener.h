@@ -8,9 +8,9 @@
 
 #include <httplib.h>
 
-#include "apps/server/HttpConnection.h"
+#include "testing/server/HttpConnection.h"
 
-namespace kifo::server {
+namespace kifo::testing {
 
 /// A listening socket and the threads that serve its connections. Made for one start; a restart
 /// makes a new one.
@@ -50,4 +50,4 @@ class HttpListener : private httplib::Server {
   bool stopping_ = false;
 };
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -1,14 +1,14 @@
-#include "apps/server/HttpListener.h"
+#include "testing/server/HttpListener.h"
 
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <future>
 
-#include "apps/server/ReceivedRequest.h"
-#include "apps/server/WorkerPool.h"
+#include "testing/server/ReceivedRequest.h"
+#include "testing/server/WorkerPool.h"
 
-namespace kifo::server {
+namespace kifo::testing {
 
 namespace {
 
@@ -134,4 +134,4 @@ void HttpListener::releaseIdle() {
   }
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

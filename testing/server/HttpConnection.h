@@ -5,7 +5,7 @@
 
 #include <httplib.h>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 /// One accepted connection, as the HTTP library reads and writes it.
 ///
@@ -54,4 +54,4 @@ class HttpConnection : public httplib::Stream {
   std::size_t position_ = 0;
 };
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -1,11 +1,11 @@
-#include "apps/server/ReceivedRequest.h"
+#include "testing/server/ReceivedRequest.h"
 
 #include <strings.h>
 
 #include <algorithm>
 #include <charconv>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 namespace {
 
@@ -68,4 +68,4 @@ std::map<std::string, std::string> parseQuery(std::string_view query) {
   return result;
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 /// How the server misbehaves. All together may be set; what is not set is done well.
 ///
@@ -49,4 +49,4 @@ struct Faults {
   static std::optional<Faults> fromJson(const nlohmann::json& json, std::string& problem);
 };
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -1,11 +1,11 @@
-#include "apps/server/LocalServer.h"
+#include "testing/server/LocalServer.h"
 
 #include <algorithm>
 #include <chrono>
 
-#include "apps/server/HttpListener.h"
+#include "testing/server/HttpListener.h"
 
-namespace kifo::server {
+namespace kifo::testing {
 
 namespace {
 
@@ -232,4 +232,4 @@ bool LocalServer::waitOut(double seconds) {
                             [this] { return !running_; });
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

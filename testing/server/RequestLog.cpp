@@ -1,9 +1,9 @@
-#include "apps/server/RequestLog.h"
+#include "testing/server/RequestLog.h"
 
 #include <algorithm>
 #include <iterator>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 RequestLog::Request RequestLog::add(ReceivedRequest request) {
   const std::lock_guard lock(mutex_);
@@ -45,4 +45,4 @@ bool RequestLog::waitFor(const std::function<bool(const Requests&)>& condition, 
   return arrived_.wait_for(lock, bound, [&] { return condition(requests_); });
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

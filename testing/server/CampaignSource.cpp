@@ -1,4 +1,4 @@
-#include "apps/server/CampaignSource.h"
+#include "testing/server/CampaignSource.h"
 
 #include <fstream>
 #include <iterator>
@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace kifo::server {
+namespace kifo::testing {
 
 namespace {
 
@@ -101,4 +101,4 @@ void CampaignSource::reread() {
   answer_ = whole.dump();
 }
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

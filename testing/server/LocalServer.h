@@ -7,16 +7,16 @@
 #include <mutex>
 #include <string>
 
-#include "apps/server/CampaignSource.h"
-#include "apps/server/Faults.h"
-#include "apps/server/RequestLog.h"
+#include "testing/server/CampaignSource.h"
+#include "testing/server/Faults.h"
+#include "testing/server/RequestLog.h"
 
 namespace httplib {
 struct Request;
 struct Response;
 }  // namespace httplib
 
-namespace kifo::server {
+namespace kifo::testing {
 
 class HttpConnection;
 class HttpListener;
@@ -24,7 +24,7 @@ class HttpListener;
 /// A server for the SDK to talk to, on this machine: it answers the in-app query with campaigns,
 /// takes events, keeps what it receives, and misbehaves on request.
 ///
-///     kifo::server::LocalServer server;
+///     kifo::testing::LocalServer server;
 ///     server.start();                                    // a free port of the loopback
 ///     configuration.apiUri = server.apiUri();
 ///     configuration.listenerUri = server.listenerUri();
@@ -113,4 +113,4 @@ class LocalServer {
   Observer observer_;
 };
 
-}  // namespace kifo::server
+}  // namespace kifo::testing

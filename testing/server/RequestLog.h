@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/server/ReceivedRequest.h"
+#include "testing/server/ReceivedRequest.h"
 
-namespace kifo::server {
+namespace kifo::testing {
 
 /// Every request that the server received, in the order of arrival:
 ///
@@ -43,4 +43,4 @@ class RequestLog {
   Requests requests_;  // Guarded by mutex_.
 };
 
-}  // namespace kifo::server
+}  // namespace kifo::testing
