@@ -1,9 +1,15 @@
 #include "testing/server/LocalServer.h"
 
+#include <arpa/inet.h>
+#include <microhttpd.h>
+#include <netinet/in.h>
+
 #include <algorithm>
 #include <chrono>
-
-#include "testing/server/HttpListener.h"
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace kifo::testing {
 
@@ -11,74 +17,73 @@ namespace {
 
 constexpr auto jsonType = "application/json";
 constexpr auto goodAnswer = R"({"code":0,"message":"ok"})";
-
-// The HTTP library adds these to what was received.
-constexpr const char* addedHeaders[] = {"REMOTE_ADDR", "REMOTE_PORT", "LOCAL_ADDR", "LOCAL_PORT"};
-
-ReceivedRequest received(const httplib::Request& request) {
-  ReceivedRequest result;
-  result.time = std::chrono::duration_cast<std::chrono::milliseconds>(
-                    std::chrono::system_clock::now().time_since_epoch())
-                    .count();
-  result.method = request.method;
-  result.path = request.path;
-  result.target = request.target;
-  if (const auto query = request.target.find('?'); query != std::string::npos) {
-    result.query = parseQuery(std::string_view(request.target).substr(query + 1));
-  }
-  result.headers.insert(request.headers.begin(), request.headers.end());
-  for (const auto* name : addedHeaders) result.headers.erase(name);
-  result.body = request.body;
-  auto json = nlohmann::json::parse(request.body, nullptr, /*allow_exceptions=*/false);
-  if (!json.is_discarded()) result.json = std::move(json);
-  result.remotePort = request.remote_port;
-  return result;
-}
+constexpr std::size_t memoryOfAConnection = 2u << 20;  // Half of it is the read buffer.
+constexpr unsigned mostConnections = 10'000;
 
 std::string dumped(const nlohmann::json& json) {
   return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-void sendHuge(httplib::Response& response, std::size_t size) {
-  static const std::string start = R"({"message":")";
-  static const std::string end = R"("})";
-  size = std::max(size, start.size() + end.size());
-  response.set_content_provider(
-      size, jsonType, [size](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-        std::string chunk(std::min<std::size_t>(length, 65536), 'a');
-        for (std::size_t i = 0; i < chunk.size(); ++i) {
-          const auto at = offset + i;
-          if (at < start.size()) chunk[i] = start[at];
-          if (at >= size - end.size()) chunk[i] = end[at - (size - end.size())];
-        }
-        return sink.write(chunk.data(), chunk.size());
-      });
-}
+/// A body as it is sent: `head`, as many "a" as are missing, and `tail`, `size` bytes in all. The
+/// connection breaks at `end`.
+struct Body {
+  std::string head;
+  std::string tail;
+  std::uint64_t size = head.size() + tail.size();
+  std::uint64_t end = size;
 
-void sendHalf(httplib::Response& response, const std::string& body, HttpConnection& connection) {
-  const auto size = std::max<std::size_t>(body.size(), 2);
-  response.set_content_provider(
-      size, jsonType, [body, &connection](std::size_t, std::size_t, httplib::DataSink& sink) {
-        sink.write(body.data(), body.size() / 2);
-        connection.cut();
-        return false;
-      });
-}
+  static ssize_t read(void* context, std::uint64_t position, char* out, std::size_t most) {
+    const auto& body = *static_cast<const Body*>(context);
+    if (position >= body.end) return MHD_CONTENT_READER_END_WITH_ERROR;
+    most = std::min(most, body.end - position);
+    const std::uint64_t filled = body.size - body.tail.size();
+    if (position < body.head.size()) return body.head.copy(out, most, position);
+    if (position >= filled) return body.tail.copy(out, most, position - filled);
+    most = std::min(most, filled - position);
+    std::memset(out, 'a', most);
+    return static_cast<ssize_t>(most);
+  }
+};
 
-void sendBody(httplib::Response& response, const Faults& faults,
-              const LocalServer::Answer& answer) {
+Body bodyOf(const Faults& faults, std::string good) {
   switch (faults.body) {
     case Faults::Body::GOOD:
-      return response.set_content(answer.body, answer.contentType);
+      break;
     case Faults::Body::TRUNCATED:
-      return response.set_content(answer.body.substr(0, answer.body.size() / 2), jsonType);
+      return {good.substr(0, good.size() / 2), ""};
     case Faults::Body::INVALID_UTF8:
-      return response.set_content("{\"message\":\"\xff\xfe\xc0\"}", jsonType);
+      return {"{\"message\":\"\xff\xfe\xc0\"}", ""};
     case Faults::Body::EMPTY:
-      return response.set_content("", jsonType);
-    case Faults::Body::HUGE_BODY:
-      return sendHuge(response, faults.bodySize);
+      return {"", ""};
+    case Faults::Body::HUGE_BODY: {
+      Body body{R"({"message":")", R"("})"};
+      body.size = body.end = std::max<std::uint64_t>(faults.bodySize, body.size);
+      return body;
+    }
   }
+  return {std::move(good), ""};
+}
+
+/// An address of either family as the system wants it.
+sockaddr_storage addressOf(const std::string& host, int port) {
+  sockaddr_storage address{};
+  auto& four = reinterpret_cast<sockaddr_in&>(address);
+  auto& six = reinterpret_cast<sockaddr_in6&>(address);
+  if (inet_pton(AF_INET, host.c_str(), &four.sin_addr) == 1) {
+    four.sin_family = AF_INET;
+    four.sin_port = htons(static_cast<std::uint16_t>(port));
+  } else if (inet_pton(AF_INET6, host.c_str(), &six.sin6_addr) == 1) {
+    six.sin6_family = AF_INET6;
+    six.sin6_port = htons(static_cast<std::uint16_t>(port));
+  }
+  return address;
+}
+
+int remotePort(MHD_Connection* connection) {
+  const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+  // The port lies at the same place in both families' addresses.
+  const auto* address = reinterpret_cast<const sockaddr_in*>(info->client_addr);
+  return ntohs(address->sin_port);
 }
 
 }  // namespace
@@ -86,6 +91,72 @@ void sendBody(httplib::Response& response, const Faults& faults,
 struct LocalServer::Hit {
   Faults faults;
   int status = 0;  // In place of the answer's own; 0: none.
+};
+
+struct LocalServer::Reply {
+  Answer answer;       // Without its body.
+  bool isSent = true;  // Otherwise the connection is closed without a byte.
+  Body body = {"", ""};
+};
+
+/// What the HTTP library calls, each on the thread of the connection.
+struct LocalServer::Callbacks {
+  struct Exchange {
+    ReceivedRequest request;
+    bool isBegun = false;
+  };
+
+  /// Comes first, with the request's target as it was written.
+  static void* target(void*, const char* target, MHD_Connection*) {
+    auto* exchange = new Exchange;
+    exchange->request.target = target;
+    return exchange;
+  }
+
+  /// Comes with the headers, then with each piece of the body, and at last with none.
+  static MHD_Result request(void* server, MHD_Connection* connection, const char* path,
+                            const char* method, const char*, const char* piece, std::size_t* size,
+                            void** context) {
+    auto& exchange = *static_cast<Exchange*>(*context);
+    if (!std::exchange(exchange.isBegun, true)) return MHD_YES;
+    if (*size > 0) {
+      exchange.request.body.append(piece, std::exchange(*size, 0));
+      return MHD_YES;
+    }
+    auto& request = exchange.request;
+    request.method = method;
+    request.path = path;
+    request.remotePort = remotePort(connection);
+    MHD_get_connection_values(connection, MHD_HEADER_KIND, header, &request.headers);
+    request.complete();
+    return send(connection, static_cast<LocalServer*>(server)->handle(std::move(request)));
+  }
+
+  static MHD_Result header(void* headers, MHD_ValueKind, const char* name, const char* value) {
+    static_cast<decltype(ReceivedRequest::headers)*>(headers)->emplace(name, value ? value : "");
+    return MHD_YES;
+  }
+
+  static MHD_Result send(MHD_Connection* connection, Reply reply) {
+    if (!reply.isSent) return MHD_NO;
+    constexpr std::size_t block = 64u << 10;
+    auto* body = new Body(std::move(reply.body));
+    MHD_Response* response = MHD_create_response_from_callback(
+        body->size, block, Body::read, body, [](void* sent) { delete static_cast<Body*>(sent); });
+    MHD_add_response_header(response, "Content-Type", reply.answer.contentType.c_str());
+    for (const auto& [name, value] : reply.answer.headers) {
+      MHD_add_response_header(response, name.c_str(), value.c_str());
+    }
+    const auto result =
+        MHD_queue_response(connection, static_cast<unsigned>(reply.answer.status), response);
+    MHD_destroy_response(response);
+    return result;
+  }
+
+  static void end(void*, MHD_Connection*, void** context, MHD_RequestTerminationCode) {
+    delete static_cast<Exchange*>(*context);
+    *context = nullptr;
+  }
 };
 
 LocalServer::LocalServer() : LocalServer(Options()) {}
@@ -97,20 +168,31 @@ LocalServer::~LocalServer() {
 }
 
 int LocalServer::start() {
-  if (listener_) return port_;
+  if (daemon_ != nullptr) return port_;
   {
     const std::lock_guard lock(mutex_);
     running_ = true;
   }
-  auto listener = std::make_unique<HttpListener>(
-      options_.threads,
-      [this](const httplib::Request& request, httplib::Response& response,
-             HttpConnection& connection) { handle(request, response, connection); });
-  const int bound = listener->start(options_.host, port_);
-  if (bound == 0) return 0;
-  listener_ = std::move(listener);
-  port_ = bound;
-  return bound;
+  const sockaddr_storage address = addressOf(options_.host, port_);
+  unsigned flags = MHD_USE_THREAD_PER_CONNECTION | MHD_USE_POLL_INTERNAL_THREAD;
+  if (address.ss_family == AF_INET6) flags |= MHD_USE_DUAL_STACK;
+  std::vector<MHD_OptionItem> options;
+  if (!options_.certificate.empty()) {
+    flags |= MHD_USE_TLS;
+    options.push_back(
+        {MHD_OPTION_HTTPS_MEM_CERT, 0, const_cast<char*>(options_.certificate.c_str())});
+    options.push_back(
+        {MHD_OPTION_HTTPS_MEM_KEY, 0, const_cast<char*>(options_.privateKey.c_str())});
+  }
+  options.push_back({MHD_OPTION_END, 0, nullptr});
+  daemon_ = MHD_start_daemon(flags, 0, nullptr, nullptr, Callbacks::request, this,
+                             MHD_OPTION_SOCK_ADDR, &address, MHD_OPTION_URI_LOG_CALLBACK,
+                             Callbacks::target, nullptr, MHD_OPTION_NOTIFY_COMPLETED,
+                             Callbacks::end, nullptr, MHD_OPTION_CONNECTION_MEMORY_LIMIT,
+                             memoryOfAConnection, MHD_OPTION_CONNECTION_LIMIT, mostConnections,
+                             MHD_OPTION_ARRAY, options.data(), MHD_OPTION_END);
+  if (daemon_ == nullptr) return 0;
+  return port_ = MHD_get_daemon_info(daemon_, MHD_DAEMON_INFO_BIND_PORT)->port;
 }
 
 void LocalServer::stop() {
@@ -119,11 +201,12 @@ void LocalServer::stop() {
     running_ = false;
   }
   stopped_.notify_all();
-  listener_.reset();
+  if (daemon_ != nullptr) MHD_stop_daemon(std::exchange(daemon_, nullptr));
 }
 
 std::string LocalServer::uri() const {
-  return "http://" + options_.host + ":" + std::to_string(port_);
+  return (options_.certificate.empty() ? "http://" : "https://") + options_.host + ":" +
+         std::to_string(port_);
 }
 
 Faults LocalServer::faults() const {
@@ -147,56 +230,50 @@ void LocalServer::observe(Observer observer) {
   observer_ = std::move(observer);
 }
 
-void LocalServer::handle(const httplib::Request& request, httplib::Response& response,
-                         HttpConnection& connection) {
-  if (handleControl(request, response)) return;
-  auto incoming = received(request);
-  const Hit hit = this->hit(incoming.path);
-  const Answer answer = answerTo(incoming);
-  const bool dropped = hit.faults.connection == Faults::Connection::DROP;
-  incoming.status = dropped ? 0 : hit.status != 0 ? hit.status : answer.status;
-  const auto kept = requests_.add(std::move(incoming));
+LocalServer::Reply LocalServer::handle(ReceivedRequest request) {
+  if (auto answer = control(request)) {
+    Body body{std::move(answer->body), ""};
+    return {*std::move(answer), true, std::move(body)};
+  }
+  const Hit hit = this->hit(request.path);
+  Answer answer = answerTo(request);
+  const bool isDropped = hit.faults.connection == Faults::Connection::DROP;
+  if (hit.status != 0) answer.status = hit.status;
+  request.status = isDropped ? 0 : answer.status;
+  const auto kept = requests_.add(std::move(request));
   Observer observer;
   {
     const std::lock_guard lock(mutex_);
     observer = observer_;
   }
   if (observer) observer(*kept);
-  if (!waitOut(hit.faults.latency) || dropped) return connection.cut();
-  response.status = kept->status;
-  for (const auto& [name, value] : answer.headers) response.set_header(name, value);
+  if (!waitOut(hit.faults.latency) || isDropped) return {{}, false};
+  if (hit.faults.body != Faults::Body::GOOD) answer.contentType = jsonType;
+  Body body = bodyOf(hit.faults, std::move(answer.body));
   if (hit.faults.connection == Faults::Connection::DIE) {
-    return sendHalf(response, answer.body, connection);
+    body.size = std::max<std::uint64_t>(body.size, 2);
+    body.end = body.size / 2;
   }
-  sendBody(response, hit.faults, answer);
+  return {std::move(answer), true, std::move(body)};
 }
 
-bool LocalServer::handleControl(const httplib::Request& request, httplib::Response& response) {
-  if (request.path == "/faults") {
-    handleFaults(request, response);
-    return true;
-  }
-  if (request.path != "/requests") return false;
+std::optional<LocalServer::Answer> LocalServer::control(const ReceivedRequest& request) {
+  if (request.path == "/faults") return controlFaults(request);
+  if (request.path != "/requests") return std::nullopt;
   if (request.method == "DELETE") requests_.clear();
   auto list = nlohmann::json::array();
   for (const auto& each : requests_.all()) list.push_back(each->toJson());
-  response.set_content(dumped(list), jsonType);
-  return true;
+  return Answer{200, dumped(list)};
 }
 
-void LocalServer::handleFaults(const httplib::Request& request, httplib::Response& response) {
+LocalServer::Answer LocalServer::controlFaults(const ReceivedRequest& request) {
   if (request.method == "POST") {
     std::string problem;
-    const auto wanted = Faults::fromJson(
-        nlohmann::json::parse(request.body, nullptr, /*allow_exceptions=*/false), problem);
-    if (!wanted) {
-      response.status = 400;
-      response.set_content(dumped({{"code", 400}, {"message", problem}}), jsonType);
-      return;
-    }
+    const auto wanted = Faults::fromJson(request.json.value_or(nullptr), problem);
+    if (!wanted) return {400, dumped({{"code", 400}, {"message", problem}})};
     setFaults(*wanted);
   }
-  response.set_content(dumped(faults().toJson()), jsonType);
+  return {200, dumped(faults().toJson())};
 }
 
 LocalServer::Answer LocalServer::answerTo(const ReceivedRequest& request) {

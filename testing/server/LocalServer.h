@@ -3,23 +3,18 @@
 #include <condition_variable>
 #include <functional>
 #include <map>
-#include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "testing/server/CampaignSource.h"
 #include "testing/server/Faults.h"
 #include "testing/server/RequestLog.h"
 
-namespace httplib {
-struct Request;
-struct Response;
-}  // namespace httplib
+struct MHD_Connection;
+struct MHD_Daemon;
 
 namespace kifo::testing {
-
-class HttpConnection;
-class HttpListener;
 
 /// A server for the SDK to talk to, on this machine: it answers the in-app query with campaigns,
 /// takes events, keeps what it receives, and misbehaves on request.
@@ -36,7 +31,9 @@ class HttpListener;
 /// that it received, a JSON array) and `DELETE /requests`.
 ///
 /// **Threading:** thread-safe, but for `start` and `stop`, which are externally synchronised.
-/// **Errors:** `start` returns 0 when the port cannot be had.
+/// Responders and the observer run on the thread of the connection that the request came on.
+/// **Errors:** `start` returns 0 when the port cannot be had. A request whose target and headers
+/// take more than a megabyte is refused, its connection is closed.
 class LocalServer {
  public:
   struct Options {
@@ -44,7 +41,9 @@ class LocalServer {
     int port = 0;  ///< 0: any free one.
     std::string apiPath = "/getInAppCommunication";
     std::string listenerPath = "/sdkListenerEvent";
-    std::size_t threads = 64;  ///< At most; they are made as connections come.
+    /// Both as PEM: the server then speaks TLS and `uri` begins with "https".
+    std::string certificate = {};
+    std::string privateKey = {};
   };
 
   /// What a host's own address answers.
@@ -86,12 +85,13 @@ class LocalServer {
   void observe(Observer observer);
 
  private:
-  struct Hit;  // What the faults mean for one request.
+  struct Hit;    // What the faults mean for one request.
+  struct Reply;  // What goes back for one request.
+  struct Callbacks;
 
-  void handle(const httplib::Request& request, httplib::Response& response,
-              HttpConnection& connection);
-  bool handleControl(const httplib::Request& request, httplib::Response& response);
-  void handleFaults(const httplib::Request& request, httplib::Response& response);
+  Reply handle(ReceivedRequest request);
+  std::optional<Answer> control(const ReceivedRequest& request);
+  Answer controlFaults(const ReceivedRequest& request);
   Answer answerTo(const ReceivedRequest& request);
   Hit hit(const std::string& path);
   /// False when the server was stopped meanwhile.
@@ -99,7 +99,7 @@ class LocalServer {
 
   const Options options_;
   int port_;
-  std::unique_ptr<HttpListener> listener_;
+  MHD_Daemon* daemon_ = nullptr;  // A thread for each connection.
   CampaignSource campaigns_;
   RequestLog requests_;
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
+#include <utility>
 
 namespace kifo::testing {
 
@@ -30,6 +32,17 @@ std::string decoded(std::string_view text) {
 bool ReceivedRequest::NameLess::operator()(std::string_view left, std::string_view right) const {
   const int order = strncasecmp(left.data(), right.data(), std::min(left.size(), right.size()));
   return order != 0 ? order < 0 : left.size() < right.size();
+}
+
+void ReceivedRequest::complete() {
+  time = std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+             .count();
+  if (const auto start = target.find('?'); start != std::string::npos) {
+    query = parseQuery(std::string_view(target).substr(start + 1));
+  }
+  auto parsed = nlohmann::json::parse(body, nullptr, /*allow_exceptions=*/false);
+  if (!parsed.is_discarded()) json = std::move(parsed);
 }
 
 std::string ReceivedRequest::header(std::string_view name) const {

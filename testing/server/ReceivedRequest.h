@@ -32,6 +32,9 @@ struct ReceivedRequest {
   int remotePort = 0;                  ///< Requests of one connection share it.
   int status = 0;  ///< What is answered; 0: the connection is dropped without an answer.
 
+  /// Sets what follows from the other members: the time, the query and the JSON.
+  void complete();
+
   [[nodiscard]] std::string header(std::string_view name) const;
 
   /// The text under `key` of the JSON body; "" when there is none.
