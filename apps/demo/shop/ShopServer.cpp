@@ -4,8 +4,6 @@
 #include <QFile>
 #include <utility>
 
-#include "apps/demo/shop/Illustrations.h"
-
 namespace kifo::shop {
 namespace {
 
@@ -18,20 +16,6 @@ QString detailOf(const testing::ReceivedRequest& event) {
       return QString::fromStdString(text);
   }
   return {};
-}
-
-/// The name of its picture in the sample push; null for what is not in it.
-const char* pushPictureOf(const Product& product) {
-  switch (product.motif) {
-    case Motif::lamp:
-      return "push-lamp";
-    case Motif::armchair:
-      return "push-chair";
-    case Motif::books:
-      return "push-books";
-    default:
-      return nullptr;
-  }
 }
 
 }  // namespace
@@ -52,22 +36,15 @@ bool ShopServer::start() {
 }
 
 void ShopServer::servePictures() {
-  const auto serve = [this](const std::string& name, const QImage& image) {
-    const std::string bytes = png(image).toStdString();
-    server_.respond("/images/" + name + ".png", [bytes](const testing::ReceivedRequest&) {
+  const QDir folder(QStringLiteral(":/images"));
+  for (const QString& name : folder.entryList(QDir::Files)) {
+    QFile file(folder.filePath(name));
+    file.open(QIODevice::ReadOnly);
+    const std::string bytes = file.readAll().toStdString();
+    server_.respond("/images/" + name.toStdString(), [bytes](const testing::ReceivedRequest&) {
       return testing::LocalServer::Answer{.body = bytes, .contentType = "image/png"};
     });
-  };
-  const QSize size(1040, 520);
-  serve("room-morning", roomImage(size, Daytime::morning));
-  serve("room-noon", roomImage(size, Daytime::noon));
-  serve("room-evening", roomImage(size, Daytime::evening));
-  for (const Product& product : catalogue()) {
-    if (const char* name = pushPictureOf(product)) serve(name, productImage({800, 760}, product));
   }
-  serve("face-sad", faceImage(128, Face::sad));
-  serve("face-fair", faceImage(128, Face::fair));
-  serve("face-happy", faceImage(128, Face::happy));
 }
 
 void ShopServer::servePushes() {
