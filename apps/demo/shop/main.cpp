@@ -109,7 +109,7 @@ int run(QApplication& application, const Wishes& wishes) {
     if (desk) addPushes(window, server, *desk);
     window.show();
     const auto visit = [&] {
-      return shop::Tour(window, server.server(), *desktop, wishes.output).run() ? 0 : 1;
+      return shop::runTour(window, server.server(), *desktop, wishes.output) ? 0 : 1;
     };
     status = desktop ? visit() : application.exec();
   }

@@ -12,8 +12,8 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "apps/kifo/host/Devices.h"
 #include "apps/kifo/host/Host.h"
+#include "apps/kifo/host/HostWindow.h"
 #include "apps/kifo/host/Output.h"
-#include "apps/kifo/host/Stage.h"
 #include "apps/kifo/host/TemporaryHome.h"
 
 namespace kifo::tool {
@@ -58,11 +58,11 @@ int run(const Options& options, std::istream& script) {
   setFatalErrorHandler([](std::string_view message) { endFatally(message); });
   // A reader that goes away is noticed at the next line.
   std::signal(SIGPIPE, SIG_IGN);
-  return runOnStage(output, [&](Stage& stage) {
+  return runInWindow(output, [&](HostWindow& window) {
     Host host({.home = temporary ? temporary->path() : options.home,
                .tellsDecisions = options.tellsDecisions,
                .isLoopbackOnly = options.isLoopbackOnly},
-              output, stage);
+              output, window);
     return host.run(script);
   });
 }

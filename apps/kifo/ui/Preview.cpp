@@ -7,9 +7,9 @@
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "apps/kifo/host/TemporaryHome.h"
 #include "apps/kifo/preview/CampaignFile.h"
+#include "apps/kifo/preview/Judgement.h"
 #include "apps/kifo/preview/LocalPictures.h"
 #include "apps/kifo/preview/PreviewOptions.h"
-#include "apps/kifo/preview/Trial.h"
 #include "apps/kifo/ui/Display.h"
 #include "apps/kifo/ui/Gallery.h"
 #include "apps/kifo/ui/PopupPicture.h"
@@ -64,9 +64,10 @@ std::vector<GalleryEntry> entriesOf(const PreviewOptions& options) {
       for (const auto& campaign : file.campaigns) {
         ++number;
         if (options.item && *options.item != number) continue;
-        auto verdict = tryCampaign(campaign);
+        auto judgement = judge(*campaign);
         entries.push_back({file.name + (isAlone ? "" : "-" + std::to_string(number)),
-                           titleOf(*campaign), verdict.request, verdict.reason, verdict.notes});
+                           titleOf(*campaign), judgement.request, judgement.reason,
+                           judgement.notes});
       }
     } catch (const NoCampaigns& problem) {
       entries.push_back(

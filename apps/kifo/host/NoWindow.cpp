@@ -1,10 +1,10 @@
-// The stage of a build without a toolkit: popups are told and nothing else.
+// The window of a build without a toolkit: popups are told and nothing else.
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "apps/kifo/host/Arguments.h"
+#include "apps/kifo/host/HostWindow.h"
 #include "apps/kifo/host/PopupLine.h"
-#include "apps/kifo/host/Stage.h"
 
 namespace kifo::tool {
 namespace {
@@ -33,9 +33,9 @@ class Screen final : public KifoViewController {
   const std::string className_;
 };
 
-class ReportingStage final : public Stage {
+class NoWindow final : public HostWindow {
  public:
-  explicit ReportingStage(std::shared_ptr<Output> output)
+  explicit NoWindow(std::shared_ptr<Output> output)
       : presenter_(std::make_shared<ReportingPresenter>(std::move(output))) {}
 
   [[nodiscard]] std::shared_ptr<PopupPresenter> presenter() const override { return presenter_; }
@@ -58,9 +58,10 @@ class ReportingStage final : public Stage {
 
 }  // namespace
 
-int runOnStage(const std::shared_ptr<Output>& output, const std::function<int(Stage&)>& script) {
-  ReportingStage stage(output);
-  return script(stage);
+int runInWindow(const std::shared_ptr<Output>& output,
+                const std::function<int(HostWindow&)>& script) {
+  NoWindow window(output);
+  return script(window);
 }
 
 }  // namespace kifo::tool

@@ -19,11 +19,11 @@ namespace kifo::tool {
 /// values. Queues, HTTP, the database and the clock are the system's.
 ///
 /// **Threading:** the script's thread. What it tells the SDK is thread-safe.
-class World {
+class ScriptedPlatform {
  public:
   /// `home` is where the database and the user defaults lie.
-  World(std::string home, std::shared_ptr<Output> output, bool tellsDecisions,
-        std::shared_ptr<PopupPresenter> popups);
+  ScriptedPlatform(std::string home, std::shared_ptr<Output> output, bool tellsDecisions,
+                   std::shared_ptr<PopupPresenter> popups);
 
   /// Puts a platform of this world in force; a second time after the SDK was shut down.
   void install();

@@ -1,4 +1,4 @@
-#include "apps/kifo/host/World.h"
+#include "apps/kifo/host/ScriptedPlatform.h"
 
 #include <utility>
 
@@ -39,8 +39,8 @@ DefaultsValue defaultsValue(const std::string& key, const Value& value) {
 
 }  // namespace
 
-World::World(std::string home, std::shared_ptr<Output> output, bool tellsDecisions,
-             std::shared_ptr<PopupPresenter> popups)
+ScriptedPlatform::ScriptedPlatform(std::string home, std::shared_ptr<Output> output,
+                                   bool tellsDecisions, std::shared_ptr<PopupPresenter> popups)
     : home_(std::move(home)),
       output_(std::move(output)),
       tellsDecisions_(tellsDecisions),
@@ -52,7 +52,7 @@ World::World(std::string home, std::shared_ptr<Output> output, bool tellsDecisio
   reachability_->setFlags(ReachabilityFlags::reachable);
 }
 
-void World::install() {
+void ScriptedPlatform::install() {
   LinuxPlatformOptions options;
   options.documentsDirectory = home_;
   options.applicationIdentifier = "kifo.host";
@@ -76,14 +76,14 @@ void World::install() {
   Platform::install(std::move(platform));
 }
 
-void World::network(const nlohmann::json& value) {
+void ScriptedPlatform::network(const nlohmann::json& value) {
   reachability_->change(flagsOf(value));
   const auto platform = Platform::current();
   platform->reachabilityQueue->sync([] {});
   platform->mainQueue->sync([] {});
 }
 
-void World::device(Arguments arguments) {
+void ScriptedPlatform::device(Arguments arguments) {
   const auto machine = arguments.optionalText("machine");
   const auto version = arguments.optionalText("osVersion");
   const bool namesVendor = arguments.names("vendorIdentifier");
@@ -104,7 +104,7 @@ void World::device(Arguments arguments) {
   if (zone) clock_->zone.set(zone);
 }
 
-void World::location(Arguments arguments) {
+void ScriptedPlatform::location(Arguments arguments) {
   std::optional<std::int64_t> authorization, state;
   if (arguments.has("authorization")) authorization = arguments.integer("authorization", 0, 4);
   if (arguments.has("applicationState")) state = arguments.integer("applicationState", 0, 2);
@@ -122,21 +122,12 @@ void World::location(Arguments arguments) {
                                      : std::nullopt);
 }
 
-void World::defaults(const EventParameters& values) {
+void ScriptedPlatform::defaults(const EventParameters& values) {
   std::vector<std::pair<std::string, DefaultsValue>> read;
   for (const auto& [key, value] : values) read.emplace_back(key, defaultsValue(key, value));
   for (auto& [key, value] : read) {
     Platform::current()->userDefaults->setValue(key, std::move(value));
   }
-}
-
-bool World::isIdle() const {
-  return activity_->outstanding() == 0 && Runtime::current()->inFlight->count() == 0;
-}
-
-std::string World::business() const {
-  return std::to_string(activity_->outstanding()) + " tasks, " +
-         std::to_string(Runtime::current()->inFlight->count()) + " requests under way";
 }
 
 }  // namespace kifo::tool

@@ -1,15 +1,17 @@
-#include "apps/kifo/ui/QtStage.h"
+#include "apps/kifo/ui/QtHostWindow.h"
 
 #include <QApplication>
 #include <QEvent>
+#include <QVBoxLayout>
+#include <algorithm>
 #include <thread>
 #include <utility>
 
 #include "apps/kifo/host/Arguments.h"
 #include "apps/kifo/host/PopupLine.h"
 #include "apps/kifo/ui/Display.h"
-#include "apps/kifo/ui/PopupUser.h"
 #include "platform/qt/QtWindowProvider.h"
+#include "testing/ui/User.h"
 
 namespace kifo::tool {
 namespace {
@@ -35,6 +37,14 @@ PopUpOptions withoutMovement() {
   return options;
 }
 
+/// The place of the option with that id.
+int rowOf(const std::string& id, const PopUpWindowFields::Buttons& options) {
+  const auto option =
+      std::ranges::find_if(options, [&](const auto& each) { return each && each->id == id; });
+  if (option == options.end()) throw BadLine("the popup offers nothing with the id \"" + id + "\"");
+  return static_cast<int>(option - options.begin());
+}
+
 PopupLine lineOf(const PopUpWindow& popup) {
   const auto& fields = popup.fields();
   return {fields.appCommunicationItem, fields.buttons, fields.choices};
@@ -58,45 +68,78 @@ std::size_t WatchedPresenter::alive() {
   return requests_.size();
 }
 
-QtStage::QtStage(std::shared_ptr<Output> output)
+QtHostWindow::QtHostWindow(std::shared_ptr<Output> output)
     : output_(std::move(output)), presenter_(std::make_shared<WatchedPresenter>()) {
+  auto* layout = new QVBoxLayout(&window_);
+  layout->setContentsMargins({});
+  layout->addWidget(&pages_);
   window_.resize(kWindowSize);
   window_.setWindowTitle("kifo host");
   window_.show();
   qApp->installEventFilter(this);
 }
 
-std::shared_ptr<KifoViewController> QtStage::makeScreen(const std::string& name) {
+std::shared_ptr<KifoViewController> QtHostWindow::makeScreen(const std::string& name) {
   std::shared_ptr<KifoViewController> screen;
   onUiThread([&] {
     auto* page = new QWidget;
-    window_.addWidget(page);
+    pages_.addWidget(page);
     screen = std::make_shared<Screen>(name, page);
   });
   return screen;
 }
 
-void QtStage::appear(KifoViewController& screen) {
+void QtHostWindow::appear(KifoViewController& screen) {
   onUiThread([&] {
     screen.viewWillAppear(false);
-    window_.setCurrentWidget(dynamic_cast<Screen&>(screen).widget());
+    pages_.setCurrentWidget(dynamic_cast<Screen&>(screen).widget());
     screen.viewDidAppear(false);
   });
 }
 
-void QtStage::disappear(KifoViewController& screen) {
+void QtHostWindow::disappear(KifoViewController& screen) {
   onUiThread([&] { screen.viewWillDisappear(false); });
 }
 
-void QtStage::perform(const UserAction& action) {
+void QtHostWindow::perform(const UserAction& action) {
   onUiThread([&] {
     PopUpWindow* popup = current();
     if (popup == nullptr) throw BadLine("no popup is shown");
-    PopupUser(*popup).perform(action);
+    performOn(*popup, action);
   });
 }
 
-bool QtStage::isSettled() {
+void QtHostWindow::performOn(PopUpWindow& popup, const UserAction& action) {
+  using Kind = UserAction::Kind;
+  using testing::User;
+  User user(window_);
+  const auto control = [&](const char* name, int index = 0) {
+    return User::checked(user.object(name, index), name);
+  };
+  const auto& fields = popup.fields();
+  switch (action.kind) {
+    case Kind::close:
+      return user.click(control("closeButton"));
+    case Kind::submit:
+      return user.click(control("submitButton"));
+    case Kind::button:
+      return user.click(control("KifoPopupCell", rowOf(action.text, fields.buttons)));
+    case Kind::select: {
+      const bool isSurvey = user.object("selectButton") != nullptr;
+      return user.click(
+          control(isSurvey ? "selectButton" : "emojiButton", rowOf(action.text, fields.choices)));
+    }
+    case Kind::body:
+      return user.clickBeside(control("popupView"));
+    case Kind::type:
+      user.click(control("textField"));
+      return user.type(QString::fromStdString(action.text));
+    case Kind::slide:
+      return user.slide(control("slider"), action.score);
+  }
+}
+
+bool QtHostWindow::isSettled() {
   bool isSettled = false;
   onUiThread([&] {
     std::erase_if(popups_, [](const auto& each) { return each.isNull(); });
@@ -107,7 +150,7 @@ bool QtStage::isSettled() {
   return isSettled;
 }
 
-void QtStage::onUiThread(std::function<void()> task) {
+void QtHostWindow::onUiThread(std::function<void()> task) {
   std::packaged_task<void()> packed(std::move(task));
   auto done = packed.get_future();
   {
@@ -118,7 +161,7 @@ void QtStage::onUiThread(std::function<void()> task) {
   done.get();
 }
 
-void QtStage::customEvent(QEvent*) {
+void QtHostWindow::customEvent(QEvent*) {
   std::unique_lock lock(mutex_);
   auto task = std::move(tasks_.front());
   tasks_.pop_front();
@@ -126,14 +169,14 @@ void QtStage::customEvent(QEvent*) {
   task();
 }
 
-bool QtStage::eventFilter(QObject* watched, QEvent* event) {
+bool QtHostWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Show) {
     if (auto* popup = qobject_cast<PopUpWindow*>(watched)) shown(*popup);
   }
   return false;
 }
 
-void QtStage::shown(PopUpWindow& popup) {
+void QtHostWindow::shown(PopUpWindow& popup) {
   // Its window may be hidden and shown again.
   const auto isThis = [&](const QPointer<PopUpWindow>& known) { return known == &popup; };
   if (std::ranges::any_of(popups_, isThis)) return;
@@ -143,19 +186,20 @@ void QtStage::shown(PopUpWindow& popup) {
           [this, &popup] { output_->line(lineOf(popup).line("closed")); });
 }
 
-PopUpWindow* QtStage::current() const {
+PopUpWindow* QtHostWindow::current() const {
   for (const auto& popup : popups_) {
     if (popup && !popup->isDismissing()) return popup;
   }
   return nullptr;
 }
 
-int runOnStage(const std::shared_ptr<Output>& output, const std::function<int(Stage&)>& script) {
+int runInWindow(const std::shared_ptr<Output>& output,
+                const std::function<int(HostWindow&)>& script) {
   const Display display("kifo");
-  QtStage stage(output);
+  QtHostWindow window(output);
   int status = 0;
   std::thread thread([&] {
-    status = script(stage);
+    status = script(window);
     QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::QueuedConnection);
   });
   QApplication::setQuitOnLastWindowClosed(false);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -16,16 +15,16 @@ struct UserAction {
   enum class Kind { close, button, body, select, type, slide, submit };
 
   Kind kind = Kind::close;
-  std::string text;        ///< The id of what is pressed or selected; what is typed.
-  std::int64_t score = 0;  ///< What is slid to.
+  std::string text;    ///< The id of what is pressed or selected; what is typed.
+  double score = 0.0;  ///< What is slid to.
 };
 
 /// The scripted host's window: its screens, and the popups over them.
 ///
 /// **Threading:** the script's thread.
-class Stage {
+class HostWindow {
  public:
-  virtual ~Stage() = default;
+  virtual ~HostWindow() = default;
 
   [[nodiscard]] virtual std::shared_ptr<PopupPresenter> presenter() const = 0;
 
@@ -35,7 +34,7 @@ class Stage {
   virtual void appear(KifoViewController& screen) = 0;
   virtual void disappear(KifoViewController& screen) = 0;
 
-  /// **Errors:** throws `BadLine` when there is nothing to do that with.
+  /// **Errors:** throws `std::runtime_error` when there is nothing to do that with.
   virtual void perform(const UserAction& action) = 0;
 
   /// Whether no popup is on its way to the screen or off it. One that waits for its turn behind one
@@ -43,11 +42,12 @@ class Stage {
   [[nodiscard]] virtual bool isSettled() = 0;
 };
 
-/// Makes the stage of this build, runs `script` on it and returns what that returns. Popups are
+/// Makes the window of this build, runs `script` with it and returns what that returns. Popups are
 /// told as `{"popup": "shown"}` and `{"popup": "closed"}`.
 ///
 /// **Threading:** to be called on the program's first thread, on which a toolkit's windows live;
 /// `script` runs on another one where there is a toolkit.
-int runOnStage(const std::shared_ptr<Output>& output, const std::function<int(Stage&)>& script);
+int runInWindow(const std::shared_ptr<Output>& output,
+                const std::function<int(HostWindow&)>& script);
 
 }  // namespace kifo::tool

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QStackedWidget>
+#include <QWidget>
 #include <deque>
 #include <functional>
 #include <future>
@@ -12,7 +13,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
-#include "apps/kifo/host/Stage.h"
+#include "apps/kifo/host/HostWindow.h"
 #include "platform/qt/QtPopupPresenter.h"
 
 namespace kifo::tool {
@@ -35,14 +36,14 @@ class WatchedPresenter final : public PopupPresenter {
   std::vector<std::weak_ptr<const PopupRequest>> requests_;  // guarded by mutex_
 };
 
-/// The stage with real widgets: one window whose pages are the screens, as on a phone.
+/// The window with real widgets: its pages are the screens, as on a phone.
 ///
-/// **Threading:** made on the UI thread; the operations of `Stage` on any other one.
-class QtStage final : public QObject, public Stage {
+/// **Threading:** made on the UI thread; the operations of `HostWindow` on any other thread.
+class QtHostWindow final : public QObject, public HostWindow {
   Q_OBJECT
 
  public:
-  explicit QtStage(std::shared_ptr<Output> output);
+  explicit QtHostWindow(std::shared_ptr<Output> output);
 
   [[nodiscard]] std::shared_ptr<PopupPresenter> presenter() const override { return presenter_; }
   [[nodiscard]] std::shared_ptr<KifoViewController> makeScreen(const std::string& name) override;
@@ -59,12 +60,14 @@ class QtStage final : public QObject, public Stage {
   /// Runs `task` on the UI thread and waits for it; what it throws is thrown here.
   void onUiThread(std::function<void()> task);
 
+  void performOn(PopUpWindow& popup, const UserAction& action);
   void shown(PopUpWindow& popup);
   PopUpWindow* current() const;
 
   const std::shared_ptr<Output> output_;
   const std::shared_ptr<WatchedPresenter> presenter_;
-  QStackedWidget window_;
+  QWidget window_;
+  QStackedWidget pages_;
   std::vector<QPointer<PopUpWindow>> popups_;  ///< Those on the screen, oldest first.
 
   std::mutex mutex_;
