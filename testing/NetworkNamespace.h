@@ -33,7 +33,7 @@ class NetworkNamespace {
   void connect(const std::string& here, const NetworkNamespace& other,
                const std::string& there) const;
 
-  /// The file that stands for this namespace, for as long as the object lives.
+  /// The file that stands for this namespace, as long as the object exists.
   [[nodiscard]] std::string path() const;
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
@@ -55,7 +55,7 @@ class InNamespace {
 };
 
 /// A network interface whose other end is this program: a TUN device, made in the namespace of the
-/// calling thread, down. It has a carrier for as long as the object lives.
+/// calling thread, down. It has a carrier as long as the object exists.
 class TunDevice {
  public:
   /// `hardwareType`: an ARPHRD value; what the kernel then takes the device for.

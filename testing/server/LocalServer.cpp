@@ -81,7 +81,7 @@ sockaddr_storage addressOf(const std::string& host, int port) {
 
 int remotePort(MHD_Connection* connection) {
   const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
-  // The port lies at the same place in both families' addresses.
+  // The port is at the same place in both families' addresses.
   const auto* address = reinterpret_cast<const sockaddr_in*>(info->client_addr);
   return ntohs(address->sin_port);
 }

@@ -47,7 +47,7 @@ bool takesInput(Control control) {
   }
 }
 
-/// Whether the control's middle is not cut off by what it lies in.
+/// Whether the control's middle is not cut off by one of its parents.
 bool isInSight(Control control) {
   const QPoint middle = control->rect().center();
   for (Control at = control->parent(); at != nullptr; at = at->parent()) {
@@ -56,7 +56,7 @@ bool isInSight(Control control) {
   return true;
 }
 
-/// Whether a control lies at that place of the screen, in or under `area`'s children.
+/// Whether one of `area`'s controls is at that place of the screen.
 bool isCovered(Control area, QPoint place) {
   for (Control at = area->childAt(place.x(), place.y()); at != nullptr;
        at = at->childAt(place.x(), place.y())) {

@@ -11,7 +11,7 @@
 
 namespace kifo::testing {
 
-/// Uses a window as a person does: finds controls by the names that a screen reader hears, and
+/// Uses a window as a person does: finds controls by the names that a screen reader reads, and
 /// works them with mouse and keyboard through the window system.
 ///
 ///     testing::User user(window);
@@ -46,7 +46,7 @@ class User {
   [[nodiscard]] Control named(const QString& name) const;
   /// The control of that object name, the `index`-th of several.
   [[nodiscard]] Control object(const QString& objectName, int index = 0) const;
-  /// The dialog or alert that lies uppermost.
+  /// The uppermost dialog or alert.
   [[nodiscard]] Control overlay() const;
   /// Whether the control of that name is there and can be used.
   [[nodiscard]] bool isEnabled(const QString& name) const;

@@ -16,8 +16,9 @@ std::string shortId(const std::string& requestId) {
 
 }  // namespace
 
-void Expectations::expect(const std::string& name, const nlohmann::json& parameters, Way way) {
-  expected_.push_back({name, parameters, way == Way::RESENT, false});
+void Expectations::expect(const std::string& name, const nlohmann::json& parameters,
+                          Sending sending) {
+  expected_.push_back({name, parameters, sending == Sending::RESENT, false});
 }
 
 void Expectations::allow(const std::string& name, const nlohmann::json& parameters) {

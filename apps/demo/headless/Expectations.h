@@ -15,10 +15,10 @@ namespace kifo::demo {
 /// **Threading:** externally synchronised.
 class Expectations {
  public:
-  enum class Way { FRESH, RESENT };
+  enum class Sending { FRESH, RESENT };
 
   /// One event named `name` with these values among its parameters, sent this way.
-  void expect(const std::string& name, const nlohmann::json& parameters, Way way);
+  void expect(const std::string& name, const nlohmann::json& parameters, Sending sending);
   /// At most one such event, sent either way.
   void allow(const std::string& name, const nlohmann::json& parameters);
 

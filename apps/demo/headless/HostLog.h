@@ -13,8 +13,8 @@
 
 namespace kifo::demo {
 
-/// What the host learns of the SDK: the lines that it prints and the decisions that it takes. It
-/// can wait for them, so that a scene begins when the last one has really ended.
+/// The SDK's console lines and decisions, and waits for them: a step begins when the one before has
+/// really ended.
 ///
 /// **Threading:** thread-safe.
 class HostLog final : public ConsoleSink, public Inspector {

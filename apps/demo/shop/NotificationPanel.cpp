@@ -8,8 +8,8 @@
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/NotificationPanelDesk.h"
 #include "apps/demo/shop/PillButton.h"
+#include "apps/demo/shop/ShopPushes.h"
 #include "apps/demo/shop/Theme.h"
 #include "platform/qt/PushCarousel.h"
 
@@ -74,10 +74,9 @@ QFont titleFont() {
 
 }  // namespace
 
-NotificationPanel::NotificationPanel(NotificationPanelDesk& desk, const QString& server,
-                                     QWidget* parent)
+NotificationPanel::NotificationPanel(ShopPushes& pushes, const QString& server, QWidget* parent)
     : ShopScreen(parent),
-      desk_(desk),
+      pushes_(pushes),
       server_(server.toStdString()),
       permission_(label({}, theme::text(15), theme::kInk)),
       answer_(label(tr("Nothing yet. Click the notification or one of its buttons."),
@@ -93,8 +92,8 @@ NotificationPanel::NotificationPanel(NotificationPanelDesk& desk, const QString&
   row->box()->addWidget(pushCard(), 1);
   column()->addWidget(row);
   column()->addStretch();
-  connect(&desk, &NotificationPanelDesk::arrived, this, &NotificationPanel::showPush);
-  connect(&desk, &NotificationPanelDesk::clicked, this, &NotificationPanel::showClick);
+  connect(&pushes, &ShopPushes::arrived, this, &NotificationPanel::showPush);
+  connect(&pushes, &ShopPushes::clicked, this, &NotificationPanel::showClick);
   connect(follow_, &QPushButton::clicked, this, [this] { Q_EMIT linkFollowed(link_); });
   auto* timer = new QTimer(this);
   connect(timer, &QTimer::timeout, this, [this] {
@@ -158,7 +157,7 @@ void NotificationPanel::ask() {
 }
 
 void NotificationPanel::showPermission() {
-  desk_.centre()->getNotificationSettings([page = QPointer(this)](int status) {
+  pushes_.centre()->getNotificationSettings([page = QPointer(this)](int status) {
     if (page) page->permission_->setText(permissionText(status));
   });
 }

@@ -7,7 +7,7 @@
 namespace kifo::shop {
 namespace {
 
-/// Where the campaigns' pictures are said to lie.
+/// The server of the campaigns' pictures, as the campaigns name it.
 constexpr const char* kSampleAddress = "http://127.0.0.1:8080";
 
 QString detailOf(const testing::ReceivedRequest& event) {
@@ -23,7 +23,7 @@ QString detailOf(const testing::ReceivedRequest& event) {
 ShopServer::ShopServer(QObject* parent) : QObject(parent) {
   server_.observe([this](const testing::ReceivedRequest& request) {
     const std::string name = request.text("name");
-    if (!name.empty()) Q_EMIT heard(QString::fromStdString(name), detailOf(request));
+    if (!name.empty()) Q_EMIT eventReceived(QString::fromStdString(name), detailOf(request));
   });
 }
 
@@ -52,7 +52,7 @@ void ShopServer::servePushes() {
     if (!request.json || !request.json->is_object()) {
       return testing::LocalServer::Answer{.status = 400, .body = R"({"error":"no JSON object"})"};
     }
-    Q_EMIT pushed(QByteArray::fromStdString(request.body));
+    Q_EMIT pushReceived(QByteArray::fromStdString(request.body));
     return testing::LocalServer::Answer{.body = "{}"};
   });
 }

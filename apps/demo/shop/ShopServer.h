@@ -8,7 +8,8 @@
 
 namespace kifo::shop {
 
-/// The shop's server, in the same process: campaigns, their pictures, and an ear for events.
+/// The shop's server, in the same process: campaigns and their pictures, and signals for what it
+/// receives.
 ///
 /// **Threading:** made and started on the UI thread; its signals are sent from the server's own
 /// threads.
@@ -24,10 +25,10 @@ class ShopServer : public QObject {
   [[nodiscard]] testing::LocalServer& server() { return server_; }
 
  Q_SIGNALS:
-  /// An event arrived; `detail` says the most telling of its particulars.
-  void heard(const QString& name, const QString& detail);
+  /// `detail`: the parameter that says most about the event.
+  void eventReceived(const QString& name, const QString& detail);
   /// Someone posted a push's user info, a JSON object, to "/push".
-  void pushed(const QByteArray& push);
+  void pushReceived(const QByteArray& push);
 
  private:
   void servePictures();

@@ -88,7 +88,7 @@ class Running {
     const std::string home = home_ + "/" + std::to_string(device.number);
     std::filesystem::create_directories(home);
     std::vector<std::string> words{"kifo", "host", script_, "--home", home, "--loopback-only"};
-    if (fleet_.tellsDecisions) words.emplace_back("--decisions");
+    if (fleet_.writesDecisions) words.emplace_back("--decisions");
     std::vector<char*> arguments;
     for (auto& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);

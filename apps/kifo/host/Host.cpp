@@ -59,7 +59,7 @@ Host::Host(Options options, std::shared_ptr<Output> output, HostWindow& window)
     : options_(std::move(options)),
       output_(std::move(output)),
       window_(window),
-      platform_(options_.home, output_, options_.tellsDecisions, window.presenter()) {
+      platform_(options_.home, output_, options_.writesDecisions, window.presenter()) {
   platform_.install();
 }
 
@@ -106,26 +106,26 @@ void Host::carryOut(const std::string& text) {
 }
 
 void Host::carryOut(const nlohmann::json& line) {
-  using Way = void (Host::*)(Arguments);
-  static const auto& ways =
-      *new std::vector<std::pair<const char*, Way>>{{"call", &Host::call},
-                                                    {"screen", &Host::showScreen},
-                                                    {"set", &Host::setProperty},
-                                                    {"get", &Host::getProperty},
-                                                    {"popup", &Host::popup},
-                                                    {"wait", &Host::wait},
-                                                    {"network", &Host::network},
-                                                    {"device", &Host::device},
-                                                    {"location", &Host::location},
-                                                    {"defaults", &Host::defaults},
-                                                    {"push", &Host::push},
-                                                    {"tap", &Host::tap},
-                                                    {"permission", &Host::permission},
-                                                    {"exit", &Host::exit}};
-  const auto way =
-      std::ranges::find_if(ways, [&](const auto& each) { return line.contains(each.first); });
-  if (way == ways.end()) throw BadLine("nothing is known of such a line");
-  (this->*way->second)(Arguments(line));
+  using Handler = void (Host::*)(Arguments);
+  static const auto& handlers =
+      *new std::vector<std::pair<const char*, Handler>>{{"call", &Host::call},
+                                                        {"screen", &Host::showScreen},
+                                                        {"set", &Host::setProperty},
+                                                        {"get", &Host::getProperty},
+                                                        {"popup", &Host::popup},
+                                                        {"wait", &Host::wait},
+                                                        {"network", &Host::network},
+                                                        {"device", &Host::device},
+                                                        {"location", &Host::location},
+                                                        {"defaults", &Host::defaults},
+                                                        {"push", &Host::push},
+                                                        {"tap", &Host::tap},
+                                                        {"permission", &Host::permission},
+                                                        {"exit", &Host::exit}};
+  const auto handler =
+      std::ranges::find_if(handlers, [&](const auto& each) { return line.contains(each.first); });
+  if (handler == handlers.end()) throw BadLine("nothing is known of such a line");
+  (this->*handler->second)(Arguments(line));
 }
 
 void Host::call(Arguments arguments) {
@@ -166,7 +166,7 @@ void Host::getProperty(Arguments arguments) {
   output_->line({{"value", property->second.get()}});
 }
 
-// The world --------------------------------------------------------------------------------------
+// The platform ------------------------------------------------------------------------------------
 
 void Host::network(Arguments arguments) {
   const auto state = arguments.any("network");

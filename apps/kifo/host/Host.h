@@ -22,7 +22,7 @@ class Host {
  public:
   struct Options {
     std::string home;
-    bool tellsDecisions = false;
+    bool writesDecisions = false;
     bool isLoopbackOnly = false;  ///< Refuses servers elsewhere.
   };
 

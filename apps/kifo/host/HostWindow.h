@@ -28,7 +28,7 @@ class HostWindow {
 
   [[nodiscard]] virtual std::shared_ptr<PopupPresenter> presenter() const = 0;
 
-  /// A screen that lies in the window under that class name.
+  /// Makes a screen of the window with that class name.
   [[nodiscard]] virtual std::shared_ptr<KifoViewController> makeScreen(
       const std::string& className) = 0;
   virtual void appear(KifoViewController& screen) = 0;
@@ -43,7 +43,7 @@ class HostWindow {
 };
 
 /// Makes the window of this build, runs `script` with it and returns what that returns. Popups are
-/// told as `{"popup": "shown"}` and `{"popup": "closed"}`.
+/// reported as `{"popup": "shown"}` and `{"popup": "closed"}`.
 ///
 /// **Threading:** to be called on the program's first thread, on which a toolkit's windows live;
 /// `script` runs on another one where there is a toolkit.

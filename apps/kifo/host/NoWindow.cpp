@@ -1,4 +1,4 @@
-// The window of a build without a toolkit: popups are told and nothing else.
+// The window of a build without a toolkit: popups are reported and nothing else.
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
@@ -48,7 +48,7 @@ class NoWindow final : public HostWindow {
   }
   void disappear(KifoViewController& screen) override { screen.viewWillDisappear(false); }
   void perform(const UserAction&) override {
-    throw BadLine("this build has no windows: popups are only told");
+    throw BadLine("this build has no windows: popups are only reported");
   }
   [[nodiscard]] bool isSettled() override { return true; }
 

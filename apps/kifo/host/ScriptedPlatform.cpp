@@ -40,10 +40,10 @@ DefaultsValue defaultsValue(const std::string& key, const Value& value) {
 }  // namespace
 
 ScriptedPlatform::ScriptedPlatform(std::string home, std::shared_ptr<Output> output,
-                                   bool tellsDecisions, std::shared_ptr<PopupPresenter> popups)
+                                   bool writesDecisions, std::shared_ptr<PopupPresenter> popups)
     : home_(std::move(home)),
       output_(std::move(output)),
-      tellsDecisions_(tellsDecisions),
+      writesDecisions_(writesDecisions),
       popups_(std::move(popups)),
       reachability_(std::make_shared<testing::FakeReachability>()),
       device_(std::make_shared<testing::FakeDeviceProbe>()),
@@ -72,7 +72,7 @@ void ScriptedPlatform::install() {
   platform.notifications = notifications_;
   platform.popups = popups_;
   platform.console = output_;
-  if (tellsDecisions_) platform.inspector = output_;
+  if (writesDecisions_) platform.inspector = output_;
   Platform::install(std::move(platform));
 }
 

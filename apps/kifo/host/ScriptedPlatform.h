@@ -15,20 +15,20 @@
 
 namespace kifo::tool {
 
-/// The world around the SDK as a script tells it: network, device, position, permission, stored
-/// values. Queues, HTTP, the database and the clock are the system's.
+/// The platform that a script controls: network, device, position, permission, stored values.
+/// Queues, HTTP, the database and the clock are the system's.
 ///
-/// **Threading:** the script's thread. What it tells the SDK is thread-safe.
+/// **Threading:** the script's thread; the services that it sets are thread-safe.
 class ScriptedPlatform {
  public:
-  /// `home` is where the database and the user defaults lie.
-  ScriptedPlatform(std::string home, std::shared_ptr<Output> output, bool tellsDecisions,
+  /// `home` is the folder of the database and the user defaults.
+  ScriptedPlatform(std::string home, std::shared_ptr<Output> output, bool writesDecisions,
                    std::shared_ptr<PopupPresenter> popups);
 
-  /// Puts a platform of this world in force; a second time after the SDK was shut down.
+  /// Installs the platform; again after the SDK was shut down.
   void install();
 
-  /// Each carries out what one line of the script says of it, and returns once the SDK knows.
+  /// Each carries out one line of the script, and returns once the SDK knows.
   void network(const nlohmann::json& value);
   void device(Arguments arguments);
   void location(Arguments arguments);
@@ -37,11 +37,11 @@ class ScriptedPlatform {
 
   /// Whether no queue has work and no request is under way.
   [[nodiscard]] bool isIdle() const;
-  /// What keeps it from being idle, in plain words.
+  /// What is still to be done, for a message.
   [[nodiscard]] std::string business() const;
   [[nodiscard]] std::uint64_t generation() const { return activity_->generation(); }
 
-  /// A queue for what is to happen later; what waits there keeps nobody from being idle.
+  /// A queue for delayed work of the script itself, which does not count as the SDK's.
   [[nodiscard]] const std::shared_ptr<SerialQueue>& timers() const { return timers_; }
 
   [[nodiscard]] ScriptedNotificationCentre& notifications() { return *notifications_; }
@@ -49,7 +49,7 @@ class ScriptedPlatform {
  private:
   const std::string home_;
   const std::shared_ptr<Output> output_;
-  const bool tellsDecisions_;
+  const bool writesDecisions_;
   const std::shared_ptr<PopupPresenter> popups_;
   const std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
   const std::shared_ptr<testing::FakeReachability> reachability_;

@@ -20,7 +20,7 @@
 namespace kifo::tool {
 namespace {
 
-/// The system's services for a preview: nothing is stored, and pictures may lie in a folder.
+/// The system's services for a preview: nothing is stored, and pictures may come from a folder.
 void install(const std::string& folder, const PreviewOptions& options) {
   const Platform null = nullPlatform();
   Platform platform = makeLinuxPlatform({.documentsDirectory = "/nonexistent"});

@@ -20,8 +20,7 @@ void waitForAlert(Visit& visit) {
   visit.waitUntil([&] { return hasFadedIn(visit); }, "the alert does not fade in");
 }
 
-/// Clicks the tile and keeps a picture of its alert. What turns or counts on it need not stand
-/// still.
+/// Clicks the tile and keeps a picture of its alert. What moves or counts on it may go on.
 void open(Visit& visit, const QString& tile, const QString& picture) {
   visit.click(tile);
   waitForAlert(visit);

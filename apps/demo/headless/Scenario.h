@@ -14,22 +14,22 @@
 
 namespace kifo::demo {
 
-/// A day of a kiosk without a display: the application is installed in the morning, people use it,
-/// the server goes away and comes back, and the next morning the kiosk starts again.
+/// One day of a kiosk without a display: the application is installed and used, the server and the
+/// network go away and come back, and the next morning the application starts again.
 ///
 /// Everything is real: the database, the preferences, the device's data, HTTP; and the network too,
 /// where the process may make one.
 ///
 /// **Threading:** externally synchronised.
-class Day {
+class Scenario {
  public:
-  /// Files lie in `home`. `printsConsole`: the SDK's own lines are shown too.
-  Day(std::filesystem::path home, Network& network, bool printsConsole);
+  /// Files are kept in `home`. `printsConsole`: the SDK's own lines are shown too.
+  Scenario(std::filesystem::path home, Network& network, bool printsConsole);
 
-  /// Lives through the day; false when something waited for did not come.
-  bool live();
+  /// Runs the whole day; false when something that is waited for does not happen.
+  bool run();
 
-  /// Prints the server's view and what is wrong with it; whether all is well.
+  /// Prints what the server received and what is wrong with it; whether nothing is.
   bool judge();
 
  private:
@@ -52,7 +52,8 @@ class Day {
 
   void show(const std::shared_ptr<KifoViewController>& screen, const std::string& name);
   void hide(const std::shared_ptr<KifoViewController>& screen, const std::string& name);
-  void event(const std::string& name, const nlohmann::json& parameters, Expectations::Way way);
+  void event(const std::string& name, const nlohmann::json& parameters,
+             Expectations::Sending sending);
 
   const std::filesystem::path home_;
   Network& network_;

@@ -1,4 +1,4 @@
-#include "apps/demo/shop/NotificationPanelDesk.h"
+#include "apps/demo/shop/ShopPushes.h"
 
 #include <QPointer>
 #include <utility>
@@ -7,19 +7,19 @@
 
 namespace kifo::shop {
 
-NotificationPanelDesk::NotificationPanelDesk(const QString& busAddress) {
+ShopPushes::ShopPushes(const QString& busAddress) {
   DesktopNotificationCentre::Options options;
   options.applicationName = "Nook";
   options.busAddress = busAddress.toStdString();
   centre_ = std::make_shared<DesktopNotificationCentre>(
-      std::move(options), [desk = QPointer(this)](const auto& action, const std::string&) {
-        if (!desk) return;
+      std::move(options), [pushes = QPointer(this)](const auto& action, const std::string&) {
+        if (!pushes) return;
         const bool leads = action && action->link;
-        Q_EMIT desk->clicked(leads ? QString::fromStdString(*action->link) : QString());
+        Q_EMIT pushes->clicked(leads ? QString::fromStdString(*action->link) : QString());
       });
 }
 
-void NotificationPanelDesk::deliver(const QByteArray& push) {
+void ShopPushes::deliver(const QByteArray& push) {
   UserInfo userInfo = valueFromJson(push.toStdString()).value_or(UserInfo());
   if (!userInfo.asMap()) return;
   Q_EMIT arrived({{"", std::make_shared<NotificationContent>(contentOfPush(userInfo))}});

@@ -1,4 +1,4 @@
-#include "apps/demo/headless/Day.h"
+#include "apps/demo/headless/Scenario.h"
 
 #include <algorithm>
 #include <future>
@@ -15,11 +15,11 @@ namespace kifo::demo {
 
 namespace {
 
-using Way = Expectations::Way;
+using Sending = Expectations::Sending;
 using namespace std::chrono_literals;
 
-constexpr auto patience = 30s;
-constexpr auto tokenOfTheDay = "token-of-the-day";
+constexpr auto kBound = 30s;
+constexpr auto hostToken = "token-of-the-day";
 
 constexpr auto campaigns = R"({
   "model": [],
@@ -27,14 +27,14 @@ constexpr auto campaigns = R"({
   "blockedEvents": [{"name": "debug_ping"}]
 })";
 
-void tell(const std::string& text) {
+void print(const std::string& text) {
   std::cout << text << std::endl;
 }
 
-/// The host's side of authorization: it knows its token at once.
+/// The host's token service, which answers at once.
 class KioskTokens final : public TokenServiceProtocol {
  public:
-  void getToken(Completion completion) override { completion(tokenOfTheDay); }
+  void getToken(Completion completion) override { completion(hostToken); }
 };
 
 KifoInitConfig configurationFor(const testing::LocalServer& server) {
@@ -48,22 +48,21 @@ KifoInitConfig configurationFor(const testing::LocalServer& server) {
   return configuration;
 }
 
-/// A cable that was just plugged in is of use only a moment later: until then the morning's events
-/// would be stored.
+/// Waits until a cable that was just plugged in can be used: until then events would be stored.
 bool awaitNetwork() {
   const auto watcher = KifoReachability::create({}).reachability;
-  if (!watcher) return true;  // nobody will say that it is not there
+  if (!watcher) return true;  // Without a watcher the SDK takes the network as there.
   const auto reachable = std::make_shared<std::promise<void>>();
   watcher->setWhenReachable([reachable, once = false](auto&) mutable {
     if (!std::exchange(once, true)) reachable->set_value();
   });
   watcher->startNotifier();
-  return reachable->get_future().wait_for(patience) == std::future_status::ready;
+  return reachable->get_future().wait_for(kBound) == std::future_status::ready;
 }
 
 }  // namespace
 
-Day::Day(std::filesystem::path home, Network& network, bool printsConsole)
+Scenario::Scenario(std::filesystem::path home, Network& network, bool printsConsole)
     : home_(std::move(home)),
       network_(network),
       server_({.host = network.serverAddress()}),
@@ -71,57 +70,58 @@ Day::Day(std::filesystem::path home, Network& network, bool printsConsole)
   server_.campaigns().serveText(campaigns);
 }
 
-bool Day::live() {
+bool Scenario::run() {
   if (!startServer()) return false;
-  tell("A server listens on " + server_.uri() + ".");
+  print("A server listens on " + server_.uri() + ".");
   return firstMorning() && customers() && outage() && returnOfTheServer() && losses() &&
          nightAndNextMorning();
 }
 
-bool Day::judge() {
+bool Scenario::judge() {
   const auto received = server_.requests().on("/sdkListenerEvent");
-  tell("\nWhat the server saw:");
+  print("\nWhat the server saw:");
   Expectations::print(received, *host_);
   auto faults = expectations_.faults(received, *host_);
   for (const auto& request : server_.requests().all()) {
-    if (request->header("Authorization") != std::string("BearerMOBILE ") + tokenOfTheDay) {
+    if (request->header("Authorization") != std::string("BearerMOBILE ") + hostToken) {
       faults.push_back("a request bears a wrong token: " + request->header("Authorization"));
     }
   }
-  for (const auto& fault : faults) tell("  wrong: " + fault);
+  for (const auto& fault : faults) print("  wrong: " + fault);
   if (faults.empty()) {
-    tell("The server saw each of the " + std::to_string(received.size()) +
-         " events once: nothing is missing and nothing came twice.");
+    print("The server saw each of the " + std::to_string(received.size()) +
+          " events once: nothing is missing and nothing came twice.");
   }
   return faults.empty();
 }
 
-bool Day::firstMorning() {
-  tell("The kiosk is installed and switched on.");
-  // An installation's first user is a change from nobody. It is only sent if the server's first
-  // answer, which says how many requests may be stored, is quicker than the first write.
+bool Scenario::firstMorning() {
+  print("The kiosk is installed and switched on.");
+  // An installation's first user counts as a change from the user "". It is only sent if the
+  // server's first answer, which says how many requests may be stored, is quicker than the first
+  // write.
   expectations_.allow("actor_change", {{"actorId", ""}});
-  expectations_.expect("install", {{"anonymous", true}}, Way::FRESH);
-  expectations_.expect("sdk_initialize", nlohmann::json::object(), Way::FRESH);
+  expectations_.expect("install", {{"anonymous", true}}, Sending::FRESH);
+  expectations_.expect("sdk_initialize", nlohmann::json::object(), Sending::FRESH);
   switchOn();
   if (!initialize() || !settle()) return false;
-  expectations_.expect("push_token_change", {{"token_provider", "apns"}}, Way::FRESH);
-  expectations_.expect("push_token_change", {{"token_provider", "firebase"}}, Way::FRESH);
+  expectations_.expect("push_token_change", {{"token_provider", "apns"}}, Sending::FRESH);
+  expectations_.expect("push_token_change", {{"token_provider", "firebase"}}, Sending::FRESH);
   Kifo::setApnsToken({0x0A, 0xFF, 0x42});
   Kifo::setPushToken("kiosk-push-token");
-  expectations_.expect("app_foreground", nlohmann::json::object(), Way::FRESH);
+  expectations_.expect("app_foreground", nlohmann::json::object(), Sending::FRESH);
   Kifo::applicationDidBecomeActive();
   return settle();
 }
 
-bool Day::customers() {
-  tell("A customer looks around and logs in.");
+bool Scenario::customers() {
+  print("A customer looks around and logs in.");
   const auto home = std::make_shared<HomeScreen>();
   const auto catalogue = std::make_shared<CatalogueScreen>();
   show(home, "HomeScreen");
   if (!settle()) return false;
   event("product_viewed", {{"sku", "B-17"}, {"price", 12.5}, {"note", "the barista's choice"}},
-        Way::FRESH);
+        Sending::FRESH);
   KifoEventManager::sendEvent("debug_ping", std::nullopt);  // The server blocks this one.
   if (!settle()) return false;
   hide(home, "HomeScreen");
@@ -129,77 +129,78 @@ bool Day::customers() {
   show(catalogue, "CatalogueScreen");
   if (!settle()) return false;
   expectations_.expect("login", {{"page_name", "CatalogueScreen"}, {"method", "badge"}},
-                       Way::FRESH);
+                       Sending::FRESH);
   KifoEventManager::sendLoginEvent(catalogue, std::nullopt, {{"method", "badge"}});
   if (!settle()) return false;
-  expectations_.expect("actor_change", {{"newActorId", "customer-4711"}}, Way::FRESH);
+  expectations_.expect("actor_change", {{"newActorId", "customer-4711"}}, Sending::FRESH);
   Kifo::updateActorId("customer-4711");
-  expectations_.expect("basket_opened", {{"items", 3}, {"actorId", "customer-4711"}}, Way::FRESH);
+  expectations_.expect("basket_opened", {{"items", 3}, {"actorId", "customer-4711"}},
+                       Sending::FRESH);
   KifoEventManager::sendEvent("basket_opened", std::nullopt, {{"items", 3}});
   return settle();
 }
 
-bool Day::outage() {
-  tell("The server goes away while events are sent.");
+bool Scenario::outage() {
+  print("The server goes away while events are sent.");
   server_.stop();
   host_->mark();
-  event("item_added", {{"sku", "B-17"}}, Way::RESENT);
-  event("item_added", {{"sku", "C-04"}}, Way::RESENT);
+  event("item_added", {{"sku", "B-17"}}, Sending::RESENT);
+  event("item_added", {{"sku", "C-04"}}, Sending::RESENT);
   // Not before the host knows that these two failed does the cable come off.
-  if (!host_->waitForDecisions("answered", 2, patience)) return false;
+  if (!host_->waitForDecisions("answered", 2, kBound)) return false;
   if (!change([this] { network_.unplug(); }, "OFFLINE")) return false;
   const auto checkout = std::make_shared<CheckoutScreen>();
   show(checkout, "CheckoutScreen");
-  event("payment_started", {{"amount", 37.5}, {"city", "İzmir"}}, Way::RESENT);
-  event("payment_done", {{"amount", 37.5}}, Way::RESENT);
+  event("payment_started", {{"amount", 37.5}, {"city", "İzmir"}}, Sending::RESENT);
+  event("payment_done", {{"amount", 37.5}}, Sending::RESENT);
   hide(checkout, "CheckoutScreen");
-  return host_->waitForDecisions("stored", 6, patience);
+  return host_->waitForDecisions("stored", 6, kBound);
 }
 
-bool Day::returnOfTheServer() {
-  tell("The server comes back: what was stored is sent, one request after another.");
+bool Scenario::returnOfTheServer() {
+  print("The server comes back: what was stored is sent, one request after another.");
   if (!startServer()) return false;
   host_->mark();
   if (!change([this] { network_.plugIn(); }, "ONLINE") || !settle()) return false;
-  event("receipt_printed", {{"pages", 1}}, Way::FRESH);
+  event("receipt_printed", {{"pages", 1}}, Sending::FRESH);
   return settle();
 }
 
-bool Day::losses() {
+bool Scenario::losses() {
   return std::ranges::all_of(network_.losses(), [this](const auto& loss) { return lose(loss); });
 }
 
-bool Day::lose(const Network::Loss& loss) {
+bool Scenario::lose(const Network::Loss& loss) {
   constexpr int count = 5;
-  tell(loss.told);
+  print(loss.announcement);
   host_->mark();
   if (!change(loss.lose, "OFFLINE")) return false;
-  tell("  The SDK is offline: it stores " + std::to_string(count) + " events.");
+  print("  The SDK is offline: it stores " + std::to_string(count) + " events.");
   for (int table = 1; table <= count; ++table) {
-    event("table_laid", {{"table", table}, {"without", loss.what}}, Way::RESENT);
+    event("table_laid", {{"table", table}, {"without", loss.what}}, Sending::RESENT);
   }
-  if (!host_->waitForDecisions("stored", count, patience)) return false;
+  if (!host_->waitForDecisions("stored", count, kBound)) return false;
   if (!change(loss.find, "ONLINE") || !settle()) return false;
-  tell("  It is online again: they went out, one after another.");
+  print("  It is online again: they went out, one after another.");
   return true;
 }
 
-bool Day::nightAndNextMorning() {
-  tell("In the evening the cable comes off once more, and the kiosk is switched off.");
+bool Scenario::nightAndNextMorning() {
+  print("In the evening the cable comes off once more, and the kiosk is switched off.");
   host_->mark();
   if (!change([this] { network_.unplug(); }, "OFFLINE")) return false;
-  event("stock_counted", {{"shelves", 12}}, Way::RESENT);
-  expectations_.expect("app_background", nlohmann::json::object(), Way::RESENT);
+  event("stock_counted", {{"shelves", 12}}, Sending::RESENT);
+  expectations_.expect("app_background", nlohmann::json::object(), Sending::RESENT);
   Kifo::applicationWillResignActive();
   if (!Kifo::shutdown()) return false;
-  tell("The next morning it is switched on again: no install, and the evening's events arrive.");
+  print("The next morning it is switched on again: no install, and the evening's events arrive.");
   network_.plugIn();
-  expectations_.expect("sdk_initialize", {{"actorId", "customer-4711"}}, Way::FRESH);
+  expectations_.expect("sdk_initialize", {{"actorId", "customer-4711"}}, Sending::FRESH);
   switchOn();
   return initialize() && settle() && Kifo::shutdown();
 }
 
-void Day::switchOn() {
+void Scenario::switchOn() {
   LinuxPlatformOptions options;
   options.documentsDirectory = home_.string();
   options.applicationIdentifier = "com.example.kiosk";
@@ -210,31 +211,31 @@ void Day::switchOn() {
   Platform::install(std::move(platform));
 }
 
-bool Day::initialize() {
+bool Scenario::initialize() {
   if (!awaitNetwork()) return false;
   host_->mark();
-  Kifo::initialize(configurationFor(server_), [] { tell("  The server has answered."); });
-  return host_->waitForLine("Kifo Kifo: KifoNetworkStatus: ONLINE", patience);
+  Kifo::initialize(configurationFor(server_), [] { print("  The server has answered."); });
+  return host_->waitForLine("Kifo Kifo: KifoNetworkStatus: ONLINE", kBound);
 }
 
-bool Day::startServer() {
+bool Scenario::startServer() {
   int port = 0;
   network_.atTheServer([&] { port = server_.start(); });
   return port != 0;
 }
 
-bool Day::change(const std::function<void()>& change, const std::string& status) {
+bool Scenario::change(const std::function<void()>& change, const std::string& status) {
   change();
-  return host_->waitForLine("Kifo Kifo: KifoNetworkStatus: " + status, patience);
+  return host_->waitForLine("Kifo Kifo: KifoNetworkStatus: " + status, kBound);
 }
 
-bool Day::settle() {
+bool Scenario::settle() {
   const auto arrived = [&](const testing::RequestLog::Requests& requests) {
     return static_cast<std::size_t>(std::ranges::count_if(requests, [](const auto& request) {
              return request->path == "/sdkListenerEvent";
            })) >= expectations_.count();
   };
-  if (!server_.requests().waitFor(arrived, patience) || !host_->waitForAnswers(patience)) {
+  if (!server_.requests().waitFor(arrived, kBound) || !host_->waitForAnswers(kBound)) {
     return false;
   }
   // What the last answers led to runs out: each step of it queues the next one.
@@ -243,25 +244,27 @@ bool Day::settle() {
     platform->answerQueue->sync([] {});
     platform->mainQueue->sync([] {});
   }
-  return host_->waitForAnswers(patience);
+  return host_->waitForAnswers(kBound);
 }
 
-void Day::show(const std::shared_ptr<KifoViewController>& screen, const std::string& name) {
+void Scenario::show(const std::shared_ptr<KifoViewController>& screen, const std::string& name) {
   const bool online = Kifo::networkStatus() == KifoNetworkStatus::ONLINE;
-  expectations_.expect("page_in", {{"page_name", name}}, online ? Way::FRESH : Way::RESENT);
+  expectations_.expect("page_in", {{"page_name", name}}, online ? Sending::FRESH : Sending::RESENT);
   screen->viewDidLoad();
   screen->viewWillAppear(false);
   screen->viewDidAppear(false);
 }
 
-void Day::hide(const std::shared_ptr<KifoViewController>& screen, const std::string& name) {
+void Scenario::hide(const std::shared_ptr<KifoViewController>& screen, const std::string& name) {
   const bool online = Kifo::networkStatus() == KifoNetworkStatus::ONLINE;
-  expectations_.expect("page_out", {{"page_name", name}}, online ? Way::FRESH : Way::RESENT);
+  expectations_.expect("page_out", {{"page_name", name}},
+                       online ? Sending::FRESH : Sending::RESENT);
   screen->viewWillDisappear(false);
 }
 
-void Day::event(const std::string& name, const nlohmann::json& parameters, Expectations::Way way) {
-  expectations_.expect(name, parameters, way);
+void Scenario::event(const std::string& name, const nlohmann::json& parameters,
+                     Expectations::Sending sending) {
+  expectations_.expect(name, parameters, sending);
   KifoEventManager::sendEvent(name, std::nullopt, *valueFromJson(parameters.dump())->asMap());
 }
 

@@ -10,16 +10,15 @@
 
 namespace kifo::shop {
 
-/// Where the shop's pushes come in: hands them to the desktop and tells the panel what came and
-/// what was clicked.
+/// The shop's pushes: passes them to the desktop, with signals for what came and what was clicked.
 ///
 /// **Threading:** UI thread only, made after the QApplication and before the SDK starts.
-class NotificationPanelDesk : public QObject {
+class ShopPushes : public QObject {
   Q_OBJECT
 
  public:
   /// `busAddress`: another bus than the session's; empty for that one.
-  explicit NotificationPanelDesk(const QString& busAddress = {});
+  explicit ShopPushes(const QString& busAddress = {});
 
   [[nodiscard]] std::shared_ptr<DesktopNotificationCentre> centre() const { return centre_; }
 
