@@ -38,7 +38,7 @@ OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
 FACADE = (KIT + "core/Kifo.", KIT + "core/KifoShutDown.")
 ROOMS = sorted([*FLOOR, *BESIDE], key=len, reverse=True)
 
-QT_ROOMS = (KIT + "inapp/views/", "platform/qt/", "apps/")
+QT_ROOMS = (KIT + "inapp/views/", "platform/qt/", "testing/ui/", "apps/")
 NO_QT_ROOMS = ("apps/demo/headless/",)
 # The kit is linked without Qt, so nothing of it may reach for the rooms that need it.
 UI_ROOMS = (KIT + "inapp/views/", "platform/qt/")
