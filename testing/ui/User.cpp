@@ -16,7 +16,7 @@ namespace {
 using Control = User::Control;
 using Test = std::function<bool(Control)>;
 
-constexpr int kPatience = 20'000;  // milliseconds
+constexpr int kLongestWait = 20'000;  // milliseconds
 constexpr int kMostTabs = 60;
 constexpr int kNotch = 120;  // in eighths of a degree
 
@@ -217,7 +217,7 @@ void User::tabTo(const QString& name) {
 // Seeing -----------------------------------------------------------------------------------------
 
 void User::waitUntil(const std::function<bool()>& condition, const QString& what) {
-  if (!QTest::qWaitFor(condition, kPatience)) throw NotUsable(what);
+  if (!QTest::qWaitFor(condition, kLongestWait)) throw NotUsable(what);
 }
 
 void User::waitFor(const QString& name) {

@@ -20,7 +20,7 @@
 #include <vector>
 
 #include "apps/kifo/Terminal.h"
-#include "apps/kifo/host/TemporaryHome.h"
+#include "testing/TemporaryDirectory.h"
 
 namespace kifo::tool {
 namespace {
@@ -44,7 +44,7 @@ void raiseDescriptorLimit() {
 }
 
 /// The script as a file that each device can read from its beginning.
-std::string scriptFile(const Fleet& fleet, const TemporaryHome& scratch) {
+std::string scriptFile(const Fleet& fleet, const testing::TemporaryDirectory& scratch) {
   if (fleet.script != "-") return fleet.script;
   std::string path = scratch.path() + "/script";
   std::ofstream(path) << std::cin.rdbuf();
@@ -155,7 +155,7 @@ class Running {
 }  // namespace
 
 int runFleet(const Fleet& fleet) {
-  const TemporaryHome scratch;
+  const testing::TemporaryDirectory scratch;
   const std::string script = scriptFile(fleet, scratch);
   raiseDescriptorLimit();
   // Not a window for each of them.

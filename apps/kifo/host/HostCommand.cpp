@@ -14,7 +14,7 @@
 #include "apps/kifo/host/Host.h"
 #include "apps/kifo/host/HostWindow.h"
 #include "apps/kifo/host/Output.h"
-#include "apps/kifo/host/TemporaryHome.h"
+#include "testing/TemporaryDirectory.h"
 
 namespace kifo::tool {
 namespace {
@@ -52,7 +52,7 @@ Output* fatalOutput = nullptr;
 }
 
 int run(const Options& options, std::istream& script) {
-  std::optional<TemporaryHome> temporary;
+  std::optional<testing::TemporaryDirectory> temporary;
   if (options.home.empty()) temporary.emplace();
   const auto output = std::make_shared<Output>(STDOUT_FILENO);
   fatalOutput = output.get();

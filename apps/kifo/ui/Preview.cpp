@@ -5,7 +5,6 @@
 #include <iostream>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
-#include "apps/kifo/host/TemporaryHome.h"
 #include "apps/kifo/preview/CampaignFile.h"
 #include "apps/kifo/preview/Judgement.h"
 #include "apps/kifo/preview/LocalPictures.h"
