@@ -3,27 +3,29 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <utility>
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo::testing {
 
 namespace {
 
-std::optional<nlohmann::json> readJson(const std::filesystem::path& path) {
+std::optional<Value::Map> readJson(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  auto json = nlohmann::json::parse(text, nullptr, /*allow_exceptions=*/false);
-  if (!json.is_object()) return std::nullopt;
-  return json;
+  const auto json = valueFromJson(std::string(std::istreambuf_iterator<char>(file), {}));
+  if (!json || json->asMap() == nullptr) return std::nullopt;
+  return *json->asMap();
 }
 
-void join(nlohmann::json& whole, const nlohmann::json& part) {
-  for (const auto* list : {"model", "blockedEvents"}) {
-    if (!part.contains(list) || !part[list].is_array()) continue;
-    for (const auto& entry : part[list]) whole[list].push_back(entry);
+void join(Value::Map& whole, const Value::Map& part) {
+  for (const auto& [key, value] : part) {
+    if (key == "configuration") whole[key] = value;
+    if ((key != "model" && key != "blockedEvents") || value.asList() == nullptr) continue;
+    Value::List all = whole[key].asList() ? *whole[key].asList() : Value::List();
+    all.insert(all.end(), value.asList()->begin(), value.asList()->end());
+    whole[key] = std::move(all);
   }
-  if (part.contains("configuration")) whole["configuration"] = part["configuration"];
 }
 
 }  // namespace
@@ -84,7 +86,7 @@ CampaignSource::Stamps CampaignSource::stamps() const {
 
 void CampaignSource::reread() {
   const bool single = stamps_.size() == 1 && stamps_.begin()->first == path_;
-  auto whole = nlohmann::json::object();
+  Value::Map whole;
   problem_.clear();
   for (const auto& [file, stamp] : stamps_) {
     const auto part = readJson(file);
@@ -98,7 +100,7 @@ void CampaignSource::reread() {
       join(whole, *part);
     }
   }
-  answer_ = whole.dump();
+  answer_ = jsonFromValue(whole);
 }
 
 }  // namespace kifo::testing

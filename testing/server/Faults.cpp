@@ -4,11 +4,11 @@
 #include <string_view>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+
 namespace kifo::testing {
 
 namespace {
-
-using Json = nlohmann::json;
 
 template <class Enumeration>
 using Words = std::array<std::pair<Enumeration, std::string_view>, 5>;
@@ -33,10 +33,11 @@ std::string word(const Words<Enumeration>& words, Enumeration value) {
 }
 
 template <class Enumeration>
-bool read(const Words<Enumeration>& words, const Json& json, Enumeration& value) {
-  if (!json.is_string() || json == "") return false;
+bool read(const Words<Enumeration>& words, const Value& json, Enumeration& value) {
+  const std::string* word = json.asText();
+  if (word == nullptr || word->empty()) return false;
   for (const auto& [each, text] : words) {
-    if (json != text) continue;
+    if (*word != text) continue;
     value = each;
     return true;
   }
@@ -44,13 +45,14 @@ bool read(const Words<Enumeration>& words, const Json& json, Enumeration& value)
 }
 
 template <class Number>
-bool readNumber(const Json& json, Number& value) {
-  if (!json.is_number() || json.get<double>() < 0) return false;
-  value = json.get<Number>();
+bool readNumber(const Value& json, Number& value) {
+  const auto number = json.asNumber();
+  if (!number || *number < 0) return false;
+  value = static_cast<Number>(*number);
   return true;
 }
 
-bool readMember(Faults& faults, const std::string& key, const Json& value) {
+bool readMember(Faults& faults, const std::string& key, const Value& value) {
   if (key == "latency") return readNumber(value, faults.latency);
   if (key == "status") return readNumber(value, faults.status);
   if (key == "everyOther") return readNumber(value, faults.everyOther);
@@ -58,30 +60,30 @@ bool readMember(Faults& faults, const std::string& key, const Json& value) {
   if (key == "body") return read(bodies, value, faults.body);
   if (key == "connection") return read(connections, value, faults.connection);
   if (key == "on") return read(places, value, faults.on);
-  return key == "times" && (value.is_null() || readNumber(value, faults.times.emplace()));
+  return key == "times" && (value.isNull() || readNumber(value, faults.times.emplace()));
 }
 
 }  // namespace
 
-Json Faults::toJson() const {
-  Json json = {{"latency", latency},       {"status", status},
-               {"everyOther", everyOther}, {"body", word(bodies, body)},
-               {"bodySize", bodySize},     {"connection", word(connections, connection)},
-               {"on", word(places, on)}};
+Value Faults::toValue() const {
+  Value::Map json = {{"latency", latency},       {"status", status},
+                     {"everyOther", everyOther}, {"body", word(bodies, body)},
+                     {"bodySize", bodySize},     {"connection", word(connections, connection)},
+                     {"on", word(places, on)}};
   if (times) json["times"] = *times;
   return json;
 }
 
-std::optional<Faults> Faults::fromJson(const Json& json, std::string& problem) {
+std::optional<Faults> Faults::fromValue(const Value& value, std::string& problem) {
   Faults faults;
-  if (!json.is_object()) {
+  const Value::Map* members = value.asMap();
+  if (members == nullptr) {
     problem = "faults are a JSON object";
     return std::nullopt;
   }
-  for (const auto& [key, value] : json.items()) {
-    if (readMember(faults, key, value)) continue;
-    problem = "not a fault: \"" + key +
-              "\": " + value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  for (const auto& [key, member] : *members) {
+    if (readMember(faults, key, member)) continue;
+    problem = "not a fault: \"" + key + "\": " + jsonFromValue(member);
     return std::nullopt;
   }
   return faults;

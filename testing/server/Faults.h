@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/ports/Value.h"
 
 namespace kifo::testing {
 
@@ -43,10 +43,10 @@ struct Faults {
   /// How many requests are hit before all is well again; none: all.
   std::optional<std::uint64_t> times = std::nullopt;
 
-  [[nodiscard]] nlohmann::json toJson() const;
-  /// The faults that `json` names. None, with the reason in `problem`, for an unknown key, word or
-  /// type.
-  static std::optional<Faults> fromJson(const nlohmann::json& json, std::string& problem);
+  [[nodiscard]] Value toValue() const;
+  /// The faults that the map `value` names. None, with the reason in `problem`, for an unknown key,
+  /// word or type.
+  static std::optional<Faults> fromValue(const Value& value, std::string& problem);
 };
 
 }  // namespace kifo::testing

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+
 namespace kifo::testing {
 
 namespace {
@@ -19,10 +21,6 @@ constexpr auto jsonType = "application/json";
 constexpr auto goodAnswer = R"({"code":0,"message":"ok"})";
 constexpr std::size_t memoryOfAConnection = 2u << 20;  // Half of it is the read buffer.
 constexpr unsigned mostConnections = 10'000;
-
-std::string dumped(const nlohmann::json& json) {
-  return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
 
 /// A body as it is sent: `head`, as many "a" as are missing, and `tail`, `size` bytes in all. The
 /// connection breaks at `end`.
@@ -261,19 +259,19 @@ std::optional<LocalServer::Answer> LocalServer::control(const ReceivedRequest& r
   if (request.path == "/faults") return controlFaults(request);
   if (request.path != "/requests") return std::nullopt;
   if (request.method == "DELETE") requests_.clear();
-  auto list = nlohmann::json::array();
-  for (const auto& each : requests_.all()) list.push_back(each->toJson());
-  return Answer{200, dumped(list)};
+  Value::List list;
+  for (const auto& each : requests_.all()) list.push_back(each->toValue());
+  return Answer{200, jsonFromValue(Value(std::move(list)))};
 }
 
 LocalServer::Answer LocalServer::controlFaults(const ReceivedRequest& request) {
   if (request.method == "POST") {
     std::string problem;
-    const auto wanted = Faults::fromJson(request.json.value_or(nullptr), problem);
-    if (!wanted) return {400, dumped({{"code", 400}, {"message", problem}})};
+    const auto wanted = Faults::fromValue(request.json.value_or(Value()), problem);
+    if (!wanted) return {400, jsonFromValue(Value{{"code", 400}, {"message", problem}})};
     setFaults(*wanted);
   }
-  return {200, dumped(faults().toJson())};
+  return {200, jsonFromValue(faults().toValue())};
 }
 
 LocalServer::Answer LocalServer::answerTo(const ReceivedRequest& request) {

@@ -5,7 +5,11 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <ctime>
+#include <set>
 #include <utility>
+
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo::testing {
 
@@ -27,6 +31,23 @@ std::string decoded(std::string_view text) {
   return result;
 }
 
+/// The keys that every event carries.
+const std::set<std::string>& commonKeys() {
+  static const auto& keys =
+      *new std::set<std::string>{"push_token",        "apns_token",
+                                 "device_id",         "requestId",
+                                 "channel",           "sync",
+                                 "device_os",         "phone_brand",
+                                 "scenario",          "phone_model",
+                                 "device_os_version", "sdk_version",
+                                 "time_zone",         "timestamp",
+                                 "application_name",  "free_disk",
+                                 "total_disk",        "battery",
+                                 "network_status",    "name",
+                                 "actorId",           "push_notification_permission_status"};
+  return keys;
+}
+
 }  // namespace
 
 bool ReceivedRequest::NameLess::operator()(std::string_view left, std::string_view right) const {
@@ -41,8 +62,7 @@ void ReceivedRequest::complete() {
   if (const auto start = target.find('?'); start != std::string::npos) {
     query = parseQuery(std::string_view(target).substr(start + 1));
   }
-  auto parsed = nlohmann::json::parse(body, nullptr, /*allow_exceptions=*/false);
-  if (!parsed.is_discarded()) json = std::move(parsed);
+  json = valueFromJson(body);
 }
 
 std::string ReceivedRequest::header(std::string_view name) const {
@@ -51,21 +71,41 @@ std::string ReceivedRequest::header(std::string_view name) const {
 }
 
 std::string ReceivedRequest::text(const char* key) const {
-  if (!json || !json->is_object()) return "";
-  const auto found = json->find(key);
-  return found != json->end() && found->is_string() ? found->get<std::string>() : "";
+  const auto* found = json ? (*json)[key].asText() : nullptr;
+  return found != nullptr ? *found : "";
 }
 
-nlohmann::json ReceivedRequest::toJson() const {
+Value ReceivedRequest::toValue() const {
   return {{"number", number},
           {"time", time},
           {"method", method},
           {"path", path},
-          {"query", query},
-          {"headers", headers},
-          {"body", json ? *json : nlohmann::json(body)},
+          {"query", Value::Map(query.begin(), query.end())},
+          {"headers", Value::Map(headers.begin(), headers.end())},
+          {"body", json.value_or(body)},
           {"remotePort", remotePort},
           {"status", status}};
+}
+
+std::string ReceivedRequest::clockTime() const {
+  const auto seconds = static_cast<std::time_t>(time / 1000);
+  std::tm local{};
+  localtime_r(&seconds, &local);
+  char text[16];
+  std::strftime(text, sizeof text, "%H:%M:%S", &local);
+  return text;
+}
+
+std::string ReceivedRequest::particulars(const std::string& separator) const {
+  std::string text;
+  const auto* members = json ? json->asMap() : nullptr;
+  if (members == nullptr) return text;
+  for (const auto& [key, value] : *members) {
+    if (commonKeys().contains(key)) continue;
+    if (!text.empty()) text += separator;
+    text += key + "=" + (value.asText() ? *value.asText() : jsonFromValue(value));
+  }
+  return text;
 }
 
 std::map<std::string, std::string> parseQuery(std::string_view query) {

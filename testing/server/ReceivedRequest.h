@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/ports/Value.h"
 
 namespace kifo::testing {
 
@@ -28,9 +28,9 @@ struct ReceivedRequest {
   std::map<std::string, std::string> query;  ///< Decoded; the last of equal names wins.
   std::map<std::string, std::string, NameLess> headers;
   std::string body;
-  std::optional<nlohmann::json> json;  ///< The body, when it is JSON.
-  int remotePort = 0;                  ///< Requests of one connection share it.
-  int status = 0;  ///< What is answered; 0: the connection is dropped without an answer.
+  std::optional<Value> json;  ///< The body, when it is JSON.
+  int remotePort = 0;         ///< Requests of one connection share it.
+  int status = 0;             ///< What is answered; 0: the connection is dropped without an answer.
 
   /// Sets what follows from the other members: the time, the query and the JSON.
   void complete();
@@ -42,7 +42,12 @@ struct ReceivedRequest {
 
   /// As one JSON object: "number", "time", "method", "path", "query", "headers", "body" (the JSON,
   /// else the text with invalid bytes replaced), "remotePort", "status".
-  [[nodiscard]] nlohmann::json toJson() const;
+  [[nodiscard]] Value toValue() const;
+
+  /// When it came: "08:22:04", in local time.
+  [[nodiscard]] std::string clockTime() const;
+  /// What an event carries beyond what every event does: "price=12.5, sku=B-17".
+  [[nodiscard]] std::string particulars(const std::string& separator = ", ") const;
 };
 
 /// The name and value pairs of a query: percent sequences decoded, "+" read as a blank.

@@ -3,14 +3,13 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
+#include "Kifo_iOS_Common_Kit/core/EventParameters.h"
 #include "apps/demo/headless/HostLog.h"
 #include "testing/server/RequestLog.h"
 
 namespace kifo::demo {
 
-/// What the server ought to see, and whether it did.
+/// The events that the server should receive, and whether it did.
 ///
 /// **Threading:** externally synchronised.
 class Expectations {
@@ -18,9 +17,9 @@ class Expectations {
   enum class Sending { FRESH, RESENT };
 
   /// One event named `name` with these values among its parameters, sent this way.
-  void expect(const std::string& name, const nlohmann::json& parameters, Sending sending);
+  void expect(const std::string& name, EventParameters parameters, Sending sending);
   /// At most one such event, sent either way.
-  void allow(const std::string& name, const nlohmann::json& parameters);
+  void allow(const std::string& name, EventParameters parameters);
 
   [[nodiscard]] std::size_t count() const;
 
@@ -34,7 +33,7 @@ class Expectations {
  private:
   struct Expected {
     std::string name;
-    nlohmann::json parameters;
+    EventParameters parameters;
     bool isResent = false;
     bool isOptional = false;
   };

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iostream>
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo::demo {
 
@@ -69,8 +69,8 @@ bool HostLog::waitFor(Bound bound, const std::function<bool()>& condition) {
 void HostLog::follow(const Decision& decision) {
   const auto request = particular(decision, "requestId");
   if (decision.kind == "composed") {
-    const auto payload = nlohmann::json::parse(particular(decision, "parameters"));
-    requestOf_[payload.at("requestId").get<std::string>()] = request;
+    const auto payload = valueFromJson(particular(decision, "parameters")).value_or(Value());
+    if (const auto* id = payload["requestId"].asText()) requestOf_[*id] = request;
   } else if (decision.kind == "sent") {
     ++underWay_;
   } else if (decision.kind == "resent") {

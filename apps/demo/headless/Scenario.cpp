@@ -5,7 +5,6 @@
 #include <iostream>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
@@ -102,14 +101,14 @@ bool Scenario::firstMorning() {
   // write.
   expectations_.allow("actor_change", {{"actorId", ""}});
   expectations_.expect("install", {{"anonymous", true}}, Sending::FRESH);
-  expectations_.expect("sdk_initialize", nlohmann::json::object(), Sending::FRESH);
+  expectations_.expect("sdk_initialize", {}, Sending::FRESH);
   switchOn();
   if (!initialize() || !settle()) return false;
   expectations_.expect("push_token_change", {{"token_provider", "apns"}}, Sending::FRESH);
   expectations_.expect("push_token_change", {{"token_provider", "firebase"}}, Sending::FRESH);
   Kifo::setApnsToken({0x0A, 0xFF, 0x42});
   Kifo::setPushToken("kiosk-push-token");
-  expectations_.expect("app_foreground", nlohmann::json::object(), Sending::FRESH);
+  expectations_.expect("app_foreground", {}, Sending::FRESH);
   Kifo::applicationDidBecomeActive();
   return settle();
 }
@@ -190,7 +189,7 @@ bool Scenario::nightAndNextMorning() {
   host_->mark();
   if (!change([this] { network_.unplug(); }, "OFFLINE")) return false;
   event("stock_counted", {{"shelves", 12}}, Sending::RESENT);
-  expectations_.expect("app_background", nlohmann::json::object(), Sending::RESENT);
+  expectations_.expect("app_background", {}, Sending::RESENT);
   Kifo::applicationWillResignActive();
   if (!Kifo::shutdown()) return false;
   print("The next morning it is switched on again: no install, and the evening's events arrive.");
@@ -262,10 +261,10 @@ void Scenario::hide(const std::shared_ptr<KifoViewController>& screen, const std
   screen->viewWillDisappear(false);
 }
 
-void Scenario::event(const std::string& name, const nlohmann::json& parameters,
+void Scenario::event(const std::string& name, EventParameters parameters,
                      Expectations::Sending sending) {
   expectations_.expect(name, parameters, sending);
-  KifoEventManager::sendEvent(name, std::nullopt, *valueFromJson(parameters.dump())->asMap());
+  KifoEventManager::sendEvent(name, std::nullopt, std::move(parameters));
 }
 
 }  // namespace kifo::demo

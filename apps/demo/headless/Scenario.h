@@ -52,8 +52,7 @@ class Scenario {
 
   void show(const std::shared_ptr<KifoViewController>& screen, const std::string& name);
   void hide(const std::shared_ptr<KifoViewController>& screen, const std::string& name);
-  void event(const std::string& name, const nlohmann::json& parameters,
-             Expectations::Sending sending);
+  void event(const std::string& name, EventParameters parameters, Expectations::Sending sending);
 
   const std::filesystem::path home_;
   Network& network_;

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "apps/demo/shop/AdaptiveRow.h"
@@ -23,28 +24,27 @@ constexpr int kLargestCarousel = 520;
 /// A push as a campaign's server writes it: what the desktop shows, and the campaign as a text.
 std::string samplePush(const std::string& server) {
   const auto picture = [&](const char* name) { return server + "/images/" + name + ".png"; };
-  const nlohmann::json campaign{
+  const Value campaign{
       {"uuid", "5d1c7a52-push"},
       {"code", "PUSH-1"},
       {"name", "Evening post"},
       {"sliderSupport", true},
       {"action", {{"link", "shop://product/long-evenings"}}},
       {"images",
-       {{{"url", picture("push-lamp")}},
-        {{"url", picture("push-chair")}},
-        {{"url", picture("push-books")}}}},
-      {"buttons",
-       {{{"id", "lamp"},
-         {"text", "Show me the lamp"},
-         {"action", {{"link", "shop://product/dusk-lamp"}}}},
-        {{"id", "basket"}, {"text", "To my basket"}, {"action", {{"link", "shop://basket"}}}}}}};
-  return nlohmann::json{{"aps",
-                         {{"alert",
-                           {{"title", "Three things for the evening"},
-                            {"body", "A lamp, a chair and three novels, in one parcel."}}}}},
-                        {"image", picture("push-lamp")},
-                        {"data", campaign.dump()}}
-      .dump();
+       Value::list({Value{{"url", picture("push-lamp")}}, Value{{"url", picture("push-chair")}},
+                    Value{{"url", picture("push-books")}}})},
+      {"buttons", Value::list({Value{{"id", "lamp"},
+                                     {"text", "Show me the lamp"},
+                                     {"action", Value{{"link", "shop://product/dusk-lamp"}}}},
+                               Value{{"id", "basket"},
+                                     {"text", "To my basket"},
+                                     {"action", Value{{"link", "shop://basket"}}}}})}};
+  return jsonFromValue(
+      Value{{"aps",
+             Value{{"alert", Value{{"title", "Three things for the evening"},
+                                   {"body", "A lamp, a chair and three novels, in one parcel."}}}}},
+            {"image", picture("push-lamp")},
+            {"data", jsonFromValue(campaign)}});
 }
 
 QString permissionText(int status) {

@@ -4,6 +4,8 @@
 #include <QFile>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+
 namespace kifo::shop {
 namespace {
 
@@ -49,7 +51,7 @@ void ShopServer::servePictures() {
 
 void ShopServer::servePushes() {
   server_.respond("/push", [this](const testing::ReceivedRequest& request) {
-    if (!request.json || !request.json->is_object()) {
+    if (!request.json || !request.json->asMap()) {
       return testing::LocalServer::Answer{.status = 400, .body = R"({"error":"no JSON object"})"};
     }
     Q_EMIT pushReceived(QByteArray::fromStdString(request.body));
@@ -58,7 +60,8 @@ void ShopServer::servePushes() {
 }
 
 void ShopServer::serveCampaigns() {
-  nlohmann::json answer{{"model", nlohmann::json::array()}};
+  Value::List model;
+  Value::Map answer;
   const QDir folder(QStringLiteral(":/campaigns"));
   for (const QString& name :
        folder.entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name)) {
@@ -66,12 +69,14 @@ void ShopServer::serveCampaigns() {
     file.open(QIODevice::ReadOnly);
     QByteArray text = file.readAll();
     text.replace(kSampleAddress, server_.uri().c_str());
-    nlohmann::json part = nlohmann::json::parse(text.toStdString());
-    for (auto& item : part["model"]) answer["model"].push_back(std::move(item));
-    part.erase("model");
-    answer.update(part);
+    const auto part = valueFromJson(text.toStdString()).value_or(Value());
+    for (const auto& [key, value] : *part.asMap()) answer[key] = value;
+    if (const auto* items = part["model"].asList()) {
+      model.insert(model.end(), items->begin(), items->end());
+    }
   }
-  server_.campaigns().serveText(answer.dump());
+  answer["model"] = std::move(model);
+  server_.campaigns().serveText(jsonFromValue(answer));
 }
 
 }  // namespace kifo::shop

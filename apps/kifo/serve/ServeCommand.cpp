@@ -3,7 +3,6 @@
 #include <csignal>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 
@@ -26,15 +25,15 @@ struct Options {
 };
 
 testing::Faults faultsOf(const Options& options) {
-  nlohmann::json json = {{"latency", options.latency}};
-  if (options.status != 0) json["status"] = options.status;
-  if (options.everyOther != 0) json["everyOther"] = options.everyOther;
-  if (!options.body.empty()) json["body"] = options.body;
-  if (!options.connection.empty()) json["connection"] = options.connection;
-  if (!options.on.empty()) json["on"] = options.on;
-  if (options.times != 0) json["times"] = options.times;
+  Value::Map named{{"latency", options.latency}};
+  if (options.status != 0) named["status"] = options.status;
+  if (options.everyOther != 0) named["everyOther"] = options.everyOther;
+  if (!options.body.empty()) named["body"] = options.body;
+  if (!options.connection.empty()) named["connection"] = options.connection;
+  if (!options.on.empty()) named["on"] = options.on;
+  if (options.times != 0) named["times"] = options.times;
   std::string problem;
-  const auto faults = testing::Faults::fromJson(json, problem);
+  const auto faults = testing::Faults::fromValue(std::move(named), problem);
   if (!faults) throw std::runtime_error(problem);
   return *faults;
 }

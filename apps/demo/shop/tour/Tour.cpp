@@ -24,7 +24,7 @@ void open(Visit& visit, const QString& button, const char* type, const char* cod
 }
 
 /// Once the popup has closed, the server must have received this answer to the campaign `code`.
-void expectAnswer(Visit& visit, const char* code, nlohmann::json answer) {
+void expectAnswer(Visit& visit, const char* code, Value::Map answer) {
   answer["name"] = "InAppMessageResponse";
   answer["code"] = code;
   visit.waitForNoOverlay();

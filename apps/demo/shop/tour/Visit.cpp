@@ -4,17 +4,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+
 namespace kifo::shop {
 namespace {
 
 constexpr auto kEvents = "/sdkListenerEvent";
 
-bool agrees(const nlohmann::json& received, const nlohmann::json& expected) {
-  return std::ranges::all_of(expected.items(), [&](const auto& item) {
-    const auto found = received.find(item.key());
-    if (item.value().is_null()) return found == received.end();
-    return found != received.end() && *found == item.value();
-  });
+bool agrees(const Value& received, const Value::Map& expected) {
+  return std::ranges::all_of(expected,
+                             [&](const auto& item) { return received[item.first] == item.second; });
 }
 
 }  // namespace
@@ -34,13 +33,13 @@ void Visit::keep(const QString& name) {
   save(name);
 }
 
-void Visit::expectEvent(const nlohmann::json& event) {
+void Visit::expectEvent(const Value::Map& event) {
   const auto count = [&] {
     return std::ranges::count_if(server_.requests().on(kEvents), [&](const auto& request) {
       return request->json && agrees(*request->json, event);
     });
   };
-  const QString words = QString::fromStdString(event.dump());
+  const QString words = QString::fromStdString(jsonFromValue(event));
   waitUntil([&] { return count() > 0; }, "the server did not receive " + words);
   if (count() > 1) throw NotUsable("the server received more than once: " + words);
 }

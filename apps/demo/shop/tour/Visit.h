@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QString>
-#include <nlohmann/json.hpp>
 
+#include "Kifo_iOS_Common_Kit/ports/Value.h"
 #include "testing/server/LocalServer.h"
 #include "testing/ui/User.h"
 
@@ -24,7 +24,7 @@ class Visit : public testing::User {
   void keep(const QString& name);
 
   /// Waits for the one event that has all these values; a null says that the key must be absent.
-  void expectEvent(const nlohmann::json& event);
+  void expectEvent(const Value::Map& event);
   [[nodiscard]] std::size_t eventCount() const;
 
  private:
