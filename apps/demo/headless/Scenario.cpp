@@ -234,16 +234,7 @@ bool Scenario::settle() {
              return request->path == "/sdkListenerEvent";
            })) >= expectations_.count();
   };
-  if (!server_.requests().waitFor(arrived, kBound) || !host_->waitForAnswers(kBound)) {
-    return false;
-  }
-  // What the last answers led to runs out: each step of it queues the next one.
-  const auto platform = Platform::current();
-  for (int step = 0; step < 10; ++step) {
-    platform->answerQueue->sync([] {});
-    platform->mainQueue->sync([] {});
-  }
-  return host_->waitForAnswers(kBound);
+  return server_.requests().waitFor(arrived, kBound) && Kifo::waitUntilIdle(kBound.count());
 }
 
 void Scenario::show(const std::shared_ptr<KifoViewController>& screen, const std::string& name) {

@@ -19,7 +19,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr double kLongestWait = 86400.0;
 constexpr double kUsualTimeout = 30.0;
-constexpr Seconds kLook(0.002);
+constexpr Seconds kPollingInterval(0.002);
 constexpr double kShutDownBound = 2.0;
 constexpr int kBadLines = 2;
 
@@ -243,20 +243,19 @@ void Host::wait(Arguments arguments) {
 
 void Host::waitUntilIdle(double timeout) {
   const auto end = std::chrono::steady_clock::now() + Seconds(timeout);
-  while (!isIdle()) {
-    if (std::chrono::steady_clock::now() >= end) {
-      std::cerr << "kifo host: not idle after " << timeout << " s: " << platform_.business()
-                << '\n';
+  for (;;) {
+    const Seconds left = end - std::chrono::steady_clock::now();
+    if (left <= Seconds(0) || !Kifo::waitUntilIdle(left.count())) {
+      std::cerr << "kifo host: not idle after " << timeout << " s\n";
       return;
     }
-    std::this_thread::sleep_for(kLook);
+    // A popup can only follow a timer, and only an answer of the user's can follow a popup.
+    if (!platform_.hasTimers() && window_.isSettled() && Kifo::waitUntilIdle(left.count()) &&
+        !platform_.hasTimers() && window_.isSettled()) {
+      return;
+    }
+    std::this_thread::sleep_for(kPollingInterval);
   }
-}
-
-bool Host::isIdle() {
-  const auto before = platform_.generation();
-  return platform_.isIdle() && window_.isSettled() && platform_.isIdle() &&
-         platform_.generation() == before;
 }
 
 void Host::exit(Arguments arguments) {

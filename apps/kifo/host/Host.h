@@ -58,7 +58,6 @@ class Host {
   void wait(Arguments arguments);
   void exit(Arguments arguments);
   void waitUntilIdle(double timeout);
-  bool isIdle();
 
   const Options options_;
   const std::shared_ptr<Output> output_;

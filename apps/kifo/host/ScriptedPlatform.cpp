@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
-#include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "platform/linux/LinuxPlatform.h"
 
@@ -59,9 +57,8 @@ void ScriptedPlatform::install() {
   Platform platform = makeLinuxPlatform(options);
   // Here the reachability queue has little to do.
   timers_ = platform.reachabilityQueue;
-  for (auto* queue : {&platform.mainQueue, &platform.answerQueue, &platform.reachabilityQueue}) {
-    *queue = std::make_shared<CountingQueue>(*queue, activity_);
-  }
+  mainQueue_ = std::make_shared<TimerCountingQueue>(platform.mainQueue);
+  platform.mainQueue = mainQueue_;
   const auto zone = clock_ ? clock_->zone.get() : std::nullopt;
   clock_ = std::make_shared<ScriptedClock>(platform.clock);
   clock_->zone.set(zone);

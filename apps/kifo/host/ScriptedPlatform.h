@@ -5,10 +5,10 @@
 
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "apps/kifo/host/Arguments.h"
-#include "apps/kifo/host/CountingQueue.h"
 #include "apps/kifo/host/Output.h"
 #include "apps/kifo/host/ScriptedClock.h"
 #include "apps/kifo/host/ScriptedNotificationCentre.h"
+#include "apps/kifo/host/TimerCountingQueue.h"
 #include "testing/FakeDeviceProbe.h"
 #include "testing/FakePositionSource.h"
 #include "testing/FakeReachability.h"
@@ -35,11 +35,8 @@ class ScriptedPlatform {
   void defaults(const EventParameters& values);
   void permission(std::int64_t status) { notifications_->status = static_cast<int>(status); }
 
-  /// Whether no queue has work and no request is under way.
-  [[nodiscard]] bool isIdle() const;
-  /// What is still to be done, for a message.
-  [[nodiscard]] std::string business() const;
-  [[nodiscard]] std::uint64_t generation() const { return activity_->generation(); }
+  /// Whether a timer of the SDK is due within a second, such as the one before a popup.
+  [[nodiscard]] bool hasTimers() const { return mainQueue_->hasTimers(); }
 
   /// A queue for delayed work of the script itself, which does not count as the SDK's.
   [[nodiscard]] const std::shared_ptr<SerialQueue>& timers() const { return timers_; }
@@ -51,12 +48,12 @@ class ScriptedPlatform {
   const std::shared_ptr<Output> output_;
   const bool writesDecisions_;
   const std::shared_ptr<PopupPresenter> popups_;
-  const std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
   const std::shared_ptr<testing::FakeReachability> reachability_;
   const std::shared_ptr<testing::FakeDeviceProbe> device_;
   const std::shared_ptr<testing::FakePositionSource> position_;
   const std::shared_ptr<ScriptedNotificationCentre> notifications_;
   std::shared_ptr<ScriptedClock> clock_;
+  std::shared_ptr<TimerCountingQueue> mainQueue_;
   std::shared_ptr<SerialQueue> timers_;
 };
 
