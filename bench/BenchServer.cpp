@@ -1,6 +1,7 @@
 #include "bench/BenchServer.h"
 
-#include <httplib.h>
+#include <microhttpd.h>
+#include <netinet/in.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <new>
+#include <string_view>
 #include <thread>
 
 namespace kifo::bench {
@@ -16,29 +18,51 @@ namespace {
 constexpr auto kCampaigns =
     R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":1000000}})";
 
-/// Serves until it is killed, or its parent is.
+struct Service {
+  BenchServer::Manner manner;
+  std::atomic<std::uint64_t>& received;
+};
+
+MHD_Result answer(void* context, MHD_Connection* connection, const char* path, const char*,
+                  const char*, const char*, std::size_t* size, void** begun) {
+  if (*begun == nullptr || *size > 0) {  // More of the request is to come.
+    *begun = context;
+    *size = 0;
+    return MHD_YES;
+  }
+  auto& service = *static_cast<Service*>(context);
+  std::string_view body = kCampaigns;
+  if (std::string_view(path) == "/listener") {
+    using namespace std::chrono_literals;
+    ++service.received;
+    if (service.manner == BenchServer::Manner::fiftyMilliseconds) std::this_thread::sleep_for(50ms);
+    if (service.manner == BenchServer::Manner::mute) std::this_thread::sleep_for(1h);
+    body = R"({"code":0})";
+  }
+  MHD_Response* response = MHD_create_response_from_buffer(
+      body.size(), const_cast<char*>(body.data()), MHD_RESPMEM_PERSISTENT);
+  MHD_add_response_header(response, "Content-Type", "application/json");
+  const MHD_Result result = MHD_queue_response(connection, MHD_HTTP_OK, response);
+  MHD_destroy_response(response);
+  return result;
+}
+
+/// Serves until it is killed.
 [[noreturn]] void serve(BenchServer::Manner manner, int ready,
                         std::atomic<std::uint64_t>& received) {
-  httplib::Server server;
-  server.set_keep_alive_max_count(1000000);
-  server.set_tcp_nodelay(true);
-  server.Post("/api", [](const httplib::Request&, httplib::Response& response) {
-    response.set_content(kCampaigns, "application/json");
-  });
-  server.Post("/listener",
-              [manner, &received](const httplib::Request&, httplib::Response& response) {
-                ++received;
-                using namespace std::chrono_literals;
-                if (manner == BenchServer::Manner::fiftyMilliseconds)
-                  std::this_thread::sleep_for(50ms);
-                if (manner == BenchServer::Manner::mute) std::this_thread::sleep_for(1h);
-                response.set_content(R"({"code":0})", "application/json");
-              });
-  const int port = server.bind_to_any_port("127.0.0.1");
+  Service service{manner, received};
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  MHD_Daemon* daemon =
+      MHD_start_daemon(MHD_USE_THREAD_PER_CONNECTION | MHD_USE_POLL_INTERNAL_THREAD, 0, nullptr,
+                       nullptr, answer, &service, MHD_OPTION_SOCK_ADDR, &address,
+                       MHD_OPTION_CONNECTION_MEMORY_LIMIT, std::size_t{128} << 10, MHD_OPTION_END);
+  const int port =
+      daemon == nullptr ? 0 : MHD_get_daemon_info(daemon, MHD_DAEMON_INFO_BIND_PORT)->port;
   if (write(ready, &port, sizeof port) != sizeof port) _exit(1);
   close(ready);
-  server.listen_after_bind();
-  _exit(0);
+  while (true) pause();
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 # What a build holds and how it is compiled. Everything a person may switch stands here.
 option(BUILD_SHARED_LIBS "Build kifo::kit and kifo::ui as shared libraries" ON)
-option(KIFO_BUILD_TESTING "Build kifo::testing, the fakes of the ports" ${PROJECT_IS_TOP_LEVEL})
+option(KIFO_BUILD_TESTING "Build kifo::testing, the fakes of the ports and the local server" ${PROJECT_IS_TOP_LEVEL})
 option(KIFO_BUILD_TESTS "Build the SDK's own tests" ${PROJECT_IS_TOP_LEVEL})
-option(KIFO_BUILD_APPS "Build the demo, the local server and the tool" ${PROJECT_IS_TOP_LEVEL})
+option(KIFO_BUILD_APPS "Build the demo and the tool" ${PROJECT_IS_TOP_LEVEL})
 option(KIFO_BUILD_BENCH "Build the benchmarks" OFF)
 option(KIFO_BUILD_FUZZ "Build the libFuzzer targets (clang only)" OFF)
 set(KIFO_SANITIZE "" CACHE STRING "Sanitizers to compile with, e.g. address,undefined or thread")

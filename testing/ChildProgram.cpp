@@ -38,7 +38,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
   return all;
 }
 
-/// Has the child's `descriptor` lead to `reading`, and hands back the end to close when it runs.
+/// Connects the child's `descriptor` to `reading`; returns the end to close once the child runs.
 int connect(posix_spawn_file_actions_t& actions, int descriptor, int& reading) {
   std::array<int, 2> ends{-1, -1};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return -1;

@@ -9,22 +9,23 @@
 
 namespace kifo::testing {
 
-/// A program that runs beside a test or a demo, and ends with it, even when that crashes: a message
-/// bus, a screen, a process that is to be killed.
+/// A program that a test or a demo starts, such as a message bus or a display server. The kernel
+/// ends it when the test ends or crashes.
 ///
 ///     ChildProgram child;
 ///     child.start({"dbus-daemon", "--print-address"});
 ///     const std::string address = child.readLine();
 ///
-/// It is spawned, never forked: a fork of a process with threads is one that the thread sanitizer
-/// cannot follow.
+/// It is started by posix_spawn, for the thread sanitizer cannot follow a fork of a process with
+/// threads.
 ///
-/// **Threading:** externally synchronised. **Errors:** one that cannot be started is not running
-/// and says nothing; one that gives no sign of life for 20 s is given up.
+/// **Threading:** externally synchronised. **Errors:** a program that cannot be started has no
+/// process and no output. A wait ends after 20 s without output.
 class ChildProgram {
  public:
   using Environment = std::map<std::string, std::string>;
-  /// What becomes of what it complains of. One that runs for long would block on what is kept.
+  /// What happens with its standard error. A program that writes much there would block when it is
+  /// kept.
   enum class Errors { dropped, kept };
 
   ChildProgram() = default;
@@ -32,32 +33,32 @@ class ChildProgram {
   ChildProgram(const ChildProgram&) = delete;
   ChildProgram& operator=(const ChildProgram&) = delete;
 
-  /// Starts `words`, the program first, with these variables set; an empty text takes one away.
+  /// Starts the program `words[0]` with the other words as arguments. `changes` are environment
+  /// variables to set; an empty value removes one.
   void start(const std::vector<std::string>& words, const Environment& changes = {},
              Errors errors = Errors::dropped);
 
-  /// The next line that it prints, or nothing when it ends before: programs print one when they are
-  /// ready.
+  /// The next line of its output; empty when it ends before.
   std::string readLine();
-  /// Everything that it prints until it ends.
+  /// Its whole output, once it has ended.
   std::string readAll();
-  /// Everything that it complains of until it ends, where that is kept.
+  /// Its whole standard error, once it has ended, where that is kept.
   std::string readErrors();
-  /// Waits until it has printed `count` more bytes; false when it ends before.
+  /// Waits for `count` more bytes of output; false when it ends before.
   bool awaitOutput(std::size_t count);
 
   [[nodiscard]] pid_t process() const { return process_; }
 
-  /// Waits until it ends by itself: its exit status, or nothing when a signal ended it or it does
-  /// not end.
+  /// Waits until it ends by itself. Its exit status; none when a signal ended it or it does not
+  /// end.
   std::optional<int> wait();
-  /// Asks it to end and waits; if it does not, it is killed.
+  /// Sends SIGTERM and waits; kills it when it does not end.
   void end();
-  /// Ends it in the middle of whatever it does.
+  /// Sends SIGKILL and waits.
   void kill();
 
  private:
-  /// The reading end of a pipe, and what has been read and not yet been asked for.
+  /// The reading end of a pipe, and what was read from it and not yet returned.
   struct Stream {
     int end = -1;
     std::string text;
@@ -68,7 +69,7 @@ class ChildProgram {
     void close();
   };
 
-  /// Its status once it has ended, within the patience there is.
+  /// Waits for its end, at most 20 s.
   std::optional<int> reap();
 
   pid_t process_ = -1;

@@ -9,7 +9,7 @@
 
 namespace kifo::testing {
 
-/// A reachability service that says what the test tells it to:
+/// A reachability service whose answers the test sets:
 ///
 ///     reachability.setFlags(2);   // reachable
 ///     reachability.change(0);     // and now it is not: every started watcher is called on its
@@ -23,7 +23,7 @@ class FakeReachability final : public ReachabilityService {
   std::unique_ptr<ReachabilitySource> createWithAddress(const Address& address,
                                                         int& error) override;
 
-  /// What reading the flags gives from now on; nobody is told.
+  /// What reading the flags gives from now on; no change is reported.
   void setFlags(std::uint32_t flags);
   /// Sets the flags and has every source with a callback and a queue call it there.
   void change(std::uint32_t flags);

@@ -8,7 +8,7 @@
 
 namespace kifo::testing {
 
-/// A serial queue whose tasks run when its `ManualExecutor` is told to, several queues on one
+/// A serial queue whose tasks run when its `ManualExecutor` runs them, several queues on one
 /// executor or each on its own. `sync` runs what is due on this queue on the calling thread.
 ///
 /// **Threading:** thread-safe.

@@ -5,10 +5,10 @@
 
 namespace kifo::testing {
 
-/// A network of its own, with real interfaces, that goes when the object does, or with the process
-/// however that ends: nothing stands for it in any file system.
+/// A network namespace with real interfaces. The kernel removes it with the object, or with the
+/// process, however that ends; no file refers to it.
 ///
-/// **Threading:** externally synchronised; threads started inside stay inside.
+/// **Threading:** externally synchronised; threads started in the namespace stay there.
 class NetworkNamespace {
  public:
   /// Why this process cannot make namespaces; empty when it can. Tests skip with this reason.
@@ -19,21 +19,22 @@ class NetworkNamespace {
   NetworkNamespace(const NetworkNamespace&) = delete;
   NetworkNamespace& operator=(const NetworkNamespace&) = delete;
 
-  /// Runs `body` on a thread inside and waits for it.
+  /// Runs `body` on a thread in the namespace and waits for it.
   void run(const std::function<void()>& body) const;
-  /// Runs the `ip` command with these words inside; false when it fails.
+  /// Runs the `ip` command with these words in the namespace; false when it fails.
   bool ip(const std::string& words) const;
-  /// Runs many of them at once, one a line, as `ip -batch` does.
+  /// Runs several `ip` commands, one a line.
   bool ipBatch(const std::string& lines) const;
 
   /// Sets an interface up or down, without a process of its own for it.
   void setLink(const std::string& interface, bool up) const;
 
-  /// Makes a cable from here to `other`: interface `here` on this side, `there` on the other, up.
+  /// Connects this namespace with `other` by a pair of interfaces, both up: `here` in this one,
+  /// `there` in the other.
   void connect(const std::string& here, const NetworkNamespace& other,
                const std::string& there) const;
 
-  /// The file that stands for this namespace, for as long as the object lives.
+  /// The file under /proc by which other processes can enter, as long as the object exists.
   [[nodiscard]] std::string path() const;
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
@@ -41,8 +42,8 @@ class NetworkNamespace {
   int descriptor_ = -1;
 };
 
-/// Puts the calling thread into a namespace, and back when it goes; where it may not go back, as in
-/// a user namespace, it stays inside.
+/// Moves the calling thread into a namespace, and back at the end; where it may not move back, as
+/// in a user namespace, it stays.
 class InNamespace {
  public:
   explicit InNamespace(const NetworkNamespace& inside);
@@ -55,7 +56,7 @@ class InNamespace {
 };
 
 /// A network interface whose other end is this program: a TUN device, made in the namespace of the
-/// calling thread, down. It has a carrier for as long as the object lives.
+/// calling thread, down. It has a carrier as long as the object exists.
 class TunDevice {
  public:
   /// `hardwareType`: an ARPHRD value; what the kernel then takes the device for.

@@ -7,8 +7,8 @@
 
 namespace kifo::testing {
 
-/// A message bus of one's own: a desktop's session bus with nothing on it, for as long as the
-/// object lives. The user's own desktop hears nothing of what happens there.
+/// A session bus of its own, without any service, as long as the object exists. The user's own
+/// desktop is not used.
 ///
 /// **Errors:** where no bus can be had `address` is empty and `problem` says why.
 class PrivateBus {

@@ -11,7 +11,7 @@
 
 namespace kifo::testing {
 
-/// An inspector that keeps what it is told.
+/// An inspector that keeps every decision.
 class RecordingInspector final : public Inspector {
  public:
   using Decisions = std::vector<Decision>;

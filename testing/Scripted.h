@@ -20,7 +20,7 @@ class Scripted {
     const std::lock_guard lock(mutex_);
     value_ = std::move(value);
   }
-  /// Changes the value in place and hands back what `change` returns.
+  /// Changes the value in place and returns what `change` returns.
   template <class Change>
   decltype(auto) update(Change&& change) {
     const std::lock_guard lock(mutex_);

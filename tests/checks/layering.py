@@ -37,7 +37,6 @@ LAYER = {module: number for number, modules in enumerate(LAYERS) for module in m
 BESIDE = {
     "platform/linux/": [KIT + "ports/", KIT + "core/"],
     "testing/": [KIT + "ports/", KIT + "core/", KIT + "core/Kifo."],
-    "apps/server/": [],
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
 # The facade, and the source that makes the runtime's parts, know every other module.
@@ -46,8 +45,8 @@ MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
 # kifo::kit is linked without Qt, so nothing of it includes these folders.
 QT_FOLDERS = (KIT + "inapp/views/", KIT + "inapp/quick/", "platform/qt/")
-# apps/server/ and the headless demo are built without Qt as well.
-QT_USERS = (*QT_FOLDERS, "apps/demo/shop/", "apps/kifo/")
+# The headless demo is built without Qt as well.
+QT_USERS = (*QT_FOLDERS, "testing/ui/", "apps/demo/shop/", "apps/kifo/")
 SYSTEM_FOLDERS = ("platform/", "apps/", "testing/")
 # What stands above the ports and yet may include a header of the system's or of a C library, by the
 # start of its path.

@@ -1,18 +1,17 @@
 // The transport over TLS: whom it trusts and where it lets itself be led.
 #include <curl/curl.h>
-#include <httplib.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
 
-#include <cstdio>
+#include <fstream>
 #include <future>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "platform/linux/CurlTransport.h"
 #include "testing/FakePlatform.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::testing {
 namespace {
@@ -43,13 +42,14 @@ class Certificate {
   Certificate(const Certificate&) = delete;
   Certificate& operator=(const Certificate&) = delete;
 
-  void write(const std::string& path) const {
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    PEM_write_X509(file, certificate_);
-    std::fclose(file);
+  [[nodiscard]] std::string pem() const {
+    return text([this](BIO* bio) { PEM_write_bio_X509(bio, certificate_); });
   }
-  [[nodiscard]] X509* x509() const { return certificate_; }
-  [[nodiscard]] EVP_PKEY* key() const { return key_; }
+  [[nodiscard]] std::string keyPem() const {
+    return text([this](BIO* bio) {
+      PEM_write_bio_PrivateKey(bio, key_, nullptr, nullptr, 0, nullptr, nullptr);
+    });
+  }
 
  private:
   void add(int kind, const char* text) {
@@ -60,6 +60,17 @@ class Certificate {
     X509_EXTENSION_free(extension);
   }
 
+  template <class Write>
+  static std::string text(Write write) {
+    BIO* bio = BIO_new(BIO_s_mem());
+    write(bio);
+    char* bytes = nullptr;
+    const long size = BIO_get_mem_data(bio, &bytes);
+    std::string made(bytes, static_cast<std::size_t>(size));
+    BIO_free(bio);
+    return made;
+  }
+
   EVP_PKEY* const key_;
   X509* const certificate_;
 };
@@ -67,36 +78,28 @@ class Certificate {
 class CurlTlsTest : public ::testing::Test {
  protected:
   CurlTlsTest() {
-    certificate_.write(authorities_);
-    server_.Get("/good", [](const httplib::Request&, httplib::Response& response) {
-      response.set_content("over TLS", "text/plain");
+    std::ofstream(authorities_) << certificate_.pem();
+    server_.respond("/good", [](const ReceivedRequest&) {
+      return LocalServer::Answer{.body = "over TLS", .contentType = "text/plain"};
     });
-    server_.Get("/down", [this](const httplib::Request&, httplib::Response& response) {
-      response.set_redirect("http://127.0.0.1:" + std::to_string(port_) + "/good");
+    server_.respond("/down", [this](const ReceivedRequest&) {
+      const std::string plain = "http" + server_.uri().substr(std::string("https").size());
+      return LocalServer::Answer{.status = 302, .headers = {{"Location", plain + "/good"}}};
     });
-    port_ = server_.bind_to_any_port("127.0.0.1");
-    thread_ = std::thread([this] { server_.listen_after_bind(); });
-  }
-  ~CurlTlsTest() override {
-    trusting_.stop();  // its connections keep the server's threads
-    server_.stop();
-    thread_.join();
+    server_.start();
   }
 
   HttpAnswer fetch(CurlTransport& transport, const std::string& path) {
     std::promise<HttpAnswer> answer;
-    transport.send(
-        [&] { return HttpRequest{.url = "https://127.0.0.1:" + std::to_string(port_) + path}; },
-        [&](HttpAnswer given) { answer.set_value(std::move(given)); });
+    transport.send([&] { return HttpRequest{.url = server_.uri() + path}; },
+                   [&](HttpAnswer given) { answer.set_value(std::move(given)); });
     return answer.get_future().get();
   }
 
   InstalledFakePlatform fake_;
   const std::string authorities_ = fake_.directory.file("authorities.pem");
   const Certificate certificate_;
-  httplib::SSLServer server_{certificate_.x509(), certificate_.key()};
-  int port_ = 0;
-  std::thread thread_;
+  LocalServer server_{{.certificate = certificate_.pem(), .privateKey = certificate_.keyPem()}};
   CurlTransport trusting_{CurlTransportOptions{.certificateAuthorities = authorities_}};
 };
 

@@ -14,14 +14,12 @@
 #include <stdexcept>
 #include <thread>
 
-#include "apps/server/LocalServer.h"
 #include "testing/FakePlatform.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::testing {
 namespace {
 
-using server::LocalServer;
-using server::ReceivedRequest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
@@ -185,7 +183,7 @@ TEST_F(CurlTransportTest, CompressedAnswersArriveDecompressedAndAreCappedAfterwa
 }
 
 TEST_F(CurlTransportTest, AnAnswerOf200MegabytesIsCutOffAtTheCapWithoutHarmToTheNext) {
-  server_.setFaults({.body = server::Faults::Body::HUGE_BODY, .bodySize = 200'000'000, .times = 1});
+  server_.setFaults({.body = Faults::Body::HUGE_BODY, .bodySize = 200'000'000, .times = 1});
   const auto answer = fetch({.url = server_.apiUri()});
   EXPECT_EQ(answer.error.value(),
             (Error{"http", CURLE_FILESIZE_EXCEEDED, "the answer is larger than what is taken"}));
@@ -260,8 +258,7 @@ TEST_F(CurlTransportTest, AMakerThatThrowsIsAnErrorAndACompletionThatThrowsIsPri
 }
 
 TEST_F(CurlTransportTest, ABrokenConnectionIsAnErrorAndTheNextRequestMakesANewOne) {
-  for (const auto connection :
-       {server::Faults::Connection::DROP, server::Faults::Connection::DIE}) {
+  for (const auto connection : {Faults::Connection::DROP, Faults::Connection::DIE}) {
     server_.setFaults({.connection = connection, .times = 1});
     const auto answer = fetch({.method = "POST", .url = server_.listenerUri(), .body = "{}"});
     EXPECT_EQ(answer.error.value().domain, "http");

@@ -1,10 +1,10 @@
 // A process that just exits must neither hang nor crash, whatever the SDK is doing.
 #include <sstream>
 
-#include "apps/server/LocalServer.h"
 #include "platform/linux/FileUserDefaults.h"
 #include "testing/ChildProgram.h"
 #include "testing/TemporaryDirectory.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::testing {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 class ExitTest : public ::testing::Test {
  protected:
   ExitTest() {
-    server_.setFaults({.latency = 1000.0, .on = server::Faults::On::LISTENER});
+    server_.setFaults({.latency = 1000.0, .on = Faults::On::LISTENER});
     server_.start();
   }
   /// Runs LinuxChild.cpp in one of its ways until it ends, which it has to do well, and hands back
@@ -27,7 +27,7 @@ class ExitTest : public ::testing::Test {
     return lines;
   }
 
-  server::LocalServer server_;
+  LocalServer server_;
   TemporaryDirectory directory_;
 };
 

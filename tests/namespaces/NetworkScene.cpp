@@ -35,7 +35,7 @@ void NetworkScene::SetUp() {
   net("rule del prio 0");
   host("route add default via 10.7.0.1");
   net_->run([this] {
-    server_ = std::make_unique<server::LocalServer>(server::LocalServer::Options{.host = "::"});
+    server_ = std::make_unique<LocalServer>(LocalServer::Options{.host = "::"});
     server_->start();
   });
 }

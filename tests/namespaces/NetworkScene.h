@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
-#include "apps/server/LocalServer.h"
 #include "testing/FakePlatform.h"
+#include "testing/server/LocalServer.h"
 #include "tests/namespaces/CabledTest.h"
 #include "tests/namespaces/ConsoleLog.h"
 
@@ -63,7 +63,7 @@ class NetworkScene : public CabledTest {
   [[nodiscard]] const RecordingInspector& decisions() const { return *fake_.inspector; }
   [[nodiscard]] std::string rowCount() const { return rows("select count(*) from KifoLog").at(0); }
 
-  std::unique_ptr<server::LocalServer> server_;
+  std::unique_ptr<LocalServer> server_;
   const std::shared_ptr<ConsoleLog> console_ = std::make_shared<ConsoleLog>();
 
  private:

@@ -6,9 +6,9 @@
 #include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/Url.h"
-#include "apps/server/LocalServer.h"
 #include "platform/linux/CurlTransport.h"
 #include "testing/FakePlatform.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo {
 namespace {
@@ -100,13 +100,13 @@ class PushImageOverHttp : public ::testing::Test {
 
   std::string serve(std::string bytes) {
     server_.respond("/image", [bytes = std::move(bytes)](const auto&) {
-      return server::LocalServer::Answer{.body = bytes, .contentType = "image/png"};
+      return testing::LocalServer::Answer{.body = bytes, .contentType = "image/png"};
     });
     return server_.uri() + "/image";
   }
 
   InstalledFakePlatform fake_;
-  server::LocalServer server_;
+  testing::LocalServer server_;
   std::shared_ptr<CurlTransport> transport_ = std::make_shared<CurlTransport>();
 };
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs each host program of a folder against the local server and looks at what the server saw.
 
-    run_hosts.py SERVER FOLDER
+    run_hosts.py KIFO FOLDER    KIFO: the tool, whose `kifo serve` is the server
 """
 import json
 import os
@@ -11,9 +11,10 @@ import sys
 import tempfile
 
 
-def run(server_program, host_program, home):
+def run(tool, host_program, home):
     log = os.path.join(home, "log")
-    server = subprocess.Popen([server_program, "--log", log], stdout=subprocess.PIPE, text=True)
+    server = subprocess.Popen([tool, "serve", "--log", log], stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, text=True)
     try:
         word, uri = server.stdout.readline().split()
         assert word == "ready", word
@@ -21,6 +22,7 @@ def run(server_program, host_program, home):
                        env={**os.environ, "XDG_DATA_HOME": home})
     finally:
         server.send_signal(signal.SIGTERM)
+        server.stdout.read()
         assert server.wait(60) == 0
     with open(log, encoding="utf-8") as lines:
         return [json.loads(line) for line in lines]

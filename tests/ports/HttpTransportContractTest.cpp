@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
-#include "apps/server/LocalServer.h"
 #include "platform/linux/CurlTransport.h"
 #include "testing/FakePlatform.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::testing {
 namespace {
@@ -21,16 +21,16 @@ constexpr auto kMutePath = "/sdkListenerEvent";
 
 struct RealTransport {
   RealTransport() {
-    server.respond(kGoodPath, [](const server::ReceivedRequest& request) {
-      return server::LocalServer::Answer{.status = 201, .body = request.body};
+    server.respond(kGoodPath, [](const ReceivedRequest& request) {
+      return LocalServer::Answer{.status = 201, .body = request.body};
     });
-    server.setFaults({.latency = 1000.0, .on = server::Faults::On::LISTENER});
+    server.setFaults({.latency = 1000.0, .on = Faults::On::LISTENER});
     server.start();
   }
   std::string url(const std::string& path) const { return server.uri() + path; }
   void settle() {}
 
-  server::LocalServer server;
+  LocalServer server;
   std::shared_ptr<HttpTransport> transport = std::make_shared<CurlTransport>();
 };
 

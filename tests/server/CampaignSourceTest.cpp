@@ -1,4 +1,4 @@
-#include "apps/server/CampaignSource.h"
+#include "testing/server/CampaignSource.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 #include "testing/TemporaryDirectory.h"
 
-namespace kifo::server {
+namespace kifo::testing {
 namespace {
 
 void write(const std::filesystem::path& path, const std::string& text) {
@@ -16,7 +16,7 @@ void write(const std::filesystem::path& path, const std::string& text) {
 }
 
 TEST(CampaignSource, serves_a_changed_file_and_keeps_the_last_good_one_while_it_is_half_written) {
-  const testing::TemporaryDirectory folder;
+  const TemporaryDirectory folder;
   const auto file = std::filesystem::path(folder.path()) / "campaigns.json";
   CampaignSource source;
   write(file, R"({"model":[{"uuid":"first"}]})");
@@ -33,7 +33,7 @@ TEST(CampaignSource, serves_a_changed_file_and_keeps_the_last_good_one_while_it_
 }
 
 TEST(CampaignSource, joins_the_files_of_a_folder_and_notices_a_new_one) {
-  const testing::TemporaryDirectory folder;
+  const TemporaryDirectory folder;
   const std::filesystem::path root = folder.path();
   write(root / "a.json", R"({"configuration":{"stopAllEvents":false},"model":[{"uuid":"1"}]})");
   write(root / "notes.txt", "no campaign");
@@ -46,4 +46,4 @@ TEST(CampaignSource, joins_the_files_of_a_folder_and_notices_a_new_one) {
 }
 
 }  // namespace
-}  // namespace kifo::server
+}  // namespace kifo::testing

@@ -324,11 +324,12 @@ class HostPopups(ToolCase):
         self.assertEqual((answer["responseType"], answer["responseId"], answer["defaultFreeText"]),
                          ("CHOICE", "b", "çünkü 🙂"))
 
-    def test_a_score_is_slid_to(self):
+    def test_a_score_is_slid_to_any_number_and_sent_whole(self):
         item = self.campaign("SCORE", minScore=0, maxScore=100000,
                              submitButton={"id": "s", "text": "Send"})
-        events, _ = self.show(item, {"popup": "slide", "value": 77777}, {"popup": "submit"})
-        self.assertEqual(events[-1]["sliderValue"], 77777)
+        for slid, sent in [(77777, 77777), (7.9, 7), (1e9, 100000)]:
+            events, _ = self.show(item, {"popup": "slide", "value": slid}, {"popup": "submit"})
+            self.assertEqual(events[-1]["sliderValue"], sent)
 
     def test_the_body_follows_the_campaigns_action(self):
         item = self.campaign("POPUP", buttons=[], action={"link": "shop://offer"})
@@ -410,13 +411,16 @@ class Preview(ToolCase):
         self.assertEqual((header[:4], header[16:24]),
                          (b"\x89PNG", (640).to_bytes(4, "big") + (960).to_bytes(4, "big")))
 
-    def test_what_cannot_be_shown_is_explained(self):
+    def test_what_the_sdk_would_not_show_is_explained(self):
         survey = {"type": "SURVEY", "uuid": "u", "maxShowCount": 1}
+        popup = {"type": "POPUP", "uuid": "u", "maxShowCount": 1, "buttons": []}
         cases = [("{", "no JSON"),
                  ({"model": [{"maxShowCount": "three"}]},
                   'model[0].maxShowCount must be a whole number, not "three"'),
                  ({"type": "BANNER"}, "BANNER"), ({"type": "POPUP"}, "uuid"),
-                 ({**survey, "choices": [{"id": "a"}]}, "at least 2"),
+                 ({**survey, "choices": [{"id": "a"}]}, "choices.count < 2"),
+                 ({**popup, "maxShowCount": 0}, "maxShowCount <= 0"),
+                 ({**popup, "expireDate": 1600000000}, "\"expireDate\" has passed"),
                  ({"type": "SCORE", "uuid": "u", "maxShowCount": 1, "minScore": 5, "maxScore": 5},
                   "from 5 to 5")]
         for campaign, words in cases:

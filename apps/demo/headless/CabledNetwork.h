@@ -7,13 +7,14 @@
 
 namespace kifo::demo {
 
-/// Real interfaces in network namespaces of this process's own; they go with it, however it ends:
+/// Real interfaces in network namespaces of this process's own; the kernel removes them with the
+/// process:
 ///
 ///     kiosk   eth0   10.7.0.2, the default route by 10.7.0.1
 ///     ────────┴──────┬──────────────
 ///     server  port0  10.7.0.1 · it listens at 10.99.0.1, on its loopback
 ///
-/// The thread that makes it is in the kiosk from then on, with all that it starts there.
+/// The thread that makes it stays in the kiosk's namespace, and so do the threads that it starts.
 /// **Errors:** throws `std::runtime_error` where such a network cannot be had.
 class CabledNetwork final : public Network {
  public:

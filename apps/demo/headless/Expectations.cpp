@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <set>
+#include <utility>
 
-#include "apps/server/EventText.h"
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo::demo {
 
@@ -16,12 +17,12 @@ std::string shortId(const std::string& requestId) {
 
 }  // namespace
 
-void Expectations::expect(const std::string& name, const nlohmann::json& parameters, Way way) {
-  expected_.push_back({name, parameters, way == Way::RESENT, false});
+void Expectations::expect(const std::string& name, EventParameters parameters, Sending sending) {
+  expected_.push_back({name, std::move(parameters), sending == Sending::RESENT, false});
 }
 
-void Expectations::allow(const std::string& name, const nlohmann::json& parameters) {
-  expected_.push_back({name, parameters, false, true});
+void Expectations::allow(const std::string& name, EventParameters parameters) {
+  expected_.push_back({name, std::move(parameters), false, true});
 }
 
 std::size_t Expectations::count() const {
@@ -29,20 +30,20 @@ std::size_t Expectations::count() const {
       std::ranges::count_if(expected_, [](const Expected& each) { return !each.isOptional; }));
 }
 
-void Expectations::print(const server::RequestLog::Requests& received, const HostLog& host) {
+void Expectations::print(const testing::RequestLog::Requests& received, const HostLog& host) {
   std::printf("\n  #  time      event              request   sent     parameters of its own\n");
   int number = 0;
   for (const auto& request : received) {
     const auto id = request->text("requestId");
-    std::printf("%3d  %s  %-17s  %s  %-7s  %s\n", ++number,
-                server::clockTime(request->time).c_str(), request->text("name").c_str(),
-                shortId(id).c_str(), host.wasResent(id) ? "again" : "fresh",
-                request->json ? server::particulars(*request->json).c_str() : "(no JSON)");
+    std::printf("%3d  %s  %-17s  %s  %-7s  %s\n", ++number, request->clockTime().c_str(),
+                request->text("name").c_str(), shortId(id).c_str(),
+                host.wasResent(id) ? "again" : "fresh",
+                request->json ? request->particulars().c_str() : "(no JSON)");
   }
   std::printf("\n");
 }
 
-std::vector<std::string> Expectations::faults(const server::RequestLog::Requests& received,
+std::vector<std::string> Expectations::faults(const testing::RequestLog::Requests& received,
                                               const HostLog& host) const {
   std::vector<std::string> faults;
   std::set<std::string> ids;
@@ -68,16 +69,17 @@ std::vector<std::string> Expectations::faults(const server::RequestLog::Requests
     open.erase(found);
   }
   for (const auto& each : open) {
-    if (!each.isOptional) faults.push_back("missing: " + each.name + " " + each.parameters.dump());
+    if (!each.isOptional)
+      faults.push_back("missing: " + each.name + " " + jsonFromValue(each.parameters));
   }
   if (host.resendsAtOnce() > 1) faults.push_back("stored requests were sent several at a time");
   return faults;
 }
 
-bool Expectations::matches(const Expected& expected, const server::ReceivedRequest& request) {
+bool Expectations::matches(const Expected& expected, const testing::ReceivedRequest& request) {
   if (request.text("name") != expected.name) return false;
-  return std::ranges::all_of(expected.parameters.items(), [&](const auto& item) {
-    return request.json->contains(item.key()) && (*request.json)[item.key()] == item.value();
+  return std::ranges::all_of(expected.parameters, [&](const auto& parameter) {
+    return (*request.json)[parameter.first] == parameter.second;
   });
 }
 

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo::demo {
 
@@ -40,10 +41,6 @@ bool HostLog::waitForDecisions(const std::string& kind, std::size_t count, Bound
   return waitFor(bound, [&] { return decisions_[kind] >= count; });
 }
 
-bool HostLog::waitForAnswers(Bound bound) {
-  return waitFor(bound, [&] { return underWay_ == 0; });
-}
-
 void HostLog::mark() {
   const std::lock_guard lock(mutex_);
   lines_.clear();
@@ -69,20 +66,14 @@ bool HostLog::waitFor(Bound bound, const std::function<bool()>& condition) {
 void HostLog::follow(const Decision& decision) {
   const auto request = particular(decision, "requestId");
   if (decision.kind == "composed") {
-    const auto payload = nlohmann::json::parse(particular(decision, "parameters"));
-    requestOf_[payload.at("requestId").get<std::string>()] = request;
-  } else if (decision.kind == "sent") {
-    ++underWay_;
+    const auto payload = valueFromJson(particular(decision, "parameters")).value_or(Value());
+    if (const auto* id = payload["requestId"].asText()) requestOf_[*id] = request;
   } else if (decision.kind == "resent") {
-    ++underWay_;
     resent_[request] = true;
     resendsAtOnce_ = std::max(resendsAtOnce_, ++resending_);
   } else if (decision.kind == "answered") {
-    --underWay_;
-    if (const auto found = resent_.find(request); found != resent_.end() && found->second) {
-      found->second = false;
-      --resending_;
-    }
+    const auto found = resent_.find(request);
+    if (found != resent_.end() && std::exchange(found->second, false)) --resending_;
   }
 }
 

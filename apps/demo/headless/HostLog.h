@@ -13,8 +13,8 @@
 
 namespace kifo::demo {
 
-/// What the host learns of the SDK: the lines that it prints and the decisions that it takes. It
-/// can wait for them, so that a scene begins when the last one has really ended.
+/// The SDK's console lines and decisions, and waits for them: a step begins when the one before has
+/// really ended.
 ///
 /// **Threading:** thread-safe.
 class HostLog final : public ConsoleSink, public Inspector {
@@ -30,8 +30,6 @@ class HostLog final : public ConsoleSink, public Inspector {
   bool waitForLine(const std::string& line, Bound bound);
   /// Waits until `count` decisions of `kind` were taken since the last `mark`.
   bool waitForDecisions(const std::string& kind, std::size_t count, Bound bound);
-  /// Waits until every request that went out has been answered or has failed.
-  bool waitForAnswers(Bound bound);
   /// Forgets the lines and counts of decisions so far; what became of requests is kept.
   void mark();
 
@@ -52,7 +50,6 @@ class HostLog final : public ConsoleSink, public Inspector {
   std::map<std::string, std::size_t> decisions_;  // Kind → how many.
   std::map<std::string, std::string> requestOf_;  // The payload's id → the request's.
   std::map<std::string, bool> resent_;            // Request → still under way.
-  int underWay_ = 0;
   int resending_ = 0;
   int resendsAtOnce_ = 0;
 };

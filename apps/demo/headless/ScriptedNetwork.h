@@ -5,7 +5,7 @@
 
 namespace kifo::demo {
 
-/// The loopback, which never loses its route: whether it can be reached is said by a script.
+/// The loopback with a scripted reachability service, for the loopback never loses its route.
 class ScriptedNetwork final : public Network {
  public:
   ScriptedNetwork();
@@ -15,7 +15,7 @@ class ScriptedNetwork final : public Network {
   void equip(Platform& platform) const override { platform.reachability = reachability_; }
   void unplug() override;
   void plugIn() override;
-  /// None: nothing of it is real but the server, which the day stops anyway.
+  /// None: the loopback cannot be lost.
   std::vector<Loss> losses() override { return {}; }
 
  private:

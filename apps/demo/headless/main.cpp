@@ -1,4 +1,4 @@
-// kifo-demo: a day of a kiosk, and the server's view of it.
+// kifo-demo: one day of a kiosk, and what its server received.
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -7,13 +7,13 @@
 #include <string_view>
 #include <thread>
 
-#include "apps/demo/headless/Day.h"
+#include "apps/demo/headless/Scenario.h"
 #include "testing/TemporaryDirectory.h"
 
 namespace {
 
-/// Has an interruption end the process without leaving its files behind. To be called before other
-/// threads are started, for they inherit that they are not to be interrupted.
+/// Removes `directory` when a signal ends the process. To be called before other threads are
+/// started: they inherit the blocked signals.
 void removeWhenInterrupted(const std::string& directory) {
   sigset_t signals;
   sigemptyset(&signals);
@@ -40,8 +40,8 @@ int main(int argc, char** argv) {
   const kifo::testing::TemporaryDirectory home;
   removeWhenInterrupted(home.path());
   const auto network = kifo::demo::Network::make();
-  kifo::demo::Day day(home.path(), *network, verbose);
-  const bool lived = day.live();
-  if (!lived) std::cout << "  wrong: something that was waited for did not come" << std::endl;
-  return day.judge() && lived ? 0 : 1;
+  kifo::demo::Scenario scenario(home.path(), *network, verbose);
+  const bool isComplete = scenario.run();
+  if (!isComplete) std::cout << "  wrong: something that was waited for did not come" << std::endl;
+  return scenario.judge() && isComplete ? 0 : 1;
 }

@@ -28,10 +28,10 @@ void drawElided(QPainter& painter, const QRectF& place, const QString& text) {
 
 ActivityPanel::ActivityPanel(QWidget* parent) : QWidget(parent) {
   setFixedWidth(270);
-  setAccessibleName(tr("What the server hears"));
+  setAccessibleName(tr("What the server receives"));
 }
 
-void ActivityPanel::heard(const QString& name, const QString& detail) {
+void ActivityPanel::add(const QString& name, const QString& detail) {
   lines_.push_front({name, detail, QTime::currentTime().toString(QStringLiteral("HH:mm:ss"))});
   if (lines_.size() > kMostLines) lines_.pop_back();
   update();
@@ -44,7 +44,8 @@ void ActivityPanel::paintEvent(QPaintEvent*) {
   painter.fillRect(QRectF(0, 0, 1, height()), theme::kLine);
   painter.setPen(theme::kInk);
   painter.setFont(theme::text(15, QFont::DemiBold));
-  painter.drawText(QRectF(22, 16, width() - 40, 26), Qt::AlignVCenter, tr("What the server hears"));
+  painter.drawText(QRectF(22, 16, width() - 40, 26), Qt::AlignVCenter,
+                   tr("What the server receives"));
   double top = 54;
   for (const Line& line : lines_) {
     if (top > height()) break;

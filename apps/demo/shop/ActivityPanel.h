@@ -5,7 +5,7 @@
 
 namespace kifo::shop {
 
-/// What the server has heard, newest first: a look behind the counter.
+/// The events that the server has received, newest first.
 class ActivityPanel : public QWidget {
   Q_OBJECT
 
@@ -14,7 +14,7 @@ class ActivityPanel : public QWidget {
 
  public Q_SLOTS:
   /// An event arrived; `detail` is what is worth telling of it, maybe nothing.
-  void heard(const QString& name, const QString& detail);
+  void add(const QString& name, const QString& detail);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -6,7 +6,6 @@
 #include <QVBoxLayout>
 
 #include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/Illustrations.h"
 #include "apps/demo/shop/PillButton.h"
 #include "apps/demo/shop/Theme.h"
 
@@ -21,6 +20,17 @@ QLabel* label(const QString& text, const QFont& font, const QColor& color) {
   palette.setColor(QPalette::WindowText, color);
   made->setPalette(palette);
   return made;
+}
+
+/// The evening room in the middle of `area`; its wall and floor go on beside the picture.
+void paintRoom(QPainter& painter, const QRectF& area) {
+  static const QPixmap room(QStringLiteral(":/images/room-evening.png"));
+  constexpr double floor = 0.22;  // Of the picture's height.
+  painter.fillRect(area.adjusted(0, area.height() * (1 - floor), 0, 0), QColor(0x6E, 0x54, 0x4B));
+  const double width = area.height() * room.width() / room.height();
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawPixmap(QRectF(area.center().x() - width / 2, area.top(), width, area.height()), room,
+                     room.rect());
 }
 
 }  // namespace
@@ -58,7 +68,7 @@ void Banner::paintEvent(QPaintEvent*) {
   // The room's middle stands right of the headline.
   const double shift = std::max(0.0, card.width() - 420) * 0.68;
   painter.fillRect(card, QColor(0x4A, 0x53, 0x72));
-  paintRoom(painter, card.adjusted(shift, 0, 0, 0), Daytime::evening);
+  paintRoom(painter, card.adjusted(shift, 0, 0, 0));
   QLinearGradient shade(card.topLeft(), card.topRight());
   shade.setColorAt(0, QColor(0x2A, 0x33, 0x4D, 250));
   shade.setColorAt(0.4, QColor(0x2A, 0x33, 0x4D, 235));

@@ -6,9 +6,6 @@
 
 namespace kifo::shop {
 
-/// What a product's picture shows.
-enum class Motif { lamp, plant, mug, armchair, clock, books };
-
 struct Product {
   QString id;  ///< Travels in events.
   QString name;
@@ -16,7 +13,7 @@ struct Product {
   QString description;
   int price;  ///< Whole euros.
   double stars;
-  Motif motif;
+  QString picture;  ///< The resource with it, without a background.
   QColor backdrop;
 };
 

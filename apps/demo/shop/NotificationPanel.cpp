@@ -5,13 +5,12 @@
 #include <QStringList>
 #include <QTimer>
 
-#include <nlohmann/json.hpp>
-
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/NotificationPanelDesk.h"
 #include "apps/demo/shop/PillButton.h"
+#include "apps/demo/shop/ShopPushes.h"
 #include "apps/demo/shop/Theme.h"
 #include "platform/qt/PushCarousel.h"
 
@@ -25,28 +24,27 @@ constexpr int kLargestCarousel = 520;
 /// A push as a campaign's server writes it: what the desktop shows, and the campaign as a text.
 std::string samplePush(const std::string& server) {
   const auto picture = [&](const char* name) { return server + "/images/" + name + ".png"; };
-  const nlohmann::json campaign{
+  const Value campaign{
       {"uuid", "5d1c7a52-push"},
       {"code", "PUSH-1"},
       {"name", "Evening post"},
       {"sliderSupport", true},
       {"action", {{"link", "shop://product/long-evenings"}}},
       {"images",
-       {{{"url", picture("push-lamp")}},
-        {{"url", picture("push-chair")}},
-        {{"url", picture("push-books")}}}},
-      {"buttons",
-       {{{"id", "lamp"},
-         {"text", "Show me the lamp"},
-         {"action", {{"link", "shop://product/dusk-lamp"}}}},
-        {{"id", "basket"}, {"text", "To my basket"}, {"action", {{"link", "shop://basket"}}}}}}};
-  return nlohmann::json{{"aps",
-                         {{"alert",
-                           {{"title", "Three things for the evening"},
-                            {"body", "A lamp, a chair and three novels, in one parcel."}}}}},
-                        {"image", picture("push-lamp")},
-                        {"data", campaign.dump()}}
-      .dump();
+       Value::list({Value{{"url", picture("push-lamp")}}, Value{{"url", picture("push-chair")}},
+                    Value{{"url", picture("push-books")}}})},
+      {"buttons", Value::list({Value{{"id", "lamp"},
+                                     {"text", "Show me the lamp"},
+                                     {"action", Value{{"link", "shop://product/dusk-lamp"}}}},
+                               Value{{"id", "basket"},
+                                     {"text", "To my basket"},
+                                     {"action", Value{{"link", "shop://basket"}}}}})}};
+  return jsonFromValue(
+      Value{{"aps",
+             Value{{"alert", Value{{"title", "Three things for the evening"},
+                                   {"body", "A lamp, a chair and three novels, in one parcel."}}}}},
+            {"image", picture("push-lamp")},
+            {"data", jsonFromValue(campaign)}});
 }
 
 QString permissionText(int status) {
@@ -76,10 +74,9 @@ QFont titleFont() {
 
 }  // namespace
 
-NotificationPanel::NotificationPanel(NotificationPanelDesk& desk, const QString& server,
-                                     QWidget* parent)
+NotificationPanel::NotificationPanel(ShopPushes& pushes, const QString& server, QWidget* parent)
     : ShopScreen(parent),
-      desk_(desk),
+      pushes_(pushes),
       server_(server.toStdString()),
       permission_(label({}, theme::text(15), theme::kInk)),
       answer_(label(tr("Nothing yet. Click the notification or one of its buttons."),
@@ -95,8 +92,8 @@ NotificationPanel::NotificationPanel(NotificationPanelDesk& desk, const QString&
   row->box()->addWidget(pushCard(), 1);
   column()->addWidget(row);
   column()->addStretch();
-  connect(&desk, &NotificationPanelDesk::arrived, this, &NotificationPanel::showPush);
-  connect(&desk, &NotificationPanelDesk::clicked, this, &NotificationPanel::showClick);
+  connect(&pushes, &ShopPushes::arrived, this, &NotificationPanel::showPush);
+  connect(&pushes, &ShopPushes::clicked, this, &NotificationPanel::showClick);
   connect(follow_, &QPushButton::clicked, this, [this] { Q_EMIT linkFollowed(link_); });
   auto* timer = new QTimer(this);
   connect(timer, &QTimer::timeout, this, [this] {
@@ -160,7 +157,7 @@ void NotificationPanel::ask() {
 }
 
 void NotificationPanel::showPermission() {
-  desk_.centre()->getNotificationSettings([page = QPointer(this)](int status) {
+  pushes_.centre()->getNotificationSettings([page = QPointer(this)](int status) {
     if (page) page->permission_->setText(permissionText(status));
   });
 }

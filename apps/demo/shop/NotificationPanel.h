@@ -9,7 +9,7 @@ class PushCarousel;
 
 namespace kifo::shop {
 
-class NotificationPanelDesk;
+class ShopPushes;
 class PillButton;
 
 /// The shop's own view of its pushes: whether the desktop shows them, the last that arrived with
@@ -19,7 +19,7 @@ class NotificationPanel : public ShopScreen {
 
  public:
   /// `server`: its address, without a slash at the end.
-  NotificationPanel(NotificationPanelDesk& desk, const QString& server, QWidget* parent = nullptr);
+  NotificationPanel(ShopPushes& pushes, const QString& server, QWidget* parent = nullptr);
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -33,7 +33,7 @@ class NotificationPanel : public ShopScreen {
   void showPush(const Notification& push);
   void showClick(const QString& link);
 
-  NotificationPanelDesk& desk_;
+  ShopPushes& pushes_;
   const std::string server_;
   QLabel* permission_;
   QLabel* answer_;

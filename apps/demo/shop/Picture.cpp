@@ -2,7 +2,6 @@
 
 #include <QPainter>
 
-#include "apps/demo/shop/Illustrations.h"
 #include "apps/demo/shop/ProductCard.h"
 #include "apps/demo/shop/Theme.h"
 
@@ -13,7 +12,8 @@ Picture::Picture(const Product& product, QWidget* parent) : QWidget(parent) {
 }
 
 void Picture::setProduct(const Product& product) {
-  product_ = &product;
+  backdrop_ = product.backdrop;
+  picture_ = QPixmap(product.picture);
   setAccessibleName(product.name);
   update();
 }
@@ -22,12 +22,13 @@ void Picture::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(product_->backdrop);
+  painter.setBrush(backdrop_);
   const double radius = std::min<double>(theme::kRadius, width() / 6.0);
   painter.drawRoundedRect(rect(), radius, radius);
   const double side = std::min(width(), height()) * 0.86;
-  paintMotif(painter, QRectF(QRectF(rect()).center() - QPointF(side, side) / 2, QSizeF(side, side)),
-             product_->motif);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawPixmap(QRectF(QRectF(rect()).center() - QPointF(side, side) / 2, QSizeF(side, side)),
+                     picture_, picture_.rect());
 }
 
 StarRow::StarRow(const Product& product, QWidget* parent) : QWidget(parent) {

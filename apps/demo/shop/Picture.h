@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QColor>
+#include <QPixmap>
 #include <QWidget>
 
 #include "apps/demo/shop/Catalogue.h"
@@ -19,7 +21,8 @@ class Picture : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  const Product* product_;
+  QColor backdrop_;
+  QPixmap picture_;
 };
 
 /// The stars of a product, with their number.

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <numbers>
 
-#include "apps/demo/shop/Illustrations.h"
 #include "apps/demo/shop/Theme.h"
 
 namespace kifo::shop {
@@ -44,7 +43,7 @@ void paintStars(QPainter& painter, QPointF leftMiddle, double size, double stars
 }
 
 ProductCard::ProductCard(const Product& product, QWidget* parent)
-    : QAbstractButton(parent), product_(product) {
+    : QAbstractButton(parent), product_(product), picture_(product.picture) {
   setText(product.name);
   setAccessibleName(tr("%1, %2").arg(product.name, priceText(product.price)));
   setFocusPolicy(Qt::TabFocus);
@@ -84,8 +83,9 @@ void ProductCard::paintEvent(QPaintEvent*) {
   painter.setBrush(product_.backdrop);
   painter.drawRoundedRect(picture, theme::kRadius - 6, theme::kRadius - 6);
   const double side = std::min(picture.width(), picture.height()) * (0.92 + 0.04 * lift);
-  paintMotif(painter, QRectF(picture.center() - QPointF(side, side) / 2, QSizeF(side, side)),
-             product_.motif);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawPixmap(QRectF(picture.center() - QPointF(side, side) / 2, QSizeF(side, side)),
+                     picture_, picture_.rect());
   QRectF line(card.left() + 18, picture.bottom() + 12, card.width() - 36, 24);
   painter.setPen(theme::kInk);
   painter.setFont(theme::text(16, QFont::DemiBold));

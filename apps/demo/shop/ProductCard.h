@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QPixmap>
 #include <QVariantAnimation>
 
 #include "apps/demo/shop/Catalogue.h"
@@ -26,6 +27,7 @@ class ProductCard : public QAbstractButton {
   void riseTo(double lift);
 
   const Product& product_;
+  const QPixmap picture_;
   QVariantAnimation lift_;
 };
 

@@ -4,11 +4,12 @@
 #include <QObject>
 #include <QString>
 
-#include "apps/server/LocalServer.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::shop {
 
-/// The shop's server, in the same process: campaigns, their pictures, and an ear for events.
+/// The shop's server, in the same process: campaigns and their pictures, and signals for what it
+/// receives.
 ///
 /// **Threading:** made and started on the UI thread; its signals are sent from the server's own
 /// threads.
@@ -21,20 +22,20 @@ class ShopServer : public QObject {
   /// False when no port can be had.
   bool start();
 
-  [[nodiscard]] server::LocalServer& server() { return server_; }
+  [[nodiscard]] testing::LocalServer& server() { return server_; }
 
  Q_SIGNALS:
-  /// An event arrived; `detail` says the most telling of its particulars.
-  void heard(const QString& name, const QString& detail);
+  /// `detail`: the parameter that says most about the event.
+  void eventReceived(const QString& name, const QString& detail);
   /// Someone posted a push's user info, a JSON object, to "/push".
-  void pushed(const QByteArray& push);
+  void pushReceived(const QByteArray& push);
 
  private:
   void servePictures();
   void serveCampaigns();
   void servePushes();
 
-  server::LocalServer server_;
+  testing::LocalServer server_;
 };
 
 }  // namespace kifo::shop

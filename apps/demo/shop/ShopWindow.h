@@ -16,7 +16,7 @@ class ProductScreen;
 class ShopScreen;
 
 /// The shop: its pages one at a time, the bar that leads to them, and the panel that shows what the
-/// server hears.
+/// server receives.
 class ShopWindow : public QMainWindow {
   Q_OBJECT
 

@@ -1,5 +1,5 @@
-// kifo-shop: a small shop with campaigns. With a display it waits for a visitor; without one it
-// visits itself, keeps a picture of each state, and checks what the server heard.
+// kifo-shop: a small shop with campaigns. With a display it waits for a user; without one it
+// runs a tour, keeps a picture of each state, and checks what the server received.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTemporaryDir>
@@ -9,7 +9,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "apps/demo/shop/NotificationPanel.h"
-#include "apps/demo/shop/NotificationPanelDesk.h"
+#include "apps/demo/shop/ShopPushes.h"
 #include "apps/demo/shop/ShopServer.h"
 #include "apps/demo/shop/ShopWindow.h"
 #include "apps/demo/shop/Theme.h"
@@ -22,7 +22,7 @@ namespace {
 
 using namespace kifo;
 
-struct Silence final : ConsoleSink {
+struct SilentConsole final : ConsoleSink {
   void write(std::string) override {}
 };
 
@@ -33,7 +33,7 @@ bool hasDisplay() {
   return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
-void startSdk(const server::LocalServer& server, std::shared_ptr<NotificationCentre> pushes,
+void startSdk(const testing::LocalServer& server, std::shared_ptr<NotificationCentre> pushes,
               const QString& home, bool isVerbose) {
   LinuxPlatformOptions options;
   options.documentsDirectory = home.toStdString();
@@ -41,7 +41,7 @@ void startSdk(const server::LocalServer& server, std::shared_ptr<NotificationCen
   options.reachabilityTargets = {server.apiUri(), server.listenerUri()};
   Platform platform = withQt(makeLinuxPlatform(options));
   if (pushes) platform.notifications = std::move(pushes);
-  if (!isVerbose) platform.console = std::make_shared<Silence>();
+  if (!isVerbose) platform.console = std::make_shared<SilentConsole>();
   Platform::install(std::move(platform));
 
   KifoInitConfig configuration;
@@ -51,65 +51,64 @@ void startSdk(const server::LocalServer& server, std::shared_ptr<NotificationCen
   configuration.authorization = "nook-token";
   configuration.applicationName = "nook";
   configuration.actorId = "ada";
+  configuration.resendsWhenServerReturns = true;
   Kifo::initialize(configuration);
 }
 
 /// How the shop was asked to run.
-struct Wishes {
-  bool visitsItself = false;
+struct Options {
+  bool runsTour = false;
   bool isVerbose = false;
   QString output;
 };
 
-Wishes wishesOf(const QApplication& application) {
+Options optionsOf(const QApplication& application) {
   QCommandLineParser parser;
-  const QCommandLineOption tour("tour", "Visit the shop without a visitor, also on a display.");
+  const QCommandLineOption tour("tour", "Run the tour, also on a display.");
   const QCommandLineOption output("output", "Where the tour's pictures go.", "folder",
                                   "shop-pictures");
   const QCommandLineOption verbose("verbose", "Show the SDK's console lines.");
   parser.addHelpOption();
   parser.addOptions({tour, output, verbose});
   parser.process(application);
-  return {.visitsItself = parser.isSet(tour) || !hasDisplay(),
+  return {.runsTour = parser.isSet(tour) || !hasDisplay(),
           .isVerbose = parser.isSet(verbose),
           .output = parser.value(output)};
 }
 
 /// Null without a bus.
-std::unique_ptr<shop::NotificationPanelDesk> deskOn(const QString& bus) {
-  return bus.isEmpty() ? nullptr : std::make_unique<shop::NotificationPanelDesk>(bus);
+std::unique_ptr<shop::ShopPushes> pushesOn(const QString& bus) {
+  return bus.isEmpty() ? nullptr : std::make_unique<shop::ShopPushes>(bus);
 }
 
-void addPushes(shop::ShopWindow& window, shop::ShopServer& server,
-               shop::NotificationPanelDesk& desk) {
-  QObject::connect(&server, &shop::ShopServer::pushed, &desk,
-                   &shop::NotificationPanelDesk::deliver);
+void addPushes(shop::ShopWindow& window, shop::ShopServer& server, shop::ShopPushes& pushes) {
+  QObject::connect(&server, &shop::ShopServer::pushReceived, &pushes, &shop::ShopPushes::deliver);
   const QString address = QString::fromStdString(server.server().uri());
-  window.addExtra(shop::ShopWindow::tr("Pushes"), new shop::NotificationPanel(desk, address));
+  window.addExtra(shop::ShopWindow::tr("Pushes"), new shop::NotificationPanel(pushes, address));
 }
 
-int run(QApplication& application, const Wishes& wishes) {
+int run(QApplication& application, const Options& options) {
   const QTemporaryDir home;
   shop::ShopServer server;
   if (!home.isValid() || !server.start()) {
     std::fprintf(stderr, "kifo-shop: no folder or no port to be had\n");
     return 1;
   }
-  // A tour leaves the visitor's own desktop alone.
+  // A tour does not use the user's own desktop.
   std::unique_ptr<shop::PushTourDesktop> desktop;
-  if (wishes.visitsItself) desktop = std::make_unique<shop::PushTourDesktop>();
-  const auto desk =
-      deskOn(desktop ? desktop->address() : qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
-  startSdk(server.server(), desk ? desk->centre() : nullptr, home.path(), wishes.isVerbose);
+  if (options.runsTour) desktop = std::make_unique<shop::PushTourDesktop>();
+  const auto pushes =
+      pushesOn(desktop ? desktop->address() : qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
+  startSdk(server.server(), pushes ? pushes->centre() : nullptr, home.path(), options.isVerbose);
   int status = 0;
   {
     shop::ShopWindow window;
-    QObject::connect(&server, &shop::ShopServer::heard, window.activity(),
-                     &shop::ActivityPanel::heard);
-    if (desk) addPushes(window, server, *desk);
+    QObject::connect(&server, &shop::ShopServer::eventReceived, window.activity(),
+                     &shop::ActivityPanel::add);
+    if (pushes) addPushes(window, server, *pushes);
     window.show();
     const auto visit = [&] {
-      return shop::Tour(window, server.server(), *desktop, wishes.output).run() ? 0 : 1;
+      return shop::runTour(window, server.server(), *desktop, options.output) ? 0 : 1;
     };
     status = desktop ? visit() : application.exec();
   }
@@ -125,5 +124,5 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("kifo-shop"));
   QApplication::setFont(shop::theme::text(15));
   QApplication::setPalette(shop::theme::palette());
-  return run(application, wishesOf(application));
+  return run(application, optionsOf(application));
 }

@@ -20,7 +20,7 @@
 #include <vector>
 
 #include "apps/kifo/Terminal.h"
-#include "apps/kifo/host/TemporaryHome.h"
+#include "testing/TemporaryDirectory.h"
 
 namespace kifo::tool {
 namespace {
@@ -44,7 +44,7 @@ void raiseDescriptorLimit() {
 }
 
 /// The script as a file that each device can read from its beginning.
-std::string scriptFile(const Fleet& fleet, const TemporaryHome& scratch) {
+std::string scriptFile(const Fleet& fleet, const testing::TemporaryDirectory& scratch) {
   if (fleet.script != "-") return fleet.script;
   std::string path = scratch.path() + "/script";
   std::ofstream(path) << std::cin.rdbuf();
@@ -88,7 +88,7 @@ class Running {
     const std::string home = home_ + "/" + std::to_string(device.number);
     std::filesystem::create_directories(home);
     std::vector<std::string> words{"kifo", "host", script_, "--home", home, "--loopback-only"};
-    if (fleet_.tellsDecisions) words.emplace_back("--decisions");
+    if (fleet_.writesDecisions) words.emplace_back("--decisions");
     std::vector<char*> arguments;
     for (auto& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
@@ -155,7 +155,7 @@ class Running {
 }  // namespace
 
 int runFleet(const Fleet& fleet) {
-  const TemporaryHome scratch;
+  const testing::TemporaryDirectory scratch;
   const std::string script = scriptFile(fleet, scratch);
   raiseDescriptorLimit();
   // Not a window for each of them.

@@ -8,7 +8,7 @@ namespace kifo::tool {
 struct Fleet {
   std::string script;  ///< A file, or "-" for standard input.
   std::string home;    ///< Device n keeps what it keeps in the folder "n" of it.
-  bool tellsDecisions = false;
+  bool writesDecisions = false;
   int count = 1;
   double rate = 10.0;  ///< Devices that are started in a second.
 };

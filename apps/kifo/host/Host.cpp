@@ -19,7 +19,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr double kLongestWait = 86400.0;
 constexpr double kUsualTimeout = 30.0;
-constexpr Seconds kLook(0.002);
+constexpr Seconds kPollingInterval(0.002);
 constexpr double kShutDownBound = 2.0;
 constexpr int kBadLines = 2;
 
@@ -47,7 +47,7 @@ UserAction userAction(Arguments& arguments) {
   } else if (action.kind == Kind::type) {
     action.text = arguments.text("text");
   } else if (action.kind == Kind::slide) {
-    action.score = arguments.integer("value", INT64_MIN, INT64_MAX);
+    action.score = arguments.number("value");
   }
   arguments.finish();
   return action;
@@ -55,12 +55,12 @@ UserAction userAction(Arguments& arguments) {
 
 }  // namespace
 
-Host::Host(Options options, std::shared_ptr<Output> output, Stage& stage)
+Host::Host(Options options, std::shared_ptr<Output> output, HostWindow& window)
     : options_(std::move(options)),
       output_(std::move(output)),
-      stage_(stage),
-      world_(options_.home, output_, options_.tellsDecisions, stage.presenter()) {
-  world_.install();
+      window_(window),
+      platform_(options_.home, output_, options_.writesDecisions, window.presenter()) {
+  platform_.install();
 }
 
 int Host::run(std::istream& script) {
@@ -79,14 +79,14 @@ int Host::run(std::istream& script) {
 
 bool Host::shutDown(double bound) {
   const bool isDone = Kifo::shutdown(bound);
-  world_.install();
+  platform_.install();
   return isDone;
 }
 
 std::shared_ptr<KifoViewController> Host::screen(const std::string& className) {
   auto& screen = screens_[className];
   if (!screen) {
-    screen = stage_.makeScreen(className);
+    screen = window_.makeScreen(className);
     screen->viewDidLoad();
   }
   return screen;
@@ -106,26 +106,26 @@ void Host::carryOut(const std::string& text) {
 }
 
 void Host::carryOut(const nlohmann::json& line) {
-  using Way = void (Host::*)(Arguments);
-  static const auto& ways =
-      *new std::vector<std::pair<const char*, Way>>{{"call", &Host::call},
-                                                    {"screen", &Host::showScreen},
-                                                    {"set", &Host::setProperty},
-                                                    {"get", &Host::getProperty},
-                                                    {"popup", &Host::popup},
-                                                    {"wait", &Host::wait},
-                                                    {"network", &Host::network},
-                                                    {"device", &Host::device},
-                                                    {"location", &Host::location},
-                                                    {"defaults", &Host::defaults},
-                                                    {"push", &Host::push},
-                                                    {"tap", &Host::tap},
-                                                    {"permission", &Host::permission},
-                                                    {"exit", &Host::exit}};
-  const auto way =
-      std::ranges::find_if(ways, [&](const auto& each) { return line.contains(each.first); });
-  if (way == ways.end()) throw BadLine("nothing is known of such a line");
-  (this->*way->second)(Arguments(line));
+  using Handler = void (Host::*)(Arguments);
+  static const auto& handlers =
+      *new std::vector<std::pair<const char*, Handler>>{{"call", &Host::call},
+                                                        {"screen", &Host::showScreen},
+                                                        {"set", &Host::setProperty},
+                                                        {"get", &Host::getProperty},
+                                                        {"popup", &Host::popup},
+                                                        {"wait", &Host::wait},
+                                                        {"network", &Host::network},
+                                                        {"device", &Host::device},
+                                                        {"location", &Host::location},
+                                                        {"defaults", &Host::defaults},
+                                                        {"push", &Host::push},
+                                                        {"tap", &Host::tap},
+                                                        {"permission", &Host::permission},
+                                                        {"exit", &Host::exit}};
+  const auto handler =
+      std::ranges::find_if(handlers, [&](const auto& each) { return line.contains(each.first); });
+  if (handler == handlers.end()) throw BadLine("nothing is known of such a line");
+  (this->*handler->second)(Arguments(line));
 }
 
 void Host::call(Arguments arguments) {
@@ -134,7 +134,7 @@ void Host::call(Arguments arguments) {
   if (operation == operations().end()) throw BadLine("there is no operation " + name);
   const auto action = operation->second(arguments, *this);
   arguments.finish();
-  const ScriptedNotificationCentre::Line line(world_.notifications());
+  const ScriptedNotificationCentre::Line line(platform_.notifications());
   action();
 }
 
@@ -145,9 +145,9 @@ void Host::showScreen(Arguments arguments) {
   if (word != "appear" && word != "disappear") {
     throw BadLine("a screen appears or disappears, it does not \"" + word + "\"");
   }
-  const ScriptedNotificationCentre::Line line(world_.notifications());
+  const ScriptedNotificationCentre::Line line(platform_.notifications());
   const auto shown = screen(name);
-  word == "appear" ? stage_.appear(*shown) : stage_.disappear(*shown);
+  word == "appear" ? window_.appear(*shown) : window_.disappear(*shown);
 }
 
 void Host::setProperty(Arguments arguments) {
@@ -166,36 +166,36 @@ void Host::getProperty(Arguments arguments) {
   output_->line({{"value", property->second.get()}});
 }
 
-// The world --------------------------------------------------------------------------------------
+// The platform ------------------------------------------------------------------------------------
 
 void Host::network(Arguments arguments) {
   const auto state = arguments.any("network");
   arguments.finish();
-  world_.network(state);
+  platform_.network(state);
 }
 
 void Host::device(Arguments arguments) {
   auto readings = arguments.arguments("device");
   arguments.finish();
-  world_.device(std::move(readings));
+  platform_.device(std::move(readings));
 }
 
 void Host::location(Arguments arguments) {
   auto readings = arguments.arguments("location");
   arguments.finish();
-  world_.location(std::move(readings));
+  platform_.location(std::move(readings));
 }
 
 void Host::defaults(Arguments arguments) {
   const auto values = arguments.object("defaults");
   arguments.finish();
-  world_.defaults(values);
+  platform_.defaults(values);
 }
 
 void Host::permission(Arguments arguments) {
   const auto status = arguments.integer("permission", INT32_MIN, INT32_MAX);
   arguments.finish();
-  world_.permission(status);
+  platform_.permission(status);
 }
 
 void Host::push(Arguments arguments) {
@@ -205,7 +205,7 @@ void Host::push(Arguments arguments) {
   push.finish();
   const NotificationRequest request{"",
                                     std::make_shared<NotificationContent>(contentOfPush(userInfo))};
-  const ScriptedNotificationCentre::Line line(world_.notifications());
+  const ScriptedNotificationCentre::Line line(platform_.notifications());
   NotificationManager::didReceive(request, contentHandler(output_));
 }
 
@@ -216,7 +216,7 @@ void Host::tap(Arguments arguments) {
   const NotificationResponse response{
       tap.optionalText("actionIdentifier").value_or(NotificationResponse::defaultActionIdentifier)};
   tap.finish();
-  const ScriptedNotificationCentre::Line line(world_.notifications());
+  const ScriptedNotificationCentre::Line line(platform_.notifications());
   NotificationManager::handleNotification(userInfo, response, actionCallback(output_));
 }
 
@@ -224,8 +224,8 @@ void Host::tap(Arguments arguments) {
 
 void Host::popup(Arguments arguments) {
   const auto action = userAction(arguments);
-  const ScriptedNotificationCentre::Line line(world_.notifications());
-  stage_.perform(action);
+  const ScriptedNotificationCentre::Line line(platform_.notifications());
+  window_.perform(action);
 }
 
 void Host::wait(Arguments arguments) {
@@ -243,18 +243,19 @@ void Host::wait(Arguments arguments) {
 
 void Host::waitUntilIdle(double timeout) {
   const auto end = std::chrono::steady_clock::now() + Seconds(timeout);
-  while (!isIdle()) {
-    if (std::chrono::steady_clock::now() >= end) {
-      std::cerr << "kifo host: not idle after " << timeout << " s: " << world_.business() << '\n';
+  for (;;) {
+    const Seconds left = end - std::chrono::steady_clock::now();
+    if (left <= Seconds(0) || !Kifo::waitUntilIdle(left.count())) {
+      std::cerr << "kifo host: not idle after " << timeout << " s\n";
       return;
     }
-    std::this_thread::sleep_for(kLook);
+    // A popup can only follow a timer, and only an answer of the user's can follow a popup.
+    if (!platform_.hasTimers() && window_.isSettled() && Kifo::waitUntilIdle(left.count()) &&
+        !platform_.hasTimers() && window_.isSettled()) {
+      return;
+    }
+    std::this_thread::sleep_for(kPollingInterval);
   }
-}
-
-bool Host::isIdle() {
-  const auto before = world_.generation();
-  return world_.isIdle() && stage_.isSettled() && world_.isIdle() && world_.generation() == before;
 }
 
 void Host::exit(Arguments arguments) {

@@ -8,9 +8,9 @@
 #include <string>
 
 #include "apps/kifo/host/Arguments.h"
+#include "apps/kifo/host/HostWindow.h"
 #include "apps/kifo/host/Output.h"
-#include "apps/kifo/host/Stage.h"
-#include "apps/kifo/host/World.h"
+#include "apps/kifo/host/ScriptedPlatform.h"
 
 namespace kifo::tool {
 
@@ -22,11 +22,11 @@ class Host {
  public:
   struct Options {
     std::string home;
-    bool tellsDecisions = false;
+    bool writesDecisions = false;
     bool isLoopbackOnly = false;  ///< Refuses servers elsewhere.
   };
 
-  Host(Options options, std::shared_ptr<Output> output, Stage& stage);
+  Host(Options options, std::shared_ptr<Output> output, HostWindow& window);
 
   /// Carries out `script` to its end, shuts the SDK down and returns the exit status.
   int run(std::istream& script);
@@ -37,7 +37,7 @@ class Host {
   /// The screen of that class, made when it is first asked for and kept.
   std::shared_ptr<KifoViewController> screen(const std::string& className);
   /// For what a script wants done later than now.
-  [[nodiscard]] const std::shared_ptr<SerialQueue>& timers() const { return world_.timers(); }
+  [[nodiscard]] const std::shared_ptr<SerialQueue>& timers() const { return platform_.timers(); }
   bool shutDown(double bound);
 
  private:
@@ -58,12 +58,11 @@ class Host {
   void wait(Arguments arguments);
   void exit(Arguments arguments);
   void waitUntilIdle(double timeout);
-  bool isIdle();
 
   const Options options_;
   const std::shared_ptr<Output> output_;
-  Stage& stage_;
-  World world_;
+  HostWindow& window_;
+  ScriptedPlatform platform_;
   std::map<std::string, std::shared_ptr<KifoViewController>> screens_;
   std::optional<int> exitStatus_;
 };

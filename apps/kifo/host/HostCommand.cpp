@@ -12,9 +12,9 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "apps/kifo/host/Devices.h"
 #include "apps/kifo/host/Host.h"
+#include "apps/kifo/host/HostWindow.h"
 #include "apps/kifo/host/Output.h"
-#include "apps/kifo/host/Stage.h"
-#include "apps/kifo/host/TemporaryHome.h"
+#include "testing/TemporaryDirectory.h"
 
 namespace kifo::tool {
 namespace {
@@ -22,7 +22,8 @@ namespace {
 constexpr int kFatal = 3;
 
 constexpr auto kFooter =
-    "Carries out a JSON object a line and tells what happens, one JSON object a line. docs/tool.md "
+    "Carries out one JSON object per line and writes what happens, one JSON object per line. "
+    "docs/tool.md "
     "has\n"
     "all lines. Without --home what is stored goes when the host ends. With --count the servers "
     "must\n"
@@ -37,7 +38,7 @@ constexpr auto kFooter =
 struct Options {
   std::string script = "-";
   std::string home;
-  bool tellsDecisions = false;
+  bool writesDecisions = false;
   bool isLoopbackOnly = false;
   int count = 1;
   double rate = 10.0;
@@ -51,18 +52,18 @@ Output* fatalOutput = nullptr;
 }
 
 int run(const Options& options, std::istream& script) {
-  std::optional<TemporaryHome> temporary;
+  std::optional<testing::TemporaryDirectory> temporary;
   if (options.home.empty()) temporary.emplace();
   const auto output = std::make_shared<Output>(STDOUT_FILENO);
   fatalOutput = output.get();
   setFatalErrorHandler([](std::string_view message) { endFatally(message); });
   // A reader that goes away is noticed at the next line.
   std::signal(SIGPIPE, SIG_IGN);
-  return runOnStage(output, [&](Stage& stage) {
+  return runInWindow(output, [&](HostWindow& window) {
     Host host({.home = temporary ? temporary->path() : options.home,
-               .tellsDecisions = options.tellsDecisions,
+               .writesDecisions = options.writesDecisions,
                .isLoopbackOnly = options.isLoopbackOnly},
-              output, stage);
+              output, window);
     return host.run(script);
   });
 }
@@ -71,7 +72,7 @@ int run(const Options& options) {
   if (options.count > 1) {
     return runFleet({.script = options.script,
                      .home = options.home,
-                     .tellsDecisions = options.tellsDecisions,
+                     .writesDecisions = options.writesDecisions,
                      .count = options.count,
                      .rate = options.rate});
   }
@@ -92,7 +93,8 @@ void addHostCommand(CLI::App& program, int& status) {
   command->add_option("SCRIPT", options->script,
                       "Lines of JSON; - or nothing reads standard input");
   command->add_option("--home", options->home, "Keeps KifoLog.db and the user defaults here");
-  command->add_flag("--decisions", options->tellsDecisions, "Tells what the SDK decides, and why");
+  command->add_flag("--decisions", options->writesDecisions,
+                    "Writes what the SDK decides, and why");
   command
       ->add_option("--count", options->count,
                    "Runs the script as so many devices, in homes of their own")

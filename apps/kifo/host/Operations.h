@@ -10,7 +10,7 @@ namespace kifo::tool {
 
 class Host;
 
-/// Reads an operation's arguments and hands back what carries it out, so that a line with a mistake
+/// Reads an operation's arguments and returns what carries it out, so that a line with a mistake
 /// does nothing at all.
 using Operation = std::function<std::function<void()>(Arguments&, Host&)>;
 using Operations = std::map<std::string, Operation>;

@@ -13,7 +13,7 @@ namespace kifo::tool {
 /// What a scripted host has to say: one JSON object a line, written at once, in the order in which
 /// things happen.
 ///
-/// **Threading:** thread-safe. **Errors:** when nobody reads any more the process ends.
+/// **Threading:** thread-safe. **Errors:** the process ends when its output is closed.
 class Output final : public ConsoleSink, public Inspector {
  public:
   using Line = nlohmann::ordered_json;

@@ -8,7 +8,7 @@
 
 namespace kifo::tool {
 
-/// What is told of a popup: its campaign, and the options that it offers.
+/// What is reported of a popup: its campaign, and the options that it offers.
 struct PopupLine {
   using Options = std::vector<std::shared_ptr<AppCommunicationItemButton>>;
 

@@ -1,7 +1,6 @@
 #include "apps/kifo/host/Properties.h"
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/Version.h"
 
 namespace kifo::tool {
@@ -27,10 +26,6 @@ Property writable(Enumeration (*get)(), void (*set)(Enumeration)) {
     set(value);
   };
   return property;
-}
-
-Property flag(std::atomic<bool> Session::*member) {
-  return {[member] { return Line((Runtime::current()->session.*member).load()); }};
 }
 
 Property timeout() {
@@ -68,10 +63,10 @@ const std::map<std::string, Property>& properties() {
       {"Kifo.isInstall", readable(&Kifo::isInstall)},
       {"Kifo.isStarted", readable(&Kifo::isStarted)},
       {"Kifo.requestTimeout", timeout()},
-      {"Kifo.isWifiStatusRequired", flag(&Session::isWifiStatusRequired)},
-      {"Kifo.isDiskCapacityRequired", flag(&Session::isDiskCapacityRequired)},
-      {"Kifo.isBatteryStatusRequired", flag(&Session::isBatteryStatusRequired)},
-      {"Kifo.isLocationRequired", flag(&Session::isLocationRequired)},
+      {"Kifo.isWifiStatusRequired", readable(&Kifo::isWifiStatusRequired)},
+      {"Kifo.isDiskCapacityRequired", readable(&Kifo::isDiskCapacityRequired)},
+      {"Kifo.isBatteryStatusRequired", readable(&Kifo::isBatteryStatusRequired)},
+      {"Kifo.isLocationRequired", readable(&Kifo::isLocationRequired)},
       {"Kifo.version", {[] { return Line(KIFO_VERSION); }}},
   };
   return all;

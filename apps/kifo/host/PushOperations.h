@@ -7,7 +7,7 @@
 
 namespace kifo::tool {
 
-/// Callbacks of the notification manager that are told as lines.
+/// Callbacks of the notification manager that are written as lines.
 NotificationManager::ActionCallback actionCallback(const std::shared_ptr<Output>& output);
 NotificationManager::ContentHandler contentHandler(const std::shared_ptr<Output>& output);
 

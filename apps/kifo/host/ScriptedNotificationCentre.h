@@ -17,7 +17,7 @@ namespace kifo::tool {
 /// **Threading:** thread-safe.
 class ScriptedNotificationCentre final : public NotificationCentre {
  public:
-  /// Holds the answers back for as long as it lives.
+  /// Holds the answers back as long as it exists.
   class Line {
    public:
     explicit Line(ScriptedNotificationCentre& centre);

@@ -10,15 +10,15 @@
 
 namespace kifo::tool {
 
-/// A host's token service that gives what a script says, at once or later. Each question is told as
-/// the callback "getToken".
+/// A host's token service that gives what a script says, at once or later. Each request is written
+/// as the callback "getToken".
 ///
 /// **Threading:** thread-safe.
 class ScriptedTokenService final : public TokenServiceProtocol {
  public:
   struct Answer {
     std::optional<std::string> token;
-    double delay = 0.0;  ///< Seconds; 0 answers before the question returns.
+    double delay = 0.0;  ///< Seconds; 0 answers before `getToken` returns.
   };
 
   /// Late answers come on `queue`.

@@ -132,7 +132,7 @@ int run(const Options& options) {
 void addLogCommand(CLI::App& program, int& status) {
   const auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("log", "What a host has stored; reads only");
-  command->add_option("--home", options->home, "Where the host's KifoLog.db lies")->required();
+  command->add_option("--home", options->home, "The folder of the host's KifoLog.db")->required();
   command->add_option("--row", options->row, "Prints the request with this id as a whole");
   command->footer(
       "Reads also while a host runs. The exit status is 1 when there is no database, no such row,\n"

@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "apps/kifo/host/TemporaryHome.h"
+#include "testing/TemporaryDirectory.h"
 
 namespace kifo::tool {
 namespace {
@@ -62,7 +62,7 @@ class StoredRequests::Copy {
   [[nodiscard]] std::string file() const { return home_.path() + "/" + FILE; }
 
  private:
-  const TemporaryHome home_;
+  const testing::TemporaryDirectory home_;
 };
 
 std::optional<std::string> StoredRequest::event() const {

@@ -20,7 +20,7 @@ class NoCampaigns : public std::runtime_error {
 /// **Threading:** a plain value. **Errors:** throws `NoCampaigns`.
 struct CampaignFile {
   std::string name;    ///< The file's, without folder and suffix.
-  std::string folder;  ///< Where it lies; pictures are looked for beside it.
+  std::string folder;  ///< Of the file; pictures are looked for beside it.
   std::vector<std::shared_ptr<AppCommunicationItem>> campaigns;
 
   /// "-" reads standard input.

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "apps/kifo/Terminal.h"
-#include "apps/server/ReceivedRequest.h"
+#include "testing/server/ReceivedRequest.h"
 
 namespace kifo::tool {
 
@@ -18,10 +18,10 @@ class EventPrinter {
   /// **Errors:** throws `std::runtime_error` when it cannot be written to.
   explicit EventPrinter(const std::string& log);
 
-  void received(const server::ReceivedRequest& request);
+  void received(const testing::ReceivedRequest& request);
 
  private:
-  [[nodiscard]] std::string line(const server::ReceivedRequest& request) const;
+  [[nodiscard]] std::string line(const testing::ReceivedRequest& request) const;
 
   const Terminal terminal_;
   std::mutex mutex_;

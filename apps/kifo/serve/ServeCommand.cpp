@@ -3,12 +3,11 @@
 #include <csignal>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 
 #include "apps/kifo/serve/EventPrinter.h"
-#include "apps/server/LocalServer.h"
+#include "testing/server/LocalServer.h"
 
 namespace kifo::tool {
 namespace {
@@ -25,16 +24,16 @@ struct Options {
   std::uint64_t times = 0;
 };
 
-server::Faults faultsOf(const Options& options) {
-  nlohmann::json json = {{"latency", options.latency}};
-  if (options.status != 0) json["status"] = options.status;
-  if (options.everyOther != 0) json["everyOther"] = options.everyOther;
-  if (!options.body.empty()) json["body"] = options.body;
-  if (!options.connection.empty()) json["connection"] = options.connection;
-  if (!options.on.empty()) json["on"] = options.on;
-  if (options.times != 0) json["times"] = options.times;
+testing::Faults faultsOf(const Options& options) {
+  Value::Map named{{"latency", options.latency}};
+  if (options.status != 0) named["status"] = options.status;
+  if (options.everyOther != 0) named["everyOther"] = options.everyOther;
+  if (!options.body.empty()) named["body"] = options.body;
+  if (!options.connection.empty()) named["connection"] = options.connection;
+  if (!options.on.empty()) named["on"] = options.on;
+  if (options.times != 0) named["times"] = options.times;
   std::string problem;
-  const auto faults = server::Faults::fromJson(json, problem);
+  const auto faults = testing::Faults::fromValue(std::move(named), problem);
   if (!faults) throw std::runtime_error(problem);
   return *faults;
 }
@@ -53,13 +52,13 @@ sigset_t blockedEnds() {
 int run(const Options& options) {
   const sigset_t ends = blockedEnds();
   EventPrinter printer(options.log);
-  server::LocalServer server(server::LocalServer::Options{.port = options.port});
+  testing::LocalServer server(testing::LocalServer::Options{.port = options.port});
   server.setFaults(faultsOf(options));
   if (!options.campaigns.empty()) server.campaigns().servePath(options.campaigns);
   if (const auto problem = server.campaigns().problem(); !problem.empty()) {
     throw std::runtime_error(problem);
   }
-  server.observe([&](const server::ReceivedRequest& request) { printer.received(request); });
+  server.observe([&](const testing::ReceivedRequest& request) { printer.received(request); });
   if (server.start() == 0) {
     throw std::runtime_error("port " + std::to_string(options.port) + " cannot be had");
   }

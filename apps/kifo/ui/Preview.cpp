@@ -5,11 +5,10 @@
 #include <iostream>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
-#include "apps/kifo/host/TemporaryHome.h"
 #include "apps/kifo/preview/CampaignFile.h"
+#include "apps/kifo/preview/Judgement.h"
 #include "apps/kifo/preview/LocalPictures.h"
 #include "apps/kifo/preview/PreviewOptions.h"
-#include "apps/kifo/preview/Trial.h"
 #include "apps/kifo/ui/Display.h"
 #include "apps/kifo/ui/Gallery.h"
 #include "apps/kifo/ui/PopupPicture.h"
@@ -20,7 +19,7 @@
 namespace kifo::tool {
 namespace {
 
-/// The system's services for a preview: nothing is stored, and pictures may lie in a folder.
+/// The system's services for a preview: nothing is stored, and pictures may come from a folder.
 void install(const std::string& folder, const PreviewOptions& options) {
   const Platform null = nullPlatform();
   Platform platform = makeLinuxPlatform({.documentsDirectory = "/nonexistent"});
@@ -64,9 +63,10 @@ std::vector<GalleryEntry> entriesOf(const PreviewOptions& options) {
       for (const auto& campaign : file.campaigns) {
         ++number;
         if (options.item && *options.item != number) continue;
-        auto verdict = tryCampaign(campaign);
+        auto judgement = judge(*campaign);
         entries.push_back({file.name + (isAlone ? "" : "-" + std::to_string(number)),
-                           titleOf(*campaign), verdict.request, verdict.reason, verdict.notes});
+                           titleOf(*campaign), judgement.request, judgement.reason,
+                           judgement.notes});
       }
     } catch (const NoCampaigns& problem) {
       entries.push_back(

@@ -1,85 +1,106 @@
-#include "apps/demo/shop/tour/AlertsTour.h"
+#include <QWidget>
+#include <algorithm>
 
-#include "apps/demo/shop/tour/Visitor.h"
+#include "apps/demo/shop/tour/Visit.h"
 
 namespace kifo::shop {
+namespace {
 
-bool AlertsTour::run() {
-  if (!visitor_.picture("40-alerts")) return false;
-  return styles() && fields() && countdown() && wait() && contents() && twoAtOnce() && darkPage();
+/// A card fades in, and has no effect any more once it is there.
+bool hasFadedIn(const Visit& visit) {
+  const auto alert = visit.overlay();
+  if (alert == nullptr) return false;
+  const auto cards = alert->object()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+  return std::ranges::all_of(cards,
+                             [](const QWidget* card) { return card->graphicsEffect() == nullptr; });
 }
 
-bool AlertsTour::styles() {
-  return visit("Success", "41-alert-success", "Track it") &&
-         visit("Error", "42-alert-error", "Cancel") &&
-         visit("Notice", "43-alert-notice", "I see") &&
-         visit("Warning", "44-alert-warning", "Hurry") && visit("Info", "45-alert-info", "Close") &&
-         visit("Edit", "46-alert-edit", "Nobody") &&
-         visit("Question", "48-alert-question-in-a-row", "Keep it");
+void waitForAlert(Visit& visit) {
+  visit.waitForOverlay();
+  visit.waitUntil([&] { return hasFadedIn(visit); }, "the alert does not fade in");
 }
 
-bool AlertsTour::fields() {
-  if (!open("Fields", "49-alert-fields")) return false;
-  visitor_.type("12 Harbour Street");
-  visitor_.press(Qt::Key_Tab, 2);
-  visitor_.type("Ring twice");
-  if (!visitor_.picture("50-alert-fields-typed")) return false;
+/// Clicks the tile and keeps a picture of its alert. What moves or counts on it may go on.
+void open(Visit& visit, const QString& tile, const QString& picture) {
+  visit.click(tile);
+  waitForAlert(visit);
+  visit.save(picture);
+}
+
+/// Opens, keeps and closes by the button `answer`.
+void see(Visit& visit, const QString& tile, const QString& picture, const QString& answer) {
+  open(visit, tile, picture);
+  visit.click(answer);
+  visit.waitForNoOverlay();
+}
+
+void fields(Visit& visit) {
+  open(visit, "Fields", "49-alert-fields");
+  visit.type("12 Harbour Street");
+  visit.press(Qt::Key_Tab, 2);
+  visit.type("Ring twice");
+  visit.save("50-alert-fields-typed");
   // Enter breaks the line in the third field; from the second it is the first button.
-  visitor_.press(Qt::Key_Backtab);
-  visitor_.press(Qt::Key_Return);
-  return visitor_.waitForNoAlert();
+  visit.press(Qt::Key_Backtab);
+  visit.press(Qt::Key_Return);
+  visit.waitForNoOverlay();
 }
 
-bool AlertsTour::countdown() {
-  if (!open("A countdown", "51-alert-countdown")) return false;
-  return visitor_.click("Stay signed in") && visitor_.waitForNoAlert();
+void timed(Visit& visit) {
+  see(visit, "A countdown", "51-alert-countdown", "Stay signed in");
+  open(visit, "Wait", "47-alert-wait");
+  visit.waitFor("Reserve it");
+  visit.save("52-alert-wait-is-over");
+  visit.tabTo("Reserve it");
+  visit.press(Qt::Key_Escape);
+  visit.waitForNoOverlay();
 }
 
-bool AlertsTour::wait() {
-  if (!open("Wait", "47-alert-wait") || !visitor_.waitFor("Reserve it")) return false;
-  if (!visitor_.picture("52-alert-wait-is-over") || !visitor_.tabTo("Reserve it")) return false;
-  visitor_.press(Qt::Key_Escape);
-  return visitor_.waitForNoAlert();
+void buttonsThatStay(Visit& visit) {
+  open(visit, "Buttons that stay", "59-alert-staying");
+  visit.click("One more");
+  visit.click("One more");
+  visit.click("That will do");
+  visit.waitForNoOverlay();
 }
 
-bool AlertsTour::contents() {
-  if (!visit("A list", "53-alert-list", "Done") ||
-      !visit("A view of one's own", "54-alert-own-view", "Not today") ||
-      !visit("Own colours", "55-alert-own-colours", "Sleep well") ||
-      !visit("A long text", "56-alert-long-text", "Leave it") ||
-      !visit("At the upper edge", "57-alert-upper-edge", "Close") ||
-      !visit("On a spring", "58-alert-spring", "Close")) {
-    return false;
-  }
-  if (!open("Buttons that stay", "59-alert-staying")) return false;
-  return visitor_.click("One more") && visitor_.click("One more") &&
-         visitor_.click("That will do") && visitor_.waitForNoAlert();
+void twoAtOnce(Visit& visit) {
+  open(visit, "One over another", "60-alert-below");
+  visit.click("Delete my account");
+  visit.waitFor("Stay");
+  waitForAlert(visit);
+  visit.save("61-alert-above");
+  visit.press(Qt::Key_Escape);
+  visit.waitFor("Delete my account");
+  visit.press(Qt::Key_Escape);
+  visit.waitForNoOverlay();
 }
 
-bool AlertsTour::twoAtOnce() {
-  if (!open("One over another", "60-alert-below") || !visitor_.click("Delete my account") ||
-      !visitor_.waitFor("Stay") || !visitor_.waitForAlert()) {
-    return false;
-  }
-  if (!visitor_.picture("61-alert-above")) return false;
-  visitor_.press(Qt::Key_Escape);
-  if (!visitor_.waitFor("Delete my account")) return false;
-  visitor_.press(Qt::Key_Escape);
-  return visitor_.waitForNoAlert();
-}
+}  // namespace
 
-bool AlertsTour::darkPage() {
-  return visitor_.click("Over a dark page") && visit("Success", "62-alert-dark-page", "Close") &&
-         visit("Own colours", "63-alert-dark-card", "Sleep well") &&
-         visitor_.click("Over a dark page");
-}
-
-bool AlertsTour::open(const QString& tile, const QString& picture) {
-  return visitor_.click(tile) && visitor_.waitForAlert() && visitor_.picture(picture);
-}
-
-bool AlertsTour::visit(const QString& tile, const QString& picture, const QString& answer) {
-  return open(tile, picture) && visitor_.click(answer) && visitor_.waitForNoAlert();
+void visitAlerts(Visit& visit) {
+  visit.save("40-alerts");
+  see(visit, "Success", "41-alert-success", "Track it");
+  see(visit, "Error", "42-alert-error", "Cancel");
+  see(visit, "Notice", "43-alert-notice", "I see");
+  see(visit, "Warning", "44-alert-warning", "Hurry");
+  see(visit, "Info", "45-alert-info", "Close");
+  see(visit, "Edit", "46-alert-edit", "Nobody");
+  see(visit, "Question", "48-alert-question-in-a-row", "Keep it");
+  fields(visit);
+  timed(visit);
+  see(visit, "A list", "53-alert-list", "Done");
+  see(visit, "A view of one's own", "54-alert-own-view", "Not today");
+  see(visit, "Own colours", "55-alert-own-colours", "Sleep well");
+  see(visit, "A long text", "56-alert-long-text", "Leave it");
+  see(visit, "At the upper edge", "57-alert-upper-edge", "Close");
+  see(visit, "On a spring", "58-alert-spring", "Close");
+  buttonsThatStay(visit);
+  twoAtOnce(visit);
+  visit.click("Over a dark page");
+  see(visit, "Success", "62-alert-dark-page", "Close");
+  see(visit, "Own colours", "63-alert-dark-card", "Sleep well");
+  visit.click("Over a dark page");
 }
 
 }  // namespace kifo::shop

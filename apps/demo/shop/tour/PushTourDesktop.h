@@ -12,15 +12,15 @@
 namespace kifo::shop {
 
 /// A desktop for the tour alone: a message bus of its own with a notification service on it, which
-/// keeps what it is asked to show and clicks when the tour says so. The visitor's own desktop hears
-/// nothing of it. Both end with this object.
+/// keeps what it is asked to show and clicks when the tour says so. The user's own desktop is not
+/// used. Both end with this object.
 ///
 /// **Threading:** UI thread only. **Errors:** without a bus to be had `address` is empty.
 class PushTourDesktop : public QDBusVirtualObject {
  public:
   struct Shown {
     QString title;
-    QStringList actions;  ///< Keys and texts in turns.
+    QStringList actions;  ///< A key and its text, one pair after the other.
     QVariantMap hints;
   };
 

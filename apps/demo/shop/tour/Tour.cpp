@@ -4,205 +4,227 @@
 #include <QGuiApplication>
 #include <QTest>
 #include <cstdio>
+#include <exception>
+#include <functional>
 #include <utility>
 
-#include "apps/demo/shop/tour/AlertsTour.h"
-#include "apps/demo/shop/tour/PushTour.h"
+#include "apps/demo/shop/tour/PushTourDesktop.h"
+#include "apps/demo/shop/tour/Visit.h"
 
 namespace kifo::shop {
+namespace {
 
-Tour::Tour(QWidget& window, server::LocalServer& server, PushTourDesktop& desktop,
-           const QString& folder)
-    : window_(window), visitor_(window, folder), ear_(server), desktop_(desktop) {}
-
-bool Tour::run() {
-  using Stop = std::pair<const char*, bool (Tour::*)()>;
-  constexpr Stop stops[]{{"The front page", &Tour::frontPage},
-                         {"A plain popup", &Tour::plainPopup},
-                         {"An emoji rating", &Tour::emoji},
-                         {"A coupon", &Tour::coupon},
-                         {"A score", &Tour::score},
-                         {"An open-ended question", &Tour::openEnded},
-                         {"A survey", &Tour::survey},
-                         {"A long survey", &Tour::longSurvey},
-                         {"A survey from right to left", &Tour::rightToLeft},
-                         {"A carousel", &Tour::carousel},
-                         {"The alerts", &Tour::alerts},
-                         {"The pushes", &Tour::pushes},
-                         {"A small window", &Tour::smallWindow}};
-  int failures = 0;
-  for (const auto& [name, stop] : stops) {
-    const bool isGood = (this->*stop)();
-    std::printf("%s  %s\n", isGood ? "ok   " : "WRONG", name);
-    std::fflush(stdout);
-    if (!isGood) ++failures;
-  }
-  std::printf("The server heard %zu events; %d of the %zu stops went wrong.\n", ear_.count(),
-              failures, std::size(stops));
-  return failures == 0;
+/// Clicks `button`, waits for the popup and keeps its picture; the server must hear of its opening.
+void open(Visit& visit, const QString& button, const char* type, const char* code,
+          const QString& picture) {
+  visit.click(button);
+  visit.waitForOverlay();
+  visit.expectEvent({{"name", "in_app_opened"}, {"code", code}, {"type", type}});
+  visit.keep(picture);
 }
 
-bool Tour::frontPage() {
-  if (!QTest::qWaitForWindowExposed(&window_)) return false;
-  visitor_.waitForStillness();
-  return visitor_.picture("01-home") &&
-         ear_.hears({{"name", "page_in"}, {"page_name", "HomeScreen"}});
-}
-
-bool Tour::plainPopup() {
-  if (!open("See the autumn offer", "POPUP", "AUTUMN-1", "02-popup")) return false;
-  if (!visitor_.pointAt("Show me the lamp") || !keep("03-popup-hover")) return false;
-  // The keyboard alone will do.
-  if (!visitor_.tabTo("Show me the lamp") || !keep("04-popup-focus")) return false;
-  visitor_.press(Qt::Key_Space);
-  const bool isHeard = answered("AUTUMN-1", {{"responseType", "BUTTON"},
-                                             {"responseId", "lampshow"},
-                                             {"responseText", "Show me the lamp"},
-                                             {"page_name", "HomeScreen"}});
-  visitor_.waitForStillness();
-  return isHeard && ear_.hears({{"name", "page_out"}, {"page_name", "HomeScreen"}}) &&
-         visitor_.picture("05-product");
-}
-
-bool Tour::emoji() {
-  if (!open("Rate it", "EMOJI", "RATE-1", "06-emoji")) return false;
-  if (!visitor_.click("I love it") || !keep("07-emoji-chosen")) return false;
-  if (!visitor_.tabTo("What makes it so?")) return false;
-  visitor_.type("The light is like honey 🍯");
-  if (!keep("08-emoji-typed") || !visitor_.click("Send my rating")) return false;
-  return answered("RATE-1", {{"responseType", "EMOJI"},
-                             {"responseId", "3"},
-                             {"responseText", nullptr},
-                             {"defaultFreeText", "The light is like honey 🍯"}});
-}
-
-bool Tour::coupon() {
-  if (!visitor_.click("Add to basket") || !visitor_.click("Add to basket")) return false;
-  if (!visitor_.click("Basket")) return false;
-  visitor_.waitForStillness();
-  if (!visitor_.picture("09-basket")) return false;
-  if (!open("Get a coupon", "POPUP", "COUPON-10", "10-coupon")) return false;
-  if (!visitor_.click("Copy the code") || !keep("11-coupon-copied")) return false;
-  if (QGuiApplication::clipboard()->text() != QLatin1String("NOOK-10-AUTUMN")) {
-    std::printf("  wrong: the clipboard does not hold the code\n");
-    return false;
-  }
-  visitor_.press(Qt::Key_Escape);
-  return answered("COUPON-10", {{"responseType", "REJECT"}, {"responseId", ""}});
-}
-
-bool Tour::score() {
-  if (!open("Place the order", "SCORE", "SCORE-10", "12-score")) return false;
-  if (!visitor_.tabTo("How likely are you to send a friend here?")) return false;
-  visitor_.press(Qt::Key_Right, 9);
-  if (!keep("13-score-nine") || !visitor_.tabTo("Why this score?")) return false;
-  visitor_.type("It came with a ribbon");
-  if (!keep("14-score-typed") || !visitor_.click("Send")) return false;
-  return answered("SCORE-10", {{"responseType", "SCORE"},
-                               {"sliderValue", 9},
-                               {"defaultFreeText", "It came with a ribbon"},
-                               {"page_name", "BasketScreen"}});
-}
-
-bool Tour::openEnded() {
-  if (!visitor_.click("Account")) return false;
-  visitor_.waitForStillness();
-  if (!visitor_.picture("15-account")) return false;
-  if (!open("Write to us", "OPEN_ENDED", "OPEN-1", "16-open-ended")) return false;
-  if (!visitor_.tabTo("Two lines are plenty")) return false;
-  visitor_.type("More chairs, fewer clocks.");
-  if (!keep("17-open-ended-typed") || !visitor_.tabTo("Send it")) return false;
-  visitor_.press(Qt::Key_Space);
-  return answered("OPEN-1", {{"responseType", "OPEN_ENDED"},
-                             {"defaultFreeText", "More chairs, fewer clocks."}});
-}
-
-bool Tour::survey() {
-  if (!open("Answer", "SURVEY", "SURVEY-4", "18-survey")) return false;
-  if (visitor_.isShown("Which way was it?")) {
-    std::printf("  wrong: the free text is asked for before it is wanted\n");
-    return false;
-  }
-  if (!visitor_.click("I read about you") || !keep("19-survey-chosen")) return false;
-  if (!visitor_.tabTo("I read about you")) return false;
-  visitor_.press(Qt::Key_Down);
-  visitor_.press(Qt::Key_Space);
-  if (!keep("20-survey-other") || !visitor_.tabTo("Which way was it?")) return false;
-  visitor_.type("A cat led me");
-  if (!keep("21-survey-typed") || !visitor_.click("Answer")) return false;
-  return answered("SURVEY-4", {{"responseType", "CHOICE"},
-                               {"responseId", "other"},
-                               {"responseText", "In another way"},
-                               {"defaultFreeText", "A cat led me"}});
-}
-
-bool Tour::longSurvey() {
-  if (!open("Choose a style", "SURVEY", "SURVEY-20", "22-survey-long")) return false;
-  if (!visitor_.turnWheel("Japandi", -3) || !keep("23-survey-long-scrolled")) return false;
-  if (!visitor_.tabTo("Scandinavian")) return false;
-  visitor_.press(Qt::Key_Down, 19);
-  visitor_.press(Qt::Key_Space);
-  if (!keep("24-survey-long-last") || !visitor_.click("This one")) return false;
-  return answered("SURVEY-20", {{"responseType", "CHOICE"},
-                                {"responseId", "20"},
-                                {"responseText", "Whatever my cat allows"}});
-}
-
-bool Tour::rightToLeft() {
-  if (!open("افتح", "SURVEY", "SURVEY-AR", "25-right-to-left")) return false;
-  if (!visitor_.click("أخبرني صديق") || !keep("26-right-to-left-chosen")) return false;
-  if (!visitor_.click("إرسال")) return false;
-  return answered("SURVEY-AR", {{"responseType", "CHOICE"}, {"responseText", "أخبرني صديق"}});
-}
-
-bool Tour::carousel() {
-  if (!visitor_.click("Shop")) return false;
-  if (!open("Look around a room", "POPUP", "ROOM-3", "27-carousel")) return false;
-  QTest::qWait(2100);
-  if (!keep("28-carousel-next") || !visitor_.click("Close")) return false;
-  return answered("ROOM-3", {{"responseType", "REJECT"}, {"responseText", nullptr}});
-}
-
-bool Tour::alerts() {
-  if (!visitor_.click("Alerts")) return false;
-  visitor_.waitForStillness();
-  if (!ear_.hears({{"name", "page_in"}, {"page_name", "AlertsScreen"}})) return false;
-  const bool isGood = AlertsTour(visitor_).run();
-  return visitor_.click("Shop") && isGood;
-}
-
-bool Tour::pushes() {
-  const bool isGood = PushTour(visitor_, ear_, desktop_).run();
-  return visitor_.click("Shop") && isGood;
-}
-
-bool Tour::smallWindow() {
-  window_.resize(430, 720);
-  visitor_.waitForStillness();
-  if (!visitor_.picture("29-small-home") || !visitor_.click("See the autumn offer") ||
-      !visitor_.waitForPopup() || !keep("30-small-popup")) {
-    return false;
-  }
-  if (!visitor_.click("To my basket") || !visitor_.waitForNoPopup()) return false;
-  visitor_.waitForStillness();
-  return ear_.hears({{"name", "InAppMessageResponse"}, {"responseText", "To my basket"}}) &&
-         visitor_.picture("31-small-basket");
-}
-
-bool Tour::open(const QString& button, const char* type, const char* code, const QString& picture) {
-  if (!visitor_.click(button) || !visitor_.waitForPopup()) return false;
-  return ear_.hears({{"name", "in_app_opened"}, {"code", code}, {"type", type}}) && keep(picture);
-}
-
-bool Tour::answered(const char* code, nlohmann::json answer) {
+/// Once the popup has closed, the server must have received this answer to the campaign `code`.
+void expectAnswer(Visit& visit, const char* code, Value::Map answer) {
   answer["name"] = "InAppMessageResponse";
   answer["code"] = code;
-  return visitor_.waitForNoPopup() && ear_.hears(answer);
+  visit.waitForNoOverlay();
+  visit.expectEvent(answer);
 }
 
-bool Tour::keep(const QString& picture) {
-  visitor_.waitForStillness();
-  return visitor_.picture(picture);
+void frontPage(Visit& visit) {
+  visit.keep("01-home");
+  visit.expectEvent({{"name", "page_in"}, {"page_name", "HomeScreen"}});
+}
+
+void plainPopup(Visit& visit) {
+  open(visit, "See the autumn offer", "POPUP", "AUTUMN-1", "02-popup");
+  visit.pointAt("Show me the lamp");
+  visit.keep("03-popup-hover");
+  // The keyboard alone will do.
+  visit.tabTo("Show me the lamp");
+  visit.keep("04-popup-focus");
+  visit.press(Qt::Key_Space);
+  expectAnswer(visit, "AUTUMN-1",
+               {{"responseType", "BUTTON"},
+                {"responseId", "lampshow"},
+                {"responseText", "Show me the lamp"},
+                {"page_name", "HomeScreen"}});
+  visit.expectEvent({{"name", "page_out"}, {"page_name", "HomeScreen"}});
+  visit.keep("05-product");
+}
+
+void emoji(Visit& visit) {
+  open(visit, "Rate it", "EMOJI", "RATE-1", "06-emoji");
+  visit.click("I love it");
+  visit.keep("07-emoji-chosen");
+  visit.tabTo("What makes it so?");
+  visit.type("The light is like honey 🍯");
+  visit.keep("08-emoji-typed");
+  visit.click("Send my rating");
+  expectAnswer(visit, "RATE-1",
+               {{"responseType", "EMOJI"},
+                {"responseId", "3"},
+                {"responseText", nullptr},
+                {"defaultFreeText", "The light is like honey 🍯"}});
+}
+
+void coupon(Visit& visit) {
+  visit.click("Add to basket");
+  visit.click("Add to basket");
+  visit.click("Basket");
+  visit.keep("09-basket");
+  open(visit, "Get a coupon", "POPUP", "COUPON-10", "10-coupon");
+  visit.click("Copy the code");
+  visit.keep("11-coupon-copied");
+  if (QGuiApplication::clipboard()->text() != QLatin1String("NOOK-10-AUTUMN")) {
+    throw Visit::NotUsable("the clipboard does not hold the code");
+  }
+  visit.press(Qt::Key_Escape);
+  expectAnswer(visit, "COUPON-10", {{"responseType", "REJECT"}, {"responseId", ""}});
+}
+
+void score(Visit& visit) {
+  open(visit, "Place the order", "SCORE", "SCORE-10", "12-score");
+  visit.tabTo("How likely are you to send a friend here?");
+  visit.press(Qt::Key_Right, 9);
+  visit.keep("13-score-nine");
+  visit.tabTo("Why this score?");
+  visit.type("It came with a ribbon");
+  visit.keep("14-score-typed");
+  visit.click("Send");
+  expectAnswer(visit, "SCORE-10",
+               {{"responseType", "SCORE"},
+                {"sliderValue", 9},
+                {"defaultFreeText", "It came with a ribbon"},
+                {"page_name", "BasketScreen"}});
+}
+
+void openEnded(Visit& visit) {
+  visit.click("Account");
+  visit.keep("15-account");
+  open(visit, "Write to us", "OPEN_ENDED", "OPEN-1", "16-open-ended");
+  visit.tabTo("Two lines are plenty");
+  visit.type("More chairs, fewer clocks.");
+  visit.keep("17-open-ended-typed");
+  visit.tabTo("Send it");
+  visit.press(Qt::Key_Space);
+  expectAnswer(visit, "OPEN-1",
+               {{"responseType", "OPEN_ENDED"}, {"defaultFreeText", "More chairs, fewer clocks."}});
+}
+
+void survey(Visit& visit) {
+  open(visit, "Answer", "SURVEY", "SURVEY-4", "18-survey");
+  if (visit.named("Which way was it?") != nullptr) {
+    throw Visit::NotUsable("the free text is asked for before it is wanted");
+  }
+  visit.click("I read about you");
+  visit.keep("19-survey-chosen");
+  visit.tabTo("I read about you");
+  visit.press(Qt::Key_Down);
+  visit.press(Qt::Key_Space);
+  visit.keep("20-survey-other");
+  visit.tabTo("Which way was it?");
+  visit.type("A cat led me");
+  visit.keep("21-survey-typed");
+  visit.click("Answer");
+  expectAnswer(visit, "SURVEY-4",
+               {{"responseType", "CHOICE"},
+                {"responseId", "other"},
+                {"responseText", "In another way"},
+                {"defaultFreeText", "A cat led me"}});
+}
+
+void longSurvey(Visit& visit) {
+  open(visit, "Choose a style", "SURVEY", "SURVEY-20", "22-survey-long");
+  visit.turnWheel("Japandi", -3);
+  visit.keep("23-survey-long-scrolled");
+  visit.tabTo("Scandinavian");
+  visit.press(Qt::Key_Down, 19);
+  visit.press(Qt::Key_Space);
+  visit.keep("24-survey-long-last");
+  visit.click("This one");
+  expectAnswer(visit, "SURVEY-20",
+               {{"responseType", "CHOICE"},
+                {"responseId", "20"},
+                {"responseText", "Whatever my cat allows"}});
+}
+
+void rightToLeft(Visit& visit) {
+  open(visit, "افتح", "SURVEY", "SURVEY-AR", "25-right-to-left");
+  visit.click("أخبرني صديق");
+  visit.keep("26-right-to-left-chosen");
+  visit.click("إرسال");
+  expectAnswer(visit, "SURVEY-AR", {{"responseType", "CHOICE"}, {"responseText", "أخبرني صديق"}});
+}
+
+void carousel(Visit& visit) {
+  visit.click("Shop");
+  open(visit, "Look around a room", "POPUP", "ROOM-3", "27-carousel");
+  QTest::qWait(2100);
+  visit.keep("28-carousel-next");
+  visit.click("Close");
+  expectAnswer(visit, "ROOM-3", {{"responseType", "REJECT"}, {"responseText", nullptr}});
+}
+
+void alerts(Visit& visit) {
+  visit.click("Alerts");
+  visit.waitForStillness();
+  visit.expectEvent({{"name", "page_in"}, {"page_name", "AlertsScreen"}});
+  visitAlerts(visit);
+}
+
+void smallWindow(Visit& visit, QWidget& window) {
+  visit.click("Shop");
+  window.resize(430, 720);
+  visit.keep("29-small-home");
+  visit.click("See the autumn offer");
+  visit.waitForOverlay();
+  visit.keep("30-small-popup");
+  visit.click("To my basket");
+  visit.waitForNoOverlay();
+  visit.expectEvent({{"name", "InAppMessageResponse"}, {"responseText", "To my basket"}});
+  visit.keep("31-small-basket");
+}
+
+/// Whether the stop went as it should; what did not is printed.
+bool stop(const char* name, const std::function<void()>& visit) {
+  bool isGood = true;
+  try {
+    visit();
+  } catch (const std::exception& problem) {
+    isGood = false;
+    std::printf("  wrong: %s\n", problem.what());
+  }
+  std::printf("%s  %s\n", isGood ? "ok   " : "WRONG", name);
+  std::fflush(stdout);
+  return isGood;
+}
+
+}  // namespace
+
+bool runTour(QWidget& window, testing::LocalServer& server, PushTourDesktop& desktop,
+             const QString& folder) {
+  if (!QTest::qWaitForWindowExposed(&window)) return false;
+  Visit visit(window, server, folder);
+  const std::pair<const char*, std::function<void()>> stops[]{
+      {"The front page", [&] { frontPage(visit); }},
+      {"A plain popup", [&] { plainPopup(visit); }},
+      {"An emoji rating", [&] { emoji(visit); }},
+      {"A coupon", [&] { coupon(visit); }},
+      {"A score", [&] { score(visit); }},
+      {"An open-ended question", [&] { openEnded(visit); }},
+      {"A survey", [&] { survey(visit); }},
+      {"A long survey", [&] { longSurvey(visit); }},
+      {"A survey from right to left", [&] { rightToLeft(visit); }},
+      {"A carousel", [&] { carousel(visit); }},
+      {"The alerts", [&] { alerts(visit); }},
+      {"The pushes", [&] { visitPushes(visit, desktop); }},
+      {"A small window", [&] { smallWindow(visit, window); }}};
+  int failures = 0;
+  for (const auto& [name, run] : stops) failures += stop(name, run) ? 0 : 1;
+  std::printf("The server received %zu events; %d of the %zu stops went wrong.\n",
+              visit.eventCount(), failures, std::size(stops));
+  return failures == 0;
 }
 
 }  // namespace kifo::shop
