@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QByteArray>
+#include <QDBusArgument>
+#include <QMetaType>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
 #include <cstdint>
 #include <optional>
 
-#include "platform/qt/DesktopNotification.h"
-#include "platform/qt/NotificationImage.h"
+#include "platform/qt/DesktopNotificationLedger.h"
 
 namespace kifo {
 
@@ -28,6 +30,26 @@ struct DesktopApplication {
   QString openLabel;     ///< What the tap on the body is called where a service lists it.
 };
 
+/// A picture as the notification service takes it over the bus, signature (iiibiiay): rows of 8-bit
+/// red, green, blue and alpha.
+struct NotificationImage {
+  int width = 0;
+  int height = 0;
+  int bytesPerLine = 0;
+  bool hasAlpha = true;
+  int bitsPerSample = 8;
+  int channels = 4;
+  QByteArray pixels;
+
+  /// Reads a picture file, whatever its name says of its format, and makes it no larger than the
+  /// bus should carry (512 × 512); none when it is no picture. **Threading:** any thread; slow for
+  /// large pictures.
+  static std::optional<NotificationImage> read(const QString& path);
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const NotificationImage& image);
+const QDBusArgument& operator>>(const QDBusArgument& argument, NotificationImage& image);
+
 /// How the picture travels.
 struct DesktopPicture {
   QString path;  ///< Not empty: of the file, for services that may read it.
@@ -42,3 +64,5 @@ QVariantList notifyArguments(const DesktopNotification& notification, std::uint3
                              const DesktopApplication& application, const DesktopPicture& picture);
 
 }  // namespace kifo
+
+Q_DECLARE_METATYPE(kifo::NotificationImage)
