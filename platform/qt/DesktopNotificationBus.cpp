@@ -31,7 +31,7 @@ bool isError(const QDBusMessage& reply) {
   return reply.type() == QDBusMessage::ErrorMessage;
 }
 
-/// The bus itself says that nobody has the service's name and nobody could be started.
+/// The bus says that no service has the name and none could be started.
 bool saysNoService(const QDBusMessage& reply) {
   static const QStringList names = {QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"),
                                     QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner"),
@@ -42,7 +42,7 @@ bool saysNoService(const QDBusMessage& reply) {
           reply.errorName().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn.")));
 }
 
-/// The service, or the bus, went away before it answered.
+/// The service, or the bus, ended before it answered.
 bool saysServiceWent(const QDBusMessage& reply) {
   static const QStringList names = {QStringLiteral("org.freedesktop.DBus.Error.NoReply"),
                                     QStringLiteral("org.freedesktop.DBus.Error.Disconnected"),
@@ -50,8 +50,8 @@ bool saysServiceWent(const QDBusMessage& reply) {
   return isError(reply) && names.contains(reply.errorName());
 }
 
-/// Where the session's bus listens. The bus library looks for its socket once in a process; a bus
-/// that starts later is found here.
+/// Address of the session's bus; empty leaves the search to the bus library. That library searches
+/// once in a process; a bus that starts later is found here.
 QString sessionAddress() {
   if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return {};
   const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
@@ -93,7 +93,7 @@ void DesktopNotificationBus::refresh() {
   state_ == State::ready ? readInhibited() : look();
 }
 
-/// Connecting waits for the bus, and may even start one; so another thread does it.
+/// Connecting blocks until the bus answers and may start one, so another thread does it.
 void DesktopNotificationBus::connectToBus() {
   static std::atomic<int> connections = 0;
   state_ = State::connecting;
@@ -120,8 +120,8 @@ void DesktopNotificationBus::connected(const QDBusConnection& connection) {
   ask();
 }
 
-/// The signals are taken from anybody and told apart by their sender: naming the service here would
-/// have Qt look up its owner and wait for the answer.
+/// Subscribes to every sender and compares the sender later: with the service's name here, Qt would
+/// look up its owner and block until the answer.
 void DesktopNotificationBus::subscribe() {
   QDBusConnection& bus = *connection_;
   bus.connect(QString(), PATH, SERVICE, QString(), this, SLOT(onServiceSignal(QDBusMessage)));
@@ -142,7 +142,7 @@ void DesktopNotificationBus::ask() {
        [this](const QDBusMessage& reply) { answered(reply); });
 }
 
-/// An error that is the service's own, such as an unknown method, is an answer too: it is there.
+/// An error of the service itself, such as an unknown method, still shows that it exists.
 void DesktopNotificationBus::answered(const QDBusMessage& reply) {
   if (saysNoService(reply)) return miss(State::absent);
   if (saysServiceWent(reply)) return lose(State::absent);
@@ -211,7 +211,7 @@ void DesktopNotificationBus::onPropertiesChanged(const QDBusMessage& signal) {
 void DesktopNotificationBus::call(const QString& method, const QVariantList& arguments,
                                   Reply done) {
   if (state_ != State::ready) return;
-  // To the service that gave the numbers: under the name alone it might reach the next one.
+  // To the owner that gave the numbers: a call to the name could reach the next service.
   send(methodCall(owner_, SERVICE, method, arguments),
        [this, done = std::move(done)](const QDBusMessage& reply) {
          saysServiceWent(reply) || saysNoService(reply) ? lose(State::absent) : done(reply);

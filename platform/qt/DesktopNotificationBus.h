@@ -19,12 +19,11 @@ namespace kifo {
 ///
 /// | state | meaning | next |
 /// |---|---|---|
-/// | disconnected | there is no bus | connecting, when looked for |
-/// | connecting | a thread connects to the bus | asking; disconnected when there is no bus |
-/// | asking | the service was asked what it can do | ready; absent when nobody answers |
-/// | absent | nobody on the bus has the service's name | asking, when somebody takes it or when
-/// looked for | | ready | the service answers | asking or absent, when its name changes hands;
-/// disconnected |
+/// | disconnected | there is no bus | connecting: `look` |
+/// | connecting | a thread connects | asking, or disconnected |
+/// | asking | GetCapabilities was sent | ready, or absent |
+/// | absent | no service on the bus | asking: `look`, or a service takes the name |
+/// | ready | the service answers | asking or absent: the name changes; disconnected |
 ///
 /// Every call is asynchronous and waits for its answer as long as it takes, so that a service that
 /// hangs is waited for and not asked twice.
@@ -52,19 +51,20 @@ class DesktopNotificationBus : public QObject {
   /// Reads the permission anew, or looks for the service.
   void refresh();
 
-  /// Calls the service that is there; `done` is not called once that service has gone.
+  /// Calls the service while the state is `ready`. `done` is not called when the service ends
+  /// first.
   void call(const QString& method, const QVariantList& arguments, Reply done);
 
  Q_SIGNALS:
   void found();
   /// A look found no service.
   void missed();
-  /// The service went. What it has not answered stays unanswered; the numbers it gave mean nothing.
+  /// The service ended. Its open calls get no answer and its numbers are void.
   void lost();
-  /// Sent also when it is the same again. A look that finds nobody counts as denied until a service
-  /// has told more, and changes nothing afterwards.
+  /// Also sent when the permission is the same again. A look that finds no service counts as
+  /// denied, but only until a service has answered once.
   void permissionRead(int permission);
-  /// A signal of the service that is there.
+  /// A signal of the current service.
   void signalled(const QDBusMessage& signal);
 
  private Q_SLOTS:
@@ -94,9 +94,9 @@ class DesktopNotificationBus : public QObject {
   std::optional<QDBusConnection> connection_;
   QString owner_;  ///< The service's unique name; empty while there is none.
   DesktopCapabilities capabilities_;
-  quint64 generation_ = 0;  ///< Counts services, so that answers of one that went are dropped.
+  quint64 generation_ = 0;  ///< Counts services, so that answers of an earlier one are dropped.
   bool readingInhibited_ = false;
-  bool hasPermission_ = false;  ///< A service has told whether it may be used.
+  bool hasPermission_ = false;  ///< A service has answered whether it may be used.
   QElapsedTimer lastLook_;
   QTimer nextLook_;
 };

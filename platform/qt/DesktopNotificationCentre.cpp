@@ -50,7 +50,7 @@ void clicked(const DesktopNotificationLedger::Click& click,
 
 }  // namespace
 
-/// What the worker's tasks need too, which may outlive the centre.
+/// What the worker's tasks use; they may outlive the centre.
 struct DesktopNotificationCentre::Shared {
   std::atomic<int> permission = DesktopNotificationBus::notDetermined;
   std::shared_ptr<DesktopNotificationService::Link> link;
@@ -124,7 +124,7 @@ void DesktopNotificationCentre::getNotificationSettings(
   shared_->link->post([](DesktopNotificationService& service) { service.refresh(); });
 }
 
-/// The SDK's first question is its start: by then it is settled where files go.
+/// The SDK asks first when it starts; the temporary directory is known by then.
 void DesktopNotificationCentre::removeLeftoversOnce() {
   if (removedLeftovers_.exchange(true)) return;
   worker_->post([directory = Platform::current()->temporaryDirectory] {

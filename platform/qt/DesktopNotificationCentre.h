@@ -31,14 +31,14 @@ class DesktopNotificationService;
 /// reported as clicked at most once, and as dismissed only when the service says that the user did
 /// it. The permission is authorized when a service answers and denied when it inhibits
 /// notifications; until a first service has answered it is not determined, or denied when there is
-/// none. A service that goes leaves it as it was.
+/// none. The end of a service leaves it as it was.
 ///
 /// **Threading:** made on the UI thread, with a QApplication running; afterwards thread-safe.
 /// Clicks come on the UI thread. `deliver`, `show` and `close` return at once and take effect in
 /// the order of their calls. Pictures are loaded four at a time on threads of the centre's own; a
 /// push does not wait for the picture of another one.
-/// **Ownership:** may end at any time and on any thread; what is on the desktop then stays there
-/// and its clicks find nobody.
+/// **Ownership:** may be destroyed at any time and on any thread; notifications on the desktop stay
+/// there, and clicks on them are ignored.
 /// **Errors:** none are reported; a notification that is not shown is a console line and, to the
 /// inspector, the decision "notification".
 class KIFO_EXPORT DesktopNotificationCentre final : public NotificationCentre {
@@ -56,9 +56,9 @@ class KIFO_EXPORT DesktopNotificationCentre final : public NotificationCentre {
     double retryInterval = 5.0;      ///< Seconds between two looks for a missing service.
   };
 
-  /// Told what a click leads to (null when the push names nothing), and the token with which the
-  /// compositor lets the host's window come to the front: put it into the environment as
-  /// XDG_ACTIVATION_TOKEN and activate the window. The token is empty where there is none.
+  /// Gets the action of a click, null when the push has none, and the token with which the
+  /// compositor raises the host's window: put it into the environment as XDG_ACTIVATION_TOKEN and
+  /// activate the window. The token is empty where there is none.
   using ClickHandler = std::function<void(std::shared_ptr<AppCommunicationItemAction> action,
                                           const std::string& activationToken)>;
 

@@ -13,12 +13,11 @@ namespace {
 
 constexpr int SERVICES_OWN_TIMEOUT = -1;
 constexpr QSize LARGEST_PICTURE(512, 512);
-// What a desktop shows of a text anyway; services are slow with more.
+// Desktops show no more of a text; services are slow with more.
 constexpr qsizetype LONGEST_TITLE = 256;
 constexpr qsizetype LONGEST_BODY = 4096;
 
-/// The bus would cut a text at a null character, and services that read markup refuse a text with
-/// control characters.
+/// The bus cuts a text at a null character, and services with markup refuse control characters.
 bool isShown(QChar c) {
   return c.category() != QChar::Other_Control || c == QChar::LineFeed || c == QChar::Tabulation;
 }

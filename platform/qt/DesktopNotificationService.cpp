@@ -22,7 +22,7 @@ bool isError(const QDBusMessage& reply) {
   return reply.type() == QDBusMessage::ErrorMessage;
 }
 
-/// In a sandbox the desktop sees another file system than the program does.
+/// In a sandbox the desktop does not see the program's files.
 bool isSandboxed() {
   return QFileInfo::exists(QStringLiteral("/.flatpak-info")) || qEnvironmentVariableIsSet("SNAP");
 }
@@ -54,7 +54,7 @@ DesktopNotificationService::DesktopNotificationService(Settings settings, Listen
   connect(&bus_, &Bus::found, this, &DesktopNotificationService::serviceFound);
   connect(&bus_, &Bus::missed, this, &DesktopNotificationService::serviceMissed);
   connect(&bus_, &Bus::lost, this, &DesktopNotificationService::serviceLost);
-  connect(&bus_, &Bus::signalled, this, &DesktopNotificationService::heard);
+  connect(&bus_, &Bus::signalled, this, &DesktopNotificationService::onSignal);
   connect(&bus_, &Bus::permissionRead, this,
           [this](int permission) { listener_.permissionRead(permission); });
 }
@@ -103,7 +103,7 @@ void DesktopNotificationService::addPicture(DesktopNotification notification) {
   enqueue(std::move(notification));
 }
 
-/// What the service that went had not answered or still showed waits again, before what came later.
+/// Queues again what the ended service had not answered or still showed, before what came later.
 void DesktopNotificationService::putBack() {
   early_.clear();
   auto again = ledger_.takeOpen();
@@ -123,7 +123,7 @@ void DesktopNotificationService::putBack() {
                 std::make_move_iterator(again.end()));
 }
 
-/// Only once it is known that there is no service: one that is being looked for loses nothing.
+/// Drops nothing while the service is still being looked for.
 void DesktopNotificationService::dropOldest() {
   const auto state = bus_.state();
   const bool isMissing = state == DesktopNotificationBus::State::disconnected ||
@@ -178,13 +178,13 @@ void DesktopNotificationService::answered(const QDBusMessage& reply) {
 
 void DesktopNotificationService::sent(Id id) {
   const UnderWay shown = *std::exchange(underWay_, std::nullopt);
-  const bool isDoneWith = shown.notification.onlyReplaces &&
-                          ledger_.idOf(shown.notification.identifier) != shown.replaces;
-  if (!isDoneWith) ledger_.shown(id, shown.notification);
-  if (shown.close || isDoneWith) closeOnDesktop(id);
+  const bool wasDismissed = shown.notification.onlyReplaces &&
+                            ledger_.idOf(shown.notification.identifier) != shown.replaces;
+  if (!wasDismissed) ledger_.shown(id, shown.notification);
+  if (shown.close || wasDismissed) closeOnDesktop(id);
   const QPointer<DesktopNotificationService> alive(this);
   for (const QDBusMessage& signal : std::exchange(early_, {})) {
-    if (alive) heard(signal);
+    if (alive) onSignal(signal);
   }
   if (alive) sendNext();
 }
@@ -217,7 +217,7 @@ void DesktopNotificationService::serviceFound() {
 
 void DesktopNotificationService::serviceMissed() {
   dropOldest();
-  // Nothing tells when a bus starts; of a service on the bus, the bus tells.
+  // The bus reports a service that starts; a bus that starts has to be looked for.
   if (!isIdle() && bus_.state() == DesktopNotificationBus::State::disconnected) bus_.look();
 }
 
@@ -227,8 +227,8 @@ void DesktopNotificationService::serviceLost() {
   if (!isIdle()) bus_.look();
 }
 
-/// A signal may come before the answer that tells its notification's number.
-void DesktopNotificationService::heard(const QDBusMessage& signal) {
+/// A signal may come before the answer that carries its notification's number.
+void DesktopNotificationService::onSignal(const QDBusMessage& signal) {
   bool isNumber = false;
   const Id id = signal.arguments().value(0).toUInt(&isNumber);
   if (!isNumber) return;
@@ -253,7 +253,7 @@ void DesktopNotificationService::actOn(Id id, const QDBusMessage& signal) {
   }
 }
 
-/// Not every service takes a notification away once an action was chosen; this one is done with.
+/// Not every service removes a notification when an action is chosen, so it is closed here.
 void DesktopNotificationService::actionInvoked(Id id, const std::string& key) {
   const auto click = ledger_.actionInvoked(id, key);
   if (!click) return;

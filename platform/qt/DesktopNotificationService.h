@@ -17,12 +17,12 @@
 
 namespace kifo {
 
-/// Shows notifications on the desktop's service and hears what the user does with them. One Notify
-/// is under way at a time, the rest waits in a queue. What a service had not answered, or still
-/// showed, when it went is shown by the next one.
+/// Shows notifications on the desktop's service and reports what the user does with them. One
+/// Notify is under way at a time, the others wait in a queue. When a service ends, the next one
+/// shows what it had not answered or still showed.
 ///
-/// While there is no service only the newest notifications wait. While there is one, none is
-/// dropped; those for a service that hangs wait without a bound.
+/// While there is no service, only the newest `capacity` notifications wait. While there is one,
+/// none is dropped, so a service that hangs makes the queue grow.
 ///
 /// **Threading:** UI thread only, but for `link`, through which other threads reach it. The
 /// listener is called on the UI thread and may destroy the service.
@@ -73,7 +73,7 @@ class DesktopNotificationService : public QObject {
 
   // The queue.
   void enqueue(DesktopNotification notification);
-  /// Puts the picture of a push that is shown, or waits, without it.
+  /// Adds the picture to a push that is shown, or waits, without it.
   void addPicture(DesktopNotification notification);
   [[nodiscard]] std::deque<DesktopNotification>::iterator queued(const std::string& identifier);
   void putBack();
@@ -90,11 +90,11 @@ class DesktopNotificationService : public QObject {
   void refused(const QDBusMessage& reply);
   void closeOnDesktop(Id id);
 
-  // What the service and the user do.
+  // Service and user.
   void serviceFound();
   void serviceMissed();
   void serviceLost();
-  void heard(const QDBusMessage& signal);
+  void onSignal(const QDBusMessage& signal);
   void actOn(Id id, const QDBusMessage& signal);
   void actionInvoked(Id id, const std::string& key);
   void notificationClosed(Id id, std::uint32_t reason);
@@ -107,9 +107,8 @@ class DesktopNotificationService : public QObject {
 
   std::deque<DesktopNotification> queue_;
   std::optional<UnderWay> underWay_;
-  quint64 services_ = 0;  ///< Counts services, so that a picture for one that went is dropped.
-  std::vector<QDBusMessage>
-      early_;  ///< Came before the answer that tells their notification's number.
+  quint64 services_ = 0;  ///< Counts services, so that a picture for an earlier one is dropped.
+  std::vector<QDBusMessage> early_;  ///< Signals that came before their notification's number.
   DesktopNotificationLedger ledger_;
 };
 

@@ -7,7 +7,7 @@
 
 namespace kifo {
 
-/// Reaches a QObject of the UI thread from any thread, and finds nobody once it is gone.
+/// Posts to a QObject of the UI thread from any thread, as long as it exists.
 ///
 /// **Threading:** `post` from any thread; the rest belongs to the target.
 template <class Target>
@@ -15,7 +15,7 @@ class UiLink {
  public:
   explicit UiLink(Target* target) : target_(target) {}
 
-  /// Runs `task(target)` on the UI thread later; false when the target is gone.
+  /// Runs `task(target)` on the UI thread later; false when the target was destroyed.
   template <class Task>
   bool post(Task task) {
     const MutexLock lock(mutex_);
@@ -25,7 +25,7 @@ class UiLink {
         Qt::QueuedConnection);
   }
 
-  /// For the target's destructor. Qt drops what was posted and has not run.
+  /// Called by the target's destructor. Qt drops what was posted and has not run.
   void close() {
     const MutexLock lock(mutex_);
     target_ = nullptr;
