@@ -114,8 +114,8 @@ class DesktopNotificationCentreTest : public ::testing::Test {
   static bool waitFor(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 20000);
   }
-  /// Until everything that the service has sent so far has been heard: the answer to a later
-  /// question comes after it.
+  /// Waits until everything that the service has sent so far has been received: the answer to a
+  /// later call comes after it.
   void settle() {
     const std::string identifier = "settle" + std::to_string(++settled_);
     const std::size_t before = service_->shown().size();
@@ -183,7 +183,8 @@ std::unique_ptr<testing::PrivateBus> DesktopNotificationCentreTest::bus_;
 
 // ---- The permission
 
-TEST_F(DesktopNotificationCentreTest, ThePermissionIsOpenUntilTheServiceAnswersAndThenGiven) {
+TEST_F(DesktopNotificationCentreTest,
+       ThePermissionIsNotDeterminedUntilTheServiceAnswersAndThenAuthorized) {
   service_->silent = true;
   service_->appear();
   makeCentre();
@@ -206,7 +207,8 @@ TEST_F(DesktopNotificationCentreTest, WithoutABusThePermissionIsDenied) {
   EXPECT_TRUE(waitForStatus(1));
 }
 
-TEST_F(DesktopNotificationCentreTest, ADesktopThatInhibitsNotificationsDeniesAndGivesAgain) {
+TEST_F(DesktopNotificationCentreTest,
+       ADesktopThatInhibitsNotificationsDeniesThePermissionForThatTime) {
   service_->inhibited = true;
   makeCentre();
   service_->appear();
@@ -229,7 +231,7 @@ TEST_F(DesktopNotificationCentreTest, APushIsShownWithItsTextsAndItsButtons) {
             QStringList({"default", "Open", "kifo-0", "Buy <now>", "kifo-1", "Later"}));
 }
 
-TEST_F(DesktopNotificationCentreTest, AServiceThatCanDoLittleGetsNoMoreThanThat) {
+TEST_F(DesktopNotificationCentreTest, AServiceGetsOnlyWhatItsCapabilitiesAllow) {
   service_->capabilities = QStringList{QStringLiteral("body")};
   start();
   showCampaign();
@@ -296,7 +298,7 @@ TEST_F(DesktopNotificationCentreTest, ALaterPushOfTheSameIdentifierReplacesTheEa
   EXPECT_EQ(service_->shown().back().replaces, 0U);
 }
 
-TEST_F(DesktopNotificationCentreTest, WhatTheHostTakesBackIsClosedOrNeverShown) {
+TEST_F(DesktopNotificationCentreTest, APushThatTheHostClosesIsTakenOffOrNeverShown) {
   start();
   const uint id = showCampaign();
   centre_->close("push");
@@ -369,7 +371,7 @@ TEST_F(DesktopNotificationCentreTest, APushWhosePictureIsLateIsShownFirstAndGets
   EXPECT_THAT(titles(), ElementsAre("late", "dismissed", "settle1", "late", "settle2"));
 }
 
-// ---- What the user does
+// ---- Clicks and dismissals
 
 TEST_F(DesktopNotificationCentreTest, AButtonIsAClickWithItsActionAndTheTokenOfItsWindow) {
   start();
@@ -385,7 +387,7 @@ TEST_F(DesktopNotificationCentreTest, AButtonIsAClickWithItsActionAndTheTokenOfI
   EXPECT_THAT(events("push_notification_received"), SizeIs(1));
 }
 
-TEST_F(DesktopNotificationCentreTest, ATapOnTheBodyIsNotTheButtonThatIsNamedLikeIt) {
+TEST_F(DesktopNotificationCentreTest, ATapOnTheBodyIsNotTheButtonWithTheIdentifierDefault) {
   start();
   service_->invokeAction(showCampaign(), "default");
   ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
@@ -393,19 +395,19 @@ TEST_F(DesktopNotificationCentreTest, ATapOnTheBodyIsNotTheButtonThatIsNamedLike
   EXPECT_EQ(events("push_notification_clicked").at(0)["responseType"], "SELF");
 }
 
-/// The signals that a service sends about one notification, in its order, and what may be reported.
-struct Story {
+/// The signals that a service sends about one notification, in order, and what is to be reported.
+struct SignalSequence {
   const char* name;
   std::vector<std::variant<Reason, const char*>> signals;  ///< Closed for a reason, or an action.
   std::size_t clicked;
   std::size_t dismissed;
 };
 
-class Stories : public DesktopNotificationCentreTest,
-                public ::testing::WithParamInterface<Story> {};
+class SignalSequences : public DesktopNotificationCentreTest,
+                        public ::testing::WithParamInterface<SignalSequence> {};
 
-TEST_P(Stories, AreReportedHonestly) {
-  // A click that is to come must find the close still standing, however slow the machine is.
+TEST_P(SignalSequences, AreReportedAsClickDismissalOrNothing) {
+  // The grace must not end before the click arrives, however slow the machine is.
   if (GetParam().clicked > 0) options_.dismissalGrace = 3600.0;
   start();
   const uint id = showCampaign();
@@ -426,20 +428,21 @@ TEST_P(Stories, AreReportedHonestly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    DesktopNotifications, Stories,
-    ::testing::Values(Story{"expired", {expired}, 0, 0}, Story{"dismissed", {dismissed}, 0, 1},
-                      Story{"closedByCall", {closedByCall}, 0, 0},
-                      Story{"undefinedReason", {undefined}, 0, 0},
-                      Story{"unknownReason", {Reason(77)}, 0, 0},
-                      Story{"clickedAndClosed", {"kifo-0", dismissed}, 1, 0},
-                      Story{"closedAndClicked", {dismissed, "kifo-0"}, 1, 0},
-                      Story{"expiredAndClickedFromTheHistory", {expired, "default"}, 1, 0},
-                      Story{"clickedTwice", {"kifo-0", "kifo-0", "default"}, 1, 0},
-                      Story{"dismissedTwice", {dismissed, dismissed}, 0, 1},
-                      Story{"unknownAction", {"inline-reply"}, 0, 0}),
-    [](const auto& story) { return story.param.name; });
+    DesktopNotifications, SignalSequences,
+    ::testing::Values(SignalSequence{"expired", {expired}, 0, 0},
+                      SignalSequence{"dismissed", {dismissed}, 0, 1},
+                      SignalSequence{"closedByCall", {closedByCall}, 0, 0},
+                      SignalSequence{"undefinedReason", {undefined}, 0, 0},
+                      SignalSequence{"unknownReason", {Reason(77)}, 0, 0},
+                      SignalSequence{"clickedAndClosed", {"kifo-0", dismissed}, 1, 0},
+                      SignalSequence{"closedAndClicked", {dismissed, "kifo-0"}, 1, 0},
+                      SignalSequence{"expiredAndClickedFromTheHistory", {expired, "default"}, 1, 0},
+                      SignalSequence{"clickedTwice", {"kifo-0", "kifo-0", "default"}, 1, 0},
+                      SignalSequence{"dismissedTwice", {dismissed, dismissed}, 0, 1},
+                      SignalSequence{"unknownAction", {"inline-reply"}, 0, 0}),
+    [](const auto& sequence) { return sequence.param.name; });
 
-TEST_F(DesktopNotificationCentreTest, ACloseWithoutAReasonClaimsNothing) {
+TEST_F(DesktopNotificationCentreTest, ACloseWithoutAReasonIsNoDismissal) {
   start();
   const uint id = showCampaign();
   service_->emitSignal("NotificationClosed", {id});
@@ -458,7 +461,7 @@ TEST_F(DesktopNotificationCentreTest, SignalsThatComeBeforeTheNumberIsKnownCount
   EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
 }
 
-TEST_F(DesktopNotificationCentreTest, SignalsOfAnybodyElseOnTheBusAreNotHeard) {
+TEST_F(DesktopNotificationCentreTest, SignalsOfOtherSendersAreIgnored) {
   start();
   const uint id = showCampaign();
   const auto other = makeService();  // on the bus, without the name
@@ -468,7 +471,7 @@ TEST_F(DesktopNotificationCentreTest, SignalsOfAnybodyElseOnTheBusAreNotHeard) {
   EXPECT_THAT(clicks_, ElementsAre(Pair("shop", "")));
 }
 
-// ---- A service that comes and goes
+// ---- Services and buses that start and end
 
 TEST_F(DesktopNotificationCentreTest, WhatCameBeforeTheServiceIsShownInOrderOnceItStarts) {
   makeCentre();
@@ -602,7 +605,7 @@ TEST(DesktopNotificationLedger, WhatWasClosedIsRememberedForAWhileAndItsNumberMa
 
 // ---- The end
 
-TEST_F(DesktopNotificationCentreTest, ACentreThatEndsWithCallsAndPushesUnderWayHarmsNothing) {
+TEST_F(DesktopNotificationCentreTest, ACentreMayBeDestroyedWithCallsAndPushesUnderWay) {
   start();
   service_->silent = true;
   show("under way");
@@ -615,7 +618,7 @@ TEST_F(DesktopNotificationCentreTest, ACentreThatEndsWithCallsAndPushesUnderWayH
   EXPECT_THAT(clicks_, IsEmpty());
 }
 
-TEST_F(DesktopNotificationCentreTest, ACentreMayEndInItsOwnClick) {
+TEST_F(DesktopNotificationCentreTest, ACentreMayBeDestroyedInItsOwnClick) {
   start();
   auto owner = std::make_shared<std::shared_ptr<DesktopNotificationCentre>>();
   bool clicked = false;

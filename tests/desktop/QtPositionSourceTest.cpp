@@ -1,5 +1,7 @@
 #include "platform/qt/QtPositionSource.h"
 
+#include <gtest/gtest.h>
+
 #include <QGeoPositionInfoSource>
 #include <QGuiApplication>
 #include <QtTest>
