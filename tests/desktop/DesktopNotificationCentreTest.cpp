@@ -565,7 +565,7 @@ TEST_F(DesktopNotificationCentreTest, ARestartInTheMiddleLosesAndDoublesNothing)
   service_ = makeService();
   service_->silent = true;
   service_->appear();
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered("GetCapabilities") == 1; }));
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered("GetCapabilities") >= 1; }));
   EXPECT_EQ(status(), 2) << "a question that failed leaves the permission as it was";
   service_->speak();
   ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));

@@ -44,6 +44,7 @@ start_display() {
 run() {
   local log="$home/log" status=0 pid
   start_display
+  rm -f "$log"  # the last run's, which says ready as well
   "$host" "$2" "$3" > "$log" 2> "$home/errors" &
   pid=$!
   pids+=("$pid")

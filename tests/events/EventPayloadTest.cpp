@@ -229,7 +229,8 @@ TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
                         {"code", "code"},
                         {"communication_name", "camp"},
                         {"status", keys["status"]}}));
-  Session::shared().notificationPermissionStatus = KifoNotificationPermissionStatusType::DENIED;
+  Runtime::current()->session.notificationPermissionStatus =
+      KifoNotificationPermissionStatusType::DENIED;
   KifoEventManager::sendPushNotificationReceivedEvent("pt", "who", "camp", "code", "S");
   const json both = lastEvent("push_notification_received");
   EXPECT_EQ(both["status"], "AUTHORIZED") << "the centre has answered before the event is composed";
