@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <exception>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,7 +11,6 @@
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
-#include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "Kifo_iOS_Common_Kit/notifications/PushImage.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
@@ -49,27 +47,6 @@ void reportReceived(const NotificationAppCommunicationItem& item) {
                                                       orEmpty(item.code), orEmpty(item.scenario));
 }
 
-/// A push without buttons registers the category too, so that it does not get those of the last
-/// one.
-void takeCampaign(const NotificationAppCommunicationItem& item, NotificationContent& content) {
-  reportReceived(item);
-  if (item.buttons && !item.buttons->empty()) {
-    NotificationManager::registerCategory(&content, item.buttons);
-  } else {
-    NotificationManager::registerCategory(nullptr, std::nullopt);
-  }
-}
-
-std::optional<NotificationAttachment> attachmentOf(std::string_view bytes) {
-  try {
-    auto file = AttachmentFile::write(bytes);
-    return NotificationAttachment{AttachmentFile::NAME, file->path(), file};
-  } catch (const std::exception& error) {
-    print(std::string("error ") + error.what());
-    return std::nullopt;
-  }
-}
-
 }  // namespace
 
 void NotificationManager::refreshNotificationPermissionStatusType() {
@@ -89,41 +66,47 @@ void NotificationManager::handleNotification(const UserInfo& userInfo,
   callHost(tag(), actionCallback, button ? button->action : item->action);
 }
 
-void NotificationManager::didReceive(const NotificationRequest& request,
-                                     const ContentHandler& contentHandler) {
+NotificationManager::ReceivedPush NotificationManager::receive(const NotificationRequest& request) {
   print("notification received");
   if (!request.content) {
     print("bestAttemptContent couldn't be assigned");
-    return;
+    return {};
   }
   const auto content = std::make_shared<NotificationContent>(*request.content);
+  ReceivedPush push{content, {}, {}};
   print("bestAttemptContent: " + description(*content));
-  if (const auto item = campaignOf(content->userInfo)) takeCampaign(*item, *content);
-
+  if (const auto item = campaignOf(content->userInfo)) {
+    reportReceived(*item);
+    // A push without buttons registers the category too: otherwise it got those of the last one.
+    const bool hasButtons = item->buttons && !item->buttons->empty();
+    push.actions = registerCategory(hasButtons ? content.get() : nullptr, item->buttons).actions;
+  }
   const auto url = textIn(content->userInfo, "image");
-  if (!url || !isUrl(*url)) {
-    callHost(tag(), contentHandler, content);
-    return;
-  }
-  const PushImage image = loadPushImage(*url);
-  if (!image.bytes) {
-    callHost(tag(), contentHandler, content);
-    Console::printBare("Unable to load data: " + image.error);
-    return;
-  }
-  if (auto attachment = attachmentOf(*image.bytes)) content->attachments = {std::move(*attachment)};
-  callHost(tag(), contentHandler, content);
+  if (url && isUrl(*url)) push.imageUrl = *url;
+  return push;
 }
 
-void NotificationManager::registerCategory(NotificationContent* content,
-                                           const std::optional<Buttons>& buttons) {
+void NotificationManager::didReceive(const NotificationRequest& request,
+                                     const ContentHandler& contentHandler) {
+  const ReceivedPush push = receive(request);
+  if (!push.content) return;
+  if (push.imageUrl.empty()) {
+    callHost(tag(), contentHandler, push.content);
+  } else {
+    attachPushImage(push.content, push.imageUrl, contentHandler);
+  }
+}
+
+NotificationCategory NotificationManager::registerCategory(NotificationContent* content,
+                                                           const std::optional<Buttons>& buttons) {
   if (content) content->categoryIdentifier = CATEGORY;
   NotificationCategory category{CATEGORY, {}};
   for (const auto& button : buttons.value_or(Buttons())) {
     if (!button->id || !button->text) continue;
     category.actions.push_back({*button->id, *button->text, FOREGROUND});
   }
-  Platform::current()->notifications->setNotificationCategories({std::move(category)});
+  Platform::current()->notifications->setNotificationCategories({category});
+  return category;
 }
 
 CollectionView* NotificationManager::collectionView() {

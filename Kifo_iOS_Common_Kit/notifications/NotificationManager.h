@@ -3,12 +3,14 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
 #include "Kifo_iOS_Common_Kit/ports/CollectionView.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/ports/NotificationCentre.h"
 
 namespace kifo {
 
@@ -40,6 +42,17 @@ class KIFO_EXPORT NotificationManager {
   static void handleNotification(const UserInfo& userInfo, const NotificationResponse& response,
                                  const ActionCallback& actionCallback);
 
+  /// A push that was reported as received and whose picture is not loaded yet.
+  struct ReceivedPush {
+    std::shared_ptr<const NotificationContent> content;  ///< Null: the request had none.
+    std::vector<NotificationAction> actions;             ///< Its buttons.
+    std::string imageUrl;                                ///< Empty: it has no picture.
+  };
+
+  /// The part of `didReceive` that waits for nothing: reports the push as received and registers
+  /// its buttons.
+  static ReceivedPush receive(const NotificationRequest& request);
+
   /// Prepares a push for being shown: reports it as received, registers its buttons and attaches
   /// its image. `contentHandler` runs once, before this returns; only a request without content has
   /// it not run at all.
@@ -48,9 +61,10 @@ class KIFO_EXPORT NotificationManager {
   /// Never call it on the UI thread.
   static void didReceive(const NotificationRequest& request, const ContentHandler& contentHandler);
 
-  /// Makes the category of `buttons` the only one there is and `content`, when given, one of it. A
-  /// button without an id or a text is left out.
-  static void registerCategory(NotificationContent* content, const std::optional<Buttons>& buttons);
+  /// Makes the category of `buttons` the only one there is and `content`, when given, one of it.
+  /// Returns that category. A button without an id or a text is left out.
+  static NotificationCategory registerCategory(NotificationContent* content,
+                                               const std::optional<Buttons>& buttons);
 
   /// The carousel that is on show, or null. Its view sets it and takes it back when it goes.
   static CollectionView* collectionView();

@@ -8,6 +8,8 @@
 #include <mutex>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -50,6 +52,16 @@ std::optional<HttpAnswer> fetch(const std::string& url, double limit) {
   return std::exchange(pending->answer, std::nullopt);
 }
 
+std::vector<NotificationAttachment> attachmentsOf(std::string_view bytes) {
+  try {
+    auto file = AttachmentFile::write(bytes);
+    return {{AttachmentFile::NAME, file->path(), file}};
+  } catch (const std::exception& error) {
+    Console::print(logTag("NotificationManager"), std::string("error ") + error.what());
+    return {};
+  }
+}
+
 }  // namespace
 
 PushImage loadPushImage(const std::string& url, double limit) {
@@ -60,7 +72,23 @@ PushImage loadPushImage(const std::string& url, double limit) {
   if (answer->status < 200 || answer->status > 299) {
     return {std::nullopt, "HTTP status " + std::to_string(answer->status)};
   }
+  if (answer->body.empty()) return {std::nullopt, "the answer is empty"};
   return {std::move(answer->body), {}};
+}
+
+void attachPushImage(
+    const std::shared_ptr<const NotificationContent>& content, const std::string& url,
+    const std::function<void(std::shared_ptr<const NotificationContent>)>& handler) {
+  const std::string tag = logTag("NotificationManager");
+  const PushImage image = loadPushImage(url);
+  if (!image.bytes) {
+    callHost(tag, handler, content);
+    Console::printBare("Unable to load data: " + image.error);
+    return;
+  }
+  auto illustrated = std::make_shared<NotificationContent>(*content);
+  illustrated->attachments = attachmentsOf(*image.bytes);
+  callHost(tag, handler, std::move(illustrated));
 }
 
 }  // namespace kifo

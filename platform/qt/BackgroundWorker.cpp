@@ -7,35 +7,32 @@
 
 namespace kifo {
 
-BackgroundWorker::BackgroundWorker(std::size_t capacity) : capacity_(capacity) {}
-
 BackgroundWorker::~BackgroundWorker() {
-  std::deque<Task> dropped;  // destroyed without the lock: tasks own what they need
-  const std::lock_guard lock(shared_->mutex);
+  std::deque<Task> dropped;  // destroyed after the lock, for tasks own what they need
+  const MutexLock lock(shared_->mutex);
   shared_->stopped = true;
   dropped.swap(shared_->tasks);
-  shared_->changed.notify_all();
+  shared_->changed.notifyAll();
 }
 
-bool BackgroundWorker::post(Task task) {
-  Task dropped;
-  const std::lock_guard lock(shared_->mutex);
+void BackgroundWorker::post(Task task) {
+  const MutexLock lock(shared_->mutex);
   shared_->tasks.push_back(std::move(task));
-  if (shared_->tasks.size() > capacity_) {
-    dropped = std::move(shared_->tasks.front());
-    shared_->tasks.pop_front();
-  }
-  if (!std::exchange(shared_->started, true)) {
+  if (shared_->idle < shared_->tasks.size() && shared_->threads < mostThreads_) {
+    ++shared_->threads;
     std::thread([shared = shared_] { run(*shared); }).detach();
   }
-  shared_->changed.notify_all();
-  return !dropped;
+  shared_->changed.notifyOne();
 }
 
 void BackgroundWorker::run(Shared& shared) {
-  std::unique_lock lock(shared.mutex);
+  MutexLock lock(shared.mutex);
   for (;;) {
-    shared.changed.wait(lock, [&] { return shared.stopped || !shared.tasks.empty(); });
+    ++shared.idle;
+    shared.changed.wait(shared.mutex, [&]() KIFO_REQUIRES(shared.mutex) {
+      return shared.stopped || !shared.tasks.empty();
+    });
+    --shared.idle;
     if (shared.stopped) return;
     Task task = std::move(shared.tasks.front());
     shared.tasks.pop_front();

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
+
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
 
-/// One thread for work that waits, such as loading a picture; it starts with the first task. Tasks
-/// run in order. When too many wait, the oldest is dropped.
+/// Threads for work that waits, such as loading a picture. A thread starts when a task finds none
+/// idle. With one thread tasks run one after another, in order.
 ///
 /// **Threading:** thread-safe.
 /// **Ownership:** the end of the worker drops what has not begun and waits for nothing: a task that
@@ -19,27 +19,26 @@ class BackgroundWorker {
  public:
   using Task = std::function<void()>;
 
-  explicit BackgroundWorker(std::size_t capacity);
+  explicit BackgroundWorker(std::size_t mostThreads) : mostThreads_(mostThreads) {}
   ~BackgroundWorker();
   BackgroundWorker(const BackgroundWorker&) = delete;
   BackgroundWorker& operator=(const BackgroundWorker&) = delete;
 
-  /// False when the oldest task had to go for it.
-  bool post(Task task);
+  void post(Task task);
 
  private:
   struct Shared {
-    std::mutex mutex;
-    std::condition_variable changed;
-    // Guarded by mutex.
-    std::deque<Task> tasks;
-    bool started = false;
-    bool stopped = false;
+    Mutex mutex;
+    ConditionVariable changed;
+    std::deque<Task> tasks KIFO_GUARDED_BY(mutex);
+    std::size_t threads KIFO_GUARDED_BY(mutex) = 0;
+    std::size_t idle KIFO_GUARDED_BY(mutex) = 0;
+    bool stopped KIFO_GUARDED_BY(mutex) = false;
   };
 
   static void run(Shared& shared);
 
-  const std::size_t capacity_;
+  const std::size_t mostThreads_;
   const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
 };
 

@@ -3,21 +3,19 @@
 #include <QThread>
 #include <algorithm>
 #include <atomic>
-#include <mutex>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "platform/qt/BackgroundWorker.h"
 #include "platform/qt/DesktopNotificationService.h"
 
 namespace kifo {
 namespace {
-
-constexpr std::size_t MOST_WAITING_PUSHES = 64;
 
 std::string tag() {
   return logTag("DesktopNotificationCentre");
@@ -35,6 +33,7 @@ DesktopNotificationService::Settings settingsOf(const DesktopNotificationCentre:
                           QString::fromStdString(options.openLabel)};
   settings.busAddress = QString::fromStdString(options.busAddress);
   settings.imagesAsData = options.imagesAsData;
+  settings.pictureGrace = milliseconds(options.pictureGrace);
   settings.dismissalGrace = milliseconds(options.dismissalGrace);
   settings.retryInterval = milliseconds(options.retryInterval);
   return settings;
@@ -51,43 +50,37 @@ void clicked(const DesktopNotificationLedger::Click& click,
 
 }  // namespace
 
-/// What the worker's tasks need too, which may outlive the centre.
+/// What the worker's tasks use; they may outlive the centre.
 struct DesktopNotificationCentre::Shared {
-  std::atomic<int> status = DesktopNotificationService::notDetermined;
+  std::atomic<int> permission = DesktopNotificationBus::notDetermined;
   std::shared_ptr<DesktopNotificationService::Link> link;
 
-  std::mutex mutex;
-  std::vector<NotificationCategory> categories;  // guarded by mutex
+  Mutex mutex;
+  std::vector<NotificationCategory> categories KIFO_GUARDED_BY(mutex);
 
   std::vector<NotificationAction> actionsOf(const std::string& categoryIdentifier) {
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     const auto found =
         std::ranges::find(categories, categoryIdentifier, &NotificationCategory::identifier);
     return found == categories.end() ? std::vector<NotificationAction>() : found->actions;
   }
 
-  void show(const NotificationRequest& request) {
-    if (!request.content) return;
-    DesktopNotification notification{request.identifier, request.content,
-                                     actionsOf(request.content->categoryIdentifier)};
-    link->post([notification = std::move(notification)](DesktopNotificationService& service) {
-      service.show(notification);
-    });
+  void show(DesktopNotification notification, std::string imageUrl = {}) const {
+    link->post([notification = std::move(notification), imageUrl = std::move(imageUrl)](
+                   DesktopNotificationService& service) { service.show(notification, imageUrl); });
   }
 };
 
 DesktopNotificationCentre::DesktopNotificationCentre(Options options, ClickHandler onClick)
-    : options_(std::move(options)),
-      shared_(std::make_shared<Shared>()),
-      worker_(std::make_unique<BackgroundWorker>(MOST_WAITING_PUSHES)) {
+    : shared_(std::make_shared<Shared>()), worker_(std::make_unique<BackgroundWorker>(1)) {
   service_ = new DesktopNotificationService(
-      settingsOf(options_),
+      settingsOf(options),
       {.clicked = [onClick = std::move(onClick)](const auto& click) { clicked(click, onClick); },
        .dismissed =
            [](const NotificationContent& content) {
              KifoEventManager::sendPushNotificationDismissedEvent(content.userInfo);
            },
-       .statusChanged = [shared = shared_](int status) { shared->status = status; }});
+       .permissionRead = [shared = shared_](int permission) { shared->permission = permission; }});
   shared_->link = service_->link();
 }
 
@@ -103,33 +96,37 @@ void DesktopNotificationCentre::deliver(UserInfo userInfo, std::string identifie
   auto content = std::make_shared<NotificationContent>(contentOfPush(std::move(userInfo)));
   if (identifier.empty()) identifier = Platform::current()->identifiers->uuid();
   NotificationRequest request{std::move(identifier), std::move(content)};
-  const bool kept = worker_->post([request = std::move(request), shared = shared_] {
-    NotificationManager::didReceive(request, [&](auto ready) {
-      shared->show({request.identifier, std::move(ready)});
-    });
+  worker_->post([request = std::move(request), shared = shared_] {
+    const auto push = NotificationManager::receive(request);
+    shared->show({request.identifier, push.content, push.actions}, push.imageUrl);
   });
-  if (!kept) Console::print(tag(), "too many pushes wait for their images: the oldest was dropped");
 }
 
 void DesktopNotificationCentre::show(const NotificationRequest& request) {
-  shared_->show(request);
+  if (!request.content) return;
+  DesktopNotification notification{request.identifier, request.content,
+                                   shared_->actionsOf(request.content->categoryIdentifier)};
+  worker_->post(
+      [notification = std::move(notification), shared = shared_] { shared->show(notification); });
 }
 
 void DesktopNotificationCentre::close(const std::string& identifier) {
-  shared_->link->post(
-      [identifier](DesktopNotificationService& service) { service.close(identifier); });
+  worker_->post([identifier, shared = shared_] {
+    shared->link->post(
+        [identifier](DesktopNotificationService& service) { service.close(identifier); });
+  });
 }
 
 void DesktopNotificationCentre::getNotificationSettings(
     std::function<void(int authorizationStatus)> completion) {
-  callHost(tag(), completion, shared_->status.load());
-  sweepOnce();
+  callHost(tag(), completion, shared_->permission.load());
+  removeLeftoversOnce();
   shared_->link->post([](DesktopNotificationService& service) { service.refresh(); });
 }
 
-/// The SDK's first question is its start: by then it is settled where files go.
-void DesktopNotificationCentre::sweepOnce() {
-  if (swept_.exchange(true)) return;
+/// The SDK asks first when it starts; the temporary directory is known by then.
+void DesktopNotificationCentre::removeLeftoversOnce() {
+  if (removedLeftovers_.exchange(true)) return;
   worker_->post([directory = Platform::current()->temporaryDirectory] {
     AttachmentFile::removeLeftovers(directory);
   });
@@ -137,7 +134,7 @@ void DesktopNotificationCentre::sweepOnce() {
 
 void DesktopNotificationCentre::setNotificationCategories(
     std::vector<NotificationCategory> categories) {
-  const std::lock_guard lock(shared_->mutex);
+  const MutexLock lock(shared_->mutex);
   shared_->categories.swap(categories);
 }
 

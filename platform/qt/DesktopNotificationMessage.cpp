@@ -1,21 +1,23 @@
 #include "platform/qt/DesktopNotificationMessage.h"
 
+#include <QFile>
+#include <QImage>
 #include <QUrl>
 #include <QVariantMap>
 #include <algorithm>
 
-#include "platform/qt/DesktopNotificationLedger.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 
 namespace kifo {
 namespace {
 
 constexpr int SERVICES_OWN_TIMEOUT = -1;
-// What a desktop shows of a text anyway; services are slow with more.
+constexpr QSize LARGEST_PICTURE(512, 512);
+// Desktops show no more of a text; services are slow with more.
 constexpr qsizetype LONGEST_TITLE = 256;
 constexpr qsizetype LONGEST_BODY = 4096;
 
-/// The bus would cut a text at a null character, and services that read markup refuse a text with
-/// control characters.
+/// The bus cuts a text at a null character, and services with markup refuse control characters.
 bool isShown(QChar c) {
   return c.category() != QChar::Other_Control || c == QChar::LineFeed || c == QChar::Tabulation;
 }
@@ -76,6 +78,35 @@ QVariantMap hintsOf(const DesktopApplication& application, const DesktopPicture&
 DesktopCapabilities DesktopCapabilities::of(const QStringList& names) {
   const auto has = [&](const char* name) { return names.contains(QLatin1String(name)); };
   return {has("actions"), has("body"), has("body-markup")};
+}
+
+std::optional<NotificationImage> NotificationImage::read(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
+  QImage image = decodeImage(file.readAll().toStdString(), LARGEST_PICTURE);
+  if (image.isNull()) return std::nullopt;
+  image.convertTo(QImage::Format_RGBA8888);
+  return NotificationImage{
+      .width = image.width(),
+      .height = image.height(),
+      .bytesPerLine = static_cast<int>(image.bytesPerLine()),
+      .pixels = QByteArray(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes())};
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const NotificationImage& image) {
+  argument.beginStructure();
+  argument << image.width << image.height << image.bytesPerLine << image.hasAlpha
+           << image.bitsPerSample << image.channels << image.pixels;
+  argument.endStructure();
+  return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, NotificationImage& image) {
+  argument.beginStructure();
+  argument >> image.width >> image.height >> image.bytesPerLine >> image.hasAlpha >>
+      image.bitsPerSample >> image.channels >> image.pixels;
+  argument.endStructure();
+  return argument;
 }
 
 QVariantList notifyArguments(const DesktopNotification& notification, std::uint32_t replaces,

@@ -1,150 +1,114 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QDBusMessage>
-#include <QElapsedTimer>
 #include <QObject>
-#include <QString>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "platform/qt/DesktopNotification.h"
+#include "platform/qt/DesktopNotificationBus.h"
 #include "platform/qt/DesktopNotificationLedger.h"
 #include "platform/qt/DesktopNotificationMessage.h"
+#include "platform/qt/PushPictures.h"
+#include "platform/qt/UiLink.h"
 
 namespace kifo {
 
-/// Talks to org.freedesktop.Notifications on a bus connection of its own. Every call is
-/// asynchronous and waits for its answer as long as it takes, so that a service that hangs is
-/// waited for and not asked twice; one notification is under way at a time, the rest waits in a
-/// bounded queue. What a service had not answered, or still showed, when it went is shown by the
-/// next one.
+/// Shows notifications on the desktop's service and reports what the user does with them. One
+/// Notify is under way at a time, the others wait in a queue. When a service ends, the next one
+/// shows what it had not answered or still showed.
 ///
-/// **Threading:** UI thread only, but for `Link`, through which other threads reach it. The
+/// While there is no service, only the newest `capacity` notifications wait. While there is one,
+/// none is dropped, so a service that hangs makes the queue grow.
+///
+/// **Threading:** UI thread only, but for `link`, through which other threads reach it. The
 /// listener is called on the UI thread and may destroy the service.
 class DesktopNotificationService : public QObject {
   Q_OBJECT
 
  public:
-  /// What the port calls the permission.
-  enum Status { notDetermined = 0, denied = 1, authorized = 2 };
-
   struct Settings {
     DesktopApplication application;
     QString busAddress;         ///< Empty: the session's bus.
     bool imagesAsData = false;  ///< Never name a file to the service.
+    int pictureGrace = 1000;    ///< Milliseconds that a push waits for its picture.
     int dismissalGrace = 1000;  ///< Milliseconds in which an action may follow a close.
     int retryInterval = 5000;   ///< Milliseconds between two looks for a service that is missing.
-    std::size_t capacity = 32;  ///< Notifications that wait for the service.
+    std::size_t capacity = 32;  ///< Notifications that wait while there is no service.
   };
 
   struct Listener {
     std::function<void(const DesktopNotificationLedger::Click&)> clicked;
     std::function<void(const NotificationContent&)> dismissed;
-    std::function<void(int)> statusChanged;
+    std::function<void(int)> permissionRead;
   };
 
-  /// Reaches the service from any thread, and finds nobody once it is gone.
-  class Link {
-   public:
-    /// Runs `task` on the UI thread later; false when the service is gone.
-    bool post(std::function<void(DesktopNotificationService&)> task);
-
-   private:
-    friend class DesktopNotificationService;
-    std::mutex mutex_;
-    DesktopNotificationService* service_ = nullptr;  // guarded by mutex_
-  };
+  using Link = UiLink<DesktopNotificationService>;
 
   DesktopNotificationService(Settings settings, Listener listener);
   ~DesktopNotificationService() override;
 
   [[nodiscard]] std::shared_ptr<Link> link() const { return link_; }
 
-  /// Shows the notification as soon as there is a service to show it.
-  void show(DesktopNotification notification);
+  /// Shows the notification as soon as there is a service to show it; with an `imageUrl` once its
+  /// picture is there or late.
+  void show(DesktopNotification notification, const std::string& imageUrl = {});
   /// Takes the notification back, shown or not.
   void close(const std::string& identifier);
   /// Asks the service anew whether it may be used, and looks for one when there is none.
-  void refresh();
-
-  /// Notifications that no service shows yet.
-  [[nodiscard]] std::size_t waiting() const { return queue_.size() + (underWay_ ? 1 : 0); }
-
- private Q_SLOTS:
-  void onActionInvoked(const QDBusMessage& signal);
-  void onActivationToken(const QDBusMessage& signal);
-  void onNotificationClosed(const QDBusMessage& signal);
-  void onPropertiesChanged(const QDBusMessage& signal);
-  void onNameOwnerChanged(const QDBusMessage& signal);
-  void onDisconnected();
+  void refresh() { bus_.refresh(); }
 
  private:
-  using Reply = std::function<void(const QDBusMessage&)>;
-  using Signal = std::function<void()>;
+  using Id = DesktopNotificationLedger::Id;
 
   struct UnderWay {
     DesktopNotification notification;
+    Id replaces = 0;
     DesktopPicture picture;
     bool close = false;  ///< Taken back while the service was being asked.
   };
 
-  // Finding the service.
-  void connectToBus();
-  void connected(const QDBusConnection& connection);
-  void subscribe();
-  void look();
-  void lookLater();
-  void ask();
-  void answered(const QDBusMessage& reply);
-  void readInhibited();
-  void serviceWent();
-  void setStatus(int status);
+  // The queue.
+  void enqueue(DesktopNotification notification);
+  /// Adds the picture to a push that is shown, or waits, without it.
+  void addPicture(DesktopNotification notification);
+  [[nodiscard]] std::deque<DesktopNotification>::iterator queued(const std::string& identifier);
+  void putBack();
+  void dropOldest();
+  [[nodiscard]] bool isIdle() const { return queue_.empty() && !underWay_; }
 
-  // Showing.
-  void drain();
+  // One Notify.
+  void sendNext();
   void send();
   /// Decoding a large picture takes longer than a frame; another thread does it.
   void sendWithPixels();
-  void sent(const QDBusMessage& reply);
+  void answered(const QDBusMessage& reply);
+  void sent(Id id);
   void refused(const QDBusMessage& reply);
-  void putBack();
-  void dropOldest();
-  void closeOnDesktop(DesktopNotificationLedger::Id id);
+  void closeOnDesktop(Id id);
 
-  /// Calls the service; `done` hears nothing more once that service has gone.
-  void call(const QDBusMessage& message, Reply done);
-  /// The number that a signal of the service is about; none for a signal of anybody else.
-  [[nodiscard]] std::optional<DesktopNotificationLedger::Id> subjectOf(
-      const QDBusMessage& signal) const;
-  /// Runs `signal` now, or when its notification's number is known.
-  void take(DesktopNotificationLedger::Id id, Signal signal);
-  void replayEarlySignals();
+  // Service and user.
+  void serviceFound();
+  void serviceMissed();
+  void serviceLost();
+  void onSignal(const QDBusMessage& signal);
+  void actOn(Id id, const QDBusMessage& signal);
+  void actionInvoked(Id id, const std::string& key);
+  void notificationClosed(Id id, std::uint32_t reason);
 
   const Settings settings_;
   const Listener listener_;
-  const std::shared_ptr<Link> link_ = std::make_shared<Link>();
-
-  std::optional<QDBusConnection> connection_;
-  QString connectionName_;
-  QString owner_;  ///< The service's unique name; empty while there is none.
-  DesktopCapabilities capabilities_;
-  quint64 generation_ = 0;  ///< Counts services, so that answers of one that went are dropped.
-  bool connecting_ = false;
-  bool asking_ = false;
-  bool ready_ = false;  ///< The service has told what it can do.
-  bool readingInhibited_ = false;
-  bool lookingLater_ = false;
-  QElapsedTimer lastLook_;
+  const std::shared_ptr<Link> link_;
+  PushPictures pictures_;
+  DesktopNotificationBus bus_;
 
   std::deque<DesktopNotification> queue_;
   std::optional<UnderWay> underWay_;
-  std::vector<Signal> early_;  ///< Came before the answer that tells their notification's number.
+  quint64 services_ = 0;  ///< Counts services, so that a picture for an earlier one is dropped.
+  std::vector<QDBusMessage> early_;  ///< Signals that came before their notification's number.
   DesktopNotificationLedger ledger_;
 };
 

@@ -15,11 +15,11 @@
 namespace kifo {
 namespace {
 
-constexpr int CONTROLS = 44;  // height of the row with the buttons: a finger's
+constexpr int CONTROLS = 44;  // height of the row of buttons, enough for a finger
 constexpr int PREFERRED_WIDTH = 320;
 constexpr QSize LARGEST_PICTURE(1024, 1024);
 
-/// The host's own colours: the panel that it lies in is the host's.
+/// The host's colours, because the panel around the carousel is the host's.
 PopupTheme themeOf(const QWidget& widget, const PopUpOptions& options) {
   PopupTheme theme;
   theme.options = options;
@@ -74,7 +74,7 @@ PushCarousel::PushCarousel(QWidget* parent, const PopUpOptions& options, const T
   next_ = new ArrowButton(theme, true, texts.next, this);
   indicator_ = new PageIndicator(theme, this);
   pages_->installEventFilter(this);
-  connect(pages_, &PopupCarousel::pageTurned, this, &PushCarousel::turnedTo);
+  connect(pages_, &PopupCarousel::pageTurned, this, &PushCarousel::changeIndex);
   connect(previous_, &QAbstractButton::clicked, this, &PushCarousel::showPrevious);
   connect(next_, &QAbstractButton::clicked, this, &PushCarousel::showNext);
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
@@ -98,19 +98,20 @@ void PushCarousel::setNotification(const Notification& notification) {
   for (QWidget* control : {static_cast<QWidget*>(previous_), static_cast<QWidget*>(next_)}) {
     control->setVisible(count_ > 1);
   }
-  turnedTo(0);
+  changeIndex(0);
   if (count_ > 0) NotificationManager::setCollectionView(pages_);
 }
 
 void PushCarousel::showNext() {
-  if (count_ > 1) turnedTo(KifoSliderPushHelper::scrollNextItem(pages_, currentIndex_, count_));
+  if (count_ > 1) changeIndex(KifoSliderPushHelper::scrollNextItem(pages_, currentIndex_, count_));
 }
 
 void PushCarousel::showPrevious() {
-  if (count_ > 1) turnedTo(KifoSliderPushHelper::scrollPreviousItem(pages_, currentIndex_, count_));
+  if (count_ > 1)
+    changeIndex(KifoSliderPushHelper::scrollPreviousItem(pages_, currentIndex_, count_));
 }
 
-void PushCarousel::turnedTo(int index) {
+void PushCarousel::changeIndex(int index) {
   indicator_->setCurrentPage(index);
   if (std::exchange(currentIndex_, index) != index) Q_EMIT currentIndexChanged(index);
 }
@@ -140,7 +141,7 @@ void PushCarousel::resizeEvent(QResizeEvent*) {
   indicator_->setGeometry(row.adjusted(CONTROLS, 0, -CONTROLS, 0));
 }
 
-/// The pages by themselves stop at their ends.
+/// The keys of `pages_` itself stop at the first and the last page.
 bool PushCarousel::eventFilter(QObject* watched, QEvent* event) {
   if (watched != pages_ || event->type() != QEvent::KeyPress) return false;
   const int key = static_cast<QKeyEvent*>(event)->key();

@@ -21,12 +21,12 @@ class PopupCarousel;
 ///     carousel->setNotification(notification);   // isEmpty() when the push carries no images
 ///     layout->addWidget(carousel);
 ///
-/// It is turned with its two buttons, the arrow keys and by swiping; buttons and keys go round the
-/// ends, as `KifoSliderPushHelper` says. A page is 20 pixels less high than it is wide.
+/// Its two buttons, the arrow keys and swiping change the page; buttons and keys go from the last
+/// page to the first and back. A page is 20 logical pixels less high than it is wide.
 ///
 /// **Threading:** UI thread only.
-/// **Ownership:** while it lives it is `NotificationManager::collectionView()`, unless a later one
-/// is.
+/// **Ownership:** belongs to its parent. The last one that was given images is
+/// `NotificationManager::collectionView()` as long as it exists.
 class KIFO_EXPORT PushCarousel : public QWidget {
   Q_OBJECT
 
@@ -63,7 +63,7 @@ class KIFO_EXPORT PushCarousel : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void turnedTo(int index);
+  void changeIndex(int index);
 
   PopUpOptions options_;
   PopupCarousel* pages_;

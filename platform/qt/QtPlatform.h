@@ -5,7 +5,8 @@
 
 namespace kifo {
 
-/// `platform` with the services that Qt gives a desktop application: popups and the clipboard.
+/// `platform` with the services that Qt gives a desktop application: popups, the clipboard and,
+/// where the library was built with Qt Positioning, the position.
 ///
 ///     QApplication application(argc, argv);
 ///     kifo::Platform::install(kifo::withQt(kifo::Platform::makeDefault()));

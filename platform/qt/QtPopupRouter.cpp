@@ -1,5 +1,7 @@
 #include "platform/qt/QtPopupRouter.h"
 
+#include <QGuiApplication>
+#include <QStringList>
 #include <QWidget>
 #include <QWindow>
 #include <utility>
@@ -28,6 +30,15 @@ QObject* windowOf(const ViewController& screen) {
   return provider != nullptr ? provider->window() : nullptr;
 }
 
+/// Without a window system there is one full-screen window, the host's own. A second one would not
+/// be painted, and would end the program where OpenGL draws the first.
+bool hasOneWindowOnly() {
+  static const QStringList platforms = {QStringLiteral("eglfs"), QStringLiteral("linuxfb"),
+                                        QStringLiteral("minimalegl"),
+                                        QStringLiteral("vkkhrdisplay"), QStringLiteral("directfb")};
+  return platforms.contains(QGuiApplication::platformName());
+}
+
 }  // namespace
 
 QtPopupRouter::QtPopupRouter(PopUpOptions options, std::function<void()> forget, QObject* parent)
@@ -47,6 +58,11 @@ void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
   QObject* window = windowOf(*screen);
   if (window == nullptr) {
     notShown(*request, "the screen " + screen->className() + " is in no Qt window");
+    return;
+  }
+  if (window->isWindowType() && hasOneWindowOnly()) {
+    notShown(*request, "the platform " + QGuiApplication::platformName().toStdString() +
+                           " has no second window for a popup over the scene");
     return;
   }
   queueOf(window)->enqueue(request);

@@ -9,7 +9,7 @@
 
 namespace kifo {
 
-/// Turns a widget into a screen of the SDK: showing it sends "page_in", hiding or destroying it
+/// Makes a widget a screen of the SDK: showing it sends "page_in", hiding or destroying it
 /// sends "page_out", each with the class's name. Minimising the window and the like sends nothing.
 ///
 ///     class BasketScreen : public kifo::QtScreen<QWidget> {
@@ -19,11 +19,11 @@ namespace kifo {
 ///       }
 ///     };
 ///
-/// Works with QWidget, QMainWindow, QDialog and whatever derives from them.
+/// Works with QWidget and every class that derives from it.
 ///
 /// **Threading:** UI thread only.
-/// **Ownership:** the widget belongs to the host as ever. The SDK refers to it through
-/// `viewController`, which survives it harmlessly.
+/// **Ownership:** the widget belongs to the host. The SDK refers to it through `viewController`,
+/// which may outlive it.
 template <class Widget>
 class QtScreen : public Widget {
  public:
@@ -33,8 +33,8 @@ class QtScreen : public Widget {
     if (controller_) controller_->detach();
   }
 
-  /// What the operations of `KifoEventManager` take as the controller. The class's name is settled
-  /// at the first call or showing, so not for a constructor of a class that others derive from.
+  /// What the operations of `KifoEventManager` take as the controller. The class's name is read at
+  /// the first call or showing; a constructor of a base class would read the base's name.
   [[nodiscard]] std::shared_ptr<QtScreenController> viewController() {
     if (!controller_) {
       controller_ = std::make_shared<QtScreenController>(

@@ -9,8 +9,8 @@
 
 namespace kifo {
 
-/// The screen that a `QtScreen` widget is to the SDK. It may outlive the widget for as long as an
-/// event about it is under way; it then has no widget any more.
+/// The SDK's view of a `QtScreen` widget. It may outlive the widget while an event about it is
+/// under way; `widget` is null then.
 ///
 /// **Threading:** UI thread only, but for `className`.
 class KIFO_EXPORT QtScreenController final : public KifoViewController, public QtWidgetProvider {
@@ -25,11 +25,11 @@ class KIFO_EXPORT QtScreenController final : public KifoViewController, public Q
   void willShow();
   void didShow();
   void didHide();
-  /// The widget is going away: a screen that is still shown is reported as left.
+  /// The widget is being destroyed: a screen that is still shown sends "page_out".
   void detach();
 
   /// The name of a class without its namespaces: "HomeScreen" for "shop::HomeScreen". A widget
-  /// without Q_OBJECT of its own, whose meta-object says `baseName`, goes by its C++ type.
+  /// without Q_OBJECT of its own, whose meta-object says `baseName`, has the name of its C++ type.
   static std::string nameOf(const QWidget& widget, const char* baseName);
 
  private:

@@ -7,8 +7,8 @@
 
 namespace kifo {
 
-/// Keeps a window of ours over a window of the host: same place and size, shown and hidden with it,
-/// stacked above it, gone when it goes.
+/// Keeps a window of the SDK over a window of the host: same place and size, stacked above it,
+/// shown, hidden and deleted with it.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to the window that follows.
 class QtWindowFollower : public QObject {

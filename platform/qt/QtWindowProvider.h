@@ -7,14 +7,14 @@ class QWindow;
 
 namespace kifo {
 
-/// A screen that is, or lies in, a widget. `QtScreen` makes any widget one.
+/// A screen that is a widget or is inside one. `QtScreen` makes any widget a screen.
 ///
 /// **Threading:** UI thread only.
 class KIFO_EXPORT QtWidgetProvider {
  public:
   virtual ~QtWidgetProvider() = default;
 
-  /// The screen's widget, popups lie over its window; null once it is gone.
+  /// The screen's widget; popups cover its window. Null once it is destroyed.
   [[nodiscard]] virtual QWidget* widget() const = 0;
 };
 
@@ -27,7 +27,7 @@ class KIFO_EXPORT QtWindowProvider {
  public:
   virtual ~QtWindowProvider() = default;
 
-  /// The window that popups lie over; null once it is gone.
+  /// The window that popups cover; null once it is destroyed.
   [[nodiscard]] virtual QWindow* window() const = 0;
 };
 

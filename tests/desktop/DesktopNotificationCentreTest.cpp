@@ -1,18 +1,23 @@
 #include "platform/qt/DesktopNotificationCentre.h"
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 #include <QBuffer>
 #include <QImage>
 #include <QtTest>
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <thread>
 #include <variant>
 
 #include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
-#include "platform/qt/NotificationImage.h"
+#include "platform/qt/DesktopNotificationMessage.h"
 #include "testing/FakePlatform.h"
 #include "testing/PrivateBus.h"
 #include "tests/desktop/ScriptedNotificationService.h"
@@ -31,6 +36,35 @@ constexpr auto CAMPAIGN = R"({"uuid": "U", "code": "C", "action": {"link": "body
 
 enum Reason : uint { expired = 1, dismissed = 2, closedByCall = 3, undefined = 4 };
 
+/// A socket that takes every connection and closes it: no bus, but one that counts who looks.
+class HangingUp {
+ public:
+  explicit HangingUp(const std::string& path) {
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    listen(socket_, 64);
+    thread_ = std::thread([this] {
+      for (int end = accept(socket_, nullptr, nullptr); end >= 0;
+           end = accept(socket_, nullptr, nullptr)) {
+        ++connections;
+        close(end);
+      }
+    });
+  }
+  ~HangingUp() {
+    shutdown(socket_, SHUT_RDWR);
+    thread_.join();
+    close(socket_);
+  }
+
+  std::atomic<int> connections = 0;
+
+ private:
+  const int socket_ = socket(AF_UNIX, SOCK_STREAM, 0);
+  std::thread thread_;
+};
+
 class DesktopNotificationCentreTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { bus_ = std::make_unique<testing::PrivateBus>(); }
@@ -42,6 +76,7 @@ class DesktopNotificationCentreTest : public ::testing::Test {
         [](auto& identity) { identity.listenerUri = "http://listener"; });
     options_.applicationName = "Shop";
     options_.busAddress = bus_->address();
+    options_.pictureGrace = 3600.0;
     options_.dismissalGrace = 0.0;
     options_.retryInterval = 0.0;
     service_ = makeService();
@@ -79,8 +114,8 @@ class DesktopNotificationCentreTest : public ::testing::Test {
   static bool waitFor(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 20000);
   }
-  /// Until everything that the service has sent so far has been heard: the answer to a later
-  /// question comes after it.
+  /// Waits until everything that the service has sent so far has been received: the answer to a
+  /// later call comes after it.
   void settle() {
     const std::string identifier = "settle" + std::to_string(++settled_);
     const std::size_t before = service_->shown().size();
@@ -114,6 +149,26 @@ class DesktopNotificationCentreTest : public ::testing::Test {
     return fake_.http->events(name);
   }
 
+  void deliverWithPicture(const std::string& title, const std::string& identifier) {
+    centre_->deliver(
+        {{"data", CAMPAIGN}, {"title", title}, {"image", "http://pictures/" + title + ".png"}},
+        identifier);
+  }
+  /// The places, in the transport's requests, of the pictures that are being loaded.
+  std::vector<std::size_t> picturesUnderWay() const {
+    const auto requests = fake_.http->requests();
+    auto open = fake_.http->open();
+    std::erase_if(
+        open, [&](std::size_t at) { return !requests[at].url.starts_with("http://pictures/"); });
+    return open;
+  }
+  void waitForPicturesUnderWay(std::size_t count) {
+    ASSERT_TRUE(waitFor([&] { return picturesUnderWay().size() == count; }));
+  }
+  void answerPictures() {
+    for (const std::size_t at : picturesUnderWay()) fake_.http->answer(at, 200, "pixels");
+  }
+
   static std::unique_ptr<testing::PrivateBus> bus_;
 
   testing::InstalledFakePlatform fake_;
@@ -128,7 +183,8 @@ std::unique_ptr<testing::PrivateBus> DesktopNotificationCentreTest::bus_;
 
 // ---- The permission
 
-TEST_F(DesktopNotificationCentreTest, ThePermissionIsOpenUntilTheServiceAnswersAndThenGiven) {
+TEST_F(DesktopNotificationCentreTest,
+       ThePermissionIsNotDeterminedUntilTheServiceAnswersAndThenAuthorized) {
   service_->silent = true;
   service_->appear();
   makeCentre();
@@ -151,7 +207,8 @@ TEST_F(DesktopNotificationCentreTest, WithoutABusThePermissionIsDenied) {
   EXPECT_TRUE(waitForStatus(1));
 }
 
-TEST_F(DesktopNotificationCentreTest, ADesktopThatInhibitsNotificationsDeniesAndGivesAgain) {
+TEST_F(DesktopNotificationCentreTest,
+       ADesktopThatInhibitsNotificationsDeniesThePermissionForThatTime) {
   service_->inhibited = true;
   makeCentre();
   service_->appear();
@@ -174,7 +231,7 @@ TEST_F(DesktopNotificationCentreTest, APushIsShownWithItsTextsAndItsButtons) {
             QStringList({"default", "Open", "kifo-0", "Buy <now>", "kifo-1", "Later"}));
 }
 
-TEST_F(DesktopNotificationCentreTest, AServiceThatCanDoLittleGetsNoMoreThanThat) {
+TEST_F(DesktopNotificationCentreTest, AServiceGetsOnlyWhatItsCapabilitiesAllow) {
   service_->capabilities = QStringList{QStringLiteral("body")};
   start();
   showCampaign();
@@ -241,7 +298,7 @@ TEST_F(DesktopNotificationCentreTest, ALaterPushOfTheSameIdentifierReplacesTheEa
   EXPECT_EQ(service_->shown().back().replaces, 0U);
 }
 
-TEST_F(DesktopNotificationCentreTest, WhatTheHostTakesBackIsClosedOrNeverShown) {
+TEST_F(DesktopNotificationCentreTest, APushThatTheHostClosesIsTakenOffOrNeverShown) {
   start();
   const uint id = showCampaign();
   centre_->close("push");
@@ -259,7 +316,62 @@ TEST_F(DesktopNotificationCentreTest, WhatTheHostTakesBackIsClosedOrNeverShown) 
   EXPECT_THAT(titles(), ElementsAre("Sale", "under way", "settle1"));
 }
 
-// ---- What the user does
+// ---- Pictures that are slow
+
+TEST_F(DesktopNotificationCentreTest, FourPicturesLoadAtATimeAndHoldNothingElseUp) {
+  start();
+  for (int index = 0; index < 81; ++index) deliverWithPicture(std::to_string(index), "");
+  show("no picture");
+  ASSERT_TRUE(waitFor([&] { return events("push_notification_received").size() == 81; }));
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
+  EXPECT_THAT(titles(), ElementsAre("no picture"));
+  waitForPicturesUnderWay(4);
+  ASSERT_TRUE(waitFor([&] {
+    answerPictures();
+    return service_->shown().size() == 82;
+  }));
+  for (const auto& shown : service_->shown()) {
+    EXPECT_EQ(shown.hints.contains("image-path"), shown.summary != "no picture");
+    EXPECT_EQ(shown.actions.size(), shown.summary == "no picture" ? 2 : 6) << "its own buttons";
+  }
+}
+
+TEST_F(DesktopNotificationCentreTest, APushIsClosedOrReplacedWhileItsPictureLoads) {
+  start();
+  deliverWithPicture("closed", "a");
+  deliverWithPicture("replaced", "b");
+  waitForPicturesUnderWay(2);
+  centre_->close("a");
+  show("b");
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
+  answerPictures();
+  deliverWithPicture("c", "c");  // whose picture comes after both
+  waitForPicturesUnderWay(1);
+  answerPictures();
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() > 1; }));
+  settle();
+  EXPECT_THAT(titles(), ElementsAre("b", "c", "settle1"));
+}
+
+TEST_F(DesktopNotificationCentreTest, APushWhosePictureIsLateIsShownFirstAndGetsItThen) {
+  options_.pictureGrace = 0.0;
+  start();
+  deliverWithPicture("late", "a");
+  deliverWithPicture("dismissed", "b");
+  waitForPicturesUnderWay(2);
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
+  EXPECT_THAT(service_->shown()[0].hints, IsEmpty());
+  service_->close(2, dismissed);
+  settle();
+  answerPictures();
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 4; }));
+  EXPECT_EQ(service_->shown()[3].replaces, service_->shown()[0].id);
+  EXPECT_TRUE(service_->shown()[3].hints.contains("image-path"));
+  settle();
+  EXPECT_THAT(titles(), ElementsAre("late", "dismissed", "settle1", "late", "settle2"));
+}
+
+// ---- Clicks and dismissals
 
 TEST_F(DesktopNotificationCentreTest, AButtonIsAClickWithItsActionAndTheTokenOfItsWindow) {
   start();
@@ -275,7 +387,7 @@ TEST_F(DesktopNotificationCentreTest, AButtonIsAClickWithItsActionAndTheTokenOfI
   EXPECT_THAT(events("push_notification_received"), SizeIs(1));
 }
 
-TEST_F(DesktopNotificationCentreTest, ATapOnTheBodyIsNotTheButtonThatIsNamedLikeIt) {
+TEST_F(DesktopNotificationCentreTest, ATapOnTheBodyIsNotTheButtonWithTheIdentifierDefault) {
   start();
   service_->invokeAction(showCampaign(), "default");
   ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
@@ -283,19 +395,19 @@ TEST_F(DesktopNotificationCentreTest, ATapOnTheBodyIsNotTheButtonThatIsNamedLike
   EXPECT_EQ(events("push_notification_clicked").at(0)["responseType"], "SELF");
 }
 
-/// The signals that a service sends about one notification, in its order, and what may be reported.
-struct Story {
+/// The signals that a service sends about one notification, in order, and what is to be reported.
+struct SignalSequence {
   const char* name;
   std::vector<std::variant<Reason, const char*>> signals;  ///< Closed for a reason, or an action.
   std::size_t clicked;
   std::size_t dismissed;
 };
 
-class Stories : public DesktopNotificationCentreTest,
-                public ::testing::WithParamInterface<Story> {};
+class SignalSequences : public DesktopNotificationCentreTest,
+                        public ::testing::WithParamInterface<SignalSequence> {};
 
-TEST_P(Stories, AreReportedHonestly) {
-  // A click that is to come must find the close still standing, however slow the machine is.
+TEST_P(SignalSequences, AreReportedAsClickDismissalOrNothing) {
+  // The grace must not end before the click arrives, however slow the machine is.
   if (GetParam().clicked > 0) options_.dismissalGrace = 3600.0;
   start();
   const uint id = showCampaign();
@@ -316,20 +428,21 @@ TEST_P(Stories, AreReportedHonestly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    DesktopNotifications, Stories,
-    ::testing::Values(Story{"expired", {expired}, 0, 0}, Story{"dismissed", {dismissed}, 0, 1},
-                      Story{"closedByCall", {closedByCall}, 0, 0},
-                      Story{"undefinedReason", {undefined}, 0, 0},
-                      Story{"unknownReason", {Reason(77)}, 0, 0},
-                      Story{"clickedAndClosed", {"kifo-0", dismissed}, 1, 0},
-                      Story{"closedAndClicked", {dismissed, "kifo-0"}, 1, 0},
-                      Story{"expiredAndClickedFromTheHistory", {expired, "default"}, 1, 0},
-                      Story{"clickedTwice", {"kifo-0", "kifo-0", "default"}, 1, 0},
-                      Story{"dismissedTwice", {dismissed, dismissed}, 0, 1},
-                      Story{"unknownAction", {"inline-reply"}, 0, 0}),
-    [](const auto& story) { return story.param.name; });
+    DesktopNotifications, SignalSequences,
+    ::testing::Values(SignalSequence{"expired", {expired}, 0, 0},
+                      SignalSequence{"dismissed", {dismissed}, 0, 1},
+                      SignalSequence{"closedByCall", {closedByCall}, 0, 0},
+                      SignalSequence{"undefinedReason", {undefined}, 0, 0},
+                      SignalSequence{"unknownReason", {Reason(77)}, 0, 0},
+                      SignalSequence{"clickedAndClosed", {"kifo-0", dismissed}, 1, 0},
+                      SignalSequence{"closedAndClicked", {dismissed, "kifo-0"}, 1, 0},
+                      SignalSequence{"expiredAndClickedFromTheHistory", {expired, "default"}, 1, 0},
+                      SignalSequence{"clickedTwice", {"kifo-0", "kifo-0", "default"}, 1, 0},
+                      SignalSequence{"dismissedTwice", {dismissed, dismissed}, 0, 1},
+                      SignalSequence{"unknownAction", {"inline-reply"}, 0, 0}),
+    [](const auto& sequence) { return sequence.param.name; });
 
-TEST_F(DesktopNotificationCentreTest, ACloseWithoutAReasonClaimsNothing) {
+TEST_F(DesktopNotificationCentreTest, ACloseWithoutAReasonIsNoDismissal) {
   start();
   const uint id = showCampaign();
   service_->emitSignal("NotificationClosed", {id});
@@ -348,7 +461,7 @@ TEST_F(DesktopNotificationCentreTest, SignalsThatComeBeforeTheNumberIsKnownCount
   EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
 }
 
-TEST_F(DesktopNotificationCentreTest, SignalsOfAnybodyElseOnTheBusAreNotHeard) {
+TEST_F(DesktopNotificationCentreTest, SignalsOfOtherSendersAreIgnored) {
   start();
   const uint id = showCampaign();
   const auto other = makeService();  // on the bus, without the name
@@ -358,7 +471,7 @@ TEST_F(DesktopNotificationCentreTest, SignalsOfAnybodyElseOnTheBusAreNotHeard) {
   EXPECT_THAT(clicks_, ElementsAre(Pair("shop", "")));
 }
 
-// ---- A service that comes and goes
+// ---- Services and buses that start and end
 
 TEST_F(DesktopNotificationCentreTest, WhatCameBeforeTheServiceIsShownInOrderOnceItStarts) {
   makeCentre();
@@ -380,6 +493,47 @@ TEST_F(DesktopNotificationCentreTest, OnlySoManyWaitAndTheOldestGoFirst) {
   EXPECT_EQ(fake_.console->count("Kifo DesktopNotificationCentre: too many notifications wait for "
                                  "the desktop: the oldest was dropped"),
             8U);
+  const auto dropped = fake_.inspector->ofKind("notification");
+  ASSERT_THAT(dropped, SizeIs(8));
+  EXPECT_THAT(dropped[0].particulars,
+              ElementsAre(Pair("identifier", "0"), Pair("outcome", "not shown"),
+                          Pair("reason", "too many wait for a notification service")));
+
+  service_->silent = true;  // it is there, so nothing is dropped
+  for (int index = 0; index < 40; ++index) show("more" + std::to_string(index));
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
+  service_->speak();
+  EXPECT_TRUE(waitFor([&] { return service_->shown().size() == 72; }));
+}
+
+TEST_F(DesktopNotificationCentreTest, ABusThatStartsLateIsFoundByThePushThatWaits) {
+  const testing::TemporaryDirectory directory;
+  options_.busAddress = "unix:path=" + directory.file("bus");
+  makeCentre();
+  show("early");
+  ASSERT_TRUE(waitForStatus(1));
+  const std::string address = bus_->address();
+  const auto path = address.substr(0, address.find(',')).substr(std::string("unix:path=").size());
+  std::filesystem::create_symlink(path, directory.file("bus"));
+  service_->appear();
+  EXPECT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
+}
+
+TEST_F(DesktopNotificationCentreTest, ABusThatIsMissingIsLookedForOnceInAnInterval) {
+  const testing::TemporaryDirectory directory;
+  HangingUp bus(directory.file("bus"));
+  options_.busAddress = "unix:path=" + directory.file("bus");
+  options_.retryInterval = 3600.0;
+  makeCentre();
+  ASSERT_TRUE(waitForStatus(1));
+  for (int index = 0; index < 20; ++index) {
+    show(std::to_string(index));
+    EXPECT_EQ(status(), 1);
+  }
+  const auto other = std::make_shared<DesktopNotificationCentre>(options_, nullptr);
+  EXPECT_TRUE(waitFor([&] { return bus.connections >= 2; })) << "the other centre's look";
+  QCoreApplication::processEvents();
+  EXPECT_EQ(bus.connections, 2);
 }
 
 TEST_F(DesktopNotificationCentreTest, ASilentServiceIsAskedOnceAndBlocksNothing) {
@@ -409,7 +563,11 @@ TEST_F(DesktopNotificationCentreTest, ARestartInTheMiddleLosesAndDoublesNothing)
   service_->vanish();
 
   service_ = makeService();
+  service_->silent = true;
   service_->appear();
+  ASSERT_TRUE(waitFor([&] { return service_->unanswered("GetCapabilities") >= 1; }));
+  EXPECT_EQ(status(), 2) << "a question that failed leaves the permission as it was";
+  service_->speak();
   ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));
   settle();
   EXPECT_THAT(titles(), ElementsAre("Sale", "under way", "waiting", "settle2"));
@@ -429,9 +587,25 @@ TEST_F(DesktopNotificationCentreTest, APushThatEndsEveryServiceIsGivenUp) {
   EXPECT_THAT(titles(), ElementsAre("settle1"));
 }
 
+// ---- The ledger
+
+TEST(DesktopNotificationLedger, WhatWasClosedIsRememberedForAWhileAndItsNumberMayBeGivenAgain) {
+  const auto content = std::make_shared<NotificationContent>();
+  DesktopNotificationLedger ledger;
+  for (std::uint32_t id = 1; id <= 65; ++id) {
+    ledger.shown(id, {std::to_string(id), content, {}});
+    ledger.closed(id, expired);
+  }
+  EXPECT_FALSE(ledger.actionInvoked(1, "default"));
+  EXPECT_TRUE(ledger.actionInvoked(2, "default"));
+  ledger.shown(2, {"new", content, {}});
+  EXPECT_EQ(ledger.idOf("new"), 2U);
+  EXPECT_TRUE(ledger.actionInvoked(2, "default"));
+}
+
 // ---- The end
 
-TEST_F(DesktopNotificationCentreTest, ACentreThatEndsWithCallsAndPushesUnderWayHarmsNothing) {
+TEST_F(DesktopNotificationCentreTest, ACentreMayBeDestroyedWithCallsAndPushesUnderWay) {
   start();
   service_->silent = true;
   show("under way");
@@ -444,7 +618,7 @@ TEST_F(DesktopNotificationCentreTest, ACentreThatEndsWithCallsAndPushesUnderWayH
   EXPECT_THAT(clicks_, IsEmpty());
 }
 
-TEST_F(DesktopNotificationCentreTest, ACentreMayEndInItsOwnClick) {
+TEST_F(DesktopNotificationCentreTest, ACentreMayBeDestroyedInItsOwnClick) {
   start();
   auto owner = std::make_shared<std::shared_ptr<DesktopNotificationCentre>>();
   bool clicked = false;

@@ -42,7 +42,7 @@ class PushCarouselTest : public ::testing::Test {
     }
     return nullptr;
   }
-  /// Whether the page `row` comes to fill the view.
+  /// Waits until the page `row` fills the view.
   bool shows(int row) {
     return QTest::qWaitFor([&] {
       const auto* cell = carousel_->pages()->cellForItem(row);
@@ -55,7 +55,7 @@ class PushCarouselTest : public ::testing::Test {
   std::unique_ptr<PushCarousel> carousel_;
 };
 
-TEST_F(PushCarouselTest, ButtonsAndKeysGoRoundTheEnds) {
+TEST_F(PushCarouselTest, ButtonsAndKeysGoFromTheLastImageToTheFirstAndBack) {
   button("Next image")->click();
   EXPECT_EQ(carousel_->currentIndex(), 1);
   EXPECT_TRUE(shows(1));
@@ -67,31 +67,25 @@ TEST_F(PushCarouselTest, ButtonsAndKeysGoRoundTheEnds) {
   EXPECT_EQ(carousel_->currentIndex(), 2);
   EXPECT_TRUE(shows(2));
   EXPECT_EQ(carousel_->pages()->accessibleName(), "Image 3 of 3");
-}
-
-TEST_F(PushCarouselTest, RightToLeftTheArrowsPointTheOtherWay) {
   carousel_->setLayoutDirection(Qt::RightToLeft);
   QTest::keyClick(carousel_->pages(), Qt::Key_Left);
-  EXPECT_EQ(carousel_->currentIndex(), 1);
+  EXPECT_EQ(carousel_->currentIndex(), 0) << "right to left the arrow keys change places";
 }
 
-TEST_F(PushCarouselTest, ASwipeTurnsThePageToo) {
-  const QSignalSpy turned(carousel_.get(), &PushCarousel::currentIndexChanged);
+TEST_F(PushCarouselTest, ASwipeChangesTheImageToo) {
+  const QSignalSpy changed(carousel_.get(), &PushCarousel::currentIndexChanged);
   QTest::mousePress(carousel_->pages(), Qt::LeftButton, {}, {300, 100});
   QTest::mouseMove(carousel_->pages(), {100, 100});
   QTest::mouseRelease(carousel_->pages(), Qt::LeftButton, {}, {100, 100});
   EXPECT_EQ(carousel_->currentIndex(), 1);
-  ASSERT_EQ(turned.size(), 1);
-  EXPECT_EQ(turned[0][0].toInt(), 1);
+  ASSERT_EQ(changed.size(), 1);
+  EXPECT_EQ(changed[0][0].toInt(), 1);
   EXPECT_TRUE(shows(1));
 }
 
-TEST_F(PushCarouselTest, APageIsTwentyLessHighThanItIsWide) {
+TEST_F(PushCarouselTest, ThePageAndTheButtonsTakeTheirHeightAndOneImageHasNoButtons) {
   EXPECT_EQ(carousel_->pages()->size(), QSize(375, 355));
   EXPECT_EQ(carousel_->height(), 355 + 44);
-}
-
-TEST_F(PushCarouselTest, OneImageNeedsNoButtonsAndNoneNeedsNoRoom) {
   make(1);
   EXPECT_FALSE(button("Next image")->isVisible());
   EXPECT_EQ(carousel_->heightForWidth(375), 355);
@@ -102,7 +96,7 @@ TEST_F(PushCarouselTest, OneImageNeedsNoButtonsAndNoneNeedsNoRoom) {
   EXPECT_EQ(carousel_->heightForWidth(375), 0);
 }
 
-TEST_F(PushCarouselTest, TheOneOnShowIsKnownUntilItGoes) {
+TEST_F(PushCarouselTest, TheLastOneGivenImagesIsTheKnownOneUntilItIsDeleted) {
   EXPECT_EQ(NotificationManager::collectionView(), carousel_->pages());
   auto later = std::make_unique<PushCarousel>();
   later->setNotification(pushWithImages(2));

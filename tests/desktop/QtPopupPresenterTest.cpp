@@ -304,6 +304,20 @@ TEST_F(QtPopupPresenterTest, AForeignWindowThatGoesTakesItsPopupAlong) {
   EXPECT_TRUE(waitFor([] { return topLevelPopup() == nullptr; }));
 }
 
+/// Runs where one_window.sh starts it.
+TEST_F(QtPopupPresenterTest, OverASceneOnTheOnlyWindowThereIsNothingIsShownAndTheReasonIsSaid) {
+  const std::string platformName = QGuiApplication::platformName().toStdString();
+  if (platformName != "eglfs") GTEST_SKIP() << platformName << " has more windows than one";
+  window_.hide();
+  QRasterWindow scene;
+  const auto screen = std::make_shared<WindowScreen>(&scene);
+  present(screen, "a");
+  EXPECT_TRUE(waitFor(
+      [&] { return said("the platform eglfs has no second window for a popup over the scene"); }));
+  EXPECT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
+  EXPECT_EQ(topLevelPopup(), nullptr);
+}
+
 TEST(QtPlatform, PutsPopupsAndTheClipboardInAndLeavesTheRest) {
   const kifo::testing::FakePlatform fake;
   const Platform platform = withQt(fake.platform());

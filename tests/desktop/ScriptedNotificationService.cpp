@@ -26,14 +26,14 @@ ScriptedNotificationService::ScriptedNotificationService(const QString& address)
   connection_.registerVirtualObject(PATH, this);
 }
 
-/// A call that is on its way here may not outlive it: Qt would answer it with half an object.
+/// A call that is queued must not run after this: Qt would answer it with a half-destroyed object.
 ScriptedNotificationService::~ScriptedNotificationService() {
   connection_.unregisterObject(PATH);
   QCoreApplication::removePostedEvents(this);
   vanish();
 }
 
-/// A service that has just left may bear the name still: Qt closes a connection on another thread.
+/// An earlier service may still own the name: Qt closes a connection on another thread.
 void ScriptedNotificationService::appear() {
   connection_.interface()->registerService(NAME, QDBusConnectionInterface::QueueService);
 }

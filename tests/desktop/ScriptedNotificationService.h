@@ -11,7 +11,7 @@
 
 namespace kifo {
 
-/// org.freedesktop.Notifications as badly behaved as the test wants it.
+/// org.freedesktop.Notifications with the answers and faults that a test chooses.
 class ScriptedNotificationService : public QDBusVirtualObject {
  public:
   struct Shown {
@@ -28,9 +28,9 @@ class ScriptedNotificationService : public QDBusVirtualObject {
   explicit ScriptedNotificationService(const QString& address);
   ~ScriptedNotificationService() override;
 
-  /// Takes the name, or is next to have it.
+  /// Takes the name, or queues for it.
   void appear();
-  /// Leaves the bus, its name and the calls that wait for an answer behind.
+  /// Disconnects from the bus; open calls get no answer.
   void vanish();
   /// Answers what came while it was silent, in order, and everything from now on.
   void speak();

@@ -229,6 +229,12 @@ TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
                         {"code", "code"},
                         {"communication_name", "camp"},
                         {"status", keys["status"]}}));
+  Runtime::current()->session.notificationPermissionStatus =
+      KifoNotificationPermissionStatusType::DENIED;
+  KifoEventManager::sendPushNotificationReceivedEvent("pt", "who", "camp", "code", "S");
+  const json both = lastEvent("push_notification_received");
+  EXPECT_EQ(both["status"], "AUTHORIZED") << "the centre has answered before the event is composed";
+  EXPECT_EQ(both["push_notification_permission_status"], "AUTHORIZED");
   KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", "b,1",
                                                      "Yes");
   keys = own("push_notification_clicked");

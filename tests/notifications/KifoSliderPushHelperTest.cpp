@@ -27,12 +27,9 @@ std::vector<std::string> imagesOf(const char* data) {
   return KifoSliderPushHelper::getImageList(pushWith({{"data", data}}));
 }
 
-TEST(KifoSliderPushHelper, TheImageListHoldsTheAddressesThatThereAreInOrder) {
+TEST(KifoSliderPushHelper, TheImageListHoldsTheAddressesThatCanBeReadInOrder) {
   EXPECT_THAT(imagesOf(R"({"images": [{"url": "b"}, {}, {"url": null}, {"url": "a"}]})"),
               ElementsAre("b", "a"));
-}
-
-TEST(KifoSliderPushHelper, WithoutReadableImagesTheListIsEmpty) {
   for (const char* data :
        {R"({"images": [{}]})", "{}", "[]", "no json", R"({"images": [{"url": 1}]})",
         R"({"images": [{"url": "a"}], "uuid": 1})"}) {
@@ -40,9 +37,6 @@ TEST(KifoSliderPushHelper, WithoutReadableImagesTheListIsEmpty) {
   }
   EXPECT_THAT(KifoSliderPushHelper::getImageList(pushWith({{"data", {{"images", {}}}}})),
               IsEmpty());
-}
-
-TEST(KifoSliderPushHelper, ANotificationWithoutContentIsSaidSoOnTheConsole) {
   const testing::InstalledFakePlatform fake;
   EXPECT_THAT(KifoSliderPushHelper::getImageList({}), IsEmpty());
   EXPECT_THAT(fake.console->lines(),
@@ -55,7 +49,7 @@ TEST(KifoSliderPushHelper, APageIsTwentyLessHighThanItIsWide) {
   EXPECT_EQ(KifoSliderPushHelper::getSize(&view, {3, 1}, 5), (Size{375.0, 355.0}));
 }
 
-TEST(KifoSliderPushHelper, ScrollingGoesRoundTheEndsWithPagingOffMeanwhile) {
+TEST(KifoSliderPushHelper, ScrollingGoesFromTheLastImageToTheFirstAndBackWithPagingOffMeanwhile) {
   struct Case {
     int from, to;
     bool forward;

@@ -58,6 +58,9 @@ TEST_F(PushImageTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessage
   EXPECT_EQ(missing.error, "HTTP status 404");
   const auto failed = loadAnsweredBy([&] { fake_.http->fail(1, 6, "Could not resolve host"); });
   EXPECT_EQ(failed.error, "Could not resolve host");
+  const auto empty = loadAnsweredBy([&] { fake_.http->answer(2, 204, ""); });
+  EXPECT_EQ(empty.bytes, std::nullopt);
+  EXPECT_EQ(empty.error, "the answer is empty");
 }
 
 TEST_F(PushImageTest, ATransportThatStopsEndsTheWait) {

@@ -113,7 +113,7 @@ TEST_F(LifetimeTest, AsAWindowOfItsOwnItClosesAsItsButtonDoes) {
   popup->resize(800, 600);
   popup->present();
   EXPECT_TRUE(popup->isWindow());
-  popup->close();
+  EXPECT_TRUE(popup->close()) << "a window that refuses would refuse the application's end";
   EXPECT_TRUE(waitUntilGone());
   EXPECT_EQ(reporter->reports.size(), 1u);
 }

@@ -303,9 +303,10 @@ void PopUpWindow::resizeEvent(QResizeEvent*) {
   placeView();
 }
 
-/// The window manager's way of closing, for a popup that is a window of its own.
+/// A popup that is a window of its own accepts the close: one that refuses would also refuse the
+/// application's end, which asks every window. It goes without fading, for it is hidden at once.
 void PopUpWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
+  event->setAccepted(isWindow());
   closeButtonAction();
 }
 
