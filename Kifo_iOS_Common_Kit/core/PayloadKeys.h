@@ -62,11 +62,4 @@ class TokenConstant {
   static constexpr auto TIMEOUT = "kifo_timeout";
 };
 
-/// Labels of the server's environments, for the host's own use.
-class KifoConfig {
- public:
-  static constexpr auto ENVIRONMENT_SANDBOX = "SANDBOX";
-  static constexpr auto ENVIRONMENT_PRODUCTION = "PRODUCTION";
-};
-
 }  // namespace kifo

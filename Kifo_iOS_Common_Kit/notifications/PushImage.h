@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
 namespace kifo {
 
 /// The bytes behind an address, or why there are none.
@@ -25,7 +26,7 @@ PushImage loadPushImage(const std::string& url, double limit = 7.0);
 /// `content` itself and a console line why there is none. `handler` runs once, before this returns.
 ///
 /// **Threading:** waits like `loadPushImage`, and writes a file.
-KIFO_EXPORT void attachPushImage(
+KIFO_SHARED void attachPushImage(
     const std::shared_ptr<const NotificationContent>& content, const std::string& url,
     const std::function<void(std::shared_ptr<const NotificationContent>)>& handler);
 
