@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
   configuration.listenerUri = server + "/sdkListenerEvent";
   configuration.authorization = "a token of the server's";
   configuration.applicationName = "shop";
+  configuration.resendsWhenServerReturns = true;
   kifo::Kifo::initialize(configuration, [] {
     // The server has answered: from now on events are sent, and stored when they cannot be.
     kifo::KifoEventManager::sendEvent("basket_opened", std::nullopt, {{"items", 3}});

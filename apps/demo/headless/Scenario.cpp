@@ -44,6 +44,7 @@ KifoInitConfig configurationFor(const testing::LocalServer& server) {
   configuration.tokenService = std::make_shared<KioskTokens>();
   configuration.applicationName = "kiosk";
   configuration.isDiskCapacityRequired = true;
+  configuration.resendsWhenServerReturns = true;
   return configuration;
 }
 
@@ -72,8 +73,8 @@ Scenario::Scenario(std::filesystem::path home, Network& network, bool printsCons
 bool Scenario::run() {
   if (!startServer()) return false;
   print("A server listens on " + server_.uri() + ".");
-  return firstMorning() && customers() && outage() && returnOfTheServer() && losses() &&
-         nightAndNextMorning();
+  return firstMorning() && customers() && outage() && returnOfTheServer() &&
+         serverOutage() && losses() && nightAndNextMorning();
 }
 
 bool Scenario::judge() {
@@ -162,6 +163,19 @@ bool Scenario::returnOfTheServer() {
   host_->mark();
   if (!change([this] { network_.plugIn(); }, "ONLINE") || !settle()) return false;
   event("receipt_printed", {{"pages", 1}}, Sending::FRESH);
+  return settle();
+}
+
+bool Scenario::serverOutage() {
+  constexpr int count = 3;
+  print("The server goes away again, but the network stays up.");
+  server_.stop();
+  host_->mark();
+  for (int cup = 1; cup <= count; ++cup) event("cup_filled", {{"cup", cup}}, Sending::RESENT);
+  if (!host_->waitForDecisions("answered", count, kBound)) return false;
+  print("The server comes back: its answer to the next event has the stored ones sent, too.");
+  if (!startServer()) return false;
+  event("shift_ended", {{"cups", count}}, Sending::FRESH);
   return settle();
 }
 

@@ -37,6 +37,7 @@ class Scenario {
   bool customers();
   bool outage();
   bool returnOfTheServer();
+  bool serverOutage();
   bool losses();
   bool lose(const Network::Loss& loss);
   bool nightAndNextMorning();

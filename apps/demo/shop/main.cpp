@@ -51,6 +51,7 @@ void startSdk(const testing::LocalServer& server, std::shared_ptr<NotificationCe
   configuration.authorization = "nook-token";
   configuration.applicationName = "nook";
   configuration.actorId = "ada";
+  configuration.resendsWhenServerReturns = true;
   Kifo::initialize(configuration);
 }
 

@@ -64,6 +64,7 @@ KifoInitConfig configuration(Arguments fields, Host& host) {
   c.isBatteryStatusRequired = fields.flag("isBatteryStatusRequired", false);
   c.isLocationRequired = fields.flag("isLocationRequired", false);
   c.forceInitialize = fields.flag("forceInitialize", false);
+  c.resendsWhenServerReturns = fields.flag("resendsWhenServerReturns", false);
   fields.finish();
   return c;
 }
