@@ -37,7 +37,7 @@ void chooseCampaigns(const Runtime& runtime, const std::string& eventName, InApp
                               {"reason", answer ? "no campaigns" : "no answer yet"}});
     return;
   }
-  Platform::current()->mainQueue->enqueue(
+  Platform::current()->mainQueue->post(
       [answer = std::move(answer), eventName, due = std::move(due)] {
         bool found = false;
         for (const auto& item : *answer->model) {
@@ -46,8 +46,7 @@ void chooseCampaigns(const Runtime& runtime, const std::string& eventName, InApp
           consider(item, due);
         }
         if (!found) KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "no match"}});
-      },
-      Wake::soon);
+      });
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ void ServiceClient::send(const std::shared_ptr<OutgoingRequest>& request) {
   // request that nobody is sending.
   runtime_->inFlight->begin(request);
   const bool goesOut = request->isStored() || mayGoOut(*request);
-  if (request->origin == Origin::event) storeCopy(request, goesOut ? Wake::later : Wake::soon);
+  if (request->origin == Origin::event) storeCopy(request);
   if (goesOut) return handOver(request);
   settle(*request);
   if (request->whenUnanswered) request->whenUnanswered();
@@ -135,7 +135,7 @@ bool ServiceClient::mayGoOut(const OutgoingRequest& request) const {
   return false;
 }
 
-void ServiceClient::storeCopy(const std::shared_ptr<OutgoingRequest>& request, Wake wake) const {
+void ServiceClient::storeCopy(const std::shared_ptr<OutgoingRequest>& request) const {
   const bool isOnline = runtime_->session.networkStatus == KifoNetworkStatus::ONLINE;
   const std::int64_t date = Platform::current()->clock->millisecondsSince1970() / 1000;
   db().cacheLog(
@@ -144,8 +144,7 @@ void ServiceClient::storeCopy(const std::shared_ptr<OutgoingRequest>& request, W
       [request](bool stored) {
         request->hasRow = stored;
         if (stored) KIFO_INSPECT("stored", {{"requestId", request->id}});
-      },
-      wake);
+      });
 }
 
 void ServiceClient::handOver(const std::shared_ptr<OutgoingRequest>& request) {
@@ -153,20 +152,12 @@ void ServiceClient::handOver(const std::shared_ptr<OutgoingRequest>& request) {
                {{"requestId", request->id}, {"url", request->texts->url()}});
   if (!request->isStored()) runtime_->resend->requestSent();
   const auto platform = Platform::current();
-  // The transport's thread wakes the one that stores: the caller wakes one thread and not two, and
-  // none while the transport polls. A row's re-sending has no caller, and loses no time.
-  platform->http->enqueue(
-      [self = shared_from_this(), request, storing = platform->mainQueue] {
-        storing->wake();
-        return self->httpRequest(*request);
-      },
-      [self = shared_from_this(), request, storing = platform->mainQueue,
-       answers = platform->answerQueue](HttpAnswer answer) {
-        storing->wake();  // the transport may have stopped before it made the request
+  platform->http->send(
+      [self = shared_from_this(), request] { return self->httpRequest(*request); },
+      [self = shared_from_this(), request, answers = platform->answerQueue](HttpAnswer answer) {
         answers->post(
             [self, request, answer = std::move(answer)] { self->handleAnswer(request, answer); });
-      },
-      request->isStored() ? Wake::now : Wake::soon);
+      });
 }
 
 HttpRequest ServiceClient::httpRequest(const OutgoingRequest& request) const {

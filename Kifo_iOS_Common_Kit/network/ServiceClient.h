@@ -94,7 +94,7 @@ class ServiceClient final : public ServiceClientProtocol,
 
   void send(const std::shared_ptr<OutgoingRequest>& request);
   bool mayGoOut(const OutgoingRequest& request) const;
-  void storeCopy(const std::shared_ptr<OutgoingRequest>& request, Wake wake) const;
+  void storeCopy(const std::shared_ptr<OutgoingRequest>& request) const;
   void handOver(const std::shared_ptr<OutgoingRequest>& request);
   HttpRequest httpRequest(const OutgoingRequest& request) const;
 

@@ -9,7 +9,6 @@
 
 #include "Kifo_iOS_Common_Kit/ports/Error.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
-#include "Kifo_iOS_Common_Kit/ports/Wake.h"
 
 namespace kifo {
 
@@ -46,12 +45,6 @@ class KIFO_EXPORT HttpTransport {
   /// request's texts costs the caller nothing. `done` is run exactly once, with the error
   /// "cancelled" for what is not answered when the transport stops.
   virtual void send(Make make, Done done) = 0;
-
-  /// Sends like `send`, for a sender that is not to pay for waking the transport's thread: with
-  /// `Wake::soon` the request may go out a millisecond later. `Wake::later` counts as `soon`.
-  virtual void enqueue(Make make, Done done, Wake /*wake*/) {
-    send(std::move(make), std::move(done));
-  }
 
   /// Tells that the network came back: connections kept from before are not used again.
   virtual void networkChanged() = 0;

@@ -10,6 +10,7 @@ class NullSerialQueue final : public SerialQueue {
   void cancel(Timer) override {}
   bool isCurrent() const override { return false; }
   bool stop(Duration) override { return true; }
+  void sync(const Task&) override {}
 };
 
 class NullHttpTransport final : public HttpTransport {

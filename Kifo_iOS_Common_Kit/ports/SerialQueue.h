@@ -3,10 +3,8 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
-#include "Kifo_iOS_Common_Kit/ports/Wake.h"
 
 namespace kifo {
 
@@ -30,12 +28,6 @@ class KIFO_EXPORT SerialQueue {
   /// Appends `task`. Never blocks on a running task.
   virtual void post(Task task) = 0;
 
-  /// Appends `task` like `post`, for a sender that is not to pay for waking the thread. A queue may
-  /// wake it at once all the same.
-  virtual void enqueue(Task task, Wake /*wake*/) { post(std::move(task)); }
-  /// Lets the thread see soon to what was enqueued with `Wake::later`.
-  virtual void wake() {}
-
   /// Appends `task` once `delay` has passed, and then again every `delay` when `repeats`.
   /// A delay below zero counts as zero.
   virtual Timer schedule(Duration delay, Task task, bool repeats = false) = 0;
@@ -51,9 +43,9 @@ class KIFO_EXPORT SerialQueue {
   /// running is left to end by itself. Returns whether everything queued had run.
   virtual bool stop(Duration bound) = 0;
 
-  /// Runs `task` on the queue and waits for it; at once when called from a task of this queue, so
-  /// that the hop cannot wait for itself. After `stop` the task is not run.
-  virtual void sync(const Task& task);
+  /// Runs `task` on the queue and waits for its end; runs it at once when called from a task of
+  /// this queue. After `stop` the task is not run.
+  virtual void sync(const Task& task) = 0;
 };
 
 }  // namespace kifo

@@ -96,14 +96,14 @@ void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLo
 }
 
 bool DataManager::cacheLog(std::int64_t limit, const std::string& requestId,
-                           std::function<KifoLog()> compose, std::function<void(bool)> stored,
-                           Wake wake) const {
+                           std::function<KifoLog()> compose,
+                           std::function<void(bool)> stored) const {
   if (!manager_) return false;
   PendingWrite copy{.compose = std::move(compose), .limit = limit, .requestId = requestId};
   copy.done = [stored = std::move(stored)](const Result& result) {
     if (stored) stored(result.isDone);
   };
-  const bool isQueued = manager_->write(std::move(copy), wake);
+  const bool isQueued = manager_->write(std::move(copy));
   if (!isQueued) tellNotStored(requestId, "cap", limit, limit);
   return isQueued;
 }

@@ -56,10 +56,9 @@ class KIFO_EXPORT DataManager {
   /// queue are stored in one transaction.
   /// `compose` makes the row on the main queue, where writing its texts costs no caller anything.
   /// `stored` runs after the commit and learns whether the copy is in the file.
-  /// With `Wake::later` the caller sees to it that the main queue's `wake` follows.
   /// False, and nothing is kept or called, when `limit` copies wait for the main queue already.
   bool cacheLog(std::int64_t limit, const std::string& requestId, std::function<KifoLog()> compose,
-                std::function<void(bool)> stored = {}, Wake wake = Wake::now) const;
+                std::function<void(bool)> stored = {}) const;
 
   /// Removes the request's row and every row that was tried. `removed` runs when that has been
   /// done, not when it failed.

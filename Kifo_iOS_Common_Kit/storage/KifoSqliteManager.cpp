@@ -135,7 +135,7 @@ void KifoSqliteManager::closeLocalDatabaseWithName(const std::string&, StatusBlo
 // Statements -------------------------------------------------------------------------------------
 
 void KifoSqliteManager::enqueue(PendingWrites::Groups groups,
-                                std::function<void(StoreConnection&)> work, Wake wake) {
+                                std::function<void(StoreConnection&)> work) {
   const auto task = [self = shared_from_this(), groups, work = std::move(work)] {
     // Never makes the file: an empty one would never get its table.
     StoreConnection file(self->databasePath_, StoreConnection::Mode::existing,
@@ -143,20 +143,16 @@ void KifoSqliteManager::enqueue(PendingWrites::Groups groups,
     self->pendingWrites_.run(file, groups);
     if (work) work(file);
   };
-  mainQueue_->enqueue(task, wake);
+  mainQueue_->post(task);
 }
 
 void KifoSqliteManager::perform(std::function<void(StoreConnection&)> work) {
-  enqueue(pendingWrites_.endGroup(), std::move(work), Wake::now);
+  enqueue(pendingWrites_.endGroup(), std::move(work));
 }
 
-bool KifoSqliteManager::write(PendingWrite write, Wake wake) {
+bool KifoSqliteManager::write(PendingWrite write) {
   const auto added = pendingWrites_.add(std::move(write));
-  if (added.isFirst) {
-    enqueue(added.groups, {}, wake);
-  } else if (!added.isRefused && wake != Wake::later) {
-    mainQueue_->wake();
-  }
+  if (added.isFirst) enqueue(added.groups, {});
   return !added.isRefused;
 }
 

@@ -70,10 +70,9 @@ class KIFO_EXPORT KifoSqliteManager : public std::enable_shared_from_this<KifoSq
 
   /// Runs `work` as one task on an open connection, behind the writes that wait.
   void perform(std::function<void(StoreConnection&)> work);
-  /// Queues a change of the table, which shares a transaction with others that wait. With
-  /// `Wake::later` the caller sees to it that the main queue's `wake` follows. False, and nothing
-  /// is kept or called, for a copy when as many copies as its limit wait already.
-  bool write(PendingWrite write, Wake wake = Wake::now);
+  /// Queues a change of the table, which shares a transaction with others that wait. False, and
+  /// nothing is kept or called, for a copy when as many copies as its limit wait already.
+  bool write(PendingWrite write);
 
   /// From now on a locked file is not waited for. For shutdown.
   void stopWaitingForLocks() { waitsForLocks_ = false; }
@@ -89,7 +88,7 @@ class KIFO_EXPORT KifoSqliteManager : public std::enable_shared_from_this<KifoSq
  private:
   void post(std::function<void()> work);
   /// Queues a task that runs the first `groups` groups of writes and then `work`, if any.
-  void enqueue(PendingWrites::Groups groups, std::function<void(StoreConnection&)> work, Wake wake);
+  void enqueue(PendingWrites::Groups groups, std::function<void(StoreConnection&)> work);
   bool open();
   bool close();
   [[nodiscard]] std::string resource(const std::string& name) const;

@@ -8,19 +8,17 @@
 #include <climits>
 #include <deque>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "platform/linux/CurlErrors.h"
 #include "platform/linux/CurlSockets.h"
 #include "platform/linux/CurlTransfer.h"
 #include "platform/linux/ExitGuard.h"
-#include "platform/linux/Inbox.h"
-#include "platform/linux/Rest.h"
-#include "platform/linux/Wakeup.h"
+#include "platform/linux/Mailbox.h"
 #include "platform/linux/Worker.h"
 
 namespace kifo {
@@ -28,14 +26,13 @@ namespace {
 
 using Clock = CurlTransfer::Clock;
 
-constexpr std::size_t kRoundSize = 32;  // requests taken in before the transfers have their turn
-// Of one host, in libcurl's hands, and so the most connections to it. Whatever would have libcurl
-// keep a transfer waiting for a connection (a limit of its own, CURLOPT_PIPEWAIT) is not used: now
-// and then one is never taken up again (7.88).
-constexpr int kLaneWidth = 6;
+constexpr std::size_t kRoundSize = 32;  // requests begun before the running transfers are served
+// Transfers of one host that libcurl has at once, and so the most connections to it. What makes
+// libcurl itself queue a transfer (CURLMOPT_MAX_HOST_CONNECTIONS, CURLOPT_PIPEWAIT) is not used: in
+// 7.88 such a transfer is now and then never started.
+constexpr int kTransfersPerHost = 6;
 constexpr long kKeptConnections = 12;
 constexpr std::size_t kKeptHandles = 8;
-constexpr auto kLookWithoutWakeup = std::chrono::milliseconds(20);
 const SerialQueue::Duration kStopBound(0.2);
 
 void initialiseLibraries() {
@@ -67,31 +64,29 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
  public:
   explicit Core(CurlTransportOptions options) : options_(std::move(options)) {}
 
-  void send(Make make, Done done, Wake wake);
+  void send(Make make, Done done);
   void networkChanged();
   void stop();
 
  private:
   using Id = std::uint64_t;
   using Transfer = std::unique_ptr<CurlTransfer>;
-  struct Open {
+  struct Sent {
     Make make;  ///< Empty once it has run.
     Done done;
   };
-  /// The requests for one host.
-  struct Lane {
+  /// The requests for one host: scheme, name and port.
+  struct Host {
     int active = 0;
     std::deque<Transfer> waiting;
   };
 
-  bool start();
-  void rouse(Wake wake);
   void answer(Id id, HttpAnswer answer);
-  void shut();
+  void cancelAll();
 
   // The thread's.
   void run();
-  bool takeIncoming();
+  bool takePosted();
   void accept(Id id, const Make& make);
   void enqueue(Transfer transfer);
   void start(Transfer transfer);
@@ -100,8 +95,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   void collectFinished();
   void expireWaiting();
   void leaveOldNetwork();
-  void sleep();
-  int milliseconds(std::optional<Clock::duration> rest) const;
+  void wait();
   CURL* takeHandle();
   void keepHandle(CURL* easy);
   void tearDown();
@@ -109,102 +103,72 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   static thread_local const Core* current;
 
   const CurlTransportOptions options_;
-  const Wakeup wakeup_;
   Worker worker_;
-  // No sender waits for a lock.
-  Inbox<Open> inbox_;
-  Rest rest_;
-  std::atomic<bool> started_ = false;
-  std::atomic<bool> stopping_ = false;  ///< Set with the mutex held: the thread does not miss it.
-  std::atomic<bool> shut_ = false;      ///< Nobody looks into the inbox any more.
+  Mailbox<Sent> mailbox_;
+  std::atomic<bool> stopping_ = false;
+  std::atomic<bool> networkChanged_ = false;
 
   // The thread's only.
   CURLM* multi_ = nullptr;
   CurlSockets sockets_;
   std::vector<CURL*> handles_;
   std::map<Id, Transfer> active_;
-  std::map<std::string, Lane> lanes_;
+  std::map<std::string, Host> hosts_;
   Clock::time_point firstExpiry_ = Clock::time_point::max();  ///< Of those that wait; may be early.
-
-  std::mutex mutex_;
-  // Guarded by mutex_.
-  std::map<Id, Open> open_;  ///< Everything taken in and not yet answered.
-  std::deque<Id> incoming_;
+  std::deque<Id> incoming_;                                   ///< Taken in and not yet made.
   Id last_ = 0;
-  bool networkChanged_ = false;
+
+  Mutex mutex_;
+  std::map<Id, Sent> unanswered_ KIFO_GUARDED_BY(mutex_);
 };
 
 thread_local const CurlTransport::Core* CurlTransport::Core::current = nullptr;
 
-void CurlTransport::Core::send(Make make, Done done, Wake wake) {
-  if (stopping_ || !start()) {
-    const auto given = stopping_ ? cancelledAnswer()
-                                 : failedAnswer(CURLE_OUT_OF_MEMORY, "the system gives no thread");
-    guarded("a completion", [&] { done(given); });
-    return;
+void CurlTransport::Core::send(Make make, Done done) {
+  if (stopping_) return guarded("a completion", [&] { done(cancelledAnswer()); });
+  const bool runs = worker_.isStarted() ||
+                    worker_.start("kifo.http", [self = shared_from_this()] { self->run(); });
+  if (!runs) {
+    const auto failed = failedAnswer(CURLE_OUT_OF_MEMORY, "the system gives no thread");
+    return guarded("a completion", [&] { done(failed); });
   }
-  if (wake != Wake::now) rest_.noteSender();
-  inbox_.put({std::move(make), std::move(done)});
-  if (shut_) return shut();  // it came too late
-  rouse(wake);
-}
-
-bool CurlTransport::Core::start() {
-  if (started_) return true;
-  const std::lock_guard lock(mutex_);
-  if (!started_) {
-    started_ = worker_.start("kifo.http", [self = shared_from_this()] { self->run(); });
-  }
-  return started_;
+  if (!mailbox_.post({std::move(make), std::move(done)})) cancelAll();
 }
 
 void CurlTransport::Core::networkChanged() {
-  {
-    const std::lock_guard lock(mutex_);
-    networkChanged_ = true;
-  }
-  rouse(Wake::now);
+  networkChanged_ = true;
+  mailbox_.wake();
 }
 
 void CurlTransport::Core::stop() {
-  {
-    const std::lock_guard lock(mutex_);
-    stopping_ = true;
-  }
-  rouse(Wake::now);
+  stopping_ = true;
+  mailbox_.wake();
   if (current == this) return;
   worker_.join(kStopBound);
-  shut();
+  cancelAll();
 }
 
-/// Ends the thread's rest. While it is awake it costs nothing.
-void CurlTransport::Core::rouse(Wake wake) {
-  if (rest_.wakes(wake)) wakeup_.signal();
-}
-
-/// Whoever takes a request out of `open_` answers it: so each is answered once.
+/// Whoever takes a request out of `unanswered_` answers it: so each is answered once.
 void CurlTransport::Core::answer(Id id, HttpAnswer answer) {
-  std::unique_lock lock(mutex_);
-  const auto node = open_.extract(id);
+  MutexLock lock(mutex_);
+  const auto node = unanswered_.extract(id);
   lock.unlock();
   if (node && node.mapped().done) {
     guarded("a completion", [&] { node.mapped().done(std::move(answer)); });
   }
 }
 
-/// Takes nothing more and cancels what is open.
-void CurlTransport::Core::shut() {
-  const auto cancel = [](const Open& open) {
-    if (open.done) guarded("a completion", [&open] { open.done(cancelledAnswer()); });
+/// Takes nothing more and cancels what has no answer.
+void CurlTransport::Core::cancelAll() {
+  const auto cancel = [](const Sent& sent) {
+    if (sent.done) guarded("a completion", [&sent] { sent.done(cancelledAnswer()); });
   };
-  std::unique_lock lock(mutex_);
-  stopping_ = true;
-  const auto cancelled = std::exchange(open_, {});
-  incoming_.clear();
+  mailbox_.close();
+  MutexLock lock(mutex_);
+  const auto cancelled = std::exchange(unanswered_, {});
   lock.unlock();
   for (const auto& entry : cancelled) cancel(entry.second);
-  shut_ = true;
-  inbox_.take(cancel);
+  for (const Sent& sent : mailbox_.take()) cancel(sent);
 }
 
 void CurlTransport::Core::run() {
@@ -212,34 +176,33 @@ void CurlTransport::Core::run() {
   initialiseLibraries();
   multi_ = curl_multi_init();
   curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, kKeptConnections);
-  while (multi_ && takeIncoming()) {
+  while (multi_ && takePosted()) {
     int running = 0;
     curl_multi_perform(multi_, &running);
     collectFinished();
     expireWaiting();
-    sleep();
+    wait();
   }
-  shut();
+  cancelAll();
   tearDown();
 }
 
-/// Takes in what came since; false once the transport stops.
-bool CurlTransport::Core::takeIncoming() {
-  std::vector<std::pair<Id, Make>> round;
-  std::unique_lock lock(mutex_);
+/// Takes in what was posted and begins up to kRoundSize requests; false once the transport stops.
+bool CurlTransport::Core::takePosted() {
   if (stopping_) return false;
-  const bool changed = std::exchange(networkChanged_, false);
-  inbox_.take([this](Open&& open) {
+  if (networkChanged_.exchange(false)) leaveOldNetwork();
+  std::vector<std::pair<Id, Make>> round;
+  MutexLock lock(mutex_);
+  for (Sent& sent : mailbox_.take()) {
     incoming_.push_back(++last_);
-    open_.emplace_hint(open_.end(), last_, std::move(open));
-  });
-  while (!incoming_.empty() && round.size() < kRoundSize) {
-    const Id id = incoming_.front();
-    incoming_.pop_front();
-    round.emplace_back(id, std::move(open_.at(id).make));
+    unanswered_.emplace_hint(unanswered_.end(), last_, std::move(sent));
+  }
+  for (; !incoming_.empty() && round.size() < kRoundSize; incoming_.pop_front()) {
+    const auto sent = unanswered_.find(incoming_.front());
+    // A stop that did not wait for this thread has cancelled the others.
+    if (sent != unanswered_.end()) round.emplace_back(sent->first, std::move(sent->second.make));
   }
   lock.unlock();
-  if (changed) leaveOldNetwork();
   for (const auto& [id, make] : round) accept(id, make);
   return true;
 }
@@ -261,13 +224,13 @@ void CurlTransport::Core::accept(Id id, const Make& make) {
 }
 
 void CurlTransport::Core::enqueue(Transfer transfer) {
-  Lane& lane = lanes_[transfer->authority()];
-  if (lane.active < kLaneWidth) {
-    ++lane.active;
+  Host& host = hosts_[transfer->authority()];
+  if (host.active < kTransfersPerHost) {
+    ++host.active;
     start(std::move(transfer));
   } else {
     firstExpiry_ = std::min(firstExpiry_, transfer->deadline());
-    lane.waiting.push_back(std::move(transfer));
+    host.waiting.push_back(std::move(transfer));
   }
 }
 
@@ -297,16 +260,16 @@ void CurlTransport::Core::finish(Id id, CURLcode result, std::optional<HttpAnswe
 }
 
 void CurlTransport::Core::startNext(const std::string& authority) {
-  const auto lane = lanes_.find(authority);
-  --lane->second.active;
-  auto& waiting = lane->second.waiting;
-  if (!waiting.empty()) {
-    Transfer next = std::move(waiting.front());
-    waiting.pop_front();
-    ++lane->second.active;
+  const auto found = hosts_.find(authority);
+  Host& host = found->second;
+  --host.active;
+  if (!host.waiting.empty()) {
+    Transfer next = std::move(host.waiting.front());
+    host.waiting.pop_front();
+    ++host.active;
     start(std::move(next));
-  } else if (lane->second.active == 0) {
-    lanes_.erase(lane);
+  } else if (host.active == 0) {
+    hosts_.erase(found);
   }
 }
 
@@ -321,14 +284,14 @@ void CurlTransport::Core::collectFinished() {
   }
 }
 
-/// Those that libcurl has in hand it times by itself.
+/// Ends the waiting requests whose time is over; libcurl times the others.
 void CurlTransport::Core::expireWaiting() {
   const auto now = Clock::now();
   if (firstExpiry_ > now) return;
   firstExpiry_ = Clock::time_point::max();
   std::vector<Id> expired;
-  for (auto& [authority, lane] : lanes_) {
-    std::erase_if(lane.waiting, [&](const Transfer& transfer) {
+  for (auto& [authority, host] : hosts_) {
+    std::erase_if(host.waiting, [&](const Transfer& transfer) {
       const bool late = transfer->deadline() <= now;
       if (late) expired.push_back(transfer->id());
       if (!late) firstExpiry_ = std::min(firstExpiry_, transfer->deadline());
@@ -347,25 +310,16 @@ void CurlTransport::Core::leaveOldNetwork() {
   }
 }
 
-void CurlTransport::Core::sleep() {
-  curl_waitfd extra{wakeup_.descriptor(), CURL_WAIT_POLLIN, 0};
-  std::unique_lock lock(mutex_);
-  const auto rest = rest_.begin(
-      [this] { return !inbox_.empty() || !incoming_.empty() || networkChanged_ || stopping_; });
-  lock.unlock();
-  curl_multi_poll(multi_, &extra, 1, milliseconds(rest), nullptr);
-  if (extra.revents != 0) wakeup_.clear();
-  rest_.end();
-}
-
-/// How long to poll; as good as for ever when nothing waits. Those that wait for a lane may expire.
-int CurlTransport::Core::milliseconds(std::optional<Clock::duration> rest) const {
-  auto wait = rest.value_or(Clock::duration::max());
-  if (firstExpiry_ != Clock::time_point::max()) wait = std::min(wait, firstExpiry_ - Clock::now());
-  if (wakeup_.descriptor() < 0) wait = std::min<Clock::duration>(wait, kLookWithoutWakeup);
-  if (wait == Clock::duration::max()) return INT_MAX;
-  const auto whole = std::chrono::ceil<std::chrono::milliseconds>(wait);
-  return static_cast<int>(std::clamp<long long>(whole.count(), 0, INT_MAX));
+/// Polls the transfers and the mailbox until there is something to do.
+void CurlTransport::Core::wait() {
+  auto longest = Wakeups::kForever;
+  if (firstExpiry_ != Clock::time_point::max()) longest = firstExpiry_ - Clock::now();
+  if (!incoming_.empty()) longest = Clock::duration::zero();
+  const auto bound = std::chrono::ceil<std::chrono::milliseconds>(mailbox_.beginWait(longest));
+  curl_waitfd extra{mailbox_.descriptor(), CURL_WAIT_POLLIN, 0};
+  curl_multi_poll(multi_, &extra, 1,
+                  static_cast<int>(std::clamp<long long>(bound.count(), 0, INT_MAX)), nullptr);
+  mailbox_.endWait(extra.revents != 0);
 }
 
 CURL* CurlTransport::Core::takeHandle() {
@@ -393,7 +347,7 @@ void CurlTransport::Core::tearDown() {
   for (CURL* easy : handles_) curl_easy_cleanup(easy);
   curl_multi_cleanup(multi_);
   active_.clear();
-  lanes_.clear();
+  hosts_.clear();
 }
 
 CurlTransport::CurlTransport(CurlTransportOptions options)
@@ -404,11 +358,7 @@ CurlTransport::~CurlTransport() {
 }
 
 void CurlTransport::send(Make make, Done done) {
-  core_->send(std::move(make), std::move(done), Wake::now);
-}
-
-void CurlTransport::enqueue(Make make, Done done, Wake wake) {
-  core_->send(std::move(make), std::move(done), wake);
+  core_->send(std::move(make), std::move(done));
 }
 
 void CurlTransport::networkChanged() {

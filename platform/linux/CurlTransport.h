@@ -19,23 +19,23 @@ struct CurlTransportOptions {
   std::function<std::set<std::string>()> localAddresses = {};
 };
 
-/// HTTP over libcurl's multi interface: one thread, started by the first request and asleep while
-/// nothing is under way. Connections are kept and shared, six at most for a host.
+/// HTTP over libcurl's multi interface: one thread, started by the first request and without any
+/// wake-up while nothing is under way. Connections are kept and reused.
 ///
-/// At most 16 requests for one host are in libcurl's hands at once; more wait in order, their
-/// time-out running. So a burst costs the memory of its texts only.
+/// Six requests at most for one host are under way at once; more wait in order while their time-out
+/// runs. So a burst costs the memory of its texts only.
 ///
-/// **Threading:** thread-safe. `send` takes a short lock, and one system call if the thread sleeps.
-/// Resolving a name takes a thread of the C library's for as long as it lasts.
-/// **Ownership:** the thread holds what it works on; one that a callback does not let go of is left
-/// behind by `stop`, after a fifth of a second.
+/// **Threading:** thread-safe. `send` takes no lock, and makes one system call if it has to wake
+/// the thread: what a host's thread sends may go out a millisecond later (see Mailbox.h). Resolving
+/// a name takes a thread of the C library for as long as it lasts.
+/// **Ownership:** the thread holds what it works on. `stop` waits 0.2 s for a callback that runs,
+/// then detaches the thread.
 class CurlTransport final : public HttpTransport {
  public:
   explicit CurlTransport(CurlTransportOptions options = {});
   ~CurlTransport() override;
 
   void send(Make make, Done done) override;
-  void enqueue(Make make, Done done, Wake wake) override;
   void networkChanged() override;
   /// Called from `make` or `done` it returns at once, and the end follows.
   void stop() override;

@@ -7,17 +7,15 @@
 #include <cmath>
 #include <cstdio>
 #include <deque>
+#include <future>
 #include <map>
-#include <mutex>
-#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "platform/linux/Inbox.h"
-#include "platform/linux/Rest.h"
-#include "platform/linux/Wakeup.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
+#include "platform/linux/Mailbox.h"
 #include "platform/linux/Worker.h"
 
 namespace kifo {
@@ -28,7 +26,6 @@ using Steady = std::chrono::steady_clock;
 constexpr double kLongestDelay =
     10 * 365 * 86400.0;                    // ten years; keeps any delay within the clock's range
 constexpr double kShortestPeriod = 0.001;  // a repeating timer may not occupy the thread
-constexpr auto kLookWithoutWakeup = std::chrono::milliseconds(20);
 const SerialQueue::Duration kDestructionBound(0.1);
 
 Steady::duration clamped(SerialQueue::Duration delay, double shortest = 0.0) {
@@ -54,14 +51,13 @@ void runGuarded(const SerialQueue::Task& task) {
 
 }  // namespace
 
-/// What the queue and its thread share; whichever of them goes last takes it along.
+/// What the queue and its thread share; whichever of them ends last destroys it.
 class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
  public:
   explicit Core(std::string name) : name_(std::move(name)) {}
 
-  void post(Task task);
-  void enqueue(Task task, Wake wake);
-  void wake();
+  void post(Task task) { put({std::move(task), 0}); }
+  void sync(const Task& task);
   Timer schedule(Duration delay, Task task, bool repeats);
   Watch watch(int descriptor, Task readable);
   void forget(std::uint64_t source);
@@ -78,63 +74,73 @@ class LinuxSerialQueue::Core : public std::enable_shared_from_this<Core> {
     int descriptor = -1;        ///< Not negative: a watch.
   };
   using Sources = std::map<std::uint64_t, Source>;
-  /// A task that waits for its turn: its own, or that of a source, which may be forgotten
-  /// meanwhile.
+  /// A task that is ready to run: its own, or that of a source, which may be forgotten meanwhile.
   struct Ready {
     Task task;
     std::uint64_t source = 0;
   };
 
+  void put(Ready ready);
+  void startThread();
   void run();
   std::size_t nextRound();
-  void sleep(std::unique_lock<std::mutex>& lock);
+  void wait();
   void runNext();
   Task takeNext();
-  void collectDue();
-  void takeInbox();
-  void leave(Ready ready, Wake wake);
-  void rouse(Wake wake);
-  void shut();
-  std::optional<timespec> timeUntilDue(std::optional<Steady::duration> rest) const;
+  void takePosted() KIFO_REQUIRES(mutex_);
+  void collectDue() KIFO_REQUIRES(mutex_);
+  void dropPosted();
+  Steady::duration untilFirstTimer() const KIFO_REQUIRES(mutex_);
 
   static thread_local const Core* current;
 
   const std::string name_;
-  const Wakeup wakeup_;
   Worker worker_;
-  // No post waits for a lock.
-  Inbox<Ready> inbox_;
-  Rest rest_;
-  std::atomic<bool> started_ = false;
-  std::atomic<bool> stopping_ = false;    ///< Set with the mutex held: the thread does not miss it.
-  std::atomic<bool> shut_ = false;        ///< Nobody looks into the inbox any more.
-  std::vector<pollfd> polled_;            // the thread's only
-  std::vector<std::uint64_t> polledIds_;  // the thread's only: the watch behind each but the first
+  Mailbox<Ready> mailbox_;
+  std::atomic<bool> stopping_ = false;
 
-  std::mutex mutex_;
-  // Guarded by mutex_.
-  std::deque<Ready> ready_;
-  Sources sources_;
-  std::set<std::pair<Steady::time_point, std::uint64_t>>
-      timers_;  ///< Those that are not yet ready.
-  std::set<std::uint64_t> watches_;
-  std::uint64_t last_ = 0;
-  bool abandoned_ = false;  ///< Tasks were dropped at the end of a bound.
+  // The thread's only.
+  std::vector<pollfd> polled_;            ///< The mailbox's descriptor, then the watches'.
+  std::vector<std::uint64_t> polledIds_;  ///< The watch behind each but the first.
+
+  Mutex mutex_;
+  std::deque<Ready> ready_ KIFO_GUARDED_BY(mutex_);
+  Sources sources_ KIFO_GUARDED_BY(mutex_);
+  /// Those that are not yet ready.
+  std::set<std::pair<Steady::time_point, std::uint64_t>> timers_ KIFO_GUARDED_BY(mutex_);
+  std::set<std::uint64_t> watches_ KIFO_GUARDED_BY(mutex_);
+  std::uint64_t last_ KIFO_GUARDED_BY(mutex_) = 0;
+  bool abandoned_ KIFO_GUARDED_BY(mutex_) = false;  ///< Tasks were dropped at the end of a bound.
 };
 
 thread_local const LinuxSerialQueue::Core* LinuxSerialQueue::Core::current = nullptr;
 
-void LinuxSerialQueue::Core::post(Task task) {
-  leave({std::move(task), 0}, Wake::now);
+// Any thread -------------------------------------------------------------------------------------
+
+void LinuxSerialQueue::Core::put(Ready ready) {
+  if (stopping_) return;
+  if (!mailbox_.post(std::move(ready))) return dropPosted();
+  startThread();
 }
 
-void LinuxSerialQueue::Core::enqueue(Task task, Wake wake) {
-  if (wake != Wake::now) rest_.noteSender();
-  leave({std::move(task), 0}, wake);
+void LinuxSerialQueue::Core::startThread() {
+  if (worker_.isStarted()) return;
+  if (!worker_.start(name_.c_str(), [self = shared_from_this()] { self->run(); })) {
+    std::fputs("Kifo SerialQueue: no thread to be had, trying again later\n", stderr);
+  }
 }
 
-void LinuxSerialQueue::Core::wake() {
-  if (!inbox_.empty()) rouse(Wake::soon);
+void LinuxSerialQueue::Core::sync(const Task& task) {
+  if (isCurrent()) return task();
+  // A dropped task destroys its promise, which ends the wait as well.
+  auto done = std::make_shared<std::promise<void>>();
+  const auto finished = done->get_future();
+  post([&task, done = std::move(done)] {
+    task();
+    done->set_value();
+  });
+  mailbox_.wake();
+  finished.wait();
 }
 
 SerialQueue::Timer LinuxSerialQueue::Core::schedule(Duration delay, Task task, bool repeats) {
@@ -142,37 +148,39 @@ SerialQueue::Timer LinuxSerialQueue::Core::schedule(Duration delay, Task task, b
   const auto wait = clamped(delay);
   if (repeats) source.period = clamped(delay, kShortestPeriod);
   source.due = Steady::now() + wait;
-  std::unique_lock lock(mutex_);
+  MutexLock lock(mutex_);
   if (stopping_) return 0;
   const Timer timer = ++last_;
   const auto due = source.due;
   sources_.emplace(timer, std::move(source));
   const bool isDue = wait == Steady::duration::zero();
   if (!isDue) timers_.emplace(due, timer);
-  // The thread looks at its timers before it sleeps: only a new first one concerns it.
+  // The thread looks at its timers before it waits: only a new first one concerns it.
   const bool isFirst = !isDue && timers_.begin()->second == timer;
   lock.unlock();
-  if (isDue) leave({nullptr, timer}, Wake::now);
-  if (isFirst) rouse(Wake::now);
+  if (isDue) put({nullptr, timer});
+  if (isFirst) startThread();
+  if (isFirst) mailbox_.wake();
   return timer;
 }
 
 LinuxSerialQueue::Watch LinuxSerialQueue::Core::watch(int descriptor, Task readable) {
   Source source{std::make_shared<const Task>(std::move(readable))};
   source.descriptor = descriptor;
-  std::unique_lock lock(mutex_);
+  MutexLock lock(mutex_);
   if (stopping_) return 0;
   const Watch watch = ++last_;
   sources_.emplace(watch, std::move(source));
   watches_.insert(watch);
   lock.unlock();
-  rouse(Wake::now);
+  startThread();
+  mailbox_.wake();
   return watch;
 }
 
 void LinuxSerialQueue::Core::forget(std::uint64_t id) {
-  Source dropped;  // destroyed after the lock is let go
-  std::unique_lock lock(mutex_);
+  Source dropped;  // destroyed after the lock is released
+  MutexLock lock(mutex_);
   const auto found = sources_.find(id);
   if (found == sources_.end()) return;
   dropped = std::move(found->second);
@@ -180,118 +188,44 @@ void LinuxSerialQueue::Core::forget(std::uint64_t id) {
   timers_.erase({dropped.due, id});
   const bool isPolled = watches_.erase(id) > 0;
   lock.unlock();
-  if (isPolled) rouse(Wake::now);  // the poll holds on to the descriptor
+  if (isPolled) mailbox_.wake();  // the poll holds on to the descriptor
 }
 
 bool LinuxSerialQueue::Core::stop(Duration bound) {
-  // Destroyed after the lock is let go.
+  // Destroyed after the lock is released.
   Sources dropped;
   std::deque<Ready> late;
-  std::unique_lock lock(mutex_);
+  MutexLock lock(mutex_);
   stopping_ = true;
-  takeInbox();
+  takePosted();
   collectDue();
   for (const auto& timer : timers_) dropped.insert(sources_.extract(timer.second));
   for (const auto watch : watches_) dropped.insert(sources_.extract(watch));
   timers_.clear();
   watches_.clear();
   if (isCurrent()) return ready_.empty();
-  const bool hasThread = started_ || !ready_.empty();
+  const bool hasTasks = !ready_.empty();
   lock.unlock();
-  if (hasThread) rouse(Wake::now);
+  if (hasTasks) startThread();
+  mailbox_.wake();
   const bool ended = worker_.join(bound);
   lock.lock();
   abandoned_ = abandoned_ || !ended || !ready_.empty();
   const bool allRan = !abandoned_;
   late.swap(ready_);
   lock.unlock();
-  shut();
+  dropPosted();
   return allRan;
 }
 
-void LinuxSerialQueue::Core::leave(Ready ready, Wake wake) {
-  if (stopping_) return;
-  inbox_.put(std::move(ready));
-  if (shut_) return shut();  // it came too late
-  if (wake != Wake::later) rouse(wake);
+/// Drops what was posted and what comes from now on.
+void LinuxSerialQueue::Core::dropPosted() {
+  mailbox_.close();
+  mailbox_.take();
 }
 
-/// Starts the thread or ends its rest. While it is awake it costs nothing.
-void LinuxSerialQueue::Core::rouse(Wake wake) {
-  if (!started_) {
-    const std::lock_guard lock(mutex_);
-    if (!started_) {
-      started_ = worker_.start(name_.c_str(), [self = shared_from_this()] { self->run(); });
-    }
-    if (!started_) {
-      std::fputs("Kifo SerialQueue: no thread to be had, trying again later\n", stderr);
-    }
-  }
-  if (rest_.wakes(wake)) wakeup_.signal();
-}
-
-/// Drops what comes from now on.
-void LinuxSerialQueue::Core::shut() {
-  shut_ = true;
-  inbox_.take([](Ready&&) {});
-}
-
-void LinuxSerialQueue::Core::takeInbox() {
-  inbox_.take([this](Ready&& ready) { ready_.push_back(std::move(ready)); });
-}
-
-void LinuxSerialQueue::Core::run() {
-  current = this;
-  while (const std::size_t count = nextRound()) {
-    for (std::size_t index = 0; index < count; ++index) runNext();
-  }
-  shut();
-}
-
-/// Sleeps until tasks are ready and gives their number; 0 once the queue has stopped. A round ends
-/// after those, so that descriptors are looked at however many tasks keep coming.
-std::size_t LinuxSerialQueue::Core::nextRound() {
-  std::unique_lock lock(mutex_);
-  for (;;) {
-    takeInbox();
-    collectDue();
-    if (ready_.empty() && stopping_) return 0;
-    if (ready_.empty() || !watches_.empty()) sleep(lock);
-    takeInbox();
-    if (!ready_.empty()) return ready_.size();
-  }
-}
-
-void LinuxSerialQueue::Core::sleep(std::unique_lock<std::mutex>& lock) {
-  polled_.assign(1, {wakeup_.descriptor(), POLLIN, 0});
-  polledIds_.assign(watches_.begin(), watches_.end());
-  for (const auto watch : polledIds_) {
-    polled_.push_back({sources_.at(watch).descriptor, POLLIN, 0});
-  }
-  const auto timeout =
-      timeUntilDue(rest_.begin([this] { return !ready_.empty() || !inbox_.empty(); }));
-  lock.unlock();
-  ppoll(polled_.data(), polled_.size(), timeout ? &*timeout : nullptr, nullptr);
-  if (polled_.front().revents != 0) wakeup_.clear();
-  lock.lock();
-  rest_.end();
-  for (std::size_t index = 0; index < polledIds_.size(); ++index) {
-    if (polled_[index + 1].revents != 0) ready_.push_back({nullptr, polledIds_[index]});
-  }
-}
-
-/// None: there is nothing to wait for but the wake-up.
-std::optional<timespec> LinuxSerialQueue::Core::timeUntilDue(
-    std::optional<Steady::duration> rest) const {
-  std::optional<Steady::duration> wait = rest;
-  if (!timers_.empty()) {
-    const auto due = std::max(timers_.begin()->first - Steady::now(), Steady::duration::zero());
-    wait = std::min(wait.value_or(due), due);
-  }
-  if (wakeup_.descriptor() < 0) {
-    wait = std::min<Steady::duration>(wait.value_or(kLookWithoutWakeup), kLookWithoutWakeup);
-  }
-  return wait ? std::optional(timespecOf(*wait)) : std::nullopt;
+void LinuxSerialQueue::Core::takePosted() {
+  for (Ready& ready : mailbox_.take()) ready_.push_back(std::move(ready));
 }
 
 void LinuxSerialQueue::Core::collectDue() {
@@ -303,12 +237,64 @@ void LinuxSerialQueue::Core::collectDue() {
   }
 }
 
+Steady::duration LinuxSerialQueue::Core::untilFirstTimer() const {
+  if (timers_.empty()) return Wakeups::kForever;
+  return std::max(timers_.begin()->first - Steady::now(), Steady::duration::zero());
+}
+
+// The thread -------------------------------------------------------------------------------------
+
+void LinuxSerialQueue::Core::run() {
+  current = this;
+  while (const std::size_t count = nextRound()) {
+    for (std::size_t index = 0; index < count; ++index) runNext();
+  }
+  dropPosted();
+}
+
+/// Waits until tasks are ready and gives their number; 0 once the queue has stopped. A round ends
+/// after those, so that descriptors are polled however many tasks keep coming.
+std::size_t LinuxSerialQueue::Core::nextRound() {
+  for (;;) {
+    MutexLock lock(mutex_);
+    takePosted();
+    collectDue();
+    if (ready_.empty() && stopping_) return 0;
+    if (!ready_.empty() && watches_.empty()) return ready_.size();
+    lock.unlock();
+    wait();
+    lock.lock();
+    takePosted();
+    if (!ready_.empty()) return ready_.size();
+  }
+}
+
+/// Polls the mailbox and the watches; not for long when tasks are ready.
+void LinuxSerialQueue::Core::wait() {
+  MutexLock lock(mutex_);
+  polled_.assign(1, {mailbox_.descriptor(), POLLIN, 0});
+  polledIds_.assign(watches_.begin(), watches_.end());
+  for (const auto watch : polledIds_) {
+    polled_.push_back({sources_.at(watch).descriptor, POLLIN, 0});
+  }
+  const auto longest = ready_.empty() ? untilFirstTimer() : Steady::duration::zero();
+  lock.unlock();
+  const auto bound = mailbox_.beginWait(longest);
+  const timespec timeout = timespecOf(bound);
+  ppoll(polled_.data(), polled_.size(), bound == Wakeups::kForever ? nullptr : &timeout, nullptr);
+  mailbox_.endWait(polled_.front().revents != 0);
+  lock.lock();
+  for (std::size_t index = 0; index < polledIds_.size(); ++index) {
+    if (polled_[index + 1].revents != 0) ready_.push_back({nullptr, polledIds_[index]});
+  }
+}
+
 void LinuxSerialQueue::Core::runNext() {
   runGuarded(takeNext());
 }
 
 SerialQueue::Task LinuxSerialQueue::Core::takeNext() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (ready_.empty()) return nullptr;
   Ready ready = std::move(ready_.front());
   ready_.pop_front();
@@ -340,12 +326,8 @@ void LinuxSerialQueue::post(Task task) {
   core_->post(std::move(task));
 }
 
-void LinuxSerialQueue::enqueue(Task task, Wake wake) {
-  core_->enqueue(std::move(task), wake);
-}
-
-void LinuxSerialQueue::wake() {
-  core_->wake();
+void LinuxSerialQueue::sync(const Task& task) {
+  core_->sync(task);
 }
 
 SerialQueue::Timer LinuxSerialQueue::schedule(Duration delay, Task task, bool repeats) {

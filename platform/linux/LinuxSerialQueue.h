@@ -15,7 +15,8 @@ namespace kifo {
 ///     queue->unwatch(watch);
 ///     close(socket);
 ///
-/// **Threading:** thread-safe. `post` takes a short lock, and one system call if the thread sleeps.
+/// **Threading:** thread-safe. `post` takes no lock, and makes one system call if it has to wake
+/// the thread: what a host's thread posts may begin a millisecond later (see Mailbox.h).
 /// **Ownership:** the thread holds what it works on: the queue may be destroyed by its own task,
 /// and a task that never returns harms nobody. Destroying a queue that was not stopped stops it
 /// within 0.1 s.
@@ -28,13 +29,12 @@ class LinuxSerialQueue final : public SerialQueue {
   ~LinuxSerialQueue() override;
 
   void post(Task task) override;
-  void enqueue(Task task, Wake wake) override;
-  void wake() override;
   Timer schedule(Duration delay, Task task, bool repeats = false) override;
   void cancel(Timer timer) override;
   [[nodiscard]] bool isCurrent() const override;
   /// Called from a task of the queue it cannot wait: what is queued runs after that task.
   bool stop(Duration bound) override;
+  void sync(const Task& task) override;
 
   /// Runs `readable` as a task whenever `descriptor` has something to read, has failed or was hung
   /// up, for as long as that lasts. The caller keeps the descriptor open until `unwatch`.

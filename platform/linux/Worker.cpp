@@ -27,24 +27,30 @@ class SignalsBlocked {
   sigset_t previous_{};
 };
 
-/// Puts the calling thread behind the host's: its waking up preempts nobody, and a host that runs
-/// in real time does not hand its priority on.
-void standBack() {
+/// The calling thread's wake-ups preempt nobody from now on, and the real-time priority of a host
+/// is not inherited.
+void setBatchPolicy() {
   const sched_param none{};
   pthread_setschedparam(pthread_self(), SCHED_BATCH, &none);
 }
 
+thread_local bool isWorker = false;
+
 }  // namespace
 
+bool Worker::isCurrentThread() {
+  return isWorker;
+}
+
 void Worker::End::set(bool ended) {
-  const std::lock_guard lock(mutex);
+  const MutexLock lock(mutex);
   isReached = ended;
-  reached.notify_all();
+  reached.notifyAll();
 }
 
 bool Worker::End::wait(SerialQueue::Duration bound) {
-  std::unique_lock lock(mutex);
-  reached.wait_for(lock, bound, [this] { return isReached || isGivenUp; });
+  const MutexLock lock(mutex);
+  reached.waitFor(mutex, bound, [this]() KIFO_REQUIRES(mutex) { return isReached || isGivenUp; });
   isGivenUp = !isReached;
   return isReached;
 }
@@ -54,12 +60,14 @@ Worker::~Worker() {
 }
 
 bool Worker::start(const char* name, std::function<void()> body) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
+  if (started_) return true;
   const SignalsBlocked blocked;
   end_->set(false);
   try {
     thread_ = std::thread([end = end_, body = std::move(body)]() mutable {
-      standBack();
+      isWorker = true;
+      setBatchPolicy();
       body();
       body = nullptr;
       end->set(true);
@@ -69,13 +77,14 @@ bool Worker::start(const char* name, std::function<void()> body) {
     return false;
   }
   pthread_setname_np(thread_.native_handle(), name);
+  started_ = true;
   return true;
 }
 
 bool Worker::join(SerialQueue::Duration bound) {
   bound = SerialQueue::Duration(std::clamp(bound.count(), 0.0, kLongestBound));
   const bool ended = end_->wait(bound);
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (!thread_.joinable()) return ended;
   if (ended && thread_.get_id() != std::this_thread::get_id()) {
     thread_.join();

@@ -68,35 +68,6 @@ TYPED_TEST(SerialQueueContract, RunsTasksInTheOrderOfPosting) {
   EXPECT_TRUE(std::ranges::is_sorted(this->notes_));
 }
 
-TYPED_TEST(SerialQueueContract, WhatIsEnqueuedKeepsItsPlaceAndRunsOnceTheQueueIsWoken) {
-  std::promise<void> ran;
-  auto future = ran.get_future();
-  this->queue().enqueue(this->note(0), Wake::later);
-  this->queue().enqueue([&] { ran.set_value(); }, Wake::later);
-  this->queue().wake();
-  EXPECT_TRUE(this->bench_.await(future));
-  this->queue().wake();  // nothing to see to
-  this->queue().enqueue(this->note(1), Wake::later);
-  this->queue().post(this->note(2));
-  this->settle();
-  EXPECT_THAT(this->notes_, ElementsAre(0, 1, 2));
-}
-
-TYPED_TEST(SerialQueueContract, WhatIsEnqueuedForSoonRunsByItself) {
-  for (int round = 0; round < 3; ++round) {  // to a thread that sleeps, then to one that may doze
-    std::promise<void> ran;
-    auto future = ran.get_future();
-    this->queue().enqueue([&] { ran.set_value(); }, Wake::soon);
-    EXPECT_TRUE(this->bench_.await(future));
-  }
-}
-
-TYPED_TEST(SerialQueueContract, AStopRunsWhatWasEnqueuedAndNeverWoken) {
-  this->queue().enqueue(this->note(0), Wake::later);
-  EXPECT_TRUE(this->queue().stop(Seconds(20)));
-  EXPECT_THAT(this->notes_, ElementsAre(0));
-}
-
 TYPED_TEST(SerialQueueContract, ATaskPostedFromATaskRunsAfterItAndKnowsItsQueue) {
   this->queue().post([this] {
     this->queue().post(this->note(2));
@@ -195,7 +166,7 @@ TYPED_TEST(SerialQueueContract, WhatIsPostedWhileItStopsIsRunOrDroppedAndNeverKe
   for (int index = 0; index < 4; ++index) {
     threads.emplace_back([&] {
       for (int value = 0; value < 500; ++value) {
-        this->queue().enqueue([held] { ++*held; }, value % 2 == 0 ? Wake::now : Wake::soon);
+        this->queue().post([held] { ++*held; });
         ++posted;
       }
     });

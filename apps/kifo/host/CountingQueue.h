@@ -41,6 +41,7 @@ class CountingQueue final : public SerialQueue {
   void cancel(Timer timer) override { queue_->cancel(timer); }
   [[nodiscard]] bool isCurrent() const override { return queue_->isCurrent(); }
   bool stop(Duration bound) override { return queue_->stop(bound); }
+  void sync(const Task& task) override { queue_->sync(task); }
 
  private:
   Task counted(Task task) const;
