@@ -14,7 +14,6 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
-#include "platform/linux/CurlErrors.h"
 #include "platform/linux/CurlSockets.h"
 #include "platform/linux/CurlTransfer.h"
 #include "platform/linux/ExitGuard.h"

@@ -1,16 +1,106 @@
 #include "platform/linux/FileUserDefaults.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <cerrno>
+#include <cmath>
+#include <cstdio>
 #include <mutex>
+#include <nlohmann/json.hpp>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "platform/linux/DefaultsFile.h"
-#include "platform/linux/SystemFiles.h"
+#include "platform/linux/Directories.h"
 
 namespace kifo {
 namespace {
+
+using nlohmann::json;
+
+constexpr std::size_t kLargestFile = 8u << 20;
+constexpr auto kBytes = "bytes";  // a text that is no UTF-8, as hexadecimal digits: {"bytes": "ff"}
+
+bool isUtf8(const std::string& text) {
+  try {
+    static_cast<void>(json(text).dump());
+    return true;
+  } catch (const json::type_error&) {
+    return false;
+  }
+}
+
+std::string hexadecimal(const std::string& bytes) {
+  std::string digits;
+  for (const char byte : bytes) {
+    char pair[3];
+    std::snprintf(pair, sizeof pair, "%02x", static_cast<unsigned char>(byte));
+    digits += pair;
+  }
+  return digits;
+}
+
+std::string fromHexadecimal(const std::string& digits) {
+  std::string bytes;
+  for (std::size_t index = 0; index + 1 < digits.size(); index += 2) {
+    bytes += static_cast<char>(std::strtoul(digits.substr(index, 2).c_str(), nullptr, 16));
+  }
+  return bytes;
+}
+
+struct ToJson {
+  json operator()(const std::string& text) const {
+    return isUtf8(text) ? json(text) : json{{kBytes, hexadecimal(text)}};
+  }
+  json operator()(auto value) const { return value; }
+};
+
+std::optional<DefaultsValue> fromJson(const json& value) {
+  if (value.is_boolean()) return value.get<bool>();
+  if (value.is_number_float() || value.is_number_unsigned()) {
+    const auto whole = value.is_number_float() ? 0 : value.get<std::uint64_t>();
+    if (value.is_number_float() || whole > INT64_MAX) return value.get<double>();
+  }
+  if (value.is_number_integer()) return value.get<std::int64_t>();
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_object() && value.contains(kBytes) && value[kBytes].is_string()) {
+    return fromHexadecimal(value[kBytes].get<std::string>());
+  }
+  return std::nullopt;
+}
+
+std::string textOf(const DefaultsFile::Values& values) {
+  json object = json::object();
+  for (const auto& [key, value] : values) {
+    // JSON has no such numbers: they last as long as the process.
+    if (const auto* number = std::get_if<double>(&value); number && !std::isfinite(*number))
+      continue;
+    if (isUtf8(key)) object[key] = std::visit(ToJson{}, value);
+  }
+  return object.dump(1) + "\n";
+}
+
+int writeAll(int descriptor, const std::string& text) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t count = write(descriptor, text.data() + done, text.size() - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    done += static_cast<std::size_t>(count);
+  }
+  return fsync(descriptor) == 0 ? 0 : errno;
+}
+
+int synchroniseDirectory(const std::string& path) {
+  const int descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return errno;
+  const int code = fsync(descriptor) == 0 ? 0 : errno;
+  close(descriptor);
+  return code;
+}
 
 const SerialQueue::Duration kLockRetry(0.02);
 constexpr int kLockRetries = 50;  // a second; then a lost update is the smaller evil
@@ -20,6 +110,55 @@ void print(const std::string& message) {
 }
 
 }  // namespace
+
+DefaultsFile::Lock::Lock(const DefaultsFile& file)
+    : descriptor_(open(file.path(".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+  busy_ = descriptor_ >= 0 && flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+DefaultsFile::Lock::~Lock() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+std::string DefaultsFile::path(const char* suffix) const {
+  return directory_ + "/defaults.json" + suffix;
+}
+
+DefaultsFile::State DefaultsFile::read(Values& values) const {
+  values.clear();
+  int error = 0;
+  const auto text = readFile(path(""), kLargestFile, &error);
+  if (error == ENOENT || error == ENOTDIR) return State::sound;
+  if (error == EACCES || error == EISDIR || error == EFBIG) return State::corrupt;
+  if (!text) return State::failed;
+  const json object = json::parse(*text, nullptr, false);
+  if (!object.is_object()) return State::corrupt;
+  for (const auto& [key, value] : object.items()) {
+    if (auto known = fromJson(value)) values.emplace(key, std::move(*known));
+  }
+  return State::sound;
+}
+
+int DefaultsFile::write(const Values& values) const {
+  if (const int code = makeDirectories(directory_); code != 0) return code;
+  int code = writeBeside(textOf(values));
+  if (code == 0 && rename(path(".tmp").c_str(), path("").c_str()) != 0) code = errno;
+  if (code == 0) return synchroniseDirectory(directory_);
+  unlink(path(".tmp").c_str());
+  return code;
+}
+
+int DefaultsFile::writeBeside(const std::string& text) const {
+  const int descriptor =
+      open(path(".tmp").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
+  if (descriptor < 0) return errno;
+  const int code = writeAll(descriptor, text);
+  return close(descriptor) == 0 || code != 0 ? code : errno;
+}
+
+bool DefaultsFile::setAside() const {
+  return rename(path("").c_str(), path(".bad").c_str()) == 0;
+}
 
 /// Shared with the tasks that write, which may outlive the defaults.
 class FileUserDefaults::Store : public std::enable_shared_from_this<Store> {

@@ -10,6 +10,11 @@
 
 namespace kifo {
 
+/// The charge of the machine's batteries as the folder /sys/class/power_supply tells it: 0.0
+/// to 1.0, -1.0 when there is none or none says. Batteries of mice and headsets do not count.
+/// Several count by their size when all tell it in the same unit, evenly otherwise.
+float batteryLevelIn(const std::string& folder);
+
 /// The device as uname, /etc/os-release, /etc/machine-id, /sys and statvfs tell it.
 ///
 /// The vendor identifier is computed from the machine's id and the application's: it tells neither,

@@ -9,12 +9,11 @@
 #include "platform/linux/Directories.h"
 #include "platform/linux/ExitGuard.h"
 #include "platform/linux/FileUserDefaults.h"
-#include "platform/linux/KernelIdentifiers.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxConsole.h"
 #include "platform/linux/LinuxDeviceProbe.h"
 #include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachabilityService.h"
+#include "platform/linux/NetlinkReachability.h"
 
 namespace kifo {
 namespace {

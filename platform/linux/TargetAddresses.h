@@ -2,13 +2,25 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
 #include "platform/linux/NetlinkRecords.h"
 
 namespace kifo {
+
+/// The host of an endpoint's URL, or of a bare "host" or "host:port". Brackets of an IPv6 address
+/// are taken off. Empty when there is none.
+std::string hostOf(std::string_view endpoint);
+
+/// The address that `host` is, if it is one and no name. "fe80::1%eth0" is one as well.
+std::optional<NetworkAddress> literalAddress(const std::string& host);
+
+/// The addresses of a name, best first; none when it has none at present. May wait for seconds.
+std::vector<NetworkAddress> lookUp(const std::string& host);
 
 /// The addresses of some endpoints. Names are looked up on a thread that lives no longer than the
 /// look-up, since the system's look-up may wait for seconds and cannot be called off.

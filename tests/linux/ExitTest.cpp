@@ -2,7 +2,7 @@
 #include <sstream>
 
 #include "apps/server/LocalServer.h"
-#include "platform/linux/DefaultsFile.h"
+#include "platform/linux/FileUserDefaults.h"
 #include "testing/ChildProgram.h"
 #include "testing/TemporaryDirectory.h"
 

@@ -8,7 +8,6 @@
 #include <fstream>
 #include <random>
 
-#include "platform/linux/DefaultsFile.h"
 #include "testing/ChildProgram.h"
 #include "testing/FakePlatform.h"
 

@@ -7,7 +7,6 @@
 #include <map>
 
 #include "platform/linux/LinuxClock.h"
-#include "platform/linux/PowerSupply.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::testing {

@@ -13,7 +13,7 @@
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachabilityService.h"
+#include "platform/linux/NetlinkReachability.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo::testing {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachabilityService.h"
+#include "platform/linux/NetlinkReachability.h"
 
 namespace kifo::testing {
 

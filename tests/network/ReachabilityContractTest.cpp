@@ -11,7 +11,7 @@
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachabilityService.h"
+#include "platform/linux/NetlinkReachability.h"
 #include "testing/FakeReachability.h"
 #include "testing/NetworkNamespace.h"
 
