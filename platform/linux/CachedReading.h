@@ -3,10 +3,10 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 
 namespace kifo {
@@ -26,7 +26,7 @@ class CachedReading {
       : queue_(std::move(queue)), state_(std::make_shared<State>(std::move(read), freshFor)) {}
 
   [[nodiscard]] T get() const {
-    std::unique_lock lock(state_->mutex);
+    MutexLock lock(state_->mutex);
     if (!state_->last) {
       lock.unlock();
       return state_->renew();
@@ -48,22 +48,23 @@ class CachedReading {
 
     T renew() {
       T now = read();
-      const std::lock_guard lock(mutex);
+      const MutexLock lock(mutex);
       last = now;
       taken = Clock::now();
       renewing = false;
       return now;
     }
-    [[nodiscard]] bool isOld() const { return Clock::now() - taken > freshFor; }
+    [[nodiscard]] bool isOld() const KIFO_REQUIRES(mutex) {
+      return Clock::now() - taken > freshFor;
+    }
 
     const Read read;
     const Clock::duration freshFor;
 
-    std::mutex mutex;
-    // Guarded by mutex.
-    std::optional<T> last;
-    Clock::time_point taken;
-    bool renewing = false;
+    Mutex mutex;
+    std::optional<T> last KIFO_GUARDED_BY(mutex);
+    Clock::time_point taken KIFO_GUARDED_BY(mutex);
+    bool renewing KIFO_GUARDED_BY(mutex) = false;
   };
 
   const std::shared_ptr<SerialQueue> queue_;

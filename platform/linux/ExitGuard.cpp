@@ -5,9 +5,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <mutex>
 #include <utility>
 #include <vector>
+
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
 namespace {
@@ -20,10 +21,9 @@ const Seconds kConsoleShare(0.1);  // of it
 
 /// Never destroyed: the handlers need it.
 struct Watched {
-  std::mutex mutex;
-  // Guarded by mutex.
-  std::vector<ExitGuard::Parts> parts;
-  pid_t process = 0;
+  Mutex mutex;
+  std::vector<ExitGuard::Parts> parts KIFO_GUARDED_BY(mutex);
+  pid_t process KIFO_GUARDED_BY(mutex) = 0;
 };
 
 Watched& watched() {
@@ -49,7 +49,7 @@ void endAll(const ExitGuard::Parts& parts) {
 }
 
 void atExit() {
-  std::unique_lock lock(watched().mutex);
+  MutexLock lock(watched().mutex);
   const auto parts = std::exchange(watched().parts, {});
   if (watched().process != getpid()) return;
   lock.unlock();
@@ -59,7 +59,7 @@ void atExit() {
 }  // namespace
 
 void ExitGuard::watch(Parts parts) {
-  std::unique_lock lock(watched().mutex);
+  MutexLock lock(watched().mutex);
   std::erase_if(watched().parts, [](const Parts& each) { return each.mainQueue.expired(); });
   watched().parts.push_back(std::move(parts));
   const bool first = std::exchange(watched().process, getpid()) == 0;

@@ -7,13 +7,13 @@
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <system_error>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "platform/linux/Directories.h"
 
 namespace kifo {
@@ -172,8 +172,8 @@ class FileUserDefaults::Store : public std::enable_shared_from_this<Store> {
   void setValue(const std::string& key, DefaultsValue value);
 
  private:
-  void load();
-  void scheduleWrite();
+  void load() KIFO_REQUIRES(mutex_);
+  void scheduleWrite() KIFO_REQUIRES(mutex_);
   void write(int retries);
   Values takeChanges();
   int merge(const Values& changes, Values& merged) const;
@@ -183,24 +183,23 @@ class FileUserDefaults::Store : public std::enable_shared_from_this<Store> {
   const DefaultsFile file_;
   const std::shared_ptr<SerialQueue> queue_;
 
-  std::mutex mutex_;
-  // Guarded by mutex_.
-  Values values_;
-  Values changes_;  ///< Set here and not yet in the file.
-  bool loaded_ = false;
-  bool scheduled_ = false;
-  bool failing_ = false;  ///< The last write failed, and it was said.
+  Mutex mutex_;
+  Values values_ KIFO_GUARDED_BY(mutex_);
+  Values changes_ KIFO_GUARDED_BY(mutex_);  ///< Set here and not yet in the file.
+  bool loaded_ KIFO_GUARDED_BY(mutex_) = false;
+  bool scheduled_ KIFO_GUARDED_BY(mutex_) = false;
+  bool failing_ KIFO_GUARDED_BY(mutex_) = false;  ///< The last write failed, and it was said.
 };
 
 std::optional<DefaultsValue> FileUserDefaults::Store::value(const std::string& key) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   load();
   const auto found = values_.find(key);
   return found == values_.end() ? std::nullopt : std::optional(found->second);
 }
 
 void FileUserDefaults::Store::setValue(const std::string& key, DefaultsValue value) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   load();
   values_[key] = value;
   changes_[key] = std::move(value);
@@ -237,7 +236,7 @@ void FileUserDefaults::Store::write(int retries) {
 }
 
 DefaultsFile::Values FileUserDefaults::Store::takeChanges() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   scheduled_ = false;
   return std::exchange(changes_, {});
 }
@@ -255,7 +254,7 @@ int FileUserDefaults::Store::merge(const Values& changes, Values& merged) const 
 }
 
 void FileUserDefaults::Store::adopt(const Values& merged) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   failing_ = false;
   for (const auto& [key, value] : merged) {
     if (!changes_.contains(key)) values_.insert_or_assign(key, value);
@@ -264,7 +263,7 @@ void FileUserDefaults::Store::adopt(const Values& merged) {
 
 void FileUserDefaults::Store::restore(const Values& changes, int error) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     changes_.insert(changes.begin(), changes.end());  // what was set meanwhile stays
     if (std::exchange(failing_, true)) return;
   }

@@ -8,9 +8,10 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
-#include <mutex>
 #include <thread>
 #include <utility>
+
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
 namespace {
@@ -66,35 +67,34 @@ class LinuxConsole::Buffer : public std::enable_shared_from_this<Buffer> {
  private:
   using Clock = std::chrono::steady_clock;
 
-  void append(const std::string& line);
+  void append(const std::string& line) KIFO_REQUIRES(mutex_);
   void flush();
-  bool drain(Clock::time_point until);
-  bool takeMore();
+  bool tryDrain(Clock::time_point until);
+  bool drain(Clock::time_point until) KIFO_REQUIRES(writing_);
+  bool takeMore() KIFO_REQUIRES(writing_);
 
   const std::shared_ptr<SerialQueue> queue_;
   const Output output_;
 
-  std::mutex writing_;
-  std::string pending_;  // guarded by writing_: taken out of waiting_ and not yet written
+  Mutex writing_;
+  /// Taken out of waiting_ and not yet written.
+  std::string pending_ KIFO_GUARDED_BY(writing_);
 
-  std::mutex mutex_;
-  // Guarded by mutex_.
-  std::string waiting_;
-  std::size_t dropped_ = 0;
-  bool scheduled_ = false;
-  bool finished_ = false;
+  Mutex mutex_;
+  std::string waiting_ KIFO_GUARDED_BY(mutex_);
+  std::size_t dropped_ KIFO_GUARDED_BY(mutex_) = 0;
+  bool scheduled_ KIFO_GUARDED_BY(mutex_) = false;
+  bool finished_ KIFO_GUARDED_BY(mutex_) = false;
 };
 
 void LinuxConsole::Buffer::write(const std::string& line) {
-  std::unique_lock lock(mutex_);
+  MutexLock lock(mutex_);
   append(line);
   const bool direct = finished_;
   const bool schedules = !direct && !std::exchange(scheduled_, true);
   lock.unlock();
   if (schedules) queue_->post([self = shared_from_this()] { self->flush(); });
-  if (!direct) return;
-  const std::unique_lock turn(writing_, std::try_to_lock);
-  if (turn) drain(Clock::now());
+  if (direct) tryDrain(Clock::now());
 }
 
 void LinuxConsole::Buffer::append(const std::string& line) {
@@ -107,7 +107,7 @@ void LinuxConsole::Buffer::append(const std::string& line) {
 
 /// On the queue.
 void LinuxConsole::Buffer::flush() {
-  const std::lock_guard turn(writing_);
+  const MutexLock lock(writing_);
   if (drain(Clock::now())) return;
   queue_->schedule(kRetry, [self = shared_from_this()] { self->flush(); });
 }
@@ -115,16 +115,21 @@ void LinuxConsole::Buffer::flush() {
 void LinuxConsole::Buffer::finish(SerialQueue::Duration bound) {
   const auto until = Clock::now() + std::chrono::duration_cast<Clock::duration>(bound);
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     finished_ = true;
   }
-  // At the end of the process: a thread that writes is looked in on until it is done or time is up.
-  std::unique_lock turn(writing_, std::try_to_lock);
-  while (!turn && Clock::now() < until) {
+  // At the end of the process the thread that writes may hang: it is not waited for beyond `until`.
+  while (!tryDrain(until) && Clock::now() < until) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    turn = std::unique_lock(writing_, std::try_to_lock);
   }
-  if (turn) drain(until);
+}
+
+/// False, and nothing written, while another thread writes.
+bool LinuxConsole::Buffer::tryDrain(Clock::time_point until) {
+  if (!writing_.try_lock()) return false;
+  drain(until);
+  writing_.unlock();
+  return true;
 }
 
 /// Writes until nothing waits or there is no room at `until`; false then.
@@ -147,7 +152,7 @@ bool LinuxConsole::Buffer::drain(Clock::time_point until) {
 /// Whether there is something to write. If not, the next line schedules the next flush.
 bool LinuxConsole::Buffer::takeMore() {
   if (!pending_.empty()) return true;
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   pending_ = std::exchange(waiting_, {});
   if (const auto count = std::exchange(dropped_, 0); count > 0) {
     pending_ += "… " + std::to_string(count) + " lines dropped\n";

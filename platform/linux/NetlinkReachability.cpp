@@ -31,7 +31,7 @@ NetlinkReachability::NetlinkReachability(std::unique_ptr<KernelRoutes> routes,
     : watch_(std::move(watch)), routes_(std::move(routes)) {}
 
 int NetlinkReachability::flags(std::uint32_t& flags) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return routes_->flagsOfNetwork(flags);
 }
 

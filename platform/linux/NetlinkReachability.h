@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
 #include "platform/linux/KernelRoutes.h"
 #include "platform/linux/LinuxSerialQueue.h"
@@ -33,8 +33,8 @@ class NetlinkReachability final : public ReachabilitySource {
   NetlinkReachability(std::unique_ptr<KernelRoutes> routes, std::unique_ptr<NetlinkWatch> watch);
 
   const std::unique_ptr<NetlinkWatch> watch_;
-  std::mutex mutex_;
-  const std::unique_ptr<KernelRoutes> routes_;  // guarded by mutex_
+  Mutex mutex_;
+  const std::unique_ptr<KernelRoutes> routes_ KIFO_PT_GUARDED_BY(mutex_);
 };
 
 /// Makes the sources of a Linux system: for the zero address the network as a whole, or the targets

@@ -2,9 +2,9 @@
 
 #include <linux/rtnetlink.h>
 
-#include <mutex>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "platform/linux/NetlinkSocket.h"
 
 namespace kifo {
@@ -25,12 +25,12 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
   [[nodiscard]] int descriptor() const { return socket_->descriptor(); }
 
   void setCallback(ReachabilitySource::Changed changed) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     changed_.swap(changed);  // the earlier one dies after the lock is let go
   }
 
   void setDispatchQueue(std::shared_ptr<SerialQueue> queue) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     dispatchQueue_.swap(queue);
   }
 
@@ -61,7 +61,7 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
   void tell() {
     std::shared_ptr<SerialQueue> queue;
     {
-      const std::lock_guard lock(mutex_);
+      const MutexLock lock(mutex_);
       queue = dispatchQueue_;
     }
     if (!queue) return;
@@ -77,7 +77,7 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
   void call() {
     ReachabilitySource::Changed changed;
     {
-      const std::lock_guard lock(mutex_);
+      const MutexLock lock(mutex_);
       if (dispatchQueue_) changed = changed_;
     }
     if (changed) changed();
@@ -91,10 +91,9 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
   bool settling_ = false;
   bool more_ = false;
 
-  std::mutex mutex_;
-  // Guarded by mutex_.
-  ReachabilitySource::Changed changed_;
-  std::shared_ptr<SerialQueue> dispatchQueue_;
+  Mutex mutex_;
+  ReachabilitySource::Changed changed_ KIFO_GUARDED_BY(mutex_);
+  std::shared_ptr<SerialQueue> dispatchQueue_ KIFO_GUARDED_BY(mutex_);
 };
 
 std::unique_ptr<NetlinkWatch> NetlinkWatch::open(std::shared_ptr<LinuxSerialQueue> queue,

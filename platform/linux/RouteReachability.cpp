@@ -42,7 +42,7 @@ RouteReachability::RouteReachability(std::unique_ptr<KernelRoutes> routes,
 
 int RouteReachability::flags(std::uint32_t& flags) {
   const auto targets = targets_->addresses();
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   flags = ~std::uint32_t{0};
   for (const auto& addresses : targets) {
     std::uint32_t one = 0;

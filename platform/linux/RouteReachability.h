@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
 #include "platform/linux/KernelRoutes.h"
 #include "platform/linux/NetlinkWatch.h"
@@ -37,12 +37,13 @@ class RouteReachability final : public ReachabilitySource {
                     std::shared_ptr<TargetAddresses> targets);
 
   /// The bits of the first of `addresses` that has a route.
-  int flagsOfAny(const std::vector<NetworkAddress>& addresses, std::uint32_t& flags);
+  int flagsOfAny(const std::vector<NetworkAddress>& addresses, std::uint32_t& flags)
+      KIFO_REQUIRES(mutex_);
 
   const std::unique_ptr<NetlinkWatch> watch_;
   const std::shared_ptr<TargetAddresses> targets_;
-  std::mutex mutex_;
-  const std::unique_ptr<KernelRoutes> routes_;  // guarded by mutex_
+  Mutex mutex_;
+  const std::unique_ptr<KernelRoutes> routes_ KIFO_PT_GUARDED_BY(mutex_);
 };
 
 }  // namespace kifo

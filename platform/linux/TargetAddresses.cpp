@@ -78,39 +78,41 @@ std::vector<NetworkAddress> lookUp(const std::string& host) {
 
 std::shared_ptr<TargetAddresses> TargetAddresses::of(const std::vector<std::string>& endpoints,
                                                      const std::shared_ptr<SerialQueue>& timers) {
-  auto all = std::shared_ptr<TargetAddresses>(new TargetAddresses(timers));
+  std::vector<Target> targets;
   for (const auto& endpoint : endpoints) {
     std::string host = hostOf(endpoint);
     if (host.empty()) return nullptr;
     if (const auto address = literalAddress(host)) {
-      all->targets_.push_back({{}, {*address}});
+      targets.push_back({{}, {*address}});
     } else {
-      all->targets_.push_back({std::move(host), {}});
+      targets.push_back({std::move(host), {}});
     }
   }
-  return all->targets_.empty() ? nullptr : all;
+  if (targets.empty()) return nullptr;
+  return std::shared_ptr<TargetAddresses>(new TargetAddresses(std::move(targets), timers));
 }
 
-TargetAddresses::TargetAddresses(std::weak_ptr<SerialQueue> timers) : timers_(std::move(timers)) {}
+TargetAddresses::TargetAddresses(std::vector<Target> targets, std::weak_ptr<SerialQueue> timers)
+    : timers_(std::move(timers)), targets_(std::move(targets)) {}
 
 TargetAddresses::Lists TargetAddresses::addresses() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Lists lists;
   for (const auto& target : targets_) lists.push_back(target.addresses);
   return lists;
 }
 
 void TargetAddresses::setCallback(ReachabilitySource::Changed changed) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   changed_.swap(changed);  // the earlier one dies after the lock is let go
 }
 
 void TargetAddresses::setDispatchQueue(std::shared_ptr<SerialQueue> queue) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   dispatchQueue_.swap(queue);
 }
 
-std::vector<std::string> TargetAddresses::namesLocked() const {
+std::vector<std::string> TargetAddresses::names() const {
   std::vector<std::string> names;
   for (const auto& target : targets_) {
     if (!target.name.empty()) names.push_back(target.name);
@@ -119,15 +121,15 @@ std::vector<std::string> TargetAddresses::namesLocked() const {
 }
 
 void TargetAddresses::lookUpAgain() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (!dispatchQueue_) return;
-  auto names = namesLocked();
-  if (names.empty()) return;
+  auto looked = names();
+  if (looked.empty()) return;
   again_ = running_;
   if (running_) return;
   Worker thread;  // let go of at once: what it finds, it hands over
   running_ = thread.start(
-      "kifo-names", [weak = weak_from_this(), names = std::move(names)] { run(weak, names); });
+      "kifo-names", [weak = weak_from_this(), names = std::move(looked)] { run(weak, names); });
 }
 
 void TargetAddresses::run(const std::weak_ptr<TargetAddresses>& weak,
@@ -142,7 +144,7 @@ void TargetAddresses::found(const Lists& lists) {
   bool complete = true;
   bool again = false;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     auto list = lists.begin();
     for (auto& target : targets_) {
       if (target.name.empty()) continue;
@@ -166,14 +168,14 @@ void TargetAddresses::found(const Lists& lists) {
 }
 
 void TargetAddresses::tell() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (!dispatchQueue_) return;
   dispatchQueue_->post([weak = weak_from_this()] {
     const auto self = weak.lock();
     if (!self) return;
     ReachabilitySource::Changed callback;
     {
-      const std::lock_guard inner(self->mutex_);
+      const MutexLock inner(self->mutex_);
       if (self->dispatchQueue_) callback = self->changed_;
     }
     if (callback) callback();
@@ -184,14 +186,14 @@ void TargetAddresses::retryLater() {
   const auto timers = timers_.lock();
   if (!timers) return;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (std::exchange(retryIsDue_, true)) return;
   }
   timers->schedule(kRetry, [weak = weak_from_this()] {
     const auto self = weak.lock();
     if (!self) return;
     {
-      const std::lock_guard lock(self->mutex_);
+      const MutexLock lock(self->mutex_);
       self->retryIsDue_ = false;
     }
     self->lookUpAgain();

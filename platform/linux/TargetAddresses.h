@@ -1,12 +1,12 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
 #include "platform/linux/NetlinkRecords.h"
 
@@ -53,24 +53,23 @@ class TargetAddresses : public std::enable_shared_from_this<TargetAddresses> {
     std::vector<NetworkAddress> addresses;
   };
 
-  explicit TargetAddresses(std::weak_ptr<SerialQueue> timers);
+  TargetAddresses(std::vector<Target> targets, std::weak_ptr<SerialQueue> timers);
   static void run(const std::weak_ptr<TargetAddresses>& weak,
                   const std::vector<std::string>& names);
-  [[nodiscard]] std::vector<std::string> namesLocked() const;
+  [[nodiscard]] std::vector<std::string> names() const KIFO_REQUIRES(mutex_);
   void found(const Lists& lists);
   void tell();
   void retryLater();
 
   const std::weak_ptr<SerialQueue> timers_;
 
-  mutable std::mutex mutex_;
-  // Guarded by mutex_.
-  std::vector<Target> targets_;
-  ReachabilitySource::Changed changed_;
-  std::shared_ptr<SerialQueue> dispatchQueue_;
-  bool running_ = false;
-  bool again_ = false;
-  bool retryIsDue_ = false;
+  mutable Mutex mutex_;
+  std::vector<Target> targets_ KIFO_GUARDED_BY(mutex_);
+  ReachabilitySource::Changed changed_ KIFO_GUARDED_BY(mutex_);
+  std::shared_ptr<SerialQueue> dispatchQueue_ KIFO_GUARDED_BY(mutex_);
+  bool running_ KIFO_GUARDED_BY(mutex_) = false;
+  bool again_ KIFO_GUARDED_BY(mutex_) = false;
+  bool retryIsDue_ KIFO_GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace kifo
