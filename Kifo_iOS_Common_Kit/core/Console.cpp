@@ -11,6 +11,34 @@ namespace {
 
 std::atomic<void (*)(std::string_view)> fatalErrorHandler = nullptr;
 
+/// Whether a control character starts at `index`: ASCII's, or one of U+0080 to U+009F as UTF-8.
+bool isControl(std::string_view text, std::size_t index) {
+  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+  if (byte(index) < 0x20 || byte(index) == 0x7F) return true;
+  return byte(index) == 0xC2 && index + 1 < text.size() && byte(index + 1) >= 0x80 &&
+         byte(index + 1) < 0xA0;
+}
+
+/// One line, as it is but for control characters, which are shown as "\n" or "\x1b": a text from a
+/// server or a host can neither forge a line nor steer a terminal.
+std::string escaped(std::string_view text) {
+  std::string line;
+  line.reserve(text.size());
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    if (!isControl(text, index)) {
+      line += text[index];
+    } else if (text[index] == '\n') {
+      line += "\\n";
+    } else {
+      if (text[index] == '\xC2') ++index;
+      char code[5];
+      std::snprintf(code, sizeof code, "\\x%02x", static_cast<unsigned char>(text[index]));
+      line += code;
+    }
+  }
+  return line;
+}
+
 }  // namespace
 
 std::string logTag(std::string_view className) {
@@ -21,16 +49,16 @@ void Console::print(std::string_view tag, std::string_view message) {
   std::string line;
   line.reserve(tag.size() + 1 + message.size());
   line.append(tag).append(" ").append(message);
-  Platform::current()->console->write(std::move(line));
+  Platform::current()->console->write(escaped(line));
 }
 
 void Console::printBare(std::string_view line) {
-  Platform::current()->console->write(std::string(line));
+  Platform::current()->console->write(escaped(line));
 }
 
 void fatalError(std::string_view message) {
   if (auto* handler = fatalErrorHandler.load()) handler(message);
-  const std::string line = "Fatal error: " + std::string(message);
+  const std::string line = escaped("Fatal error: " + std::string(message));
   Console::printBare(line);
   // The sink may write later than the process lives.
   std::fprintf(stderr, "%s\n", line.c_str());

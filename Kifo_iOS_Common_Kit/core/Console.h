@@ -13,7 +13,8 @@ namespace kifo {
 /// The tag that starts every console line of a class: "Kifo ServiceClient:" for ServiceClient.
 KIFO_EXPORT std::string logTag(std::string_view className);
 
-/// Prints through the platform's console sink.
+/// Prints through the platform's console sink. Control characters in a text are shown escaped, so
+/// that each call prints one line.
 ///
 /// **Threading:** thread-safe; as quick as the sink is.
 class KIFO_EXPORT Console {

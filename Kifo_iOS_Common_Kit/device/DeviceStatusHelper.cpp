@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <mutex>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
 #include "Kifo_iOS_Common_Kit/device/ModelNames.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -19,17 +19,17 @@ constexpr auto kUnavailable = "-1";
 class CachedReading {
  public:
   std::string get() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return text_;
   }
   void set(const std::string& text) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     text_ = text;
   }
 
  private:
-  mutable std::mutex mutex_;
-  std::string text_ = kUnavailable;  // guarded by mutex_
+  mutable Mutex mutex_;
+  std::string text_ KIFO_GUARDED_BY(mutex_) = kUnavailable;
 };
 
 CachedReading& cached(VolumeCapacity kind) {
@@ -44,7 +44,7 @@ std::string capacity(VolumeCapacity kind, std::string_view unavailable) {
     case CapacityReading::Outcome::failed:
       return cached(kind).get();
     case CapacityReading::Outcome::missing:
-      Console::print(logTag("DeviceStatusHelper"), unavailable);
+      Console::print(DeviceStatusHelper::LOG_TAG, unavailable);
       return kUnavailable;
     case CapacityReading::Outcome::known:
       break;

@@ -24,6 +24,8 @@ KIFO_EXPORT std::string deviceId();
 /// **Threading:** thread-safe; as quick as the device probe.
 class KIFO_EXPORT DeviceStatusHelper {
  public:
+  static constexpr auto LOG_TAG = "Kifo DeviceStatusHelper:";  ///< Starts its console lines.
+
   /// Whole percents, 0 to 100; "-100" when the level is unknown. A level that no whole number can
   /// hold is a fatal error.
   static std::string batteryLevel();

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
@@ -12,10 +13,15 @@ constexpr int kAuthorizedAlways = 3;
 constexpr int kAuthorizedWhenInUse = 4;
 constexpr int kActive = 0;
 
-/// A whole number keeps its ".0", as the description of a double does.
+/// As the description of a double: a whole number keeps its ".0", and an exponent stands only below
+/// 0.0001 and from 1e16 on.
 std::string shortestText(double number) {
+  const double size = std::abs(number);
+  const bool isPlain = size == 0.0 || (size >= 1e-4 && size < 1e16);
   std::array<char, 32> buffer{};
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                 isPlain ? std::chars_format::fixed : std::chars_format::scientific)
+                       .ptr;
   std::string text(buffer.data(), end);
   if (text.find_first_of(".en") == std::string::npos) text += ".0";
   return text;

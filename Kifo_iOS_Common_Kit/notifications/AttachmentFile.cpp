@@ -96,7 +96,7 @@ AttachmentFile::~AttachmentFile() {
 std::shared_ptr<const AttachmentFile> AttachmentFile::write(std::string_view bytes) {
   const fs::path parent = orSystems(Platform::current()->temporaryDirectory);
   sweepOnce(parent.string());
-  fs::create_directories(parent);
+  if (fs::create_directories(parent)) fs::permissions(parent, fs::perms::owner_all);
   const std::string name = std::string(PREFIX) + std::to_string(getpid()) + "-" +
                            Platform::current()->identifiers->uuid();
   const fs::path directory = parent / name;

@@ -20,6 +20,10 @@ struct HttpRequest {
   double timeout = 60.0;                 ///< Seconds from the start to the whole answer.
   /// Bytes after decompression; more is an error. 0: the transport's own cap.
   std::size_t maximumBodySize = 0;
+  /// Whether the transport may send the request once more, over a new connection, when a kept one
+  /// ended without a byte of an answer: the server may have taken it all the same. A GET or HEAD
+  /// may be in any case.
+  bool mayRepeat = false;
 };
 
 struct HttpAnswer {
@@ -33,7 +37,8 @@ struct HttpAnswer {
 /// **Threading:** `send` may be called from any thread and never blocks on the network or the disk.
 /// `make` and `done` run on the transport's own thread and must be quick.
 /// **Errors:** every failure is an answer with an `error`; redirects are followed (10 at most) and
-/// never carry the Authorization header to another host.
+/// never carry the Authorization header to another host. A request goes out once, but for what
+/// `HttpRequest::mayRepeat` allows.
 class KIFO_EXPORT HttpTransport {
  public:
   using Make = std::function<HttpRequest()>;

@@ -58,8 +58,6 @@ void CurlSockets::observe(CURL* easy, std::uint64_t transfer) {
   known = {this, transfer, {}};
   curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &CurlSockets::open);
   curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, &known);
-  curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &CurlSockets::connected);
-  curl_easy_setopt(easy, CURLOPT_PREREQDATA, &known);
   // A connection outlives the transfer that opened it, and closes with what it was opened with.
   curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &CurlSockets::close);
   curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
@@ -114,9 +112,8 @@ int CurlSockets::close(void* self, curl_socket_t socket) {
   return ::close(socket);
 }
 
-int CurlSockets::connected(void* transfer, char*, char* local, int, int localPort) {
-  static_cast<Transfer*>(transfer)->end = {local ? local : "", localPort};
-  return CURL_PREREQFUNC_OK;
+void CurlSockets::connected(std::uint64_t transfer, const char* local, int localPort) {
+  transfers_.at(transfer).end = {local ? local : "", localPort};
 }
 
 void CurlSockets::shutIdle() {

@@ -28,8 +28,10 @@ class CurlSockets {
   CurlSockets(const CurlSockets&) = delete;
   CurlSockets& operator=(const CurlSockets&) = delete;
 
-  /// Has the handle report its connections as those of `transfer`, until `forget`.
+  /// Has the handle open and close its connections here, as those of `transfer`, until `forget`.
   void observe(CURL* easy, std::uint64_t transfer);
+  /// The transfer is about to be sent over the connection with this address and port of our own.
+  void connected(std::uint64_t transfer, const char* local, int localPort);
   /// The transfer is over. Its connection, when it is from before a change, is used no more.
   void forget(std::uint64_t transfer);
 
@@ -56,7 +58,6 @@ class CurlSockets {
 
   static curl_socket_t open(void* transfer, curlsocktype, curl_sockaddr* address);
   static int close(void* self, curl_socket_t socket);
-  static int connected(void* transfer, char* remote, char* local, int remotePort, int localPort);
   void shutIdle();
   bool isUsed(int descriptor, const Socket& socket) const;
 

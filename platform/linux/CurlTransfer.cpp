@@ -121,6 +121,7 @@ CurlTransfer::CurlTransfer(std::uint64_t id, HttpRequest request, std::size_t ma
 
 void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   easy_ = easy;
+  sockets_ = &sockets;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now()).count();
   curl_easy_setopt(easy_, CURLOPT_URL, request_.url.c_str());
   curl_easy_setopt(easy_, CURLOPT_TIMEOUT_MS,
@@ -129,6 +130,8 @@ void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, detail_.data());
   curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, &CurlTransfer::take);
   curl_easy_setopt(easy_, CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(easy_, CURLOPT_PREREQFUNCTION, &CurlTransfer::sending);
+  curl_easy_setopt(easy_, CURLOPT_PREREQDATA, this);
   curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "gzip");
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
@@ -211,12 +214,30 @@ std::size_t CurlTransfer::take(char* data, std::size_t, std::size_t size, void* 
   return size;
 }
 
+/// Before each request on a connection. When a kept connection ends without a byte, libcurl sends
+/// the request again by itself, up to five times, and has no option against it.
+int CurlTransfer::sending(void* self, char*, char* local, int, int localPort) {
+  auto& transfer = *static_cast<CurlTransfer*>(self);
+  if (!transfer.mayBeSentAgain()) return CURL_PREREQFUNC_ABORT;
+  transfer.sockets_->connected(transfer.id_, local, localPort);
+  return CURL_PREREQFUNC_OK;
+}
+
+bool CurlTransfer::mayBeSentAgain() {
+  long redirects = 0;
+  curl_easy_getinfo(easy_, CURLINFO_REDIRECT_COUNT, &redirects);
+  if (std::exchange(redirects_, redirects) != redirects) sent_ = 0;
+  const bool isRead = request_.method == "GET" || request_.method == "HEAD";
+  return ++sent_ <= (request_.mayRepeat || isRead ? 2 : 1);
+}
+
 HttpAnswer CurlTransfer::end(CURLcode result) {
   long status = 0;
   curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
   easy_ = nullptr;
   if (tooLarge_) return failedAnswer(CURLE_FILESIZE_EXCEEDED);
   if (result == CURLE_OPERATION_TIMEDOUT) return failedAnswer(result);
+  if (result == CURLE_ABORTED_BY_CALLBACK) return failedAnswer(CURLE_GOT_NOTHING);
   if (result != CURLE_OK) return failedAnswer(result, detail_.data());
   return {std::nullopt, static_cast<int>(status), std::move(body_)};
 }

@@ -51,6 +51,8 @@ class CurlTransfer {
 
  private:
   static std::size_t take(char* data, std::size_t, std::size_t size, void* self);
+  static int sending(void* self, char* remote, char* local, int remotePort, int localPort);
+  [[nodiscard]] bool mayBeSentAgain();
   [[nodiscard]] bool isSecure() const;
   void setMethod();
   void setHeaders();
@@ -68,6 +70,9 @@ class CurlTransfer {
   const Clock::time_point deadline_;
   const CURLcode fault_;
   CURL* easy_ = nullptr;
+  CurlSockets* sockets_ = nullptr;
+  long redirects_ = 0;  ///< Followed so far; each leads to a request of its own.
+  int sent_ = 0;        ///< How often the present one was begun.
   std::unique_ptr<curl_slist, FreeList> headers_;
   std::array<char, CURL_ERROR_SIZE> detail_{};
   std::string body_;

@@ -54,6 +54,12 @@ std::string below(const char* variable, const char* fallback, const std::string&
   return base + "/" + program + "/kifo";
 }
 
+/// 0, or the system's code.
+int makeDirectory(const std::string& path) {
+  if (mkdir(path.c_str(), 0700) != 0) return errno;
+  return chmod(path.c_str(), 0700) == 0 ? 0 : errno;  // the umask may have taken more
+}
+
 /// 0 when the directory is there and can be written to, or could be made.
 int canHold(fs::path path) {
   std::error_code ignored;
@@ -98,8 +104,8 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit, 
 }
 
 int makeDirectories(const std::string& path) {
-  if (mkdir(path.c_str(), 0700) == 0) return 0;
-  const int code = errno;
+  const int code = makeDirectory(path);
+  if (code == 0) return 0;
   if (code == EEXIST) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? 0 : ENOTDIR;
@@ -108,7 +114,15 @@ int makeDirectories(const std::string& path) {
   if (code != ENOENT || slash == std::string::npos || slash == 0) return code;
   const int above = makeDirectories(path.substr(0, slash));
   if (above != 0) return above;
-  return mkdir(path.c_str(), 0700) == 0 || errno == EEXIST ? 0 : errno;
+  const int again = makeDirectory(path);
+  return again == EEXIST ? 0 : again;
+}
+
+void makePrivate(const std::string& path) {
+  struct stat status {};
+  const bool isOurs =
+      lstat(path.c_str(), &status) == 0 && !S_ISLNK(status.st_mode) && status.st_uid == geteuid();
+  if (isOurs && (status.st_mode & 0077) != 0) chmod(path.c_str(), status.st_mode & 0700);
 }
 
 std::string trimmed(const std::string& text) {

@@ -11,8 +11,12 @@ namespace kifo {
 std::optional<std::string> readFile(const std::string& path, std::size_t limit = 64u << 10,
                                     int* error = nullptr);
 
-/// Makes a directory and those above it, for this user alone. 0, or the system's code.
+/// Makes a directory and those above it, each with mode 0700 whatever the umask. One that exists is
+/// left as it is. 0, or the system's code.
 int makeDirectories(const std::string& path);
+
+/// Takes other users' rights from a file or directory of this user's, if it exists.
+void makePrivate(const std::string& path);
 
 /// `text` without blanks and line breaks at its ends.
 std::string trimmed(const std::string& text);

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -83,6 +84,13 @@ std::string textOf(const DefaultsFile::Values& values) {
   return object.dump(1) + "\n";
 }
 
+/// Opens a file of mode 0600, whatever the umask and whoever made it.
+int openPrivate(const std::string& path, int flags) {
+  const int descriptor = open(path.c_str(), flags | O_CREAT | O_CLOEXEC, 0600);
+  if (descriptor >= 0) fchmod(descriptor, 0600);
+  return descriptor;
+}
+
 int writeAll(int descriptor, const std::string& text) {
   std::size_t done = 0;
   while (done < text.size()) {
@@ -112,7 +120,7 @@ void print(const std::string& message) {
 }  // namespace
 
 DefaultsFile::Lock::Lock(const DefaultsFile& file)
-    : descriptor_(open(file.path(".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+    : descriptor_(openPrivate(file.path(".lock"), O_RDWR)) {
   busy_ = descriptor_ >= 0 && flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
@@ -149,8 +157,7 @@ int DefaultsFile::write(const Values& values) const {
 }
 
 int DefaultsFile::writeBeside(const std::string& text) const {
-  const int descriptor =
-      open(path(".tmp").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
+  const int descriptor = openPrivate(path(".tmp"), O_WRONLY | O_TRUNC | O_NOFOLLOW);
   if (descriptor < 0) return errno;
   const int code = writeAll(descriptor, text);
   return close(descriptor) == 0 || code != 0 ? code : errno;
@@ -208,7 +215,8 @@ void FileUserDefaults::Store::setValue(const std::string& key, DefaultsValue val
 
 void FileUserDefaults::Store::load() {
   if (std::exchange(loaded_, true)) return;
-  makeDirectories(file_.directory());  // ours before others make it, and for this user alone
+  makeDirectories(file_.directory());  // before the database does: its own would obey the umask
+  file_.makePrivate();
   if (file_.read(values_) == DefaultsFile::State::corrupt) scheduleWrite();  // which sets it aside
 }
 

@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 #include "Kifo_iOS_Common_Kit/ports/UserDefaults.h"
+#include "platform/linux/Directories.h"
 
 namespace kifo {
 
@@ -48,6 +49,8 @@ class DefaultsFile {
   State read(Values& values) const;
   /// Makes the directory if need be. 0, or the system's code.
   [[nodiscard]] int write(const Values& values) const;
+  /// Takes other users' rights from the file, if it exists.
+  void makePrivate() const { kifo::makePrivate(path("")); }
   /// Moves a corrupt file out of the way, to "defaults.json.bad"; false when that fails.
   [[nodiscard]] bool setAside() const;
   [[nodiscard]] const std::string& directory() const { return directory_; }

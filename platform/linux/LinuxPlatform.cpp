@@ -36,6 +36,10 @@ Platform makeLinuxPlatform(const LinuxPlatformOptions& options) {
   const auto reachability = std::make_shared<LinuxSerialQueue>("kifo.reach");
   const auto console = std::make_shared<LinuxConsole>(main);
 
+  // Made by another program, or by an earlier version, they may be open to other users.
+  makePrivate(directories.documents);
+  makePrivate(directories.temporary);
+
   Platform platform = nullPlatform();
   platform.documentsDirectory = textOr(options.documentsDirectory, directories.documents);
   platform.temporaryDirectory = directories.temporary;

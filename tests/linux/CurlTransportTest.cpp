@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cmath>
 #include <future>
+#include <latch>
 #include <set>
 #include <stdexcept>
 #include <thread>
@@ -93,6 +94,20 @@ class CurlTransportTest : public ::testing::Test {
     std::set<int> ports;
     for (const auto& request : server_.requests().all()) ports.insert(request->remotePort);
     return ports;
+  }
+
+  /// Leaves `count` connections that the next requests can use.
+  void keepConnections(int count) {
+    std::latch all(count);
+    server_.respond("/together", [&](const ReceivedRequest&) {
+      all.arrive_and_wait();
+      return Answer{};
+    });
+    std::vector<std::future<HttpAnswer>> answers;
+    for (int index = 0; index < count; ++index) {
+      answers.push_back(send({.url = server_.uri() + "/together"}));
+    }
+    for (auto& answer : answers) ASSERT_EQ(answer.get().status, 200);
   }
 
   void redirect(const std::string& path, int status, const std::string& to) {
@@ -253,6 +268,28 @@ TEST_F(CurlTransportTest, ABrokenConnectionIsAnErrorAndTheNextRequestMakesANewOn
     EXPECT_EQ(answer.status, 0);
     EXPECT_THAT(answer.body, IsEmpty());
     EXPECT_EQ(fetch({.url = server_.apiUri()}).status, 200);
+  }
+}
+
+TEST_F(CurlTransportTest, WhatMayNotBeRepeatedGoesOutOnceWhenKeptConnectionsEndWithoutAByte) {
+  struct Case {
+    const char* method;
+    bool mayRepeat;
+    std::uint64_t dropped;
+    std::size_t sent;
+    int code;  ///< 0: answered.
+  };
+  for (const auto& each :
+       {Case{"POST", false, 9, 1, CURLE_GOT_NOTHING}, Case{"POST", true, 9, 2, CURLE_GOT_NOTHING},
+        Case{"POST", true, 1, 2, 0}, Case{"GET", false, 1, 2, 0}}) {
+    keepConnections(3);
+    server_.requests().clear();
+    server_.setFaults({.connection = server::Faults::Connection::DROP, .times = each.dropped});
+    const auto answer =
+        fetch({.method = each.method, .url = server_.listenerUri(), .mayRepeat = each.mayRepeat});
+    server_.setFaults({});
+    EXPECT_EQ(server_.requests().count(), each.sent) << each.method << " " << each.mayRepeat;
+    EXPECT_EQ(answer.error ? answer.error->code : 0, each.code) << each.method;
   }
 }
 

@@ -66,11 +66,32 @@ TEST_F(FileUserDefaultsTest, ValuesOutliveTheProcessWithTheirTypes) {
   fake_.runUntilIdle();
   const auto second = open();
   for (const auto& [key, value] : values) EXPECT_EQ(second->value(key), value) << key;
-  struct stat status {};
-  stat(path().c_str(), &status);
-  EXPECT_EQ(status.st_mode & 0777, 0600u);
-  stat(directory_.c_str(), &status);
-  EXPECT_EQ(status.st_mode & 0777, 0700u);
+}
+
+TEST_F(FileUserDefaultsTest,
+       FilesAndDirectoriesAreThisUsersAloneWhateverTheUmaskAndWhoeverMadeThem) {
+  const auto modes = [this] {
+    std::vector<unsigned> found;
+    for (const auto& name : {path(), path("defaults.json.lock"), directory_,
+                             fs::path(directory_).parent_path().string()}) {
+      struct stat status {};
+      EXPECT_EQ(stat(name.c_str(), &status), 0) << name;
+      found.push_back(status.st_mode & 0777);
+    }
+    return found;
+  };
+  for (const mode_t mask : {0000, 0777}) {
+    const mode_t before = umask(mask);
+    open()->setValue("key", true);
+    fake_.runUntilIdle();
+    umask(before);
+    EXPECT_THAT(modes(), ElementsAre(0600, 0600, 0700, 0700));
+    fs::remove_all(fake_.directory.file("new"));
+  }
+  write("{}");
+  fs::permissions(path(), fs::perms::all);
+  EXPECT_EQ(open()->value("key"), std::nullopt);
+  EXPECT_EQ(fs::status(path()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(FileUserDefaultsTest, ManyValuesAreOneWriteOnTheQueueAndAnEqualOneIsNone) {

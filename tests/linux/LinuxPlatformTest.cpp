@@ -59,6 +59,9 @@ TEST_F(LinuxPlatformTest, NothingIsStartedAndNothingMadeUntilItIsNeeded) {
   platform.userDefaults->setValue("key", true);
   EXPECT_TRUE(platform.mainQueue->stop(SerialQueue::Duration(20)));
   EXPECT_TRUE(fs::exists(platform.documentsDirectory + "/defaults.json"));
+  fs::permissions(platform.documentsDirectory, fs::perms::all);
+  makeLinuxPlatform();
+  EXPECT_EQ(fs::status(platform.documentsDirectory).permissions(), fs::perms::owner_all);
 }
 
 TEST_F(LinuxPlatformTest, AnUnsetOrRelativeDataHomeLeadsBelowTheHomeDirectory) {
