@@ -1,8 +1,6 @@
 #include "platform/linux/LinuxConsole.h"
 
 #include <sstream>
-#include <thread>
-#include <vector>
 
 #include "testing/FakePlatform.h"
 #include "tests/linux/Pipe.h"
@@ -18,25 +16,6 @@ class LinuxConsoleTest : public ::testing::Test {
   std::shared_ptr<FakeSerialQueue> queue_ = std::make_shared<FakeSerialQueue>();
   std::shared_ptr<LinuxConsole> console_ = std::make_shared<LinuxConsole>(queue_, pipe_.writing());
 };
-
-TEST_F(LinuxConsoleTest, LinesOfManyThreadsStayWholeAndEachThreadsInOrder) {
-  std::vector<std::thread> threads;
-  for (int thread = 0; thread < 4; ++thread) {
-    threads.emplace_back([&, thread] {
-      for (int line = 0; line < 100; ++line) {
-        console_->write(std::to_string(thread) + " " + std::to_string(line));
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
-  EXPECT_EQ(pipe_.read(), "");
-  EXPECT_EQ(queue_->pending(), 1u) << "they are written by the queue";
-  queue_->runUntilIdle();
-  std::istringstream lines(pipe_.read());
-  std::vector<int> next(4);
-  for (int thread = 0, line = 0; lines >> thread >> line;) EXPECT_EQ(line, next.at(thread)++);
-  EXPECT_EQ(next, std::vector<int>(4, 100));
-}
 
 TEST_F(LinuxConsoleTest, AReaderThatDoesNotReadHoldsUpNobodyAndLosesOnlyTheNewestLines) {
   constexpr int kLines = 3000;

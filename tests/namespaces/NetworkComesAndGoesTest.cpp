@@ -123,25 +123,6 @@ TEST_F(NetworkComesAndGoes, ThroughAModemPayloadsSayCellular) {
                  "cellular");
 }
 
-TEST_F(NetworkComesAndGoes, ReSendsGoOutOneAfterAnother) {
-  constexpr double kLatency = 0.03;
-  start();
-  host("route del default");
-  ASSERT_TRUE(goesOffline());
-  send("while", 5);
-  server_->setFaults({.latency = kLatency});
-  host("route add default via 10.7.0.1");
-  ASSERT_TRUE(awaitReceived("while", 5));
-  EXPECT_TRUE(drains());
-  std::int64_t previous = 0;
-  for (const auto& request : server_->requests().all()) {
-    if (!request->text(Constants::NAME).starts_with("while")) continue;
-    // The one before was answered only after its latency: this one cannot have been under way then.
-    EXPECT_GE(request->time - previous, static_cast<std::int64_t>(kLatency * 1000) - 1);
-    previous = request->time;
-  }
-}
-
 /// Kilobytes of memory that the process has ever held at once.
 long peakMemory() {
   rusage usage{};
@@ -186,20 +167,18 @@ TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
       }
     });
   }
+  bool follows = true;
   while (flaps < kFlaps) {
     const bool isSlow = flaps % 10 == 0;  // the others are as quick as can be
-    if (isSlow) {
-      EXPECT_TRUE(isOnlineAtLast());
-    }
+    if (isSlow) follows = follows && isOnlineAtLast();
     net_->setLink("host0", false);
-    if (isSlow) {
-      EXPECT_TRUE(goesOffline());
-    }
+    if (isSlow) follows = follows && goesOffline();
     net_->setLink("host0", true);
     ++flaps;
     flaps.notify_all();
   }
   for (auto& thread : threads) thread.join();
+  ASSERT_TRUE(follows) << "the status follows a slow flap";
   // Once more, for what a flap answered with an error; an answer takes the rows that were given up,
   // or are under way, along.
   ASSERT_TRUE(isOnlineAtLast());

@@ -19,7 +19,7 @@
 namespace kifo::testing {
 namespace {
 
-using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
 
 constexpr auto kServerPath = "/sdkListenerEvent";
 
@@ -78,7 +78,7 @@ void NetworkScene::start(const std::string& address, double timeout) {
   configuration.isWifiStatusRequired = true;
   std::promise<void> answered;
   Kifo::initialize(configuration, [&] { answered.set_value(); });
-  ASSERT_EQ(answered.get_future().wait_for(1min), std::future_status::ready);
+  ASSERT_EQ(answered.get_future().wait_for(ConsoleLog::kBound), std::future_status::ready);
   ASSERT_TRUE(goesOnline());
   ASSERT_TRUE(awaitReceived("sdk_initialize", 1));
 }
@@ -92,7 +92,7 @@ void NetworkScene::setBlackHole(bool swallows) {
 }
 
 bool NetworkScene::awaitAnswers() {
-  return Kifo::waitUntilIdle(60);
+  return Kifo::waitUntilIdle(std::chrono::duration<double>(ConsoleLog::kBound).count());
 }
 
 void NetworkScene::loseTheRoute() {
@@ -112,29 +112,33 @@ bool NetworkScene::awaitStatus(const std::string& status) {
 }
 
 bool NetworkScene::isOnlineAtLast() {
-  for (;;) {
+  const auto end = Clock::now() + ConsoleLog::kBound;
+  while (Clock::now() < end) {
     statusMark_ = console_->mark();
     if (Kifo::networkStatus() == KifoNetworkStatus::ONLINE) return true;
     if (!console_->awaitMore(statusMark_)) return false;
   }
+  return false;
 }
 
 bool NetworkScene::becomes(KifoNetworkStatus status) {
   const auto platform = Platform::current();
-  const auto end = std::chrono::steady_clock::now() + 1min;
-  while (Kifo::networkStatus() != status && std::chrono::steady_clock::now() < end) {
+  const auto end = Clock::now() + ConsoleLog::kBound;
+  while (Kifo::networkStatus() != status && Clock::now() < end) {
     platform->reachabilityQueue->sync([] {});  // that is where it changes
   }
   return Kifo::networkStatus() == status;
 }
 
 bool NetworkScene::drains() {
-  for (;;) {
+  const auto end = Clock::now() + ConsoleLog::kBound;
+  while (Clock::now() < end) {
     const std::size_t mark = console_->mark();
     if (rowCount() == "0") return true;
     // Whatever is still under way says so on the console before it changes the table.
     if (!console_->awaitMore(mark)) return false;
   }
+  return false;
 }
 
 void NetworkScene::send(const std::string& name, int count, int first) {
@@ -163,7 +167,7 @@ bool NetworkScene::awaitReceived(const std::string& name, std::size_t count) con
       [&](const auto& all) {
         return static_cast<std::size_t>(std::ranges::count_if(all, isOne)) >= count;
       },
-      1min);
+      ConsoleLog::kBound);
 }
 
 std::vector<std::string> NetworkScene::values(const std::string& name, const char* key) const {

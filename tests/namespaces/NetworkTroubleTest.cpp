@@ -73,70 +73,40 @@ TEST_F(NetworkTrouble, TheStatusWaitsForNoStatementInEitherDirection) {
   EXPECT_THAT(received("kept"), ElementsAre(0, 1));
 }
 
-TEST_F(NetworkTrouble, ARequestThatRanOutOfTimeIsSentAgainWhenTheNetworkIsBack) {
-  start("10.99.0.1", 2.0);
+enum class Failure { refused, brokenOff, timedOut };
+
+class NetworkFailure : public NetworkTrouble, public ::testing::WithParamInterface<Failure> {};
+
+TEST_P(NetworkFailure, LeavesItsRowForTheReturnOfTheNetwork) {
+  start("10.99.0.1", GetParam() == Failure::timedOut ? 2.0 : 60.0);
   ASSERT_TRUE(drains());
-  setBlackHole(true);
-  send("late", 2);
+  if (GetParam() == Failure::refused) server_->stop();
+  if (GetParam() == Failure::timedOut) setBlackHole(true);
+  server_->setFaults({.connection = server::Faults::Connection::DIE, .times = 2});
+  send("failed", 2);
   ASSERT_TRUE(awaitAnswers());
   EXPECT_EQ(lingering(), 0);
   EXPECT_EQ(rows("select TRYCOUNT, ISSYNC_SUCCESS from KifoLog"),
             (std::vector<std::string>{"0|0", "0|0"}));
   loseTheRoute();
-  setBlackHole(false);
+  server_->setFaults({});
+  server_->requests().clear();
+  if (GetParam() == Failure::refused) net_->run([this] { server_->start(); });
+  if (GetParam() == Failure::timedOut) setBlackHole(false);
   findTheRoute();
-  ASSERT_TRUE(awaitReceived("late", 2));
+  ASSERT_TRUE(awaitReceived("failed", 2));
   EXPECT_TRUE(drains());
-  EXPECT_THAT(received("late"), ElementsAre(0, 1));
+  EXPECT_THAT(received("failed"), ElementsAre(0, 1));
 }
 
-TEST_F(NetworkTrouble, AnAnswerThatBreaksOffIsNoAnswer) {
-  start();
-  ASSERT_TRUE(drains());
-  server_->setFaults({.connection = server::Faults::Connection::DIE, .times = 1});
-  send("cut", 1);
-  ASSERT_TRUE(awaitReceived("cut", 1));
-  ASSERT_TRUE(awaitAnswers());
-  EXPECT_EQ(rowCount(), "1");
-  loseAndFindTheRoute();
-  ASSERT_TRUE(awaitReceived("cut", 2)) << "it cannot be known that the server took it";
-  EXPECT_TRUE(drains());
+std::string nameOf(const ::testing::TestParamInfo<Failure>& info) {
+  if (info.param == Failure::refused) return "Refused";
+  return info.param == Failure::brokenOff ? "BrokenOff" : "TimedOut";
 }
 
-TEST_F(NetworkTrouble, AServerThatWasAwayGetsEverythingOnce) {
-  start();
-  ASSERT_TRUE(drains());
-  server_->stop();
-  send("away", 3);
-  ASSERT_TRUE(awaitAnswers());
-  EXPECT_EQ(rowCount(), "3");
-  loseTheRoute();
-  net_->run([this] { server_->start(); });
-  findTheRoute();
-  ASSERT_TRUE(awaitReceived("away", 3));
-  EXPECT_TRUE(drains());
-  EXPECT_THAT(received("away"), ElementsAre(0, 1, 2));
-}
-
-TEST_F(NetworkTrouble, AnErrorEndsAPassAndTheNextOneGoesOnBehindIt) {
-  start();
-  ASSERT_TRUE(drains());
-  loseTheRoute();
-  send("row", 4);
-  server_->setFaults({.everyOther = 500});
-  findTheRoute();
-  ASSERT_TRUE(awaitReceived("row", 2));
-  ASSERT_TRUE(awaitAnswers());
-  EXPECT_THAT(received("row"), ElementsAre(0, 1));
-  EXPECT_EQ(rows("select TRYCOUNT from KifoLog order by ID"),
-            (std::vector<std::string>{"1", "0", "0"}));
-
-  loseAndFindTheRoute();
-  ASSERT_TRUE(awaitReceived("row", 4));
-  ASSERT_TRUE(awaitAnswers());
-  EXPECT_THAT(received("row"), ElementsAre(0, 1, 2, 3)) << "a row is sent again once and no more";
-  EXPECT_EQ(rows("select TRYCOUNT from KifoLog"), (std::vector<std::string>{"1"}));
-}
+INSTANTIATE_TEST_SUITE_P(Failures, NetworkFailure,
+                         ::testing::Values(Failure::refused, Failure::brokenOff, Failure::timedOut),
+                         nameOf);
 
 /// Gives the calling thread, and those that it starts, a hosts file of their own.
 class OwnHostsFile {

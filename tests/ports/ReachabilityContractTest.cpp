@@ -1,5 +1,6 @@
 // What every reachability service promises, asked of the kernel's, the scripted one and the null
 // one.
+#include <chrono>
 #include <future>
 #include <memory>
 #include <optional>
@@ -19,6 +20,8 @@ namespace kifo::testing {
 namespace {
 
 using Queue = std::shared_ptr<LinuxSerialQueue>;
+
+constexpr std::chrono::seconds kBound{20};
 
 struct ScriptedBench {
   explicit ScriptedBench(const Queue&) {}
@@ -76,7 +79,7 @@ class ReachabilityContract : public ::testing::Test {
         {});
     witness->setDispatchQueue(queue_);
     bench_->connect();
-    told->get_future().wait();
+    ASSERT_EQ(told->get_future().wait_for(kBound), std::future_status::ready);
   }
 
   const Queue queue_ = std::make_shared<LinuxSerialQueue>("reachability");
@@ -99,7 +102,9 @@ TYPED_TEST(ReachabilityContract, TellsOfAChangeOnTheChosenQueueAndReadsOnAnyThre
       [] { return std::string("the watcher"); });
   source->setDispatchQueue(this->queue_);
   this->bench_->connect();
-  EXPECT_TRUE(told.get_future().get());
+  auto isThere = told.get_future();
+  ASSERT_EQ(isThere.wait_for(kBound), std::future_status::ready);
+  EXPECT_TRUE(isThere.get());
   std::thread([&] { EXPECT_EQ(source->flags(flags), 0); }).join();
   EXPECT_EQ(flags & ReachabilityFlags::reachable, ReachabilityFlags::reachable);
   source->setDispatchQueue(nullptr);
