@@ -7,7 +7,7 @@
 
 namespace kifo {
 
-/// The wall clock and the zone it stands in. It may jump either way. **Threading:** thread-safe.
+/// The wall clock and its time zone. It may jump in either direction. **Threading:** thread-safe.
 class KIFO_EXPORT Clock {
  public:
   virtual ~Clock() = default;

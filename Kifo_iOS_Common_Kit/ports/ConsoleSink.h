@@ -6,10 +6,10 @@
 
 namespace kifo {
 
-/// Takes every line that the SDK prints, whole, without its newline.
+/// Receives every line that the SDK prints, without a line break; control characters are escaped.
 ///
-/// **Threading:** called from any thread, also several at once, on the thread that had something to
-/// say; it must not block and must not call the SDK back.
+/// **Threading:** `write` is called on the thread that prints, also on several at once; it must not
+/// block and must not call the SDK.
 class KIFO_EXPORT ConsoleSink {
  public:
   virtual ~ConsoleSink() = default;

@@ -10,17 +10,17 @@ namespace kifo {
 
 enum class VolumeCapacity { total, available };
 
-/// What a question about a volume's size gave.
+/// The result of reading a volume's size.
 struct CapacityReading {
-  enum class Outcome { known, missing, failed };  ///< failed: the question itself could not be put.
+  enum class Outcome { known, missing, failed };  ///< failed: the query itself failed.
   Outcome outcome = Outcome::failed;
   std::int64_t bytes = 0;
 };
 
-/// Facts about the device.
+/// Facts about the device. Every field may be unknown; see each operation.
 ///
-/// **Threading:** thread-safe; a reading never waits for a disk or a bus, an adapter whose source
-/// is slow answers with its last reading.
+/// **Threading:** thread-safe; reads never wait for a disk or a bus; an adapter with a slow source
+/// returns its last reading.
 class KIFO_EXPORT DeviceProbe {
  public:
   virtual ~DeviceProbe() = default;

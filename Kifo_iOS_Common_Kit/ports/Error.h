@@ -4,14 +4,14 @@
 
 namespace kifo {
 
-/// What went wrong, as a value. Nothing in the SDK throws to its host; operations hand one of these
-/// to their completion instead.
+/// An error as a value. The SDK never throws to its host; operations pass one of these to their
+/// completion.
 ///
 /// **Threading:** a plain value.
 struct Error {
-  std::string domain;   ///< Who says so: "http", "sqlite", "file", a host's own domain.
+  std::string domain;   ///< Where the code comes from: "http", "sqlite", "file", a host's domain.
   int code = 0;         ///< The domain's own number.
-  std::string message;  ///< One line in plain words.
+  std::string message;  ///< One line of text.
 
   friend bool operator==(const Error&, const Error&) = default;
 };

@@ -46,15 +46,16 @@ class KIFO_EXPORT HttpTransport {
 
   virtual ~HttpTransport() = default;
 
-  /// Sends what `make` returns. `make` is run once, off the caller's thread, so that writing the
-  /// request's texts costs the caller nothing. `done` is run exactly once, with the error
-  /// "cancelled" for what is not answered when the transport stops.
+  /// Sends what `make` returns. `make` runs at most once, on the transport's thread, so that
+  /// composing the request costs the caller nothing. `done` runs exactly once, with the error
+  /// "cancelled" for a request that is not answered when the transport stops.
   virtual void send(Make make, Done done) = 0;
 
-  /// Tells that the network came back: connections kept from before are not used again.
+  /// The network came back: connections from before are not used for later requests.
   virtual void networkChanged() = 0;
 
-  /// Cancels what is under way and ends. Later sends are answered with "cancelled" at once.
+  /// Answers all open requests with the error "cancelled" and ends. Later sends are answered so at
+  /// once.
   virtual void stop() = 0;
 };
 

@@ -8,17 +8,18 @@
 
 namespace kifo {
 
-/// One thing that the SDK decided, with its particulars in the order in which they matter.
+/// One decision of the SDK with its particulars.
 struct Decision {
   std::string kind;  ///< "composed", "gated", "stored", "campaign", …: the full list is in
                      ///< docs/inspector.md.
   std::vector<std::pair<std::string, std::string>> particulars;
 };
 
-/// Told what the SDK decides and why, for tools. It adds nothing to the console and costs nothing
-/// while none is installed.
+/// Receives the SDK's decisions and their reasons, for tools. Nothing is computed for it while none
+/// is installed.
 ///
-/// **Threading:** called on whichever thread decided, also several at once; must not call back.
+/// **Threading:** `decided` is called on the deciding thread, also on several at once; it must not
+/// call the SDK.
 class KIFO_EXPORT Inspector {
  public:
   virtual ~Inspector() = default;

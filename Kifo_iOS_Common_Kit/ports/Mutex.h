@@ -6,8 +6,7 @@
 #include <shared_mutex>
 
 /// Attributes that let clang check at compile time which mutex protects what (-Wthread-safety).
-/// Other compilers ignore them. The macros stand behind the declarator: `int count_
-/// KIFO_GUARDED_BY(mutex_);`
+/// Other compilers ignore them. Example: `int count_ KIFO_GUARDED_BY(mutex_) = 0;`
 #if defined(__clang__)
 #define KIFO_THREAD_ATTRIBUTE(x) __attribute__((x))
 #else
@@ -26,7 +25,7 @@
 #define KIFO_ACQUIRE(...) KIFO_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
 #define KIFO_ACQUIRE_SHARED(...) KIFO_THREAD_ATTRIBUTE(acquire_shared_capability(__VA_ARGS__))
 #define KIFO_TRY_ACQUIRE(...) KIFO_THREAD_ATTRIBUTE(try_acquire_capability(__VA_ARGS__))
-/// The function lets go of `mutex`, or of the object itself.
+/// The function releases `mutex`, or the object itself.
 #define KIFO_RELEASE(...) KIFO_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
 #define KIFO_RELEASE_SHARED(...) KIFO_THREAD_ATTRIBUTE(release_shared_capability(__VA_ARGS__))
 /// The analysis cannot follow this function; a comment beside it says why it is right.

@@ -8,7 +8,7 @@
 
 namespace kifo {
 
-/// A button that the desktop draws on a notification.
+/// A button of a notification.
 struct NotificationAction {
   std::string identifier;
   std::string title;
@@ -24,19 +24,19 @@ struct NotificationCategory {
   friend bool operator==(const NotificationCategory&, const NotificationCategory&) = default;
 };
 
-/// The system's notification centre, as far as the event path needs it. What shows notifications on
-/// a desktop stands in `platform/qt/`.
+/// The system's notification centre, as far as the event path needs it. The desktop's is in
+/// `platform/qt/`.
 ///
-/// **Threading:** thread-safe; returns at once. The completion runs on a thread of the centre's
-/// choosing, or never when the centre gives no answer.
+/// **Threading:** thread-safe; returns at once. The completion runs on any thread, at most once,
+/// and never when the centre gives no answer.
 class KIFO_EXPORT NotificationCentre {
  public:
   virtual ~NotificationCentre() = default;
 
-  /// Asks for the permission: 0 not determined, 1 denied, 2 authorized, 3 provisional, 4 ephemeral.
+  /// Reads the permission: 0 not determined, 1 denied, 2 authorized, 3 provisional, 4 ephemeral.
   virtual void getNotificationSettings(std::function<void(int authorizationStatus)> completion) = 0;
 
-  /// Registers the only categories there are, replacing those of before.
+  /// Replaces all registered categories.
   virtual void setNotificationCategories(std::vector<NotificationCategory> categories) = 0;
 };
 

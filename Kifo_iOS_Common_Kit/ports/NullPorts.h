@@ -4,9 +4,9 @@
 
 namespace kifo {
 
-/// A platform whose every service answers "nothing": queues drop their tasks, requests end with the
-/// error "cancelled", nothing is stored, no flags can be read. What a host leaves out of its own
-/// platform is taken from here.
+/// A platform whose services do nothing: queues drop their tasks, requests end with the error
+/// "cancelled", nothing is stored, no flags can be read. `Platform::install` takes from here what a
+/// host's platform leaves null.
 KIFO_EXPORT Platform nullPlatform();
 
 }  // namespace kifo

@@ -8,9 +8,8 @@
 namespace kifo {
 namespace {
 
-/// Never destroyed: a thread of the SDK or of the host may still ask for the platform while the
-/// process runs its exit handlers. Every thread asks for it all the time: readers keep no reader
-/// waiting.
+/// Never destroyed: threads may still ask for the platform while the process runs its exit
+/// handlers. A shared mutex, because every thread reads it all the time.
 struct Slot {
   SharedMutex mutex;
   std::shared_ptr<const Platform> platform KIFO_GUARDED_BY(mutex);
@@ -60,7 +59,7 @@ std::shared_ptr<const Platform> Platform::current() {
 
 void Platform::install(Platform platform) {
   auto next = std::make_shared<const Platform>(filled(std::move(platform)));
-  std::shared_ptr<const Platform> previous;  // destroyed after the lock is let go
+  std::shared_ptr<const Platform> previous;  // destroyed after the lock is released
   Slot& s = slot();
   const WriterLock lock(s.mutex);
   previous = std::exchange(s.platform, std::move(next));

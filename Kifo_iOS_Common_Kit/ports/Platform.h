@@ -19,15 +19,14 @@
 
 namespace kifo {
 
-/// The one place where the system's services are chosen.
+/// The system services that the SDK uses.
 ///
 ///     kifo::Platform platform = kifo::Platform::makeDefault();
 ///     platform.console = std::make_shared<MyConsole>();
 ///     kifo::Platform::install(std::move(platform));   // before Kifo::initialize
 ///
-/// A host that installs nothing gets the system's own choice on first use. No member is null except
-/// `inspector`, which is null until a host wants to listen; `install` fills the rest with ones that
-/// do nothing.
+/// A host that installs nothing gets the system's default on first use. `install` fills members
+/// that are null with services that do nothing; only `inspector` may stay null.
 ///
 /// **Threading:** `current` and `install` are thread-safe. What `current` returned stays alive and
 /// unchanged for as long as the caller holds it.
@@ -47,8 +46,9 @@ struct KIFO_EXPORT Platform {
   std::shared_ptr<Clock> clock;
   std::shared_ptr<RandomIdentifiers> identifiers;
   std::shared_ptr<Inspector> inspector;
-  std::string documentsDirectory;  ///< Where "KifoLog.db" lies. Made when it is first needed.
-  std::string temporaryDirectory;  ///< Where images of notifications wait for the desktop.
+  std::string documentsDirectory;  ///< Of "KifoLog.db". Created when first needed.
+  std::string
+      temporaryDirectory;  ///< Of images that notifications show. Created when first needed.
 
   /// The services in force. Makes the system's default on first use and again after a shutdown.
   static std::shared_ptr<const Platform> current();
@@ -56,7 +56,7 @@ struct KIFO_EXPORT Platform {
   static void install(Platform platform);
   /// The default of the system that the library was built for. Nothing is started yet.
   static Platform makeDefault();
-  /// Lets go of the platform in force; its queues and transport must have been stopped.
+  /// Drops the platform in force; its queues and transport must have been stopped.
   static void release();
 };
 

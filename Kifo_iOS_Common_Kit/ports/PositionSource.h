@@ -11,7 +11,8 @@ struct Coordinate {
   double longitude = 0.0;  ///< Degrees, -180 to 180.
 };
 
-/// The position that the host's own use of location already made known. Asks for nothing.
+/// The position as the host's own use of location made it known. Never asks for permission and
+/// never starts positioning.
 ///
 /// **Threading:** thread-safe, never waits.
 class KIFO_EXPORT PositionSource {

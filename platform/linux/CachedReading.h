@@ -11,11 +11,11 @@
 
 namespace kifo {
 
-/// A reading that may be slow to take. The first one is taken on the spot; every later call is
-/// answered with the last one, and has a new one taken on the queue when that is old.
+/// A reading that may be slow. The first call reads on its own thread; later calls return the last
+/// value and have it renewed on the queue when it is old.
 ///
-/// **Threading:** thread-safe. `read` runs on the first caller's thread and on the queue, one at a
-/// time but for a caller that comes while another takes the first.
+/// **Threading:** thread-safe. `read` runs on the first caller's thread (on several when they come
+/// at once) and then on the queue.
 template <class T>
 class CachedReading {
  public:
@@ -42,7 +42,7 @@ class CachedReading {
  private:
   using Clock = std::chrono::steady_clock;
 
-  /// Shared with the task that renews, which may outlive the reader.
+  /// Shared with the task that renews, which may outlive this object.
   struct State {
     State(Read reading, Clock::duration fresh) : read(std::move(reading)), freshFor(fresh) {}
 

@@ -37,13 +37,13 @@ std::pair<std::string, int> endOf(int descriptor) {
   return textOf(address);
 }
 
-/// The loopback network is one address on its interface and sixteen million in use.
+/// The loopback interface has one address and accepts all of 127.0.0.0/8.
 bool isLoopback(const std::string& address) {
   return address.starts_with("127.");
 }
 
-/// A request that was given up is sent again from the store. The kernel would go on trying to get
-/// its bytes across, and the server would receive it twice when the network is back.
+/// A request that failed is sent again from the store. Without a reset the kernel would still
+/// deliver its bytes when the network is back, and the server would receive it twice.
 void dropWhatIsUnsent(int socket) {
   int unsent = 0;
   if (ioctl(socket, SIOCOUTQ, &unsent) != 0 || unsent == 0) return;
@@ -58,7 +58,7 @@ void CurlSockets::observe(CURL* easy, std::uint64_t transfer) {
   known = {this, transfer, {}};
   curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &CurlSockets::open);
   curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, &known);
-  // A connection outlives the transfer that opened it, and closes with what it was opened with.
+  // libcurl closes a connection with the data that it was opened with; it outlives the transfer.
   curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &CurlSockets::close);
   curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
 }

@@ -15,11 +15,11 @@
 
 namespace kifo {
 
-/// Knows the transport's sockets and which transfer uses which, so that connections of a network
-/// that is gone can be told from those of the present one.
+/// The transport's sockets and which transfer uses which, to tell connections made before a change
+/// of the network from later ones.
 ///
-/// libcurl keeps connections by itself and has no call to let go of them. One whose socket was shut
-/// down, though, it finds dead before it would use it again, and closes it.
+/// libcurl keeps connections by itself and has no call to close them. It closes one whose socket
+/// was shut down when it checks the connection before reusing it.
 ///
 /// **Threading:** the transport's thread only.
 class CurlSockets {
@@ -32,16 +32,16 @@ class CurlSockets {
   void observe(CURL* easy, std::uint64_t transfer);
   /// The transfer is about to be sent over the connection with this address and port of our own.
   void connected(std::uint64_t transfer, const char* local, int localPort);
-  /// The transfer is over. Its connection, when it is from before a change, is used no more.
+  /// The transfer has ended. Its connection is not reused if it is from before a change.
   void forget(std::uint64_t transfer);
 
-  /// The network changed: no connection that exists now serves a later request.
+  /// The network changed: no connection that exists now is used for a later request.
   void networkChanged();
   /// Whether a connection from before the last change is still in use.
   [[nodiscard]] bool hasStale() const;
-  /// Seconds for which a name's address counts: none from before the last change is used again.
+  /// Seconds for which a resolved name is valid: none from before the last change is used again.
   [[nodiscard]] long nameLifetime() const;
-  /// The transfers that use an address which is not among `addresses`.
+  /// The transfers whose own address is not among `addresses`.
   [[nodiscard]] std::vector<std::uint64_t> stranded(const std::set<std::string>& addresses) const;
 
  private:
@@ -66,7 +66,7 @@ class CurlSockets {
   std::map<std::uint64_t, Transfer> transfers_;
 };
 
-/// The addresses that the system's interfaces bear, as texts.
+/// The addresses of the system's interfaces, as texts.
 std::set<std::string> interfaceAddresses();
 
 }  // namespace kifo

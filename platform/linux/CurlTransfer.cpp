@@ -13,7 +13,7 @@
 namespace kifo {
 namespace {
 
-/// What libcurl says is meant for those who call libcurl; these are met by those who call us.
+/// libcurl's messages address a program that calls libcurl; these address a host of the SDK.
 std::string_view wordsFor(int code) {
   switch (code) {
     case CURLE_UNSUPPORTED_PROTOCOL:
@@ -69,7 +69,7 @@ bool isToken(const std::string& text) {
   return !text.empty() && std::ranges::all_of(text, isTokenCharacter);
 }
 
-/// A line break in a value would start a header, or a body, of somebody else's making.
+/// A line break in a value would start another header, or the body.
 bool isHeader(const std::pair<std::string, std::string>& header) {
   constexpr std::string_view kForbidden("\r\n\0", 3);
   return isToken(header.first) && header.second.find_first_of(kForbidden) == std::string::npos;
@@ -136,7 +136,7 @@ void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy_, CURLOPT_DNS_CACHE_TIMEOUT, sockets.nameLifetime());
-  // A connection that carries several requests at once would take on new ones while old ones last.
+  // HTTP/2 would put the request on an old connection while others still use it.
   curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, sockets.hasStale() && isSecure() ? 1L : 0L);
   setMethod();
   setHeaders();
@@ -163,7 +163,7 @@ void CurlTransfer::setMethod() {
                      static_cast<curl_off_t>(request_.body ? request_.body->size() : 0));
     curl_easy_setopt(easy_, CURLOPT_POSTFIELDS, request_.body ? request_.body->data() : "");
   }
-  // A method that is set by name is kept on redirects that ought to turn a POST into a GET.
+  // A method that is set by name would also be kept by redirects that turn a POST into a GET.
   if (method != (sendsBody ? "POST" : "GET")) {
     curl_easy_setopt(easy_, CURLOPT_CUSTOMREQUEST, method.c_str());
   }
@@ -171,11 +171,11 @@ void CurlTransfer::setMethod() {
 
 void CurlTransfer::setHeaders() {
   for (const auto& [name, value] : request_.headers) {
-    // A header with nothing behind its colon is one that libcurl leaves out; a semicolon sends it.
+    // libcurl omits a header without a value; the form with a semicolon sends it.
     const bool blank = value.find_first_not_of(" \t") == std::string::npos;
     addHeader(blank ? name + ";" : name + ": " + value);
   }
-  // What libcurl would say unasked about a body.
+  // Headers that libcurl would add by itself for a body.
   addHeader("Expect:");
   if (!names(request_, "content-type")) addHeader("Content-Type:");
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headers_.get());
@@ -197,7 +197,7 @@ void CurlTransfer::setSafety() {
   curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYPEER, 1L);
   curl_easy_setopt(easy_, CURLOPT_SSL_VERIFYHOST, 2L);
 #if LIBCURL_VERSION_NUM >= 0x075700
-  // A name server that does not answer must hold up neither the other transfers nor the end.
+  // A name server that does not answer must not delay the end.
   curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
 #endif
 }

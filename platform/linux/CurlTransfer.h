@@ -14,16 +14,16 @@
 
 namespace kifo {
 
-/// The answer for a failure: domain "http", libcurl's code, and `detail` or, when that is empty,
-/// libcurl's own words for the code. Every code of libcurl becomes ours here.
+/// The answer for a failure: domain "http", libcurl's code, and `detail` or, when that is empty, a
+/// message for the code. The only place that translates libcurl's codes.
 HttpAnswer failedAnswer(int curlCode, std::string_view detail = {});
 
-/// The answer for what was under way when the transport stopped.
+/// The answer to requests that were not answered when the transport stopped.
 HttpAnswer cancelledAnswer();
 
 class CurlSockets;
 
-/// One request on its way, and what has come of its answer.
+/// One request and the answer received so far.
 ///
 /// **Threading:** the transport's thread only.
 /// **Ownership:** the handle that `begin` sets up points into this object until `end`.
@@ -31,22 +31,22 @@ class CurlTransfer {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// Its time starts to run. `maximumBodySize` counts when the request names none.
+  /// The request's time-out starts. `maximumBodySize` applies when the request names none.
   CurlTransfer(std::uint64_t id, HttpRequest request, std::size_t maximumBodySize);
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
 
   [[nodiscard]] std::uint64_t id() const { return id_; }
-  /// Scheme, host and port as the address writes them, in lower case.
+  /// Scheme, host and port of the URL, in lower case.
   [[nodiscard]] const std::string& authority() const { return authority_; }
   [[nodiscard]] Clock::time_point deadline() const { return deadline_; }
   /// CURLE_OK, or why the request cannot be sent at all.
   [[nodiscard]] CURLcode fault() const { return fault_; }
 
-  /// Sets up a fresh handle for the request; what `sockets` records bears this transfer's id.
+  /// Sets up a fresh handle for the request and registers it with `sockets`.
   void begin(CURL* easy, CurlSockets& sockets);
   [[nodiscard]] CURL* easy() const { return easy_; }
-  /// The answer, once libcurl is done with the handle.
+  /// The answer, once libcurl has finished with the handle.
   HttpAnswer end(CURLcode result);
 
  private:

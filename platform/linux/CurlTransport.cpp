@@ -36,10 +36,10 @@ const SerialQueue::Duration kStopBound(0.2);
 
 void initialiseLibraries() {
   static const bool once = [] {
-    // At exit the TLS library would clear itself away under a thread that still uses it.
+    // At exit the TLS library would free itself while a thread still uses it.
     OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
     const bool done = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-    ExitGuard::comeFirst();  // whatever else was brought in may clear itself away as well
+    ExitGuard::comeFirst();  // before the exit handlers of whatever libraries were loaded
     return done;
   }();
   static_cast<void>(once);

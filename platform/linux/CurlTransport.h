@@ -26,7 +26,7 @@ struct CurlTransportOptions {
 /// runs. So a burst costs the memory of its texts only.
 ///
 /// **Threading:** thread-safe. `send` takes no lock, and makes one system call if it has to wake
-/// the thread: what a host's thread sends may go out a millisecond later (see Mailbox.h). Resolving
+/// the thread: what a host's thread sends may go out up to 1 ms later (see Mailbox.h). Resolving
 /// a name takes a thread of the C library for as long as it lasts.
 /// **Ownership:** the thread holds what it works on. `stop` waits 0.2 s for a callback that runs,
 /// then detaches the thread.

@@ -70,8 +70,8 @@ int canHold(fs::path path) {
   return fs::is_directory(path, ignored) ? 0 : ENOTDIR;
 }
 
-/// A folder of this user's below the system's temporary one, the same at each start; another one if
-/// somebody else has put something in its place.
+/// A private directory of this user below the system's temporary one, the same at each start; a new
+/// one if another user occupies its name.
 std::string temporaryBase() {
   std::error_code ignored;
   fs::path base = fs::temp_directory_path(ignored);

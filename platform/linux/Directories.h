@@ -6,8 +6,8 @@
 
 namespace kifo {
 
-/// A whole small file, as /etc, /sys and the SDK's own directory hold them. None, with the system's
-/// code in `error` when that is asked for, if it cannot be read or has more than `limit` bytes.
+/// The contents of a file of at most `limit` bytes. None if it cannot be read or is larger;
+/// `error`, unless null, is set to the system's code or 0.
 std::optional<std::string> readFile(const std::string& path, std::size_t limit = 64u << 10,
                                     int* error = nullptr);
 
@@ -21,8 +21,7 @@ void makePrivate(const std::string& path);
 /// `text` without blanks and line breaks at its ends.
 std::string trimmed(const std::string& text);
 
-/// Where a program of this system keeps things by default, by the rules that desktops share. Only
-/// looked at, nothing is made.
+/// Where this program keeps its files by default (XDG Base Directory rules). Creates nothing.
 ///
 /// **Threading:** reads the environment: while the host is not changing it.
 struct Directories {

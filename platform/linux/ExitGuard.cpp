@@ -16,8 +16,8 @@ namespace {
 using Seconds = SerialQueue::Duration;
 using Clock = std::chrono::steady_clock;
 
-const Seconds kBound(0.4);         // of everything; the transport takes 0.2 at most
-const Seconds kConsoleShare(0.1);  // of it
+const Seconds kBound(0.4);         // for all parts; the transport takes 0.2 at most
+const Seconds kConsoleShare(0.1);  // of kBound
 
 /// Never destroyed: the handlers need it.
 struct Watched {

@@ -8,11 +8,10 @@
 
 namespace kifo {
 
-/// Ends the SDK's threads when a process exits that has not shut the SDK down: before the libraries
-/// that they use are taken away, and within half a second whatever they are doing.
-///
-/// What is queued on the main queue still runs, for as long as there is time; the other queues call
-/// the host, which may be half gone by then, and drop their tasks.
+/// Ends the SDK's threads when a process exits without shutting the SDK down: before the libraries
+/// that they use are unloaded, and within half a second whatever they do.
+/// Tasks on the main queue still run while there is time. The other queues call the host, whose
+/// objects may be destroyed already, so their tasks are dropped.
 ///
 /// **Threading:** thread-safe. A forked child that exits leaves its parent's threads alone.
 class ExitGuard {
@@ -25,9 +24,9 @@ class ExitGuard {
     std::weak_ptr<LinuxConsole> console;
   };
 
-  static void watch(Parts parts);
-  /// Puts the guard's handler before those that were registered so far: exit handlers run in the
-  /// reverse order. For whoever brought in a library with one.
+  static void watch(Parts parts);  /// Registers the guard's exit handler again, so that it runs
+                                   /// before those registered so far. To be
+  /// called after a library with exit handlers was initialised.
   static void comeFirst();
 };
 

@@ -111,7 +111,7 @@ int synchroniseDirectory(const std::string& path) {
 }
 
 const SerialQueue::Duration kLockRetry(0.02);
-constexpr int kLockRetries = 50;  // a second; then a lost update is the smaller evil
+constexpr int kLockRetries = 50;  // 1 s; then it writes without the lock
 
 void print(const std::string& message) {
   Console::print(logTag("UserDefaults"), message);
@@ -195,7 +195,7 @@ class FileUserDefaults::Store : public std::enable_shared_from_this<Store> {
   Values changes_ KIFO_GUARDED_BY(mutex_);  ///< Set here and not yet in the file.
   bool loaded_ KIFO_GUARDED_BY(mutex_) = false;
   bool scheduled_ KIFO_GUARDED_BY(mutex_) = false;
-  bool failing_ KIFO_GUARDED_BY(mutex_) = false;  ///< The last write failed, and it was said.
+  bool failing_ KIFO_GUARDED_BY(mutex_) = false;  ///< The last write failed, which was printed.
 };
 
 std::optional<DefaultsValue> FileUserDefaults::Store::value(const std::string& key) {
@@ -217,7 +217,7 @@ void FileUserDefaults::Store::load() {
   if (std::exchange(loaded_, true)) return;
   makeDirectories(file_.directory());  // before the database does: its own would obey the umask
   file_.makePrivate();
-  if (file_.read(values_) == DefaultsFile::State::corrupt) scheduleWrite();  // which sets it aside
+  if (file_.read(values_) == DefaultsFile::State::corrupt) scheduleWrite();  // moves it away
 }
 
 void FileUserDefaults::Store::scheduleWrite() {

@@ -11,32 +11,29 @@
 namespace kifo {
 
 /// The file behind `FileUserDefaults`: one JSON object in "defaults.json".
-///
-/// It is replaced as a whole: written beside its place, synchronised, renamed over the old one, and
-/// the directory synchronised. A process that dies at any instant leaves the old file or the new
-/// one. That is chosen over a table in SQLite because there are a handful of values, read once at
-/// the start: one small read instead of opening a database, and no lock that a slow neighbour could
-/// hold.
+/// It is replaced as a whole: written to "defaults.json.tmp", synchronised, renamed over the old
+/// one, and the directory synchronised. A crash at any instant leaves the old file or the new one.
+/// A table in SQLite would cost opening a database at the start, for a handful of values.
 ///
 /// **Threading:** externally synchronised, between processes by `Lock`.
 class DefaultsFile {
  public:
   using Values = std::map<std::string, DefaultsValue>;
   enum class State {
-    sound,    ///< Read; a file that is not there is one without values.
-    corrupt,  ///< Nothing that was written here, or nothing that may be read.
-    failed,   ///< The system had no answer just now; the file may be well.
+    sound,    ///< Read; a missing file counts as one without values.
+    corrupt,  ///< No JSON object, or not readable for this user.
+    failed,   ///< A read error that may be temporary.
   };
 
-  /// Keeps other processes from replacing the file for as long as it lives.
+  /// Locks the file against writes of other processes for as long as it lives.
   class Lock {
    public:
-    /// Takes the lock, unless another process has it; never waits.
+    /// Takes the lock unless another process has it; never waits.
     explicit Lock(const DefaultsFile& file);
     ~Lock();
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
-    /// Whether another process has it. A lock that cannot be had at all counts as taken.
+    /// Whether another process has it. False also when the lock file cannot be opened.
     [[nodiscard]] bool isBusy() const { return busy_; }
 
    private:
@@ -62,18 +59,16 @@ class DefaultsFile {
   const std::string directory_;
 };
 
-/// User defaults in one small file of the documents directory (see `DefaultsFile`), read once when
-/// the first value is asked for, and from then on kept in memory.
-///
-/// Values that are set are written by a task on `queue`, however many were set meanwhile in one go.
-/// A write first takes over what another process has written, and replaces only the values that
-/// were set in this one.
+/// User defaults in one small file of the documents directory (see `DefaultsFile`), read with the
+/// first value and kept in memory from then on.
+/// Values are written by a task on `queue`, all that were set meanwhile at once. A write first
+/// reads what another process has written, and replaces only the values that were set in this one.
 ///
 /// **Threading:** thread-safe. The first call reads the file on its caller's thread, a few dozen
 /// microseconds; none writes there.
 /// **Errors:** a file that cannot be understood is set aside as "defaults.json.bad" and counts as
-/// empty. A failed write is said once, and tried again when the next value is set. Numbers that are
-/// not finite, and keys that are no UTF-8, are not kept beyond the process.
+/// empty. A failed write is printed once, and tried again when the next value is set. Numbers that
+/// are not finite and keys that are no UTF-8 are not written.
 class FileUserDefaults final : public UserDefaults {
  public:
   FileUserDefaults(std::string directory, std::shared_ptr<SerialQueue> queue);

@@ -16,10 +16,10 @@
 namespace kifo {
 namespace {
 
-/// A question on the stack; all of them fit.
-class Question {
+/// A netlink request in a buffer on the stack; all requests here fit into it.
+class Request {
  public:
-  Question(std::uint16_t type, std::uint16_t flags) : header_(mnl_nlmsg_put_header(room_.data())) {
+  Request(std::uint16_t type, std::uint16_t flags) : header_(mnl_nlmsg_put_header(room_.data())) {
     header_->nlmsg_type = type;
     header_->nlmsg_flags = static_cast<std::uint16_t>(NLM_F_REQUEST | flags);
   }
@@ -35,10 +35,10 @@ class Question {
   nlmsghdr* header_;
 };
 
-/// Puts a question again when the answer was lost or torn. One that is torn each time is taken as
-/// it is: the change that tears it brings news, and they bring the next reading.
+/// Repeats a request whose answer was lost or inconsistent. An answer that is inconsistent three
+/// times is used as it is: the change behind it sends a notification, and that a new reading.
 template <class Ask>
-NetlinkSocket::Outcome steadily(const Ask& ask) {
+NetlinkSocket::Outcome withRetries(const Ask& ask) {
   NetlinkSocket::Outcome outcome;
   for (int attempt = 0; attempt < 3; ++attempt) {
     outcome = ask();
@@ -48,7 +48,7 @@ NetlinkSocket::Outcome steadily(const Ask& ask) {
   return outcome;
 }
 
-/// `none` are the kernel's ways to say that there is no such thing; any other refusal is an error.
+/// `none` are the error numbers that mean "there is none"; any other refusal is an error.
 int errorOf(const NetlinkSocket::Outcome& outcome, std::initializer_list<int> none) {
   if (outcome.error != 0) return outcome.error;
   return std::ranges::find(none, outcome.refusal) != none.end() ? 0 : outcome.refusal;
@@ -57,7 +57,7 @@ int errorOf(const NetlinkSocket::Outcome& outcome, std::initializer_list<int> no
 }  // namespace
 
 std::unique_ptr<KernelRoutes> KernelRoutes::open(int& error) {
-  auto socket = NetlinkSocket::forQuestions(error);
+  auto socket = NetlinkSocket::forRequests(error);
   if (!socket) return nullptr;
   return std::unique_ptr<KernelRoutes>(new KernelRoutes(std::move(socket)));
 }
@@ -74,7 +74,7 @@ int KernelRoutes::flagsOfNetwork(std::uint32_t& flags) {
     for (const auto& hop : route.hops) {
       std::optional<NetworkLink> through;
       if (const int error = link(hop.link, through)) return error;
-      // What goes to the loopback does not leave the machine.
+      // Packets to the loopback do not leave the machine.
       if (!through || (through->flags & IFF_LOOPBACK) != 0) continue;
       flags = flagsThrough(*through, hop);
       if (flags != 0) return 0;
@@ -97,14 +97,14 @@ int KernelRoutes::flagsOf(const NetworkAddress& address, std::uint32_t& flags) {
 
 int KernelRoutes::addDefaultRoutes(int family, std::vector<NetworkRoute>& routes) {
   std::vector<NetworkRoute> found;
-  const auto outcome = steadily([&] {
+  const auto outcome = withRetries([&] {
     found.clear();
-    Question question(RTM_GETROUTE, NLM_F_DUMP);
-    auto& header = question.extra<rtmsg>();
+    Request request(RTM_GETROUTE, NLM_F_DUMP);
+    auto& header = request.extra<rtmsg>();
     header.rtm_family = static_cast<unsigned char>(family);
     header.rtm_table = RT_TABLE_MAIN;
-    return socket_->ask(question.header(), [&](const nlmsghdr& message) {
-      // A kernel without the family answers with another one's.
+    return socket_->ask(request.header(), [&](const nlmsghdr& message) {
+      // A kernel without this family returns another family's routes.
       auto route = defaultRouteIn(message);
       if (route && route->family == family) found.push_back(std::move(*route));
     });
@@ -114,15 +114,15 @@ int KernelRoutes::addDefaultRoutes(int family, std::vector<NetworkRoute>& routes
 }
 
 int KernelRoutes::routeTo(const NetworkAddress& address, std::optional<NetworkRoute>& route) {
-  const auto outcome = steadily([&] {
+  const auto outcome = withRetries([&] {
     route.reset();
-    Question question(RTM_GETROUTE, 0);
-    auto& header = question.extra<rtmsg>();
+    Request request(RTM_GETROUTE, 0);
+    auto& header = request.extra<rtmsg>();
     header.rtm_family = static_cast<unsigned char>(address.family);
     header.rtm_dst_len = static_cast<unsigned char>(address.size() * 8);
-    mnl_attr_put(&question.header(), RTA_DST, address.size(), address.bytes.data());
-    if (address.scope != 0) mnl_attr_put_u32(&question.header(), RTA_OIF, address.scope);
-    return socket_->ask(question.header(),
+    mnl_attr_put(&request.header(), RTA_DST, address.size(), address.bytes.data());
+    if (address.scope != 0) mnl_attr_put_u32(&request.header(), RTA_OIF, address.scope);
+    return socket_->ask(request.header(),
                         [&](const nlmsghdr& message) { route = routeIn(message); });
   });
   return errorOf(outcome, {ENETUNREACH, EHOSTUNREACH, ENETDOWN, ENODEV, ESRCH, EAFNOSUPPORT,
@@ -130,12 +130,11 @@ int KernelRoutes::routeTo(const NetworkAddress& address, std::optional<NetworkRo
 }
 
 int KernelRoutes::link(unsigned index, std::optional<NetworkLink>& link) {
-  const auto outcome = steadily([&] {
+  const auto outcome = withRetries([&] {
     link.reset();
-    Question question(RTM_GETLINK, 0);
-    question.extra<ifinfomsg>().ifi_index = static_cast<int>(index);
-    return socket_->ask(question.header(),
-                        [&](const nlmsghdr& message) { link = linkIn(message); });
+    Request request(RTM_GETLINK, 0);
+    request.extra<ifinfomsg>().ifi_index = static_cast<int>(index);
+    return socket_->ask(request.header(), [&](const nlmsghdr& message) { link = linkIn(message); });
   });
   return errorOf(outcome, {ENODEV, ENXIO});
 }

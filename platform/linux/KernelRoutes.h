@@ -10,17 +10,17 @@
 
 namespace kifo {
 
-/// Asks the kernel where its routes lead, of the network namespace in which it was opened.
+/// Queries the kernel's routes, in the network namespace in which it was opened.
 ///
-/// **Threading:** externally synchronised. An answer takes some ten microseconds.
-/// **Errors:** the system's numbers, 0 for success; that there is no route is no error.
+/// **Threading:** externally synchronised. A query takes some 10 µs.
+/// **Errors:** the system's numbers, 0 for success; a missing route is no error.
 class KernelRoutes {
  public:
-  /// Null, with `error` set, where the process may not ask.
+  /// Null, with `error` set, where the process may not open a netlink socket.
   static std::unique_ptr<KernelRoutes> open(int& error);
 
   /// The reachability bits of the network as a whole: those of the default route with the lowest
-  /// metric that leaves through an interface which works. 0 when there is none.
+  /// metric through a working interface. 0 when there is none.
   int flagsOfNetwork(std::uint32_t& flags);
   /// The reachability bits of one address, 0 when no route leads there.
   int flagsOf(const NetworkAddress& address, std::uint32_t& flags);

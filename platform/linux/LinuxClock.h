@@ -11,8 +11,8 @@
 
 namespace kifo {
 
-/// UUIDs from the kernel's generator. Nothing is kept between two calls, so that a forked process
-/// cannot repeat its parent's.
+/// UUIDs from the kernel's random generator. No state is kept between calls, so that a forked
+/// process cannot repeat its parent's.
 ///
 /// **Threading:** thread-safe.
 class KernelIdentifiers final : public RandomIdentifiers {
@@ -27,12 +27,11 @@ std::string uuidOf(std::array<std::uint8_t, 16> bytes);
 /// of them names one.
 ///
 /// **Threading:** thread-safe. TZ is read once, when the clock is made: reading the environment is
-/// not safe while a host changes it. The files are looked at again every ten seconds at most, on
-/// the queue.
+/// not safe while a host changes it. The files are read again at most every ten seconds, on the
+/// queue.
 class LinuxClock final : public Clock {
  public:
-  /// `root` stands before every path, for tests; `tz` is the variable's text, empty for an unset
-  /// one.
+  /// `root` is prepended to every path, for tests; `tz` is the value of TZ, empty when unset.
   LinuxClock(std::shared_ptr<SerialQueue> queue, const std::string& tz, std::string root = {});
 
   [[nodiscard]] std::int64_t millisecondsSince1970() const override;

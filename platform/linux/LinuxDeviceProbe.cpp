@@ -81,7 +81,7 @@ std::vector<Battery> batteriesIn(const std::string& folder) {
   return batteries;
 }
 
-/// None when one of them does not tell its size in this unit.
+/// None when one of them does not give its capacity in this unit.
 std::optional<double> weighted(const std::vector<Battery>& batteries,
                                std::optional<Charge> Battery::*unit) {
   Charge sum{0.0, 0.0};

@@ -10,23 +10,22 @@
 
 namespace kifo {
 
-/// The charge of the machine's batteries as the folder /sys/class/power_supply tells it: 0.0
-/// to 1.0, -1.0 when there is none or none says. Batteries of mice and headsets do not count.
-/// Several count by their size when all tell it in the same unit, evenly otherwise.
+/// The charge of the machine's batteries, from the entries of a directory like
+/// /sys/class/power_supply: 0.0 to 1.0, -1.0 when it is unknown. Batteries of peripherals are
+/// ignored. Several are weighted by their capacity when all give it in the same unit, else equally.
 float batteryLevelIn(const std::string& folder);
 
-/// The device as uname, /etc/os-release, /etc/machine-id, /sys and statvfs tell it.
-///
-/// The vendor identifier is computed from the machine's id and the application's: it tells neither,
+/// The device as described by uname, /etc/os-release, /etc/machine-id, /sys and statvfs.
+/// The vendor identifier is a hash of the machine's id and the application's: it reveals neither,
 /// and two applications on one machine have different ones.
 ///
-/// **Threading:** thread-safe. What never changes is read when it is first asked for; battery and
-/// capacities are read again every ten seconds at most, on the queue.
+/// **Threading:** thread-safe. Constant facts are read once, when first needed; battery and
+/// capacities are read again at most every ten seconds, on the queue.
 class LinuxDeviceProbe final : public DeviceProbe {
  public:
   struct Options {
     std::string applicationIdentifier;
-    std::string root = {};  ///< Stands before every path, for tests.
+    std::string root = {};  ///< Prepended to every path, for tests.
   };
 
   LinuxDeviceProbe(std::shared_ptr<SerialQueue> queue, const Options& options);

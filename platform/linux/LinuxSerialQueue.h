@@ -7,8 +7,8 @@
 
 namespace kifo {
 
-/// A serial queue on a thread of its own, which starts with the first task and sleeps, without any
-/// periodic wake-up, until there is something to do. The thread can look after descriptors besides:
+/// A serial queue on a thread of its own, which starts with the first task and waits without
+/// periodic wake-ups while there is nothing to do. The thread can also watch descriptors:
 ///
 ///     const auto watch = queue->watch(socket, [=] { receive(socket); });
 ///     …
@@ -16,10 +16,9 @@ namespace kifo {
 ///     close(socket);
 ///
 /// **Threading:** thread-safe. `post` takes no lock, and makes one system call if it has to wake
-/// the thread: what a host's thread posts may begin a millisecond later (see Mailbox.h).
-/// **Ownership:** the thread holds what it works on: the queue may be destroyed by its own task,
-/// and a task that never returns harms nobody. Destroying a queue that was not stopped stops it
-/// within 0.1 s.
+/// the thread: what a host's thread posts may begin up to 1 ms later (see Mailbox.h).
+/// **Ownership:** the thread shares the queue's state: the queue may be destroyed by its own task
+/// or while a task hangs. Destroying a queue that was not stopped stops it within 0.1 s.
 class LinuxSerialQueue final : public SerialQueue {
  public:
   using Watch = std::uint64_t;  ///< 0 is never a watch.

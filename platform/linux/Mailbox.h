@@ -14,8 +14,8 @@ namespace kifo {
 /// The consumer waits in a poll of its own, with `descriptor` among what it polls. After an item of
 /// a host's thread it does not park at once: for 10 ms it looks for more every millisecond, and
 /// host threads do not wake it meanwhile. So only the first of a stream of events pays for a
-/// wake-up, and a thread without work never wakes up. Threads of the SDK always wake it: they post
-/// what somebody waits for.
+/// wake-up, and a thread without work never wakes up. Threads of the SDK always wake it: what they
+/// post continues a chain that is waited for.
 ///
 /// **Threading:** `beginWait` and `endWait` belong to the consumer; the others are thread-safe.
 /// **Errors:** without a free descriptor the eventfd is -1, which poll ignores; the consumer then
@@ -32,7 +32,7 @@ class Wakeups {
 
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
-  /// An item can be seen: wakes the consumer if the calling thread is one that does.
+  /// To be called once an item is visible to the consumer. Wakes it as described above.
   void itemPosted();
   /// Ends the consumer's wait, or its next one if it is busy.
   void wake();
@@ -74,7 +74,7 @@ class Mailbox {
   Mailbox(const Mailbox&) = delete;
   Mailbox& operator=(const Mailbox&) = delete;
 
-  /// Appends `item`. False once the mailbox is closed: the caller takes out what nobody else will.
+  /// Appends `item`. False once the mailbox is closed: the caller then has to `take` it out itself.
   bool post(Item item) {
     auto* const node = new Node{std::move(item), newest_.load(std::memory_order_relaxed)};
     while (!newest_.compare_exchange_weak(node->older, node)) {

@@ -8,7 +8,7 @@
 namespace kifo {
 namespace {
 
-/// The four numbers of the address, which stand behind its length, family and port.
+/// The IPv4 address in bytes 4 to 7, behind length, family and port.
 std::string dotted(const ReachabilityService::Address& address) {
   std::string text = std::to_string(address[4]);
   for (std::size_t i = 5; i < 8; ++i) text.append(".").append(std::to_string(address[i]));

@@ -14,14 +14,14 @@
 namespace kifo {
 
 /// The reachability of the network as a whole: there is a usable default route, IPv4 or IPv6, over
-/// an interface that is up and has a carrier. Says what kind of interface that is: through a modem,
-/// on demand, without a gateway.
+/// an interface that is up and has a carrier. The flags also say whether that is a modem, dials on
+/// demand, or needs no gateway.
 ///
-/// **Threading, Errors:** see the port. While nothing changes it costs nothing.
+/// **Threading, Errors:** see the port. No wake-ups while nothing changes.
 class NetlinkReachability final : public ReachabilitySource {
  public:
-  /// Null, with `error` set, where the process may not talk to the kernel about routes. `queue`
-  /// looks after the socket; a source that is called on another queue posts to it from there.
+  /// Null, with `error` set, where the process may not open a netlink socket. `queue` watches the
+  /// socket, whatever the dispatch queue is.
   static std::unique_ptr<NetlinkReachability> open(std::shared_ptr<LinuxSerialQueue> queue,
                                                    int& error);
 
@@ -38,12 +38,12 @@ class NetlinkReachability final : public ReachabilitySource {
 };
 
 /// Makes the sources of a Linux system: for the zero address the network as a whole, or the targets
-/// when there are some; for any other address the route that leads to it.
+/// if there are any; for any other address the route to it.
 ///
 /// **Threading:** thread-safe.
 class NetlinkReachabilityService final : public ReachabilityService {
  public:
-  /// `queue` looks after the sources' sockets.
+  /// `queue` watches the sources' sockets.
   explicit NetlinkReachabilityService(std::shared_ptr<LinuxSerialQueue> queue,
                                       std::vector<std::string> targets = {});
 

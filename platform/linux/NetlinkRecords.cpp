@@ -69,11 +69,10 @@ std::string kindIn(const nlattr& linkInfo) {
   return kind;
 }
 
-/// The modems of USB and PCI come as plain Ethernet or raw IP; their drivers say what they are in
-/// sysfs only. The index makes sure that the file is of this interface: sysfs may show those of
-/// another network namespace.
+/// USB and PCI modems appear as Ethernet or raw IP; only sysfs names them as modems. The index is
+/// compared because sysfs may show another network namespace's interface of the same name.
 bool isModemInSysfs(const NetworkLink& link) {
-  if (link.name.find('/') != std::string::npos) return false;  // none of the kernel's
+  if (link.name.find('/') != std::string::npos) return false;  // no valid interface name
   std::ifstream file("/sys/class/net/" + link.name + "/uevent");
   const std::string index = "IFINDEX=" + std::to_string(link.index);
   bool modem = false;
@@ -186,9 +185,10 @@ std::uint32_t flagsThrough(const NetworkLink& link, const NetworkHop& hop) {
   const std::uint32_t passing = Flags::reachable | (hop.gateway ? 0 : Flags::isDirect) |
                                 (link.modem ? Flags::isWWAN | Flags::transientConnection : 0);
   if ((link.flags & IFF_UP) == 0 || (link.flags & IFF_LOWER_UP) == 0) return 0;
-  if (link.operationalState == IF_OPER_DORMANT) {
-    // A line that dials when there is something to send. An interface that waits to be let into its
-    // network looks the same, but is no line from point to point.
+  if (link.operationalState ==
+      IF_OPER_DORMANT) {  // A line that dials on demand. An interface that waits for authentication
+                          // (802.1X) is dormant too,
+    // but is not point-to-point.
     const bool dials = link.modem || (link.flags & IFF_POINTOPOINT) != 0;
     return dials ? passing | Flags::transientConnection | Flags::connectionRequired |
                        Flags::connectionOnTraffic

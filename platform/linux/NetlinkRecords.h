@@ -18,24 +18,24 @@ struct NetworkLink {
   std::uint8_t operationalState = 0;  ///< IF_OPER_ values.
   std::uint16_t hardwareType = 0;     ///< ARPHRD_ values.
   std::string kind;                   ///< The driver's kind such as "wwan"; often empty.
-  bool modem = false;                 ///< Whether it is one, by its kind.
+  bool modem = false;                 ///< Whether it is a modem, by its kind.
 };
 
-/// One way of a route.
+/// One next hop of a route.
 struct NetworkHop {
   unsigned link = 0;  ///< The interface's index.
   bool gateway = false;
 };
 
-/// A route to everywhere, or to one asked address.
+/// A default route, or the route to one address.
 struct NetworkRoute {
   int family = 0;                ///< AF_INET or AF_INET6.
   std::uint32_t metric = 0;      ///< Lower ones win.
-  bool local = false;            ///< It ends on this machine.
-  std::vector<NetworkHop> hops;  ///< Those that the kernel would use; none makes the route useless.
+  bool local = false;            ///< The destination is this machine.
+  std::vector<NetworkHop> hops;  ///< The usable ones; at least one.
 };
 
-/// An IPv4 or IPv6 address; the family tells how many of the bytes count.
+/// An IPv4 or IPv6 address; the family determines how many of the bytes are used.
 struct NetworkAddress {
   int family = 0;  ///< AF_INET or AF_INET6.
   std::array<std::uint8_t, 16> bytes = {};
@@ -49,13 +49,13 @@ struct NetworkAddress {
 std::optional<NetworkLink> linkIn(const nlmsghdr& message);
 
 /// The route that an RTM_NEWROUTE message describes; none for any other message and for a route
-/// that leads nowhere (unreachable, prohibit, black hole, dead ways only).
+/// without a usable hop (unreachable, prohibit, black hole, only dead hops).
 std::optional<NetworkRoute> routeIn(const nlmsghdr& message);
 
 /// The same, if it is a default route of the main table.
 std::optional<NetworkRoute> defaultRouteIn(const nlmsghdr& message);
 
-/// The reachability bits of a way through `link`; 0 when nothing gets through.
+/// The reachability bits of a hop through `link`; 0 when the link passes no packets.
 std::uint32_t flagsThrough(const NetworkLink& link, const NetworkHop& hop);
 
 }  // namespace kifo

@@ -14,9 +14,8 @@ namespace {
 /// The kernel fills no message of a dump beyond this.
 constexpr std::size_t kBufferSize = 32768;
 
-/// News are only counted, so that their size does not matter; but a reader that never keeps up may
-/// not be held for ever either.
-constexpr int kMostNewsAtOnce = 10000;
+/// Bounds one `drain`, in case notifications come faster than they are read.
+constexpr int kMostAtOnce = 10000;
 
 int errorIn(const nlmsghdr& message) {
   if (message.nlmsg_len < mnl_nlmsg_size(sizeof(nlmsgerr))) return EBADMSG;
@@ -41,18 +40,18 @@ std::unique_ptr<NetlinkSocket> NetlinkSocket::open(int flags, unsigned groups, i
   return std::unique_ptr<NetlinkSocket>(new NetlinkSocket(socket.release()));
 }
 
-std::unique_ptr<NetlinkSocket> NetlinkSocket::forQuestions(int& error) {
+std::unique_ptr<NetlinkSocket> NetlinkSocket::forRequests(int& error) {
   auto socket = open(0, 0, error);
   if (!socket) return nullptr;
   const timeval second{1, 0};
   setsockopt(socket->descriptor(), SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second);
-  // Has the kernel filter by table; an older one ignores the wish and answers more.
+  // Has the kernel filter by table; an older kernel ignores it and returns all tables.
   int on = 1;
   mnl_socket_setsockopt(socket->socket_.get(), NETLINK_GET_STRICT_CHK, &on, sizeof on);
   return socket;
 }
 
-std::unique_ptr<NetlinkSocket> NetlinkSocket::forNews(unsigned groups, int& error) {
+std::unique_ptr<NetlinkSocket> NetlinkSocket::forNotifications(unsigned groups, int& error) {
   return open(SOCK_NONBLOCK, groups, error);
 }
 
@@ -60,10 +59,10 @@ int NetlinkSocket::descriptor() const {
   return mnl_socket_get_fd(socket_.get());
 }
 
-NetlinkSocket::Outcome NetlinkSocket::ask(nlmsghdr& question, const Each& each) {
+NetlinkSocket::Outcome NetlinkSocket::ask(nlmsghdr& request, const Each& each) {
   Outcome outcome;
-  question.nlmsg_seq = ++sequence_;
-  if (mnl_socket_sendto(socket_.get(), &question, question.nlmsg_len) < 0) return {errno, 0};
+  request.nlmsg_seq = ++sequence_;
+  if (mnl_socket_sendto(socket_.get(), &request, request.nlmsg_len) < 0) return {errno, 0};
   for (;;) {
     const auto received = mnl_socket_recvfrom(socket_.get(), buffer_.data(), buffer_.size());
     if (received < 0 && errno == EINTR) continue;
@@ -92,7 +91,7 @@ bool NetlinkSocket::messagesIn(const void* received, std::size_t size,
 
 NetlinkSocket::Progress NetlinkSocket::take(const nlmsghdr& message, const Each& each,
                                             Outcome& outcome) const {
-  // What an earlier question that ran out of time still brings is not this one's answer.
+  // A late answer to an earlier request that timed out.
   if (message.nlmsg_seq != sequence_) return Progress::more;
   if (message.nlmsg_flags & NLM_F_DUMP_INTR) outcome.error = EINTR;
   if (message.nlmsg_type == NLMSG_DONE) return Progress::done;
@@ -106,7 +105,7 @@ NetlinkSocket::Progress NetlinkSocket::take(const nlmsghdr& message, const Each&
 
 bool NetlinkSocket::drain() {
   bool any = false;
-  for (int i = 0; i < kMostNewsAtOnce; ++i) {
+  for (int i = 0; i < kMostAtOnce; ++i) {
     const auto received = recv(descriptor(), buffer_.data(), buffer_.size(), MSG_DONTWAIT);
     if (received < 0 && errno == EINTR) continue;
     if (received < 0 && errno != ENOBUFS) return any;

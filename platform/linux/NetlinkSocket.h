@@ -18,26 +18,27 @@ class NetlinkSocket {
  public:
   using Each = std::function<void(const nlmsghdr&)>;
 
-  /// How a question went.
+  /// How a request went.
   struct Outcome {
-    int error = 0;    ///< The answer did not arrive; EINTR: it may mix two states of the kernel.
-    int refusal = 0;  ///< The kernel's own answer was this error number.
+    int error = 0;    ///< No complete answer; EINTR: a dump that changed while it was read.
+    int refusal = 0;  ///< The error number that the kernel answered.
   };
 
-  /// Calls `each` with every message that lies wholly within the `size` bytes that were received,
-  /// until it returns false; whether it never did. `received` is aligned for an `nlmsghdr`.
+  /// Calls `each` with every complete message in the `size` bytes at `received`, until it returns
+  /// false; returns whether it never did. `received` is aligned for an `nlmsghdr`.
   static bool messagesIn(const void* received, std::size_t size,
                          const std::function<bool(const nlmsghdr&)>& each);
 
-  /// For questions. Null, with `error` set, where the process may not talk to the kernel.
-  static std::unique_ptr<NetlinkSocket> forQuestions(int& error);
-  /// For the news of `groups` (RTMGRP_ bits). It never blocks.
-  static std::unique_ptr<NetlinkSocket> forNews(unsigned groups, int& error);
+  /// For requests. Null, with `error` set, where the process may not open such a socket.
+  static std::unique_ptr<NetlinkSocket> forRequests(int& error);
+  /// For the notifications of `groups` (RTMGRP_ bits). Never blocks.
+  static std::unique_ptr<NetlinkSocket> forNotifications(unsigned groups, int& error);
 
-  /// Hands every message of the kernel's answer to `each`. Waits a second at most for each part.
-  Outcome ask(nlmsghdr& question, const Each& each);
+  /// Sends `request` and calls `each` with every message of the answer. Waits at most 1 s for each
+  /// part.
+  Outcome ask(nlmsghdr& request, const Each& each);
 
-  /// Takes all news that wait; what an overrun lost counts as news. False when there were none.
+  /// Reads all pending notifications; an overrun counts as one. False when there were none.
   bool drain();
 
   [[nodiscard]] int descriptor() const;

@@ -12,21 +12,21 @@ namespace {
 
 constexpr unsigned kGroups =
     RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
-constexpr SerialQueue::Duration kSettlingTime(0.02);
+constexpr SerialQueue::Duration kMergePeriod(0.02);
 
 }  // namespace
 
-/// The part that a task under way may still hold when the watch is gone.
-class NetlinkWatch::News : public std::enable_shared_from_this<News> {
+/// Shared with tasks that may outlive the watch.
+class NetlinkWatch::Changes : public std::enable_shared_from_this<Changes> {
  public:
-  News(std::unique_ptr<NetlinkSocket> socket, std::weak_ptr<SerialQueue> queue)
+  Changes(std::unique_ptr<NetlinkSocket> socket, std::weak_ptr<SerialQueue> queue)
       : socket_(std::move(socket)), queue_(std::move(queue)) {}
 
   [[nodiscard]] int descriptor() const { return socket_->descriptor(); }
 
   void setCallback(ReachabilitySource::Changed changed) {
     const MutexLock lock(mutex_);
-    changed_.swap(changed);  // the earlier one dies after the lock is let go
+    changed_.swap(changed);  // the earlier one is destroyed after the lock is released
   }
 
   void setDispatchQueue(std::shared_ptr<SerialQueue> queue) {
@@ -34,31 +34,31 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
     dispatchQueue_.swap(queue);
   }
 
-  void arrive() {
+  void readSocket() {
     if (!socket_->drain()) return;
-    more_ = settling_;
-    if (settling_) return;
-    settle();
-    tell();
+    more_ = merging_;
+    if (merging_) return;
+    mergeFollowing();
+    notify();
   }
 
  private:
-  void settle() {
+  void mergeFollowing() {
     const auto queue = queue_.lock();
     if (!queue) return;
-    settling_ = true;
-    queue->schedule(kSettlingTime, [weak = weak_from_this()] {
-      if (const auto news = weak.lock()) news->settled();
+    merging_ = true;
+    queue->schedule(kMergePeriod, [weak = weak_from_this()] {
+      if (const auto changes = weak.lock()) changes->mergeEnds();
     });
   }
 
-  void settled() {
-    settling_ = false;
-    if (std::exchange(more_, false)) settle();
-    tell();
+  void mergeEnds() {
+    merging_ = false;
+    if (std::exchange(more_, false)) mergeFollowing();
+    notify();
   }
 
-  void tell() {
+  void notify() {
     std::shared_ptr<SerialQueue> queue;
     {
       const MutexLock lock(mutex_);
@@ -69,7 +69,7 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
       call();
     } else {
       queue->post([weak = weak_from_this()] {
-        if (const auto news = weak.lock()) news->call();
+        if (const auto changes = weak.lock()) changes->call();
       });
     }
   }
@@ -88,7 +88,7 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
   const std::weak_ptr<SerialQueue> queue_;
 
   // On the queue only.
-  bool settling_ = false;
+  bool merging_ = false;
   bool more_ = false;
 
   Mutex mutex_;
@@ -98,14 +98,15 @@ class NetlinkWatch::News : public std::enable_shared_from_this<News> {
 
 std::unique_ptr<NetlinkWatch> NetlinkWatch::open(std::shared_ptr<LinuxSerialQueue> queue,
                                                  int& error) {
-  auto socket = NetlinkSocket::forNews(kGroups, error);
+  auto socket = NetlinkSocket::forNotifications(kGroups, error);
   if (!socket) return nullptr;
-  auto news = std::make_shared<News>(std::move(socket), queue);
-  return std::unique_ptr<NetlinkWatch>(new NetlinkWatch(std::move(queue), std::move(news)));
+  auto changes = std::make_shared<Changes>(std::move(socket), queue);
+  return std::unique_ptr<NetlinkWatch>(new NetlinkWatch(std::move(queue), std::move(changes)));
 }
 
-NetlinkWatch::NetlinkWatch(std::shared_ptr<LinuxSerialQueue> queue, std::shared_ptr<News> news)
-    : queue_(std::move(queue)), news_(std::move(news)) {}
+NetlinkWatch::NetlinkWatch(std::shared_ptr<LinuxSerialQueue> queue,
+                           std::shared_ptr<Changes> changes)
+    : queue_(std::move(queue)), changes_(std::move(changes)) {}
 
 NetlinkWatch::~NetlinkWatch() {
   setCallback({});
@@ -113,14 +114,14 @@ NetlinkWatch::~NetlinkWatch() {
 }
 
 void NetlinkWatch::setCallback(ReachabilitySource::Changed changed) {
-  news_->setCallback(std::move(changed));
+  changes_->setCallback(std::move(changed));
 }
 
 void NetlinkWatch::setDispatchQueue(std::shared_ptr<SerialQueue> queue) {
   const bool listens = queue != nullptr;
-  news_->setDispatchQueue(std::move(queue));
+  changes_->setDispatchQueue(std::move(queue));
   if (listens && watch_ == 0) {
-    watch_ = queue_->watch(news_->descriptor(), [news = news_] { news->arrive(); });
+    watch_ = queue_->watch(changes_->descriptor(), [changes = changes_] { changes->readSocket(); });
   }
   if (!listens && watch_ != 0) queue_->unwatch(std::exchange(watch_, 0));
 }

@@ -8,31 +8,30 @@
 namespace kifo {
 
 /// Calls back when interfaces, addresses or routes of the machine change.
+/// The first change calls back at once; changes within the next 20 ms are merged into one call at
+/// the end of that time. That second call always comes: the kernel may still be applying the
+/// change, and removes some routes without a notification.
 ///
-/// The first news are told at once, and what follows within 20 ms of them together at the end of
-/// that time. That last call comes in any case, for the kernel may still be at work on what it
-/// announced, and some routes it drops without a word.
-///
-/// **Threading:** externally synchronised. It has no thread: the queue that it is given looks after
-/// its socket. The callback runs on the dispatch queue with no lock held and may destroy the watch.
+/// **Threading:** externally synchronised. It has no thread: `queue` watches its socket. The
+/// callback runs on the dispatch queue with no lock held and may destroy the watch.
 class NetlinkWatch {
  public:
-  /// Null, with `error` set, where the process may not listen to the kernel.
+  /// Null, with `error` set, where the process may not open a netlink socket.
   static std::unique_ptr<NetlinkWatch> open(std::shared_ptr<LinuxSerialQueue> queue, int& error);
   ~NetlinkWatch();
 
-  /// What to call, nothing when empty. After a removal no call begins but one under way.
+  /// What to call, nothing when empty. After a removal only a call that has begun still runs.
   void setCallback(ReachabilitySource::Changed changed);
-  /// Where to call; null stops listening.
+  /// Where to call; null stops watching.
   void setDispatchQueue(std::shared_ptr<SerialQueue> queue);
 
  private:
-  class News;
+  class Changes;
 
-  NetlinkWatch(std::shared_ptr<LinuxSerialQueue> queue, std::shared_ptr<News> news);
+  NetlinkWatch(std::shared_ptr<LinuxSerialQueue> queue, std::shared_ptr<Changes> changes);
 
   const std::shared_ptr<LinuxSerialQueue> queue_;
-  const std::shared_ptr<News> news_;
+  const std::shared_ptr<Changes> changes_;
   LinuxSerialQueue::Watch watch_ = 0;
 };
 

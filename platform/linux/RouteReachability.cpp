@@ -10,10 +10,10 @@ namespace {
 
 using Flags = ReachabilityFlags;
 
-/// What holds only if it holds for every target; the other bits hold if they do for one.
+/// Bits that all targets must have; of the others one target's is enough.
 constexpr std::uint32_t kForAll = Flags::reachable | Flags::isLocalAddress | Flags::isDirect;
 
-std::uint32_t together(std::uint32_t a, std::uint32_t b) {
+std::uint32_t combined(std::uint32_t a, std::uint32_t b) {
   if (a == 0 || b == 0) return 0;
   return (a & b & kForAll) | ((a | b) & ~kForAll);
 }
@@ -47,7 +47,7 @@ int RouteReachability::flags(std::uint32_t& flags) {
   for (const auto& addresses : targets) {
     std::uint32_t one = 0;
     if (const int error = flagsOfAny(addresses, one)) return error;
-    flags = flags == ~std::uint32_t{0} ? one : together(flags, one);
+    flags = flags == ~std::uint32_t{0} ? one : combined(flags, one);
   }
   return 0;
 }

@@ -13,17 +13,16 @@
 
 namespace kifo {
 
-/// The reachability of some endpoints: each must have a route, be it over the loopback. For hosts
-/// on a closed network or with their server on the same machine, which have no default route.
-///
-/// A name is looked up in the background and again whenever the network changes. One that has no
-/// address yet is judged by the network as a whole.
+/// The reachability of some endpoints: each must have a route, also over the loopback. For hosts on
+/// a closed network or with a server on the same machine, which have no default route. A name is
+/// looked up in the background and again whenever the network changes. Until it has an address the
+/// state of the network as a whole counts.
 ///
 /// **Threading, Errors:** see the port; reading the flags never waits for a name.
 class RouteReachability final : public ReachabilitySource {
  public:
-  /// `targets`: URLs or hosts. Null, with `error` set, where the process may not talk to the kernel
-  /// about routes or a target has no host.
+  /// `targets`: URLs or hosts. Null, with `error` set, where the process may not open a netlink
+  /// socket or a target has no host.
   static std::unique_ptr<RouteReachability> open(std::shared_ptr<LinuxSerialQueue> queue,
                                                  const std::vector<std::string>& targets,
                                                  int& error);

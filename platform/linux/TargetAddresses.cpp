@@ -104,7 +104,7 @@ TargetAddresses::Lists TargetAddresses::addresses() const {
 
 void TargetAddresses::setCallback(ReachabilitySource::Changed changed) {
   const MutexLock lock(mutex_);
-  changed_.swap(changed);  // the earlier one dies after the lock is let go
+  changed_.swap(changed);  // the earlier one is destroyed after the lock is released
 }
 
 void TargetAddresses::setDispatchQueue(std::shared_ptr<SerialQueue> queue) {
@@ -127,7 +127,7 @@ void TargetAddresses::lookUpAgain() {
   if (looked.empty()) return;
   again_ = running_;
   if (running_) return;
-  Worker thread;  // let go of at once: what it finds, it hands over
+  Worker thread;  // detached at the end of this block
   running_ = thread.start(
       "kifo-names", [weak = weak_from_this(), names = std::move(looked)] { run(weak, names); });
 }
@@ -149,7 +149,7 @@ void TargetAddresses::found(const Lists& lists) {
     for (auto& target : targets_) {
       if (target.name.empty()) continue;
       complete = complete && !list->empty();
-      // A name server that is out of reach says nothing against what it said before.
+      // No answer from the name server does not invalidate an earlier one.
       if (!list->empty() && target.addresses != *list) {
         target.addresses = *list;
         changed = true;
@@ -159,7 +159,7 @@ void TargetAddresses::found(const Lists& lists) {
     running_ = false;
     again = std::exchange(again_, false);
   }
-  if (changed) tell();
+  if (changed) notify();
   if (again) {
     lookUpAgain();
   } else if (!complete) {
@@ -167,7 +167,7 @@ void TargetAddresses::found(const Lists& lists) {
   }
 }
 
-void TargetAddresses::tell() {
+void TargetAddresses::notify() {
   const MutexLock lock(mutex_);
   if (!dispatchQueue_) return;
   dispatchQueue_->post([weak = weak_from_this()] {

@@ -22,29 +22,29 @@ std::optional<NetworkAddress> literalAddress(const std::string& host);
 /// The addresses of a name, best first; none when it has none at present. May wait for seconds.
 std::vector<NetworkAddress> lookUp(const std::string& host);
 
-/// The addresses of some endpoints. Names are looked up on a thread that lives no longer than the
-/// look-up, since the system's look-up may wait for seconds and cannot be called off.
+/// The addresses of some endpoints. Each look-up of names has a thread of its own, since the
+/// system's resolver may block for seconds and cannot be cancelled.
 ///
 /// **Threading:** thread-safe. The callback runs on the dispatch queue.
-/// **Ownership:** a look-up under way when this is destroyed finds nobody.
+/// **Ownership:** may be destroyed during a look-up, whose result is then dropped.
 class TargetAddresses : public std::enable_shared_from_this<TargetAddresses> {
  public:
   using Lists = std::vector<std::vector<NetworkAddress>>;
 
-  /// `endpoints`: URLs or hosts. Null when there are none or one has no host. `timers` keeps the
-  /// time until a name without an address is tried again.
+  /// `endpoints`: URLs or hosts. Null when there are none or one has no host. `timers` runs the
+  /// retry for names without an address.
   static std::shared_ptr<TargetAddresses> of(const std::vector<std::string>& endpoints,
                                              const std::shared_ptr<SerialQueue>& timers);
 
   /// The addresses of each endpoint, in order; an empty list for a name that has none yet.
   [[nodiscard]] Lists addresses() const;
 
-  /// Called after a look-up that found other addresses than before.
+  /// Called when a look-up found other addresses than before.
   void setCallback(ReachabilitySource::Changed changed);
   /// Where it is called; null stops calls and look-ups.
   void setDispatchQueue(std::shared_ptr<SerialQueue> queue);
 
-  /// Looks all names up, soon; one look-up at a time.
+  /// Starts a look-up of all names; one at a time.
   void lookUpAgain();
 
  private:
@@ -58,7 +58,7 @@ class TargetAddresses : public std::enable_shared_from_this<TargetAddresses> {
                   const std::vector<std::string>& names);
   [[nodiscard]] std::vector<std::string> names() const KIFO_REQUIRES(mutex_);
   void found(const Lists& lists);
-  void tell();
+  void notify();
   void retryLater();
 
   const std::weak_ptr<SerialQueue> timers_;
