@@ -1,5 +1,5 @@
-// What device probes, clocks and identifiers promise, asked of the machine, the fakes and the null
-// ones.
+// What device probes, positions, clocks and identifiers promise, asked of the machine, the fakes
+// and the null ones.
 #include <chrono>
 #include <memory>
 #include <set>
@@ -14,8 +14,11 @@
 namespace kifo::testing {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::AnyOf;
 using ::testing::Eq;
+using ::testing::Ge;
+using ::testing::Le;
 using ::testing::MatchesRegex;
 
 constexpr auto kUuid = "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}";
@@ -35,8 +38,7 @@ TEST_P(DeviceContract, ReadingsAreInTheirRanges) {
   const DeviceProbe& device = *platform_.device;
   EXPECT_EQ(device.machine(), device.machine());
   EXPECT_EQ(device.systemVersion(), device.systemVersion());
-  EXPECT_THAT(device.batteryLevel(),
-              AnyOf(Eq(-1.0F), ::testing::AllOf(::testing::Ge(0.0F), ::testing::Le(1.0F))));
+  EXPECT_THAT(device.batteryLevel(), AnyOf(Eq(-1.0F), AllOf(Ge(0.0F), Le(1.0F))));
   const auto total = device.capacity(VolumeCapacity::total);
   const auto available = device.capacity(VolumeCapacity::available);
   EXPECT_EQ(total.outcome, available.outcome);
@@ -52,6 +54,16 @@ TEST_P(DeviceContract, TheVendorIdentifierIsAStableUuidOrNone) {
 
 TEST_P(DeviceContract, TheTimeZoneIsAName) {
   EXPECT_THAT(platform_.clock->timeZone(), MatchesRegex("[A-Za-z0-9/_+-]+"));
+}
+
+TEST_P(DeviceContract, APositionIsKnownInDegreesOrNotAtAll) {
+  fake_.position->coordinate.set(Coordinate{-90.0, 180.0});
+  const PositionSource& position = *platform_.position;
+  EXPECT_THAT(position.authorizationStatus(), AllOf(Ge(0), Le(4)));
+  EXPECT_THAT(position.applicationState(), AllOf(Ge(0), Le(2)));
+  const auto known = position.location().value_or(Coordinate{});
+  EXPECT_THAT(known.latitude, AllOf(Ge(-90.0), Le(90.0)));
+  EXPECT_THAT(known.longitude, AllOf(Ge(-180.0), Le(180.0)));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,0 +1,76 @@
+// What the ports of a desktop promise, asked of Qt's versions, the fakes and the null ones.
+#include <QClipboard>
+#include <QtTest>
+#include <atomic>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
+#include "platform/qt/DesktopNotificationCentre.h"
+#include "platform/qt/QtPasteboard.h"
+#include "platform/qt/QtPopupPresenter.h"
+#include "testing/FakePlatform.h"
+
+namespace kifo::testing {
+namespace {
+
+void onSeveralThreads(const std::function<void()>& work) {
+  std::vector<std::thread> threads;
+  for (int index = 0; index < 4; ++index) threads.emplace_back(work);
+  for (auto& thread : threads) thread.join();
+}
+
+TEST(PasteboardContract, TheLastTextIsTheOneThatIsThere) {
+  const InstalledFakePlatform fake;
+  QtPasteboard real;
+  for (const std::string text : {"first", "", "Çay ☕\nline", "last"}) {
+    real.setString(text);
+    fake.pasteboard->setString(text);
+    nullPlatform().pasteboard->setString(text);
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), text);
+    EXPECT_EQ(fake.pasteboard->string.get(), text);
+  }
+}
+
+TEST(NotificationCentreContract, EachQuestionIsAnsweredOnceOrNeverOnAnyThread) {
+  const InstalledFakePlatform fake;
+  const auto real = std::make_shared<DesktopNotificationCentre>(
+      DesktopNotificationCentre::Options{.busAddress = "unix:path=/nowhere"}, nullptr);
+  const std::vector<std::pair<std::shared_ptr<NotificationCentre>, int>> centres = {
+      {real, 16}, {fake.notifications, 16}, {nullPlatform().notifications, 0}};
+  for (const auto& [centre, expected] : centres) {
+    const auto answers = std::make_shared<std::atomic<int>>(0);
+    onSeveralThreads([&] {
+      for (int index = 0; index < 4; ++index) {
+        centre->setNotificationCategories({{"category", {{"action", "Title", 4}}}});
+        centre->getNotificationSettings([answers](int status) {
+          if (status >= 0 && status <= 4) ++*answers;
+        });
+      }
+    });
+    QTest::qWait(0);
+    EXPECT_EQ(*answers, expected);
+  }
+  EXPECT_EQ(fake.notifications->categories.get().size(), 1U) << "they replace, not add";
+}
+
+TEST(PopupPresenterContract, APopupWithoutItsScreenIsTakenFromAnyThreadAndDropped) {
+  const InstalledFakePlatform fake;
+  const std::vector<std::shared_ptr<PopupPresenter>> presenters = {
+      std::make_shared<QtPopupPresenter>(), nullPlatform().popups};
+  for (const auto& presenter : presenters) {
+    const auto request = std::make_shared<PopupRequest>();
+    request->preferences.appCommunicationItem = std::make_shared<AppCommunicationItem>();
+    onSeveralThreads([&] { presenter->present(request); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return request.use_count() == 1; }));
+  }
+  fake.popups->present(std::make_shared<PopupRequest>());
+  EXPECT_EQ(fake.popups->take().size(), 1U);
+}
+
+}  // namespace
+}  // namespace kifo::testing
