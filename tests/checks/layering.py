@@ -46,8 +46,8 @@ MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
 # kifo::kit is linked without Qt, so nothing of it includes these folders.
 QT_FOLDERS = (KIT + "inapp/views/", KIT + "inapp/quick/", "platform/qt/")
-# apps/server/ and the headless demo are built without Qt as well.
-QT_USERS = (*QT_FOLDERS, "apps/demo/shop/", "apps/kifo/")
+# Others that may include Qt.
+QT_USERS = (*QT_FOLDERS, "testing/ui/", "apps/demo/shop/", "apps/kifo/")
 SYSTEM_FOLDERS = ("platform/", "apps/", "testing/")
 # What stands above the ports and yet may include a header of the system's or of a C library, by the
 # start of its path.
