@@ -45,7 +45,7 @@ MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
 # kifo::kit is linked without Qt, so nothing of it includes these folders.
 QT_FOLDERS = (KIT + "inapp/views/", KIT + "inapp/quick/", "platform/qt/")
-# The headless demo is built without Qt as well.
+# Others that may include Qt. The headless demo is built without it.
 QT_USERS = (*QT_FOLDERS, "testing/ui/", "apps/demo/shop/", "apps/kifo/")
 SYSTEM_FOLDERS = ("platform/", "apps/", "testing/")
 # What stands above the ports and yet may include a header of the system's or of a C library, by the
