@@ -1,8 +1,8 @@
 #include <QPlainTextEdit>
 #include <QStyle>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
 #include "tests/alert/AlertFixture.h"
 
@@ -24,8 +24,8 @@ class KifoPopupLayoutTest : public AlertFixture {
     EXPECT_NEAR(middle.x(), room.center().x(), 1);
     EXPECT_NEAR(middle.y(), room.center().y(), 1);
   }
-  static const KifoPopupList* listOf(const KifoPopup& alert) {
-    return alert.contentView()->findChild<KifoPopupList*>();
+  static const AlertList* listOf(const KifoPopup& alert) {
+    return alert.contentView()->findChild<AlertList*>();
   }
   /// Where each text of an alert's list lies in the list.
   static std::map<QString, QRect> placesInList(const KifoPopup& alert) {

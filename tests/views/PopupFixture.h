@@ -170,7 +170,7 @@ class PopupTest : public ::testing::Test {
     }
   }
 
-  const PopUpWindowElements& elements() { return popup->popUpWindowView()->elements(); }
+  const PopupElements& elements() { return popup->popUpWindowView()->elements(); }
   PopupButton* button(int row) { return popup->findChildren<KifoPopupCell*>().at(row)->titleLbl(); }
   KifoSurveyCell* choice(int row) { return popup->findChildren<KifoSurveyCell*>().at(row); }
 

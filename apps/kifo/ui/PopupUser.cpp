@@ -65,7 +65,7 @@ void PopupUser::pressNamed(const char* name) {
   WidgetHand::click(control<QAbstractButton>(name));
 }
 
-void PopupUser::pressOption(const std::string& id, const PopUpWindowFields::Buttons& options,
+void PopupUser::pressOption(const std::string& id, const PopupState::Buttons& options,
                             const QList<QWidget*>& cells) {
   const auto option =
       std::ranges::find_if(options, [&](const auto& each) { return each && each->id == id; });

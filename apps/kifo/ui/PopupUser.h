@@ -17,7 +17,7 @@ class PopupUser {
 
  private:
   void pressNamed(const char* name);
-  void pressOption(const std::string& id, const PopUpWindowFields::Buttons& options,
+  void pressOption(const std::string& id, const PopupState::Buttons& options,
                    const QList<QWidget*>& cells);
   void touchBody();
   void type(const std::string& text);

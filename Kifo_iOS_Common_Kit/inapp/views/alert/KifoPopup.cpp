@@ -8,21 +8,21 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertCard.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertDisc.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertFocus.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertHost.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIconView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertOverlay.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertTimeout.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupAnimator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupCard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupCloseButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupDisc.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupDisposal.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupFocus.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupHost.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupIconView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupLabel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupList.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupOverlay.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupTimeout.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupAccessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
 
 namespace kifo {
@@ -57,18 +57,18 @@ KifoPopup::KifoPopup() : KifoPopup(KifoAppearance()) {}
 
 KifoPopup::KifoPopup(KifoAppearance theAppearance)
     : appearance(std::move(theAppearance)),
-      card_(new KifoPopupCard),
-      animator_(new KifoPopupAnimator(card_)),
-      clock_(new KifoPopupTimeout(card_)) {
-  connect(animator_, &KifoPopupAnimator::left, this, &KifoPopup::finish);
-  connect(clock_, &KifoPopupTimeout::ended, this, &KifoPopup::hideViewTimeout);
-  connect(clock_, &KifoPopupTimeout::ticked, this, &KifoPopup::showSecondsLeft);
+      card_(new AlertCard),
+      animator_(new AlertAnimator(card_)),
+      clock_(new AlertTimeout(card_)) {
+  connect(animator_, &AlertAnimator::left, this, &KifoPopup::finish);
+  connect(clock_, &AlertTimeout::ended, this, &KifoPopup::hideViewTimeout);
+  connect(clock_, &AlertTimeout::ticked, this, &KifoPopup::showSecondsLeft);
   connect(card_->closeImage, &QPushButton::clicked, this, &KifoPopup::hideView);
-  connect(card_, &KifoPopupCard::pointerInside, this, [this](bool inside) {
+  connect(card_, &AlertCard::pointerInside, this, [this](bool inside) {
     pointerInside_ = inside;
     holdTimeout();
   });
-  connect(card_, &KifoPopupCard::edited, this, [this] {
+  connect(card_, &AlertCard::edited, this, [this] {
     if (overlay_ == nullptr) return;
     overlay_->focus().engage();
     card_->reveal(QApplication::focusWidget());
@@ -284,14 +284,14 @@ void KifoPopup::refresh() {
 void KifoPopup::open(KifoAnimationStyle animationStyle) {
   phase_ = Phase::shown;
   selfReference_ = weak_from_this().lock();
-  overlay_ = new KifoPopupOverlay(KifoPopupHost::windowFor(hostWindow), card_, animator_);
-  connect(overlay_, &KifoPopupOverlay::tapped, this, &KifoPopup::tapped);
-  connect(overlay_, &KifoPopupOverlay::enterPressed, this, &KifoPopup::pressDefault);
-  connect(overlay_, &KifoPopupOverlay::windowGone, this, &KifoPopup::windowGone);
-  connect(overlay_, &KifoPopupOverlay::escapePressed, this, [this] {
+  overlay_ = new AlertOverlay(AlertHost::windowFor(hostWindow), card_, animator_);
+  connect(overlay_, &AlertOverlay::tapped, this, &KifoPopup::tapped);
+  connect(overlay_, &AlertOverlay::enterPressed, this, &KifoPopup::pressDefault);
+  connect(overlay_, &AlertOverlay::windowGone, this, &KifoPopup::windowGone);
+  connect(overlay_, &AlertOverlay::escapePressed, this, [this] {
     if (mayClose()) hideView();
   });
-  connect(&overlay_->focus(), &KifoPopupFocus::engagementChanged, this, &KifoPopup::holdTimeout);
+  connect(&overlay_->focus(), &AlertFocus::engagementChanged, this, &KifoPopup::holdTimeout);
   overlay_->setAccessibleName(labelTitle()->text());
   overlay_->setAccessibleDescription(viewText()->text());
   setAccessibleRole(overlay_, QAccessible::AlertMessage);

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertMotion.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAnimationStyle.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupMotion.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupResponder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoTimeoutConfiguration.h"
@@ -33,10 +33,10 @@ class QWidget;
 namespace kifo {
 
 class KifoButton;
-class KifoPopupCard;
-class KifoPopupAnimator;
-class KifoPopupOverlay;
-class KifoPopupTimeout;
+class AlertCard;
+class AlertAnimator;
+class AlertOverlay;
+class AlertTimeout;
 
 /// An alert for the host's own messages: a card over the current window with a coloured circle and
 /// icon, a title, a text, fields, buttons, and a closing time if wanted.
@@ -54,7 +54,7 @@ class KifoPopupTimeout;
 /// goes to the first field, else the first button, and back where it was when the alert hides.
 /// **Size.** The card is `kWindowWidth` wide, more if a row of buttons, a custom view or a long
 /// text wants it, and scrolls where the window is too small.
-/// **Time.** Animations: see `KifoPopupMotion`; they may be interrupted at any time.
+/// **Time.** Animations: see `AlertMotion`; they may be interrupted at any time.
 ///
 /// **Threading:** UI thread only, callbacks included.
 /// **Ownership:** made with `std::make_shared`, it keeps itself alive while it is shown, so that
@@ -86,7 +86,7 @@ class KIFO_EXPORT KifoPopup : public QObject,
   std::vector<TypeData> datas;  ///< Rows of a list below the text.
   QString headerStr;            ///< Stands above these rows.
   QIcon closeIcon;              ///< The image of the corner's cross; null: a drawn one, if needed.
-  KifoPopupMotion motion;
+  AlertMotion motion;
 
   // Each adds below what was added before. An invalid colour stands for the alert's own.
   KifoButton* addButton(const QString& title, const QColor& backgroundColor,
@@ -235,10 +235,10 @@ class KIFO_EXPORT KifoPopup : public QObject,
   [[nodiscard]] QWidget* firstFocus() const;
 
   std::shared_ptr<KifoPopup> selfReference_;
-  QPointer<KifoPopupOverlay> overlay_;
-  KifoPopupCard* card_;
-  KifoPopupAnimator* animator_;
-  KifoPopupTimeout* clock_;
+  QPointer<AlertOverlay> overlay_;
+  AlertCard* card_;
+  AlertAnimator* animator_;
+  AlertTimeout* clock_;
   std::optional<KifoTimeoutConfiguration> timeout_;
   QPointer<KifoButton> closeButton_;
   std::uint32_t colorTextButton_ = 0xFFFFFF;

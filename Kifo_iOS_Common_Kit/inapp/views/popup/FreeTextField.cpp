@@ -6,9 +6,9 @@
 #include <QValidator>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/HostStyleSheet.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupStyle.h"
 
 namespace kifo {
 namespace {

@@ -17,19 +17,19 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoSurveyCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/OptionButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowAnswer.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowFade.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowKeyboard.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowPictures.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupFade.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupKeyboard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPictures.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/HostStyleSheet.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/OverlayFocus.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupAccessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupCloseButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupStyle.h"
 
 namespace kifo {
 namespace {
@@ -89,19 +89,19 @@ PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptio
   const PopupPreferences& p = request_->preferences;
   keepHostStyleOut(*this);
   setLayoutDirection(directionOf(p, options_, parent));
-  fields_ = PopUpWindowFields::from(*request_, screenWidth());
-  popUpWindowView_ = new PopUpWindowView(PopUpWindowHeights::of(fields_, p), p, options_, this);
+  fields_ = PopupState::from(*request_, screenWidth());
+  popUpWindowView_ = new PopUpWindowView(PopupHeights::of(fields_, p), p, options_, this);
   Console::print(tag(), "popup type : " + p.type.value_or("nil"));
   const bool titled = p.title && !p.title->empty();
   setAccessibleName(titled ? QString::fromStdString(*p.title) : options_.texts.popup);
   setAccessibleDescription(describe(p));
   setAccessibleRole(this, QAccessible::Dialog);
   focus_ = new OverlayFocus(this);
-  fade_ = new PopUpWindowFade(
+  fade_ = new PopupFade(
       std::chrono::milliseconds(popUpWindowView_->theme().milliseconds(options_.durations.fade)),
       this);
-  keyboard_ = new PopUpWindowKeyboard(fields_, this);
-  pictures_ = new PopUpWindowPictures(fields_, *popUpWindowView_, options_, this);
+  keyboard_ = new PopupKeyboard(fields_, this);
+  pictures_ = new PopupPictures(fields_, *popUpWindowView_, options_, this);
   answer_ = std::make_unique<PopUpWindowAnswer>(fields_, *popUpWindowView_);
   if (fields_.popupType == PopupType::emoji) {
     fillEmojis();
@@ -117,17 +117,17 @@ PopUpWindow::~PopUpWindow() = default;
 
 void PopUpWindow::connectParts() {
   connect(focus_, &OverlayFocus::arrived, popUpWindowView_, &PopUpWindowView::reveal);
-  connect(keyboard_, &PopUpWindowKeyboard::moved, this, &PopUpWindow::placeView);
-  connect(fade_, &PopUpWindowFade::began, popUpWindowView_, &PopUpWindowView::prepareOpacity);
-  connect(fade_, &PopUpWindowFade::ended, this, &PopUpWindow::faded);
-  connect(fade_, &PopUpWindowFade::changed, this, [this](double opacity) {
+  connect(keyboard_, &PopupKeyboard::moved, this, &PopUpWindow::placeView);
+  connect(fade_, &PopupFade::began, popUpWindowView_, &PopUpWindowView::prepareOpacity);
+  connect(fade_, &PopupFade::ended, this, &PopUpWindow::faded);
+  connect(fade_, &PopupFade::changed, this, [this](double opacity) {
     popUpWindowView_->setOpacity(opacity);
     update();
   });
 }
 
 void PopUpWindow::wireButtons() {
-  const PopUpWindowElements& e = popUpWindowView_->elements();
+  const PopupElements& e = popUpWindowView_->elements();
   connect(e.closeButton, &QAbstractButton::clicked, this, &PopUpWindow::closeButtonAction);
   connect(e.popupView, &PopupPanel::pressed, this, &PopUpWindow::touchesBegan);
   if (!e.submitButton) return;
@@ -194,7 +194,7 @@ void PopUpWindow::scrollImageListTimer() {
 
 double PopUpWindow::screenWidth() const {
   const int across = parentWidget() && !isWindow() ? parentWidget()->width() : width();
-  return std::min(options_.screenWidth.value_or(across), PopUpWindowFields::widestScreen);
+  return std::min(options_.screenWidth.value_or(across), PopupState::widestScreen);
 }
 
 void PopUpWindow::present() {
@@ -310,10 +310,10 @@ void PopUpWindow::closeEvent(QCloseEvent* event) {
 }
 
 void PopUpWindow::placeView() {
-  fields_.imageViewHeight = PopUpWindowFields::imageHeight(request_->preferences, screenWidth());
+  fields_.imageViewHeight = PopupState::imageHeight(request_->preferences, screenWidth());
   const int lift = keyboard_->lift();
   popUpWindowView_->setPlace({0, -lift, width(), height()},
-                             PopUpWindowHeights::of(fields_, request_->preferences), lift,
+                             PopupHeights::of(fields_, request_->preferences), lift,
                              height() - keyboard_->height() + lift);
   if (QWidget* focused = window()->focusWidget(); focused && isAncestorOf(focused)) {
     popUpWindowView_->reveal(focused);
@@ -323,7 +323,7 @@ void PopUpWindow::placeView() {
 void PopUpWindow::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
   if (key == Qt::Key_Escape) return closeButtonAction();
-  const PopUpWindowElements& e = popUpWindowView_->elements();
+  const PopupElements& e = popUpWindowView_->elements();
   const int page = e.panelScroll->height() * 4 / 5;
   const int step = key == Qt::Key_PageUp || key == Qt::Key_PageDown ? page : kLineStep;
   const bool up = key == Qt::Key_Up || key == Qt::Key_PageUp;

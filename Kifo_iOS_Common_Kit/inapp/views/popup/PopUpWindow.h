@@ -8,7 +8,7 @@
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowFields.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupState.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -19,9 +19,9 @@ namespace kifo {
 
 class OverlayFocus;
 class PopUpWindowAnswer;
-class PopUpWindowFade;
-class PopUpWindowKeyboard;
-class PopUpWindowPictures;
+class PopupFade;
+class PopupKeyboard;
+class PopupPictures;
 class PopUpWindowView;
 
 /// One campaign over the host's window: dims the window, shows the panel, keeps what the user chose
@@ -56,7 +56,7 @@ class KIFO_EXPORT PopUpWindow : public QWidget {
   void dismissView();
 
   [[nodiscard]] bool isDismissing() const { return dismissing_; }
-  [[nodiscard]] const PopUpWindowFields& fields() const { return fields_; }
+  [[nodiscard]] const PopupState& fields() const { return fields_; }
   [[nodiscard]] PopUpWindowView* popUpWindowView() const { return popUpWindowView_; }
   /// Runs while the carousel advances by itself; null otherwise.
   [[nodiscard]] QTimer* timer() const;
@@ -110,12 +110,12 @@ class KIFO_EXPORT PopUpWindow : public QWidget {
 
   std::shared_ptr<const PopupRequest> request_;
   PopUpOptions options_;
-  PopUpWindowFields fields_;
+  PopupState fields_;
   PopUpWindowView* popUpWindowView_ = nullptr;
   OverlayFocus* focus_ = nullptr;
-  PopUpWindowFade* fade_ = nullptr;
-  PopUpWindowKeyboard* keyboard_ = nullptr;
-  PopUpWindowPictures* pictures_ = nullptr;
+  PopupFade* fade_ = nullptr;
+  PopupKeyboard* keyboard_ = nullptr;
+  PopupPictures* pictures_ = nullptr;
   std::unique_ptr<PopUpWindowAnswer> answer_;
   PanTracker pan_;
   QPointer<QWidget> pressed_;  ///< What lies under a press that no control took.

@@ -6,14 +6,14 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoSurveyCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowFields.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupState.h"
 
 namespace kifo {
 
-PopUpWindowAnswer::PopUpWindowAnswer(PopUpWindowFields& fields, PopUpWindowView& view)
+PopUpWindowAnswer::PopUpWindowAnswer(PopupState& fields, PopUpWindowView& view)
     : fields_(fields), view_(view) {}
 
 void PopUpWindowAnswer::selectSurvey(const Button& button) {

@@ -8,7 +8,7 @@
 namespace kifo {
 
 class PopUpWindowView;
-struct PopUpWindowFields;
+struct PopupState;
 
 /// What the user of a popup has chosen, and what submitting makes of it. A choice is replaced by
 /// the next; there is no way back to none.
@@ -18,7 +18,7 @@ class PopUpWindowAnswer {
  public:
   using Button = std::shared_ptr<AppCommunicationItemButton>;
 
-  PopUpWindowAnswer(PopUpWindowFields& fields, PopUpWindowView& view);
+  PopUpWindowAnswer(PopupState& fields, PopUpWindowView& view);
 
   void selectSurvey(const Button& button);
   void selectEmoji(const Button& button);
@@ -32,7 +32,7 @@ class PopUpWindowAnswer {
   void applyFreeTextRule(const Button& button);
   [[nodiscard]] ScoreFieldModel score() const;
 
-  PopUpWindowFields& fields_;
+  PopupState& fields_;
   PopUpWindowView& view_;
 };
 

@@ -12,8 +12,8 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowArrangement.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupLayout.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
@@ -35,13 +35,13 @@ constexpr int kScrolledInset = 14;  ///< Keeps scrolled content clear of the pan
 
 }  // namespace
 
-PopUpWindowView::PopUpWindowView(const PopUpWindowHeights& heights, PopupPreferences preferences,
+PopUpWindowView::PopUpWindowView(const PopupHeights& heights, PopupPreferences preferences,
                                  const PopUpOptions& options, QWidget* parent)
     : QWidget(parent),
       heights_(heights),
       popupPreferences_(std::move(preferences)),
       theme_(PopupTheme::of(popupPreferences_, options, parent ? parent->parentWidget() : nullptr)),
-      elements_(PopUpWindowElements::build(popupPreferences_, theme_, this)),
+      elements_(PopupElements::build(popupPreferences_, theme_, this)),
       openness_(asksForFreeText(popupPreferences_) ? 1 : 0) {
   if (elements_.fieldView) elements_.fieldView->setVisible(openness_ > 0);
   connect(&opening_, &QVariantAnimation::valueChanged, this,
@@ -74,8 +74,8 @@ void PopUpWindowView::wire() {
   }
 }
 
-void PopUpWindowView::setPlace(const QRect& geometry, const PopUpWindowHeights& heights,
-                               int visibleTop, int visibleBottom) {
+void PopUpWindowView::setPlace(const QRect& geometry, const PopupHeights& heights, int visibleTop,
+                               int visibleBottom) {
   heights_ = heights;
   visibleBand_ = {visibleTop, visibleBottom};
   setGeometry(geometry);
@@ -187,11 +187,11 @@ void PopUpWindowView::scrollViewDidScroll(double offset) {
 }
 
 void PopUpWindowView::arrange() {
-  const double screen = std::min<double>(theme_.options.screenWidth.value_or(width()),
-                                         PopUpWindowFields::widestScreen);
-  const double margins = PopUpWindowFields::margins(screen);
+  const double screen =
+      std::min<double>(theme_.options.screenWidth.value_or(width()), PopupState::widestScreen);
+  const double margins = PopupState::margins(screen);
   const int panel = std::max(static_cast<int>(screen - margins), kSmallestPanel);
-  PopUpWindowArrangement arrangement(elements_, heights_, theme_.options.keepsFreeTextRoom);
+  PopupLayout arrangement(elements_, heights_, theme_.options.keepsFreeTextRoom);
   placePanel(panel, arrangement.arrange(panel, openness_));
 }
 

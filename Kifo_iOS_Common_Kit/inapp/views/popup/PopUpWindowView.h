@@ -9,8 +9,8 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupPreferences.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowElements.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowHeights.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupElements.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupHeights.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 
@@ -20,7 +20,7 @@ namespace kifo {
 
 /// Draws one campaign: the panel and everything in it, in the middle of the window. It keeps what
 /// was typed and the score, and says through its pieces what was pressed. Every piece bears its
-/// name in `PopUpWindowElements` as its object name.
+/// name in `PopupElements` as its object name.
 ///
 /// The panel has the campaign's `totalHeight`; while the free-text block is closed, as it is from
 /// the start for campaigns that ask for none, `fieldViewHeight` less unless the options keep that
@@ -34,12 +34,12 @@ class KIFO_EXPORT PopUpWindowView : public QWidget {
  public:
   static constexpr int freeTextMaksCount = FreeTextRule::freeTextMaksCount;
 
-  PopUpWindowView(const PopUpWindowHeights& heights, PopupPreferences preferences,
+  PopUpWindowView(const PopupHeights& heights, PopupPreferences preferences,
                   const PopUpOptions& options, QWidget* parent);
   ~PopUpWindowView() override;
 
-  [[nodiscard]] const PopUpWindowElements& elements() const { return elements_; }
-  [[nodiscard]] const PopUpWindowHeights& heights() const { return heights_; }
+  [[nodiscard]] const PopupElements& elements() const { return elements_; }
+  [[nodiscard]] const PopupHeights& heights() const { return heights_; }
   [[nodiscard]] const PopupTheme& theme() const { return theme_; }
   [[nodiscard]] const PopupPreferences& popupPreferences() const { return popupPreferences_; }
   [[nodiscard]] float sliderValue() const { return sliderValue_; }
@@ -50,7 +50,7 @@ class KIFO_EXPORT PopUpWindowView : public QWidget {
 
   /// Lays out anew for another size of the screen. An on-screen keyboard leaves of the view only
   /// what lies from `visibleTop` down to `visibleBottom`.
-  void setPlace(const QRect& geometry, const PopUpWindowHeights& heights, int visibleTop,
+  void setPlace(const QRect& geometry, const PopupHeights& heights, int visibleTop,
                 int visibleBottom);
   /// 0 (nothing of it is seen) to 1.
   void setOpacity(double opacity);
@@ -85,10 +85,10 @@ class KIFO_EXPORT PopUpWindowView : public QWidget {
   void moveOpennessTo(double openness);
   void startFlashing();
 
-  PopUpWindowHeights heights_;
+  PopupHeights heights_;
   PopupPreferences popupPreferences_;
   PopupTheme theme_;
-  PopUpWindowElements elements_;
+  PopupElements elements_;
   QVariantAnimation opening_;
   QTimer* timerForShowScrollIndicator_ = nullptr;
   std::optional<std::pair<int, int>> visibleBand_;

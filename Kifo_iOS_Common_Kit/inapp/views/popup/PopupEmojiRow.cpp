@@ -7,7 +7,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowHeights.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupHeights.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/RovingFocus.h"
 
 namespace kifo {
@@ -16,7 +16,7 @@ namespace {
 constexpr int kInset = 8;
 constexpr int kSpacing = 10;      ///< The least between two emojis.
 constexpr int kWideSpacing = 36;  ///< What they stand apart when there is room.
-constexpr int kCell = static_cast<int>(PopUpWindowHeights::emojiCellSize);
+constexpr int kCell = static_cast<int>(PopupHeights::emojiCellSize);
 
 }  // namespace
 

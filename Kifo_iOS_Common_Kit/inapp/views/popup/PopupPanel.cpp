@@ -3,7 +3,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupAccessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 
 namespace kifo {
