@@ -106,6 +106,17 @@ TEST_F(AlertTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
   EXPECT_EQ(alert->buttons().front()->accessibleName(), "Stay");
 }
 
+TEST_F(AlertTimeoutTest, AButtonThatComesLaterCountsDownToo) {
+  const auto alert = makeAlert();
+  alert->showInfo("Later", "", "OK", KifoTimeoutConfiguration{60, {}});
+  const auto* clock = alert->baseView()->findChild<AlertTimeout*>();
+  EXPECT_FALSE(clock->showTimeoutTimer().isActive()) << "nobody wants to know";
+  KifoButton* button =
+      alert->addButton("Wait", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});
+  EXPECT_EQ(button->text(), "Wait (60 s)");
+  EXPECT_TRUE(clock->showTimeoutTimer().isActive());
+}
+
 TEST_F(AlertTimeoutTest, ThePointerOnTheCardHoldsTheClockIfTheHostAsksForIt) {
   for (const bool asked : {false, true}) {
     const auto alert = showFor(kHour, {}, asked);

@@ -29,17 +29,17 @@ bool isControl(const QWidget* widget, const QWidget* panel) {
 
 void PopupUser::perform(const UserAction& action) {
   using Kind = UserAction::Kind;
-  const auto& fields = popup_.fields();
+  const auto& state = popup_.state();
   switch (action.kind) {
     case Kind::close:
       return pressNamed("closeButton");
     case Kind::submit:
       return pressNamed("submitButton");
     case Kind::button:
-      return pressOption(action.text, fields.buttons,
+      return pressOption(action.text, state.buttons,
                          popup_.findChildren<QWidget*>("KifoPopupCell"));
     case Kind::select:
-      return pressOption(action.text, fields.choices,
+      return pressOption(action.text, state.choices,
                          popup_.findChildren<QWidget*>("KifoSurveyCell") +
                              popup_.findChildren<QWidget*>("KifoEmojiCollectionViewCell"));
     case Kind::body:

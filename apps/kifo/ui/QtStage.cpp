@@ -36,8 +36,8 @@ PopUpOptions withoutMovement() {
 }
 
 PopupLine lineOf(const PopUpWindow& popup) {
-  const auto& fields = popup.fields();
-  return {fields.appCommunicationItem, fields.buttons, fields.choices};
+  const auto& state = popup.state();
+  return {state.appCommunicationItem, state.buttons, state.choices};
 }
 
 }  // namespace

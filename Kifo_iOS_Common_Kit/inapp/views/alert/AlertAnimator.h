@@ -47,7 +47,7 @@ class AlertAnimator : public QObject {
   void run(double end, std::chrono::milliseconds duration, const QEasingCurve& curve);
   void arrive();
 
-  QVariantAnimation animation_;
+  QVariantAnimation animation_{this};
   KifoAnimationStyle style_ = KifoAnimationStyle::noAnimation;
   double position_ = 0;  ///< 0: out; 1: in its place; more: past it.
   double goal_ = 0;

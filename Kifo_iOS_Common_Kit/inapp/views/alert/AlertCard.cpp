@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QPainter>
-#include <QScrollBar>
 #include <QStyle>
 #include <algorithm>
 #include <limits>
@@ -12,28 +11,34 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertStyleSheet.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupLabel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupScrollArea.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
 
 constexpr int kBorder = 1;
-constexpr int kRoomForCircle = 220;  // A lower room is for the words.
+constexpr int kCloseButton = 36;
+constexpr double kTint = 0.12;        ///< Of the alert's colour in a button that stands back.
+constexpr double kSeenSurface = 1.1;  ///< Contrast below which a button needs an outline.
+constexpr int kRoomForCircle = 220;   // A lower room is for the words.
 
 int whole(double length) {
   return AlertRows::whole(length);
 }
 
+TextLabel::Alignment alignmentOf(Qt::Alignment alignment) {
+  if (alignment & Qt::AlignLeft) return TextLabel::Alignment::leading;
+  if (alignment & Qt::AlignRight) return TextLabel::Alignment::trailing;
+  return TextLabel::Alignment::center;
+}
+
 }  // namespace
 
-AlertCard::AlertCard() : scroll_(new QScrollArea(this)) {
+AlertCard::AlertCard() : scroll_(new PopupScrollArea(false, this)) {
   scroll_->setObjectName(QLatin1String(AlertStyleSheet::kScrollName));
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll_->setFocusPolicy(Qt::NoFocus);
   scroll_->viewport()->setObjectName(QLatin1String(AlertStyleSheet::kViewportName));
   contentView = new QWidget;
   contentView->setObjectName(QLatin1String(AlertStyleSheet::kContentName));
@@ -41,14 +46,15 @@ AlertCard::AlertCard() : scroll_(new QScrollArea(this)) {
   scroll_->setWidget(contentView);
   // After setWidget, which turns it on.
   contentView->setAutoFillBackground(false);
-  scroll_->viewport()->setAutoFillBackground(false);
-  labelTitle = new KifoPopupLabel(contentView);
-  viewText = new KifoPopupLabel(contentView);
+  labelTitle = new TextLabel(contentView);
+  viewText = new TextLabel(contentView);
   list = new AlertList(contentView);
   circleBG = new AlertDisc(this);
   circleView = new AlertDisc(circleBG);
   circleIconView = new AlertIconView(circleView);
-  closeImage = new KifoPopupCloseButton(this);
+  closeImage = new CloseButton(this);
+  closeImage->setAccessibleName(tr("Close"));
+  closeImage->setFixedSize(kCloseButton, kCloseButton);
   closeImage->setVisible(false);
 }
 
@@ -107,14 +113,14 @@ void AlertCard::dress(const KifoAppearance& appearance, const QColor& color,
                       const QColor& buttonText) {
   appearance_ = appearance;
   const QColor card = appearance.contentViewColor;
-  const QColor ink = readableOn(appearance.subTitleColor, card);
+  const QColor ink = textOn(card, appearance.subTitleColor, appearance.kTextFont);
   // A line or a ring in a colour that the card swallows would not be seen.
-  const QColor accent = contrastRatio(color, card) < 1.3 ? ink : color;
+  const QColor accent = contrastRatio(color, card) < Contrast::mark ? ink : color;
   setStyleSheet(AlertStyleSheet::forCard(appearance, accent));
-  labelTitle->setLook(appearance.kTitleFont, readableOn(appearance.titleColor, card),
-                      Qt::AlignHCenter);
-  labelTitle->setMinimumScale(appearance.kTitleMinimumScaleFactor);
-  viewText->setLook(appearance.kTextFont, ink, appearance.textViewAlignment);
+  scroll_->setColors(card, ink);
+  labelTitle->setFace(appearance.kTitleFont,
+                      textOn(card, appearance.titleColor, appearance.kTitleFont));
+  viewText->setFace(appearance.kTextFont, ink, alignmentOf(appearance.textViewAlignment));
   circleBG->setColor(appearance.circleBackgroundColor);
   circleView->setColor(color);
   for (KifoButton* button : buttons) dressButton(button, color, buttonText);
@@ -123,11 +129,17 @@ void AlertCard::dress(const KifoAppearance& appearance, const QColor& color,
 
 void AlertCard::dressButton(KifoButton* button, const QColor& color, const QColor& text) const {
   KifoButton::Look look;
-  look.background = button->customBackgroundColor.isValid() ? button->customBackgroundColor : color;
-  look.text = readableOn(button->customTextColor.isValid() ? button->customTextColor : text,
-                         look.background);
   const QColor card = appearance_.contentViewColor;
-  if (contrastRatio(look.background, card) < 1.2) {
+  const bool standsBack = button == closingButton && buttons.size() > 1;
+  look.background = button->customBackgroundColor.isValid() ? button->customBackgroundColor
+                    : standsBack                            ? mixed(card, color, kTint)
+                                                            : color;
+  look.text = textOn(look.background,
+                     button->customTextColor.isValid() ? button->customTextColor
+                     : standsBack                      ? color
+                                                       : text,
+                     appearance_.kButtonFont);
+  if (contrastRatio(look.background, card) < kSeenSurface) {
     look.border = mixed(card, look.text, 0.3);
   }
   look.font = appearance_.kButtonFont;
@@ -165,8 +177,7 @@ void AlertCard::arrange(const QSize& room) {
     circleShown_ = false;
     natural = contentTop() + rows().height(width);
   }
-  // Without buttons below it there would be nothing but emptiness under the text.
-  const int least = buttons.empty() ? 0 : whole(appearance_.kWindowHeight);
+  const int least = whole(appearance_.kWindowHeight);
   const int height = std::min(std::max(natural, least), std::max(1, room.height() - overhang()));
   resize(width, overhang() + height);
   placeContents(width, height, natural);
@@ -178,10 +189,9 @@ void AlertCard::arrange(const QSize& room) {
 
 void AlertCard::placeContents(int width, int height, int natural) {
   const bool tooHigh = natural > height;
-  scroll_->setVerticalScrollBarPolicy(tooHigh ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
   scroll_->setGeometry(0, overhang() + contentTop(), width,
                        std::max(0, height - contentTop() - kBorder));
-  const int contentWidth = tooHigh ? width - AlertStyleSheet::kScrollBarWidth : width;
+  const int contentWidth = tooHigh ? width - ScrollIndicator::thickness : width;
   contentView->resize(contentWidth, rows().place(contentWidth, std::max(0, height - natural)));
 }
 
@@ -204,7 +214,7 @@ void AlertCard::placeCircle(int width) {
 }
 
 void AlertCard::reveal(QWidget* part) {
-  if (scrolls() && contentView->isAncestorOf(part)) scroll_->ensureWidgetVisible(part, 0, 12);
+  if (scrolls() && contentView->isAncestorOf(part)) scroll_->reveal(part);
 }
 
 QRect AlertCard::panel() const {
@@ -216,7 +226,7 @@ QRect AlertCard::disc() const {
 }
 
 bool AlertCard::scrolls() const {
-  return scroll_->verticalScrollBar()->maximum() > 0;
+  return scroll_->isScrollable();
 }
 
 std::pair<int, int> AlertCard::placeInReading(const QWidget* widget) const {

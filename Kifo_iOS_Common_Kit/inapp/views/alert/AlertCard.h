@@ -4,7 +4,6 @@
 #include <QPainterPath>
 #include <QPlainTextEdit>
 #include <QPointer>
-#include <QScrollArea>
 #include <QWidget>
 #include <utility>
 #include <vector>
@@ -14,9 +13,10 @@
 
 namespace kifo {
 
-class KifoPopupCloseButton;
 class AlertDisc;
 class AlertIconView;
+class CloseButton;
+class PopupScrollArea;
 
 /// The card of an alert and everything on it. It knows how it looks and how it is laid out; where
 /// it stands and what its buttons do is for others to say.
@@ -65,7 +65,8 @@ class AlertCard : public QWidget, public AlertParts {
   AlertDisc* circleBG;
   AlertDisc* circleView;
   AlertIconView* circleIconView;
-  KifoPopupCloseButton* closeImage;
+  CloseButton* closeImage;
+  QPointer<KifoButton> closingButton;  ///< Only closes; stands back behind the others.
   std::vector<QLineEdit*> inputs;
   std::vector<QPlainTextEdit*> input;
 
@@ -100,7 +101,7 @@ class AlertCard : public QWidget, public AlertParts {
   [[nodiscard]] std::pair<int, int> placeInReading(const QWidget* widget) const;
 
   KifoAppearance appearance_;
-  QScrollArea* scroll_;
+  PopupScrollArea* scroll_;
   QPainterPath outline_;
   double iconScale_ = 1;
   bool circleWanted_ = true;

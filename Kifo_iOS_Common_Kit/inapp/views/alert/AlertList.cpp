@@ -5,7 +5,7 @@
 #include <QStyle>
 #include <algorithm>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
@@ -19,27 +19,27 @@ AlertList::AlertList(QWidget* parent) : QWidget(parent) {}
 
 void AlertList::setContents(const QString& heading, const std::vector<TypeData>& rows,
                             const Look& look) {
-  qDeleteAll(findChildren<KifoPopupLabel*>(Qt::FindDirectChildrenOnly));
+  qDeleteAll(findChildren<TextLabel*>(Qt::FindDirectChildrenOnly));
   heading_ = nullptr;
   rows_.clear();
   look_ = look;
   QFont strong = look.font;
   strong.setBold(true);
-  if (!heading.isEmpty()) heading_ = addLabel(heading, strong, Qt::AlignLeft);
+  if (!heading.isEmpty()) heading_ = addLabel(heading, strong, WrappedText::Alignment::leading);
   for (const TypeData& row : rows) {
-    rows_.push_back({addLabel(row.header, strong, Qt::AlignLeft),
-                     addLabel(row.value, look.font, Qt::AlignRight)});
+    rows_.push_back({addLabel(row.header, strong, WrappedText::Alignment::leading),
+                     addLabel(row.value, look.font, WrappedText::Alignment::trailing)});
   }
   updateGeometry();
   // The new labels may need no other room than those before them: no resizing would place them.
   arrange();
 }
 
-KifoPopupLabel* AlertList::addLabel(const QString& text, const QFont& font,
-                                    Qt::Alignment alignment) {
-  auto* label = new KifoPopupLabel(this);
+TextLabel* AlertList::addLabel(const QString& text, const QFont& font,
+                               WrappedText::Alignment alignment) {
+  auto* label = new TextLabel(this);
   label->setText(text);
-  label->setLook(font, look_.text, alignment);
+  label->setFace(font, look_.text, alignment);
   label->setVisible(true);
   return label;
 }
@@ -69,7 +69,7 @@ int AlertList::heightForWidth(int width) const {
 }
 
 void AlertList::arrange() {
-  const auto put = [this](KifoPopupLabel* label, const QRect& place) {
+  const auto put = [this](TextLabel* label, const QRect& place) {
     label->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
   };
   int bottom = headingHeight(width());
@@ -77,7 +77,8 @@ void AlertList::arrange() {
   for (const Row& row : rows_) {
     const Places where = places(row, bottom, width());
     const bool beside = where.value.left() > 0;
-    row.value->setLook(look_.font, look_.text, beside ? Qt::AlignRight : Qt::AlignLeft);
+    row.value->setFace(look_.font, look_.text,
+                       beside ? WrappedText::Alignment::trailing : WrappedText::Alignment::leading);
     put(row.header, where.header);
     put(row.value, where.value);
     bottom = where.value.bottom() + 1 + kRowPadding;

@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/TypeData.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/WrappedText.h"
 
 namespace kifo {
 
-class KifoPopupLabel;
+class TextLabel;
 
 /// The list in an alert's card: a heading, and rows of a header and a value in two columns. A row
 /// whose texts do not fit side by side puts the value below its header.
@@ -41,21 +42,21 @@ class AlertList : public QWidget {
 
  private:
   struct Row {
-    KifoPopupLabel* header;
-    KifoPopupLabel* value;
+    TextLabel* header;
+    TextLabel* value;
   };
   struct Places {
     QRect header;
     QRect value;
   };
 
-  KifoPopupLabel* addLabel(const QString& text, const QFont& font, Qt::Alignment alignment);
+  TextLabel* addLabel(const QString& text, const QFont& font, WrappedText::Alignment alignment);
   [[nodiscard]] int headingHeight(int width) const;
   [[nodiscard]] Places places(const Row& row, int top, int width) const;
   void arrange();
 
   Look look_;
-  KifoPopupLabel* heading_ = nullptr;
+  TextLabel* heading_ = nullptr;
   std::vector<Row> rows_;
 };
 

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QWindow>
@@ -12,7 +13,6 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertCard.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertFocus.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
@@ -28,27 +28,41 @@ QRect placeOfFocusedWindow() {
   return screen == nullptr ? QRect(0, 0, 640, 480) : screen->availableGeometry();
 }
 
+// Menus, tooltips, splash screens and our own windows come and go too quickly to be shown over.
+bool canHost(const QWidget* window) {
+  const Qt::WindowType type = window->windowType();
+  return window->isVisible() && (type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet) &&
+         qobject_cast<const Overlay*>(window) == nullptr;
+}
+
+QWidget* lastVisibleWindow() {
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+    if (canHost(*window)) return *window;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
+QWidget* AlertOverlay::hostFor(QWidget* wished) {
+  if (wished != nullptr) return wished->window();
+  for (QWidget* window : {QApplication::activeModalWidget(), QApplication::activeWindow()}) {
+    if (window != nullptr && canHost(window)) return window;
+  }
+  return lastVisibleWindow();
+}
+
 AlertOverlay::AlertOverlay(QWidget* host, AlertCard* card, AlertAnimator* animator)
-    : QWidget(host), card_(card), animator_(animator), focus_(new AlertFocus(this, card)) {
+    : Overlay(host, Qt::Dialog), card_(card), animator_(animator) {
   setFocusPolicy(Qt::StrongFocus);
-  setCursor(Qt::ArrowCursor);
-  setAcceptDrops(true);  // And refuses them, so that the window behind gets none.
   card->setParent(this);
   connect(animator, &AlertAnimator::moved, this, &AlertOverlay::moveCard);
   connect(animator, &AlertAnimator::began, this, [this] {
     if (card_ != nullptr) preparePaintedOpacity(*card_);
   });
   connect(card, &AlertCard::outgrown, this, &AlertOverlay::place);
-  connect(focus_, &AlertFocus::moved, card, &AlertCard::reveal);
-  if (host != nullptr) {
-    host->installEventFilter(this);
-  } else {
-    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
-    setAttribute(Qt::WA_TranslucentBackground);
-    setWindowModality(Qt::ApplicationModal);
-  }
+  if (host == nullptr) setWindowModality(Qt::ApplicationModal);
 }
 
 AlertOverlay::~AlertOverlay() {
@@ -64,25 +78,57 @@ void AlertOverlay::releaseCard() {
 }
 
 void AlertOverlay::open(double dimming, ScreenType type, QWidget* firstFocus) {
-  dimming_ = std::clamp(dimming, 0.0, 1.0);
+  fullDimming_ = std::clamp(dimming, 0.0, 1.0);
   type_ = type;
   coverWindow();
   raise();
   card_->setVisible(true);
   setVisible(true);
   place();
-  focus_->take(firstFocus != nullptr ? firstFocus : this);
+  takeFocus(firstFocus != nullptr ? firstFocus : this);
+}
+
+void AlertOverlay::returnFocus() {
+  giveFocusBack();
 }
 
 void AlertOverlay::dismantle() {
-  focus_->giveBack();
+  giveFocusBack();
   setVisible(false);
   if (card_ != nullptr) releaseCard();
   disposeLater(this);
 }
 
 void AlertOverlay::coverWindow() {
-  setGeometry(isWindow() ? placeOfFocusedWindow() : parentWidget()->rect());
+  if (isWindow()) return setGeometry(placeOfFocusedWindow());
+  coverHost();
+}
+
+void AlertOverlay::engage() {
+  engaged_ = true;
+  Q_EMIT engagementChanged();
+}
+
+/// Where the alert opens there is nothing to show: the message is read first.
+void AlertOverlay::focusArrived(QWidget* widget, bool byUser) {
+  if (!byUser || card_ == nullptr) return;
+  engage();
+  card_->reveal(widget);
+}
+
+/// Parts follow each other as they are seen, whatever the order in which they were added; inside a
+/// custom view the window's focus chain decides.
+QList<QWidget*> AlertOverlay::focusStops() const {
+  QList<QWidget*> stops;
+  if (card_ == nullptr) return stops;
+  for (QWidget* widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain()) {
+    if (isAncestorOf(widget) && isFocusStop(widget)) stops.append(widget);
+  }
+  std::stable_sort(stops.begin(), stops.end(),
+                   [this](const QWidget* former, const QWidget* latter) {
+                     return card_->readsBefore(former, latter);
+                   });
+  return stops;
 }
 
 QRect AlertOverlay::room() const {
@@ -109,7 +155,7 @@ void AlertOverlay::moveCard() {
   if (place.top() < room.top()) place.moveTop(room.top());
   card_->move(place.topLeft() + animator_->offset(place, rect()));
   setPaintedOpacity(*card_, animator_->opacity());
-  update();
+  setDimming(fullDimming_ * animator_->opacity());
 }
 
 void AlertOverlay::setKeyboard(const QRect& keyboard) {
@@ -121,38 +167,10 @@ void AlertOverlay::setKeyboard(const QRect& keyboard) {
 }
 
 bool AlertOverlay::event(QEvent* event) {
-  switch (event->type()) {
-    case QEvent::ShortcutOverride:
-      // The window's shortcuts rest while the alert is open.
-      event->accept();
-      return true;
-    case QEvent::Resize:
-    case QEvent::LayoutDirectionChange:
-      place();
-      break;
-    case QEvent::WindowActivate:
-    case QEvent::WindowDeactivate:
-      Q_EMIT focus_->engagementChanged();
-      break;
-    case QEvent::Wheel:
-    case QEvent::ContextMenu:
-    case QEvent::MouseMove:
-    case QEvent::MouseButtonDblClick:
-      event->accept();
-      return true;
-    default:
-      break;
+  if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate) {
+    Q_EMIT engagementChanged();
   }
-  return QWidget::event(event);
-}
-
-bool AlertOverlay::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == parentWidget() && event->type() == QEvent::Resize) coverWindow();
-  return QWidget::eventFilter(watched, event);
-}
-
-bool AlertOverlay::focusNextPrevChild(bool next) {
-  return focus_->step(next);
+  return Overlay::event(event);
 }
 
 void AlertOverlay::keyPressEvent(QKeyEvent* event) {
@@ -179,26 +197,30 @@ void AlertOverlay::mouseReleaseEvent(QMouseEvent* event) {
   Q_EMIT tapped(pressedBeside_ && !isOnCard(event->position()));
 }
 
-void AlertOverlay::paintEvent(QPaintEvent* /*event*/) {
+void AlertOverlay::paintEvent(QPaintEvent* event) {
+  Overlay::paintEvent(event);
   if (card_ == nullptr) return;
-  const double opacity = animator_->opacity();
   QPainter painter(this);
-  QColor dim(Qt::black);
-  dim.setAlphaF(static_cast<float>(dimming_ * opacity));
-  painter.fillRect(rect(), dim);
-  painter.setOpacity(opacity);
+  painter.setOpacity(animator_->opacity());
   paintShadow(painter);
 }
 
+/// Only outside of the card and its circle, which are translucent while they fade.
 void AlertOverlay::paintShadow(QPainter& painter) const {
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   painter.translate(card_->pos());
   const QRect panel = card_->panel();
-  PanelShadow::paint(painter, panel, card_->cornerRadius());
   const QRect disc = card_->disc();
-  if (disc.isEmpty()) return;
-  // The disc's own shadow is seen only where the disc stands out of the panel.
-  painter.setClipRect(0, -PanelShadow::reach, card_->width(), panel.top() + PanelShadow::reach);
+  if (disc.isEmpty()) return PanelShadow::paint(painter, panel, card_->cornerRadius());
+  QPainterPath besideDisc;
+  besideDisc.addRect(panel.adjusted(-PanelShadow::reach, -disc.height() - PanelShadow::reach,
+                                    PanelShadow::reach, 2 * PanelShadow::reach));
+  besideDisc.addEllipse(disc);
+  painter.setClipPath(besideDisc);
+  PanelShadow::paint(painter, panel, card_->cornerRadius());
+  const QRect above(0, disc.top() - PanelShadow::reach, card_->width(),
+                    panel.top() - disc.top() + PanelShadow::reach);
+  painter.setClipRect(above);
   PanelShadow::paint(painter, disc, disc.width() / 2.0);
 }
 

@@ -1,5 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertRows.h"
 
+#include <QFontInfo>
 #include <QLineEdit>
 #include <QStyle>
 #include <algorithm>
@@ -7,7 +8,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
@@ -71,9 +72,12 @@ int AlertRows::heightOfCustomSubview(int width) const {
 }
 
 void AlertRows::addText(std::vector<Row>& rows, int width) const {
-  KifoPopupLabel* title = parts_.labelTitle;
+  TextLabel* title = parts_.labelTitle;
   if (!title->text().isEmpty()) {
-    const int height = title->heightForWidth(std::max(1, width - 2 * titleInset_));
+    const int room = std::max(1, width - 2 * titleInset_);
+    title->shrinkToFit(
+        room, QFontInfo(appearance_.kTitleFont).pixelSize() * appearance_.kTitleMinimumScaleFactor);
+    const int height = title->heightForWidth(room);
     rows.push_back({title, std::max(height, whole(appearance_.kTitleHeight)), kBelowTitle});
   }
   if (!parts_.viewText->text().isEmpty()) {
@@ -101,14 +105,14 @@ std::vector<AlertRows::Row> AlertRows::rows(int width) const {
 }
 
 int AlertRows::arrange(int width, int slack, bool move) const {
-  // What there is to spare goes half below the title (above everything, without one) and half above
-  // the buttons.
-  const QWidget* title = parts_.labelTitle->text().isEmpty() ? nullptr : parts_.labelTitle;
-  int y = title != nullptr ? 0 : slack / 2;
+  // What there is to spare goes half above everything and half above the buttons, so that the title
+  // and the text stay together.
+  const QWidget* title = parts_.labelTitle;
+  int y = slack / 2;
   for (const Row& row : rows(width)) {
     const int inset = row.part == title ? titleInset_ : margin_;
     if (move) row.part->setGeometry(inset, y, std::max(1, width - 2 * inset), row.height);
-    y += row.height + row.gap + (row.part == title ? slack / 2 : 0);
+    y += row.height + row.gap;
   }
   return arrangeButtons(y + slack - slack / 2, width, move) + whole(appearance_.margin.bottom);
 }

@@ -10,13 +10,13 @@
 namespace kifo {
 
 class KifoButton;
-class KifoPopupLabel;
+class TextLabel;
 class AlertList;
 
 /// What stands below the circle of an alert's card, by its place from top to bottom.
 struct AlertParts {
-  KifoPopupLabel* labelTitle = nullptr;
-  KifoPopupLabel* viewText = nullptr;
+  TextLabel* labelTitle = nullptr;
+  TextLabel* viewText = nullptr;
   AlertList* list = nullptr;
   std::vector<QWidget*> fields;  ///< In the order in which they were added.
   QPointer<QWidget> customSubview;

@@ -6,7 +6,7 @@
 
 namespace kifo {
 
-/// The style sheet of an alert's card: how its fields and its scroll bar look. It also shields the
+/// The style sheet of an alert's card: how its fields look. It also shields the
 /// card's own widgets from a style sheet of the host's that styles every widget, and names them one
 /// by one so that it leaves the host's custom view alone.
 ///
@@ -17,8 +17,6 @@ class AlertStyleSheet {
   static constexpr const char* kViewportName = "kifoPopupViewport";
   static constexpr const char* kFieldName = "kifoPopupField";
   static constexpr const char* kScrollName = "kifoPopupScroll";
-  /// The width of the card's scroll bar.
-  static constexpr int kScrollBarWidth = 8;
 
   /// `accent` marks the field that has the focus.
   static QString forCard(const KifoAppearance& appearance, const QColor& accent);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace kifo {
 namespace {
@@ -48,6 +49,13 @@ void AlertTimeout::stop() {
   set_ = false;
   timeoutTimer_.stop();
   showTimeoutTimer_.stop();
+}
+
+void AlertTimeout::tickToo() {
+  if (!set_ || std::exchange(ticks_, true)) return;
+  if (held_) return;
+  seconds_ = wholeSeconds(timeoutTimer_.remainingTimeAsDuration());
+  showTimeoutTimer_.start();
 }
 
 void AlertTimeout::run() {

@@ -18,6 +18,8 @@ class AlertTimeout : public QObject {
   /// wants to be told each second.
   void start(double seconds, bool ticks);
   void stop();
+  /// Somebody wants to be told each second from now on.
+  void tickToo();
   /// Holds the clock or lets it go on with what was left of it.
   void setHeld(bool held);
   /// One second has passed: counts down and says so.

@@ -46,9 +46,10 @@ class AlertTimeout;
 ///     alert->showTitle("Pay now?", "12.90 €", kifo::KifoPopupStyle::question, "Not yet");
 ///
 /// **Buttons.** A press runs the button's action and then hides the alert, unless the appearance
-/// says that it stays (`shouldAutoDismiss`). `closeButtonTitle` adds a last button that only
-/// closes, if it is not empty and `showCloseButton` allows it. A cross in the corner appears when
-/// `closeIcon` is set, and whenever an alert that is not a wait would have no other way out.
+/// says that it stays (`shouldAutoDismiss`); further presses while the action runs do nothing.
+/// `closeButtonTitle` adds a last button that only closes, if it is not empty and `showCloseButton`
+/// allows it. A cross in the corner appears when `closeIcon` is set, and whenever an alert that is
+/// not a wait would have no other way out.
 /// **Keyboard.** Escape closes if a close button or cross is shown or a tap on the background would
 /// close; Enter presses the button that has the focus, else the first. Tab stays inside. The focus
 /// goes to the first field, else the first button, and back where it was when the alert hides.
@@ -244,6 +245,7 @@ class KIFO_EXPORT KifoPopup : public QObject,
   std::uint32_t colorTextButton_ = 0xFFFFFF;
   Phase phase_ = Phase::idle;
   unsigned showings_ = 0;
+  unsigned answered_ = 0;  ///< The showing that a press has answered: one showing, one answer.
   bool waits_ = false;
   bool pointerInside_ = false;
   bool keyboardHasBeenShown_ = false;

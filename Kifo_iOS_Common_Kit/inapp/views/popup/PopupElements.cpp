@@ -3,23 +3,21 @@
 #include <algorithm>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/DashedLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PageIndicator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupHeights.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupImageView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
@@ -34,10 +32,6 @@ QString q(const std::string& text) {
   return QString::fromStdString(text);
 }
 
-std::optional<QColor> toQColor(const std::optional<Color>& color) {
-  return color ? std::optional(kifo::toQColor(*color)) : std::nullopt;
-}
-
 double numberIn(const std::string& text, double fallback, double least, double most) {
   bool ok = false;
   const double number = q(text).trimmed().toDouble(&ok);
@@ -47,9 +41,10 @@ double numberIn(const std::string& text, double fallback, double least, double m
 /// Makes the pieces; a class so that the helpers share what all of them need.
 class Builder {
  public:
-  Builder(const PopupPreferences& preferences, const PopupTheme& theme, QWidget* view)
-      : p_(preferences),
-        item_(preferences.appCommunicationItem.get()),
+  Builder(const PopupState& state, const PopupTheme& theme, QWidget* view)
+      : state_(state),
+        p_(state.preferences),
+        item_(state.appCommunicationItem.get()),
         theme_(theme),
         view_(view) {}
 
@@ -59,14 +54,14 @@ class Builder {
     pictures();
     e_.popupDescription = label("popupDescription", TextRole::description, p_.detailText,
                                 toQColor(p_.detailTextColor));
-    e_.popupDescription->setNearTop(true);
     if (item_ && item_->coupon) coupon(*item_->coupon);
     e_.popupQuestion =
         label("popupQuestion", TextRole::question, p_.questionText, toQColor(p_.questionColor));
     body();
-    if (mayAskForFreeText(p_)) freeText();
+    anchorTexts();
+    if (state_.mayAskForFreeText()) freeText();
     submit();
-    e_.closeButton = named(new PopupCloseButton(view_), "closeButton");
+    e_.closeButton = named(new CloseButton(view_), "closeButton");
     e_.closeButton->setAccessibleName(theme_.options.texts.close);
     return e_;
   }
@@ -78,18 +73,29 @@ class Builder {
     return widget;
   }
 
-  PopupLabel* label(const char* name, TextRole role, const std::optional<std::string>& text,
-                    const std::optional<QColor>& color) {
-    auto* label = named(new PopupLabel(e_.contentView), name);
-    label->setFace(theme_.font(role), theme_.text(color.value_or(theme_.ink)));
-    label->setLabel(q(text.value_or("")));
+  TextLabel* label(const char* name, TextRole role, const std::optional<std::string>& text,
+                   const std::optional<QColor>& color) {
+    auto* label = named(new TextLabel(e_.contentView), name);
+    label->setFace(theme_.font(role), theme_.text(role, color.value_or(theme_.ink)));
+    label->setText(q(text.value_or("")));
     label->setVisible(text && !text->empty());
     return label;
   }
 
+  /// A text that does not fill its box stands by what it belongs to.
+  void anchorTexts() {
+    using Vertical = WrappedText::Vertical;
+    const bool pictured = e_.popupImageView || e_.popupImageViewList;
+    e_.popupTitle->setVertical(pictured ? Vertical::middle : Vertical::bottom);
+    e_.popupDescription->setVertical(Vertical::top);
+    e_.popupQuestion->setVertical(Vertical::bottom);
+  }
+
   void panel() {
     e_.popupView = named(new PopupPanel(theme_, view_), "popupView");
-    e_.panelScroll = named(new PopupScrollArea(theme_, e_.popupView), "panelScroll");
+    e_.panelScroll =
+        named(new PopupScrollArea(theme_.options.reducedMotion, e_.popupView), "panelScroll");
+    e_.panelScroll->setColors(theme_.panel, theme_.ink);
     e_.contentView = named(new QWidget, "contentView");
     e_.panelScroll->setWidget(e_.contentView);
     e_.contentView->setAutoFillBackground(false);
@@ -113,9 +119,10 @@ class Builder {
   }
 
   void coupon(const Coupon& coupon) {
-    const QColor background = kifo::toQColor(colorFromHex(coupon.code.backgroundColor));
+    const QColor background = toQColor(colorFromHex(coupon.code.backgroundColor));
     const QColor seen = over(background, theme_.panel);
-    const QColor color = theme_.text(kifo::toQColor(colorFromHex(coupon.code.color)), seen);
+    const QColor color =
+        theme_.text(TextRole::coupon, toQColor(colorFromHex(coupon.code.color)), seen);
     e_.couponLabel = named(new DashedLabel(e_.contentView), "couponLabel");
     QFont font = theme_.font(TextRole::coupon);
     if (coupon.code.size) {
@@ -124,7 +131,7 @@ class Builder {
       font.setPixelSize(static_cast<int>(size * theme_.options.fontScale));
     }
     e_.couponLabel->setFace(font, color);
-    e_.couponLabel->setLabel(q(coupon.code.text));
+    e_.couponLabel->setText(q(coupon.code.text));
     e_.couponLabel->setBackgroundColor(background);
     e_.couponLabel->setTintColor(color);
     e_.couponLabel->setLineWidth(numberIn(
@@ -133,25 +140,25 @@ class Builder {
     e_.copyButton->setCornerRadius(4);
     const CouponCode& look = coupon.button.active;
     e_.copyButton->setCaption(q(look.text));
-    e_.copyButton->setColors(kifo::toQColor(colorFromHex(look.backgroundColor)),
-                             kifo::toQColor(colorFromHex(look.color)));
+    e_.copyButton->setColors(toQColor(colorFromHex(look.backgroundColor)),
+                             toQColor(colorFromHex(look.color)));
     if (look.text.empty()) e_.copyButton->setAccessibleName(theme_.options.texts.copyCode);
   }
 
   void body() {
-    const auto kind = layoutKind(p_);
+    const auto kind = state_.layoutKind;
     if (kind == PopupType::score) return score();
     if (kind == PopupType::openEnded) return;
     if (kind == PopupType::emoji) {
-      e_.emojiCollectionView = named(new PopupEmojiRow(e_.contentView), "emojiCollectionView");
+      e_.emojiCollectionView =
+          named(new PopupEmojiRow(theme_, e_.contentView), "emojiCollectionView");
       nameGroup(e_.emojiCollectionView);
       return;
     }
     const auto stops =
         kind == PopupType::survey ? RovingFocus::Stops::one : RovingFocus::Stops::every;
-    e_.buttonsTableview =
-        named(new PopupListView(theme_, stops, PopupState().cellHeight, e_.contentView),
-              "buttonsTableview");
+    e_.buttonsTableview = named(new PopupListView(theme_, stops, state_.cellHeight, e_.contentView),
+                                "buttonsTableview");
     nameGroup(e_.buttonsTableview);
   }
 
@@ -161,15 +168,10 @@ class Builder {
     setAccessibleRole(group, QAccessible::Grouping);
   }
 
-  PopupLabel* scoreLabel(const char* name, TextRole role, PopupLabel::Alignment alignment) {
-    auto* label = named(new PopupLabel(e_.contentView), name);
-    QColor color = theme_.ink;
-    if (p_.backgroundColor) {
-      const Color& b = *p_.backgroundColor;
-      const bool dark = 1 - (0.299 * b.red + 0.587 * b.green + 0.114 * b.blue) >= 0.5;
-      color = dark ? Qt::white : Qt::black;
-    }
-    label->setFace(theme_.font(role), theme_.text(color), alignment);
+  TextLabel* scoreLabel(const char* name, TextRole role, TextLabel::Alignment alignment) {
+    auto* label = named(new TextLabel(e_.contentView), name);
+    const QColor color = toQColor(theme_.palette.scoreText(p_));
+    label->setFace(theme_.font(role), theme_.text(TextRole::score, color), alignment);
     label->setDigits(true);
     return label;
   }
@@ -178,13 +180,12 @@ class Builder {
     const std::int64_t lowest = item_ ? item_->minScore.value_or(0) : 0;
     const std::int64_t highest = item_ ? item_->maxScore.value_or(0) : 0;
     e_.scoreValueLabel =
-        scoreLabel("scoreValueLabel", TextRole::score, PopupLabel::Alignment::center);
-    e_.sliderMinLabel =
-        scoreLabel("sliderMinLabel", TextRole::bound, PopupLabel::Alignment::center);
+        scoreLabel("scoreValueLabel", TextRole::score, TextLabel::Alignment::center);
+    e_.sliderMinLabel = scoreLabel("sliderMinLabel", TextRole::bound, TextLabel::Alignment::center);
     e_.sliderMaksLabel =
-        scoreLabel("sliderMaksLabel", TextRole::bound, PopupLabel::Alignment::center);
-    e_.sliderMinLabel->setLabel(QString::number(lowest));
-    e_.sliderMaksLabel->setLabel(QString::number(highest));
+        scoreLabel("sliderMaksLabel", TextRole::bound, TextLabel::Alignment::center);
+    e_.sliderMinLabel->setText(QString::number(lowest));
+    e_.sliderMaksLabel->setText(QString::number(highest));
     e_.slider = named(new CustomSlider(theme_, e_.contentView), "slider");
     e_.slider->setScores(lowest, highest);
     const bool asked = p_.questionText && !p_.questionText->empty();
@@ -195,20 +196,22 @@ class Builder {
     const DefaultFreeText question =
         item_ ? item_->defaultFreeText.value_or(DefaultFreeText{}) : DefaultFreeText{};
     QWidget* block = e_.fieldView = named(new QWidget(e_.contentView), "fieldView");
-    e_.textFieldLabel = named(new PopupLabel(block), "textFieldLabel");
+    e_.textFieldLabel = named(new TextLabel(block), "textFieldLabel");
     const QString asked = q(question.questionText.value_or(""));
-    e_.textFieldLabel->setFace(theme_.font(TextRole::label),
-                               theme_.text(colorOf(question.textColor).value_or(theme_.ink)),
-                               PopupLabel::Alignment::leading);
-    e_.textFieldLabel->setLabel(asked);
+    e_.textFieldLabel->setFace(
+        theme_.font(TextRole::label),
+        theme_.text(TextRole::label, toQColor(colorOf(question.textColor)).value_or(theme_.ink)),
+        TextLabel::Alignment::leading);
+    e_.textFieldLabel->setText(asked);
     e_.textFieldLabel->setVisible(!asked.isEmpty());
     e_.textField = named(new FreeTextField(theme_, block), "textField");
     e_.textField->setAccessibleName(asked.isEmpty() ? theme_.options.texts.freeText : asked);
-    e_.textFieldCountLabel = named(new PopupLabel(block), "textFieldCountLabel");
-    e_.textFieldCountLabel->setFace(theme_.font(TextRole::counter), theme_.shade(0.75),
-                                    PopupLabel::Alignment::trailing);
+    e_.textFieldCountLabel = named(new TextLabel(block), "textFieldCountLabel");
+    e_.textFieldCountLabel->setFace(theme_.font(TextRole::counter),
+                                    theme_.text(TextRole::counter, theme_.shade(0.75)),
+                                    TextLabel::Alignment::trailing);
     e_.textFieldCountLabel->setDigits(true);
-    e_.textFieldCountLabel->setLabel(FreeTextRule::count({}));
+    e_.textFieldCountLabel->setText(q(FreeTextRule::count({})));
   }
 
   void submit() {
@@ -219,10 +222,11 @@ class Builder {
     if (!p_.submitButton->text || p_.submitButton->text->empty()) {
       e_.submitButton->setAccessibleName(theme_.options.texts.submit);
     }
-    e_.submitButton->setColors(colorOf(p_.submitButton->color),
-                               colorOf(p_.submitButton->textColor));
+    e_.submitButton->setColors(toQColor(colorOf(p_.submitButton->color)),
+                               toQColor(colorOf(p_.submitButton->textColor)));
   }
 
+  const PopupState& state_;
   const PopupPreferences& p_;
   const AppCommunicationItem* item_;
   const PopupTheme& theme_;
@@ -232,25 +236,9 @@ class Builder {
 
 }  // namespace
 
-PopupElements PopupElements::build(const PopupPreferences& preferences, const PopupTheme& theme,
+PopupElements PopupElements::build(const PopupState& state, const PopupTheme& theme,
                                    QWidget* view) {
-  return Builder(preferences, theme, view).build();
-}
-
-bool asksForFreeText(const PopupPreferences& preferences) {
-  const auto kind = layoutKind(preferences);
-  if (kind == PopupType::openEnded) return true;
-  if (!kind || kind == PopupType::popup || !preferences.appCommunicationItem) return false;
-  const auto& item = *preferences.appCommunicationItem;
-  return item.defaultFreeText && item.defaultFreeTextCheckBox.value_or(true);
-}
-
-bool mayAskForFreeText(const PopupPreferences& preferences) {
-  if (asksForFreeText(preferences)) return true;
-  const auto& choices = preferences.choices;
-  return std::any_of(choices.begin(), choices.end(), [](const auto& choice) {
-    return choice && choice->freeTextQuestionCheckBox.value_or(false);
-  });
+  return Builder(state, theme, view).build();
 }
 
 }  // namespace kifo

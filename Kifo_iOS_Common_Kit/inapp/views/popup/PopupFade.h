@@ -33,7 +33,7 @@ class PopupFade : public QObject {
 
   QWidget* window_;
   std::chrono::milliseconds duration_;
-  QVariantAnimation animation_;
+  QVariantAnimation animation_{this};
   double opacity_ = 0;
 };
 

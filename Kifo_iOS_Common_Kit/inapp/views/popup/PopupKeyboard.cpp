@@ -5,12 +5,9 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupState.h"
-
 namespace kifo {
 
-PopupKeyboard::PopupKeyboard(PopupState& fields, QObject* window)
-    : QObject(window), fields_(fields) {
+PopupKeyboard::PopupKeyboard(QObject* window) : QObject(window) {
   const QInputMethod* method = QGuiApplication::inputMethod();
   connect(method, &QInputMethod::visibleChanged, this, &PopupKeyboard::follow);
   connect(method, &QInputMethod::keyboardRectangleChanged, this, &PopupKeyboard::follow);
@@ -24,14 +21,13 @@ void PopupKeyboard::follow() {
 }
 
 void PopupKeyboard::show(const QRectF& keyboard) {
-  if (keyboard.height() <= 0 || std::exchange(fields_.isKeyboardSizeAdded, true)) return;
+  if (keyboard.height() < 1 || height_ > 0) return;
   height_ = static_cast<int>(keyboard.height());
   Q_EMIT moved();
 }
 
 void PopupKeyboard::hide() {
-  if (!std::exchange(fields_.isKeyboardSizeAdded, false)) return;
-  height_ = 0;
+  if (std::exchange(height_, 0) == 0) return;
   Q_EMIT moved();
 }
 

@@ -5,8 +5,6 @@
 
 namespace kifo {
 
-struct PopupState;
-
 /// The on-screen keyboard below a popup: the system's own is followed, and the view is lifted by
 /// half of its height, once.
 ///
@@ -15,7 +13,7 @@ class PopupKeyboard : public QObject {
   Q_OBJECT
 
  public:
-  PopupKeyboard(PopupState& fields, QObject* window);
+  explicit PopupKeyboard(QObject* window);
 
   /// An empty rectangle is ignored, and so is a second keyboard.
   void show(const QRectF& keyboard);
@@ -31,7 +29,6 @@ class PopupKeyboard : public QObject {
  private:
   void follow();
 
-  PopupState& fields_;
   int height_ = 0;
 };
 

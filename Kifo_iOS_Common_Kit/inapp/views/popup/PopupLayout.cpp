@@ -15,7 +15,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupImageView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
@@ -35,8 +35,8 @@ int whole(double height) {
 }
 
 /// A text that fits keeps the height it is given; one that does not gets some air as well.
-int heightOf(const PopupLabel& label, int width, double height) {
-  const int needed = label.heightFor(width);
+int heightOf(const TextLabel& label, int width, double height) {
+  const int needed = label.heightForWidth(width);
   return needed <= whole(height) ? whole(height) : needed + kTextRoom;
 }
 
@@ -70,7 +70,7 @@ void PopupLayout::coupon(Cursor& at) const {
   if (!e_.couponLabel) return;
   e_.couponLabel->shrinkToFit(at.width - 2 * kCouponInset, kSmallestCode);
   const int label =
-      std::max(whole(h_.couponLabelHeight), e_.couponLabel->heightFor(at.width - 2 * kGap));
+      std::max(whole(h_.couponLabelHeight), e_.couponLabel->heightForWidth(at.width - 2 * kGap));
   put(at, e_.couponLabel, kGap, kGap, label);
   const int button = std::max(whole(h_.couponCopyButtonHeight),
                               e_.copyButton->heightFor(at.width - 2 * kCopyInset));
@@ -79,7 +79,7 @@ void PopupLayout::coupon(Cursor& at) const {
 
 void PopupLayout::score(Cursor& at) const {
   const int value =
-      std::max(whole(h_.scoreValueLabelHeight), e_.scoreValueLabel->heightFor(at.width));
+      std::max(whole(h_.scoreValueLabelHeight), e_.scoreValueLabel->heightForWidth(at.width));
   const int third = (at.width - 2 * kGap) / 3;  // the bounds and the score share the row
   e_.scoreValueLabel->shrinkToFit(third, kSmallestBound);
   put(at, e_.scoreValueLabel, kWideGap, 0, value);
@@ -93,6 +93,8 @@ void PopupLayout::score(Cursor& at) const {
         QStyle::visualRect(label->layoutDirection(), QRect(0, 0, at.width, 1), place));
   }
   put(at, e_.slider, kWideGap, kGap, whole(h_.sliderHeight));
+  const QRect bounds = e_.slider->geometry();
+  e_.slider->setGeometry(bounds.adjusted(0, -CustomSlider::room, 0, CustomSlider::room));
 }
 
 void PopupLayout::body(Cursor& at) const {
@@ -126,7 +128,7 @@ int PopupLayout::freeText(int width) const {
   const int field = std::max(whole(h_.textFieldLabelHeight), line);
   e_.textField->setGeometry(0, y, width, field);
   y += field + kWideGap;
-  const int least = e_.textFieldCountLabel->heightFor(kCounterWidth);
+  const int least = e_.textFieldCountLabel->heightForWidth(kCounterWidth);
   const int wide = std::max(kCounterWidth, e_.textFieldCountLabel->naturalWidth() + 2);
   const int block = std::max(y + least, whole(h_.openFieldHeight(asked)));
   const QRect counter(width - wide, y, wide, block - y);
@@ -159,6 +161,12 @@ int PopupLayout::arrange(int width, double openness) {
   const int height = std::max(target, at.y + kGap + submit + kGap);
   if (e_.submitButton) {
     e_.submitButton->setGeometry(kGap, height - kGap - submit, width - 2 * kGap, submit);
+  }
+  if (e_.buttonsTableview && !e_.buttonsTableview->isScrollable() && h_.isPlain) {
+    // What there is to spare goes above the buttons, which are as far from the foot as from the
+    // sides.
+    const int foot = submit > 0 ? submit + 2 * kGap : kGap;
+    e_.buttonsTableview->moveToFoot(height - foot);
   }
   return height;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupElements.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupHeights.h"
 
 namespace kifo {
 

@@ -13,7 +13,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupImageView.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupState.h"
 
 namespace kifo {
 namespace {
@@ -28,9 +27,8 @@ std::shared_ptr<ImageLoader> loaderFor(const PopUpOptions& options, const QWidge
 
 }  // namespace
 
-PopupPictures::PopupPictures(PopupState& fields, PopUpWindowView& view, const PopUpOptions& options,
-                             QWidget* window)
-    : QObject(window), fields_(fields), view_(view), loader_(loaderFor(options, *window)) {}
+PopupPictures::PopupPictures(PopUpWindowView& view, const PopUpOptions& options, QWidget* window)
+    : QObject(window), view_(view), loader_(loaderFor(options, *window)) {}
 
 void PopupPictures::load() {
   const PopupElements& e = view_.elements();
@@ -48,18 +46,18 @@ void PopupPictures::load() {
 
 void PopupPictures::loadCarousel() {
   const PopupElements& e = view_.elements();
-  e.popupImageViewList->setImages(fields_.images, loader_);
-  e.pageIndicator->setNumberOfPages(static_cast<int>(fields_.images.size()));
+  const std::vector<std::string>& images = view_.state().images;
+  e.popupImageViewList->setImages(images, loader_);
+  e.pageIndicator->setNumberOfPages(static_cast<int>(images.size()));
   connect(e.popupImageViewList, &PopupCarousel::pageTurned, this, [this](int page) {
-    fields_.currentIndex = page;
-    view_.elements().pageIndicator->setCurrentPage(page);
     if (timer_) timer_->start();  // the page that the user chose stays its whole time
+    Q_EMIT pageTurned(page);
   });
   QTimer::singleShot(0, this, &PopupPictures::startTimer);
 }
 
 void PopupPictures::loadSingle() {
-  const auto& image = view_.popupPreferences().image;
+  const auto& image = view_.state().preferences.image;
   PopupImageView* place = view_.elements().popupImageView;
   if (!image || !ImageLoader::isUrl(*image) || !place) return;
   place->setLoading();
@@ -69,7 +67,7 @@ void PopupPictures::loadSingle() {
 void PopupPictures::startTimer() {
   if (stopped_ || timer_) return;
   timer_ = new QTimer(this);
-  connect(timer_, &QTimer::timeout, this, &PopupPictures::turnPage);
+  connect(timer_, &QTimer::timeout, this, &PopupPictures::due);
   timer_->start(view_.theme().options.durations.carouselInterval);
 }
 
@@ -81,16 +79,12 @@ void PopupPictures::stopTimer() {
   timer_ = nullptr;
 }
 
-void PopupPictures::turnPage() {
+void PopupPictures::scrollTo(int page, bool animated) {
   PopupCarousel* list = view_.elements().popupImageViewList;
   if (!list) return;
-  const int last = static_cast<int>(fields_.images.size()) - 1;
-  const int next = fields_.currentIndex == last ? 0 : fields_.currentIndex + 1;
   list->setPagingEnabled(false);
-  list->scrollToItem(next, 0, CollectionView::ScrollPosition::centeredHorizontally, next != 0);
+  list->scrollToItem(page, 0, CollectionView::ScrollPosition::centeredHorizontally, animated);
   list->setPagingEnabled(true);
-  fields_.currentIndex = next;
-  view_.elements().pageIndicator->setCurrentPage(next);
 }
 
 }  // namespace kifo

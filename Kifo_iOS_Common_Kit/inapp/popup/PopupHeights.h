@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupPreferences.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupState.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
@@ -33,9 +32,10 @@ struct KIFO_EXPORT PopupHeights {
   int imagesCount = 0;
   bool isEmoji = false;
   bool isImageListAvailable = false;
+  bool isPlain = false;
   bool isListCapped = false;  ///< Beyond 200 the list scrolls rather than grows.
 
-  static PopupHeights of(const PopupState& fields, const PopupPreferences& preferences);
+  static PopupHeights of(const PopupState& state);
 
   /// The free-text block when it is open; without a question of its own it is the field alone.
   [[nodiscard]] double openFieldHeight(bool hasQuestion) const;
@@ -43,9 +43,5 @@ struct KIFO_EXPORT PopupHeights {
   /// they need beyond that, or scrolling from its cap on.
   [[nodiscard]] int listHeightFor(int rows) const;
 };
-
-/// The kind whose rules lay out the panel: the preferences' type text, or the item's when there is
-/// none.
-KIFO_EXPORT std::optional<PopupType> layoutKind(const PopupPreferences& preferences);
 
 }  // namespace kifo

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupHeights.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
 
 #include <algorithm>
 
@@ -16,15 +16,16 @@ double openEndedField(const PopupPreferences& p) {
   return Heights().openFieldHeight(question);
 }
 
-double kindHeight(const Heights& h, const PopupPreferences& p) {
+double kindHeight(const Heights& h, const PopupState& state) {
   const double question = h.popupQuestionHeight;
-  const auto kind = layoutKind(p);
-  if (kind == PopupType::emoji) return question + 35 + kFieldViewHeight + 28;
-  if (kind == PopupType::score) {
+  if (state.layoutKind == PopupType::emoji) return question + 35 + kFieldViewHeight + 28;
+  if (state.layoutKind == PopupType::score) {
     return 100 + question + Heights::sliderHeight + Heights::scoreValueLabelHeight + 12 +
            (h.isImageListAvailable ? 28 : 0);
   }
-  if (kind == PopupType::openEnded) return question + 15 + openEndedField(p);
+  if (state.layoutKind == PopupType::openEnded) {
+    return question + 15 + openEndedField(state.preferences);
+  }
   return h.tableViewHeigth + 100;
 }
 
@@ -33,27 +34,28 @@ double couponHeight(const PopupPreferences& p) {
   return Heights::couponLabelHeight + Heights::couponCopyButtonHeight + 16;
 }
 
-double totalOf(const Heights& h, const PopupPreferences& p) {
+double totalOf(const Heights& h, const PopupState& state) {
   return h.popupTitleHeight + h.imageViewHeight + h.popupDescriptionHeight + h.submitButtonHeight +
-         35 + kindHeight(h, p) + couponHeight(p) +
+         35 + kindHeight(h, state) + couponHeight(state.preferences) +
          (h.isImageListAvailable ? Heights::indicatorHeight : 0);
 }
 
 }  // namespace
 
-PopupHeights PopupHeights::of(const PopupState& fields, const PopupPreferences& preferences) {
+PopupHeights PopupHeights::of(const PopupState& state) {
   PopupHeights h;
-  h.popupTitleHeight = fields.popupTitleHeight;
-  h.imageViewHeight = fields.imageViewHeight;
-  h.popupDescriptionHeight = fields.popupDescriptionHeight;
-  h.popupQuestionHeight = fields.popupQuestionHeight;
-  h.tableViewHeigth = fields.tableViewHeigth;
-  h.submitButtonHeight = fields.submitButtonHeight;
-  h.imagesCount = static_cast<int>(preferences.images.size());
+  h.popupTitleHeight = state.popupTitleHeight;
+  h.imageViewHeight = state.imageViewHeight;
+  h.popupDescriptionHeight = state.popupDescriptionHeight;
+  h.popupQuestionHeight = state.popupQuestionHeight;
+  h.tableViewHeigth = state.tableViewHeigth;
+  h.submitButtonHeight = state.submitButtonHeight;
+  h.imagesCount = static_cast<int>(state.images.size());
   h.isImageListAvailable = h.imagesCount > 1;
-  h.isEmoji = preferences.type == rawValue(PopupType::emoji);
-  h.isListCapped = fields.popupType == PopupType::survey;
-  h.totalHeight = totalOf(h, preferences);
+  h.isEmoji = state.preferences.type == rawValue(PopupType::emoji);
+  h.isPlain = state.popupType == PopupType::popup;
+  h.isListCapped = state.popupType == PopupType::survey;
+  h.totalHeight = totalOf(h, state);
   return h;
 }
 
@@ -66,12 +68,6 @@ int PopupHeights::listHeightFor(int rows) const {
   if (rows <= given) return given;
   const int grown = rows + kListMargin;
   return isListCapped ? std::max(given, std::min(grown, kListCap)) : grown;
-}
-
-std::optional<PopupType> layoutKind(const PopupPreferences& preferences) {
-  if (preferences.type) return popupType(*preferences.type);
-  const auto& item = preferences.appCommunicationItem;
-  return item && item->type ? popupType(*item->type) : std::nullopt;
 }
 
 }  // namespace kifo
