@@ -26,7 +26,7 @@ class AlertAnimator : public QObject {
 
   void enter(KifoAnimationStyle style, bool spring, const AlertMotion& motion);
   void leave(const AlertMotion& motion);
-  /// Puts the card out of sight without a word, for the next `enter`.
+  /// Hides the card at once and without a signal, for the next `enter`.
   void reset();
 
   /// How much of the card and of the dimming is to be seen, 0 to 1.

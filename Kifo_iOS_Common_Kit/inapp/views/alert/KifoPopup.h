@@ -96,8 +96,8 @@ class KIFO_EXPORT KifoPopup : public QObject,
                         std::function<void()> action);
   KifoButton* addButton(const QString& title, std::function<void()> action);
   /// `selector`: a slot or invokable of `target` without arguments, with or without its
-  /// parentheses. One that does not exist is a console line; a target that is gone is left in
-  /// peace.
+  /// parentheses. One that does not exist is a console line; a target that is gone is
+  /// skipped.
   KifoButton* addButton(const QString& title, const QColor& backgroundColor,
                         const QColor& textColor,
                         const std::optional<ShowTimeoutConfiguration>& showTimeout, QObject* target,

@@ -79,7 +79,7 @@ void Overlay::takeFocus(QWidget* first) {
 void Overlay::giveFocusBack() {
   if (!holdsFocus_) return;
   holdsFocus_ = false;
-  bequeathFocus();
+  passFocusOn();
   QWidget* now = window()->focusWidget();
   if (now && !isInside(now)) return;
   const bool wanted = focusBefore_ && focusBefore_->isVisible() && focusBefore_->isEnabled();
@@ -91,7 +91,7 @@ void Overlay::giveFocusBack() {
 }
 
 /// Overlays that took the focus from us give it back to whom we took it from.
-void Overlay::bequeathFocus() {
+void Overlay::passFocusOn() {
   if (!parentWidget()) return;
   for (Overlay* other : parentWidget()->findChildren<Overlay*>()) {
     if (other == this || !other->focusBefore_ || !isInside(other->focusBefore_)) continue;

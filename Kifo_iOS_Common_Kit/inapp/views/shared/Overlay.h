@@ -53,7 +53,7 @@ class Overlay : public QWidget {
 
  private:
   void focusChanged(QWidget* now);
-  void bequeathFocus();
+  void passFocusOn();
   [[nodiscard]] bool isInside(const QWidget* widget) const;
   [[nodiscard]] bool isAbove(const QWidget* widget) const;
 
