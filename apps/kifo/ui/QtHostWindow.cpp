@@ -46,8 +46,8 @@ int rowOf(const std::string& id, const PopUpWindowFields::Buttons& options) {
 }
 
 PopupLine lineOf(const PopUpWindow& popup) {
-  const auto& fields = popup.fields();
-  return {fields.appCommunicationItem, fields.buttons, fields.choices};
+  const auto& state = popup.state();
+  return {state.appCommunicationItem, state.buttons, state.choices};
 }
 
 }  // namespace

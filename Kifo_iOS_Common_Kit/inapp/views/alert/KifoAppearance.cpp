@@ -1,5 +1,10 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
 
+#include <QFontInfo>
+
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupPalette.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+
 namespace kifo {
 
 QFont KifoAppearance::systemFont(int pixels, QFont::Weight weight) {
@@ -7,6 +12,26 @@ QFont KifoAppearance::systemFont(int pixels, QFont::Weight weight) {
   font.setPixelSize(pixels);
   font.setWeight(weight);
   return font;
+}
+
+KifoAppearance KifoAppearance::likePopups() {
+  KifoAppearance appearance;
+  appearance.kWindowWidth = 320;
+  appearance.kButtonHeight = 44;
+  appearance.kTextFieldHeight = 36;
+  appearance.contentViewCornerRadius = 16;
+  appearance.buttonCornerRadius = appearance.fieldCornerRadius = 8;
+  appearance.kTitleFont = systemFont(20, QFont::DemiBold);
+  appearance.kTextFont = systemFont(15);
+  appearance.kButtonFont = systemFont(16, QFont::DemiBold);
+  appearance.margin.bottom = 12;
+  return appearance;
+}
+
+QColor textOn(const QColor& behind, const QColor& wanted, const QFont& font) {
+  const TextFace face{QFontInfo(font).pixelSize(), font.weight()};
+  return legibleOn(wanted.isValid() ? wanted : QColor(Qt::white), behind,
+                   face.isLargeOrBold() ? Contrast::largeText : Contrast::text);
 }
 
 }  // namespace kifo
