@@ -44,7 +44,7 @@ void run(const testing::FakePlatform& fake, const AppCommunicationItem& campaign
   KifoEventManager::sendEvent(screen, kEvent, std::nullopt);
   fake.runUntilIdle();
   fake.advance(kPopupDelay);
-  Kifo::shutdown();
+  Kifo::shutdown(/*bound=*/0.0);  // Nothing of the session is kept.
 }
 
 std::string numberOr(const std::optional<std::int64_t>& number) {
