@@ -66,6 +66,7 @@ class Server:
         return status
 
 
+DEEP = "[" * 100_000 + "]" * 100_000
 IDLE = {"wait": "idle", "timeout": 60}
 SWITCHES = {"stopAllEvents": False, "offlineQueueSize": 100}
 
@@ -95,7 +96,7 @@ class ToolCase(unittest.TestCase):
 
 class HostLines(ToolCase):
     def test_a_line_that_is_not_understood_is_named_and_the_next_is_carried_out(self):
-        bad = ["no json\n", "[1]\n", {"call": "Kifo.fly"}, {"dance": 1}, {"get": "Kifo.colour"},
+        bad = ["no json\n", "[1]\n", f'{{"push": {DEEP}}}\n', {"call": "Kifo.fly"}, {"dance": 1}, {"get": "Kifo.colour"},
                {"call": "Kifo.setPushToken", "token": 7}, {"call": "Kifo.setPushToken"},
                {"call": "Kifo.setPushToken", "token": "t", "tokn": "u"},
                {"call": "Kifo.setApnsToken", "deviceToken": "0a f"},
@@ -414,7 +415,7 @@ class Preview(ToolCase):
     def test_what_the_sdk_would_not_show_is_explained(self):
         survey = {"type": "SURVEY", "uuid": "u", "maxShowCount": 1}
         popup = {"type": "POPUP", "uuid": "u", "maxShowCount": 1, "buttons": []}
-        cases = [("{", "no JSON"),
+        cases = [("{", "no JSON"), (DEEP, "nested too deeply"),
                  ({"model": [{"maxShowCount": "three"}]},
                   'model[0].maxShowCount must be a whole number, not "three"'),
                  ({"type": "BANNER"}, "BANNER"), ({"type": "POPUP"}, "uuid"),

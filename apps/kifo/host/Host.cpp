@@ -8,6 +8,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
+#include "apps/kifo/ReadJson.h"
 #include "apps/kifo/host/Operations.h"
 #include "apps/kifo/host/Properties.h"
 #include "apps/kifo/host/PushOperations.h"
@@ -95,9 +96,9 @@ std::shared_ptr<KifoViewController> Host::screen(const std::string& className) {
 // Lines ------------------------------------------------------------------------------------------
 
 void Host::carryOut(const std::string& text) {
-  const auto line = nlohmann::json::parse(text, nullptr, /*allow_exceptions=*/false);
+  const auto line = readJson(text);
   try {
-    if (line.is_discarded()) throw BadLine("this is no JSON");
+    if (line.is_discarded()) throw BadLine("this is no JSON, or nested too deeply");
     if (!line.is_object()) throw BadLine("a line is one JSON object");
     carryOut(line);
   } catch (const std::exception& problem) {

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "apps/kifo/ReadJson.h"
 #include "apps/kifo/Terminal.h"
 #include "apps/kifo/log/StoredRequests.h"
 
@@ -64,10 +65,11 @@ void printTable(const std::vector<StoredRequest>& requests, const Terminal& term
 }
 
 void printWhole(const StoredRequest& request) {
-  const auto json = nlohmann::json::parse(request.parameters, nullptr, false);
-  const auto parameters = json.is_discarded()
-                              ? Terminal::plain(request.parameters) + "   (this is no JSON)"
-                              : json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
+  const auto json = readJson(request.parameters);
+  const auto parameters =
+      json.is_discarded()
+          ? Terminal::plain(request.parameters) + "   (this is no JSON, or nested too deeply)"
+          : json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
   std::cout << "id            " << request.id << "\nrequest       "
             << Terminal::plain(request.requestId) << "\nmethod        "
             << Terminal::plain(request.httpMethod) << "\nstored        " << moment(request.date)

@@ -8,6 +8,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
+#include "apps/kifo/ReadJson.h"
 #include "apps/kifo/preview/Diagnosis.h"
 
 namespace kifo::tool {
@@ -24,7 +25,11 @@ std::string contents(const std::string& path) {
 
 nlohmann::json parsed(const std::string& text) {
   try {
-    return nlohmann::json::parse(text);
+    // Tells by its exception where the text is no JSON.
+    const auto whole = nlohmann::json::parse(text);
+    auto json = readJson(text);
+    if (json.is_discarded()) throw NoCampaigns("it is nested too deeply");
+    return json;
   } catch (const nlohmann::json::exception& error) {
     // The library's own words begin with their number.
     const std::string words = error.what();
