@@ -12,8 +12,12 @@ install(TARGETS ${_targets} EXPORT kifoTargets
 install(EXPORT kifoTargets NAMESPACE kifo:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kifo)
 # Asked for as a component, because its local server needs a library that the SDK does not.
 if(TARGET kifo_testing)
-  install(TARGETS kifo_testing EXPORT kifoTestingTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    FILE_SET HEADERS DESTINATION include/kifo)
+  set(_testing kifo_testing)
+  if(KIFO_WITH_UI)
+    list(APPEND _testing kifo_testing_ui)
+  endif()
+  install(TARGETS ${_testing} EXPORT kifoTestingTargets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} FILE_SET HEADERS DESTINATION include/kifo)
   install(EXPORT kifoTestingTargets NAMESPACE kifo::
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kifo)
 endif()
