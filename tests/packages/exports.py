@@ -65,6 +65,8 @@ def undefined(clang, include, qt, headers):
                            for child in each.get("inner", ()))
             if not name or each.get("pure") or each.get("explicitlyDeleted"):
                 continue
+            if each["name"] == "qt_static_metacall":  # Q_OBJECT hides it.
+                continue
             if has_body or each.get("explicitlyDefaulted") or each.get("isImplicit"):
                 defined.add(name)
             else:
