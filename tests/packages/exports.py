@@ -55,7 +55,7 @@ def undefined(clang, include, qt, headers):
     command = [clang, "-std=c++20", "-fsyntax-only", "-fPIC", f"-I{include}",
                *(word for folder in qt for word in ("-isystem", folder)),
                "-Xclang", "-ast-dump=json", "-Xclang", "-ast-dump-filter=kifo::", "-x", "c++", "-"]
-    text = subprocess.run(command, input=source, check=True, capture_output=True, text=True).stdout
+    text = subprocess.run(command, input=source, check=True, stdout=subprocess.PIPE, text=True).stdout
     decoder, position, declared, defined = json.JSONDecoder(), 0, {}, set()
     while (start := text.find("{", position)) >= 0:
         tree, position = decoder.raw_decode(text, start)
