@@ -190,6 +190,9 @@ TEST_F(DataManagerTest, RowsAreFoundThroughAnIndexInTheOrderOfTheirNumbers) {
 }
 
 TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
+  for (const char* id : {"1", "2", "3"}) cache(id, 10);
+  fake.runUntilIdle();
+  fake.inspector->clear();
   const int before = commits();
   std::string seen;
   const auto store = [&](const std::string& id, std::int64_t limit, std::function<KifoLog()> make) {
@@ -198,17 +201,22 @@ TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
       seen += id + (stored ? "+" : "-");
     });
   };
-  store("a", 10, [] { return log("a"); });
   store("b", 10, [] { return log("b", "it's"); });
+  store("a", 10, [] { return log("a"); });
   store("c", 10, []() -> KifoLog { throw std::runtime_error("no row"); });
   data.updateSyncStatus("a", 0, [&] { seen += "a0"; });
-  store("d", 2, [] { return log("d"); });
-  store("e", 4, []() -> KifoLog { throw std::runtime_error("composed without need"); });
+  store("d", 5, [] { return log("d"); });
+  store("e", 5, []() -> KifoLog { throw std::runtime_error("composed without need"); });
   EXPECT_TRUE(seen.empty());
-  EXPECT_FALSE(store("f", 5, [] { return log("f"); })) << "five wait already";
+  EXPECT_FALSE(store("f", 5, [] { return log("f"); })) << "five copies wait already";
   fake.runUntilIdle();
-  EXPECT_EQ(seen, "a+b-c-a0d+e-");
-  EXPECT_EQ(rows("select REQUEST_ID, ISSYNC from KifoLog"), (Lines{"a|1", "d|1"}));
+  EXPECT_EQ(seen, "b-a+c-a0d+e-");
+  EXPECT_EQ(rows("select REQUEST_ID, ISSYNC from KifoLog where ID > 3"), (Lines{"a|1", "d|1"}));
+  Lines reasons;
+  for (const auto& decision : fake.inspector->ofKind("notStored")) {
+    reasons.push_back(decision.particulars[0].second + " " + decision.particulars[1].second);
+  }
+  EXPECT_EQ(reasons, (Lines{"f cap", "b apostrophe", "c failed", "e cap"}));
 }
 
 TEST_F(DataManagerTest, ACopyThatALockedFileRefusesIsSaidToTheInspector) {
