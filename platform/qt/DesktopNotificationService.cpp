@@ -143,7 +143,7 @@ void DesktopNotificationService::sendNext() {
     return waits.onlyReplaces && !ledger_.idOf(waits.identifier);
   });
   if (queue_.empty()) return;
-  underWay_ = UnderWay{.notification = std::move(queue_.front())};
+  underWay_.emplace().notification = std::move(queue_.front());
   queue_.pop_front();
   ++underWay_->notification.attempts;
   underWay_->replaces = ledger_.idOf(underWay_->notification.identifier).value_or(0);
