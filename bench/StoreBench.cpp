@@ -147,15 +147,14 @@ double syncCost(const std::string& path) {
 }
 
 /// A copy as an event's request makes it: its texts are written on the main queue.
-bool storeEvent(const std::string& url, const std::string& id, std::function<void(bool)> stored,
-                Wake wake) {
+bool storeEvent(const std::string& url, const std::string& id, std::function<void(bool)> stored) {
   return DataManager().cacheLog(
       1000000, id,
       [url, id, parameters = BenchHost::parameters()]() mutable {
         const RequestTexts texts = textsOf(url, std::move(parameters));
         return sample(texts, id);
       },
-      std::move(stored), wake);
+      std::move(stored));
 }
 
 void burst(const BenchHost& host, const std::string& url) {
@@ -170,7 +169,7 @@ void burst(const BenchHost& host, const std::string& url) {
     }
   });
   const double ours = took([&] {
-    for (int i = 0; i < kBurst; ++i) storeEvent(url, requestId(kRounds + i), {}, Wake::soon);
+    for (int i = 0; i < kBurst; ++i) storeEvent(url, requestId(kRounds + i), {});
     Platform::current()->mainQueue->sync([] {});
   });
   const double handRate = kBurst / 10 / hand * 1e6;
@@ -188,9 +187,7 @@ Samples commitTimes(const std::string& url, int count) {
   auto due = Clock::now();
   for (std::size_t i = 0; i < handedOver.size(); ++i) {
     std::this_thread::sleep_until(due += std::chrono::milliseconds(1));
-    storeEvent(
-        url, requestId(static_cast<int>(i)), [&, i](bool) { committed[i] = Clock::now(); },
-        Wake::soon);
+    storeEvent(url, requestId(static_cast<int>(i)), [&, i](bool) { committed[i] = Clock::now(); });
     handedOver[i] = Clock::now();
   }
   Platform::current()->mainQueue->sync([] {});

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/network/KifoNotification.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 
@@ -20,7 +21,7 @@ namespace kifo {
 /// added, with no lock held: they may add, remove and post. After `removeObserver` returns the
 /// observer is not begun any more; one that is running on another thread finishes.
 /// **Errors:** what an observer throws is printed and dropped; the next one runs.
-class KifoNotificationCenter {
+class KIFO_EXPORT KifoNotificationCenter {
  public:
   using Observer = std::function<void(const KifoNotification&)>;
   using Token = std::uint64_t;  ///< 0 is never an observer.

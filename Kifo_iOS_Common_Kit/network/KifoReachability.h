@@ -10,6 +10,7 @@
 
 #include "Kifo_iOS_Common_Kit/network/KifoNotificationCenter.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachabilityError.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
@@ -33,7 +34,7 @@ inline constexpr auto KifoReachabilityChangedNotification = "kifoReachabilityCha
 /// **Ownership:** whoever created it; neither the system's callback nor a change under way keeps it
 /// alive. Destroying the watcher stops it.
 /// **Errors:** values; a reading that fails stops the watcher.
-class KifoReachability : public std::enable_shared_from_this<KifoReachability> {
+class KIFO_EXPORT KifoReachability : public std::enable_shared_from_this<KifoReachability> {
  public:
   using Flags = ReachabilityFlags;
   using Callback = std::function<void(KifoReachability&)>;

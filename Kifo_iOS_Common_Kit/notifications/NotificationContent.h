@@ -62,6 +62,6 @@ KIFO_EXPORT std::optional<std::string> textIn(const UserInfo& userInfo, std::str
 KIFO_EXPORT std::shared_ptr<NotificationAppCommunicationItem> campaignOf(const UserInfo& userInfo);
 
 /// One line for the console. Of the user info it names the keys and keeps the values to itself.
-std::string description(const NotificationContent& content);
+KIFO_EXPORT std::string description(const NotificationContent& content);
 
 }  // namespace kifo

@@ -41,21 +41,26 @@ class Transaction {
     return committed;
   }
 
-  /// Rows that wait, as far as is known.
-  [[nodiscard]] std::int64_t waiting() const { return waiting_.value_or(0); }
+  /// Rows that wait, as far as they were counted.
+  [[nodiscard]] std::int64_t waiting() const { return waiting_; }
 
  private:
   Outcome applyStatement(const PendingWrite& write) {
-    waiting_.reset();  // the statement may change it
+    isCounted_ = false;  // the statement may change it
     return {file_.run(write.statement)};
   }
 
   Outcome insertCopy(const PendingWrite& copy) {
     hasCopies_ = true;
     Outcome outcome;
-    if (!waiting_) waiting_ = file_.count(LogTable::kCountWaiting, &outcome.result);
-    if (!waiting_) return outcome;
-    if (*waiting_ >= copy.limit) return {{}, "cap"};
+    if (!isCounted_) {
+      const auto count = file_.count(LogTable::kCountWaiting, &outcome.result);
+      if (!count) return outcome;
+      waiting_ = *count;
+      isCounted_ = true;
+      outcome.result = {};
+    }
+    if (waiting_ >= copy.limit) return {{}, "cap"};
     // What composing throws costs this copy alone.
     callHost(logTag("DataManager"), [&] {
       const KifoLog log = copy.compose();
@@ -65,13 +70,14 @@ class Transaction {
         outcome.refusal = "apostrophe";
       }
     });
-    *waiting_ += outcome.result.rowsChanged;
+    waiting_ += outcome.result.rowsChanged;
     return outcome;
   }
 
   StoreConnection& file_;
   const StoreConnection::Result begun_;
-  std::optional<std::int64_t> waiting_;  ///< Counted when it is needed.
+  std::int64_t waiting_ = 0;
+  bool isCounted_ = false;  ///< `waiting_` is right: it is counted when it is needed.
   bool hasCopies_ = false;
 };
 

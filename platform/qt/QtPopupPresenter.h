@@ -7,6 +7,10 @@
 
 namespace kifo {
 
+class QtPopupRouter;
+template <class Target>
+class UiLink;
+
 /// Shows popups over the host's Qt windows: inside the window of a `QtWidgetProvider` screen, and
 /// in a translucent window of its own over that of a `QtWindowProvider` screen. One popup at a time
 /// over each window, the next when the first has closed.
@@ -18,9 +22,11 @@ namespace kifo {
 ///
 /// **Threading:** made on the UI thread once the QApplication exists; everything else from any
 /// thread.
-/// **Ownership:** popups belong to their windows. When the presenter goes, popups that still wait
-/// are dropped; one that is shown stays until the user has answered it.
-/// **Errors:** a popup that cannot be shown is a console line.
+/// **Ownership:** popups belong to their windows. When the presenter is destroyed, popups that
+/// still wait are dropped; one that is shown stays until the user has answered it.
+/// **Errors:** a popup that cannot be shown is a console line and, to the inspector, the decision
+/// "popup". Over a `QtWindowProvider` screen none can be shown where the platform has one window
+/// only, such as eglfs.
 class KIFO_EXPORT QtPopupPresenter final : public PopupPresenter {
  public:
   explicit QtPopupPresenter(PopUpOptions options = {});
@@ -31,8 +37,7 @@ class KIFO_EXPORT QtPopupPresenter final : public PopupPresenter {
   void present(std::shared_ptr<const PopupRequest> request) override;
 
  private:
-  struct Shared;
-  std::shared_ptr<Shared> shared_;
+  std::shared_ptr<UiLink<QtPopupRouter>> link_;  ///< Null without a QApplication.
 };
 
 }  // namespace kifo

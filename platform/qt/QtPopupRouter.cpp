@@ -14,13 +14,13 @@
 namespace kifo {
 namespace {
 
-/// Whether a screen was ever put in, be it gone by now.
+/// Whether a screen was ever set, even if it is destroyed by now.
 bool wasSet(const std::weak_ptr<ViewController>& screen) {
   const std::weak_ptr<ViewController> never;
   return screen.owner_before(never) || never.owner_before(screen);
 }
 
-/// The QWidget or QWindow that a popup lies over, or null.
+/// The QWidget or QWindow that a popup covers, or null.
 QObject* windowOf(const ViewController& screen) {
   if (const auto* provider = dynamic_cast<const QtWidgetProvider*>(&screen)) {
     const QWidget* widget = provider->widget();
@@ -41,11 +41,13 @@ bool hasOneWindowOnly() {
 
 }  // namespace
 
-QtPopupRouter::QtPopupRouter(PopUpOptions options, std::function<void()> forget, QObject* parent)
-    : QObject(parent), options_(std::move(options)), forget_(std::move(forget)) {}
+QtPopupRouter::QtPopupRouter(PopUpOptions options, QObject* parent)
+    : QObject(parent),
+      options_(std::move(options)),
+      link_(std::make_shared<UiLink<QtPopupRouter>>(this)) {}
 
 QtPopupRouter::~QtPopupRouter() {
-  forget_();
+  link_->close();
 }
 
 void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
@@ -93,8 +95,8 @@ void QtPopupRouter::windowGone(QObject* window) {
   if (found == queues_.end()) return;
   const auto waiting = found->second->takeWaiting();
   queues_.erase(found);
-  // A screen may have moved to another window before its own went. Later, because this one is still
-  // being destroyed.
+  // A screen may have moved to another window before its own was destroyed. Queued, because the
+  // window is still being destroyed.
   for (const auto& request : waiting) {
     QMetaObject::invokeMethod(
         this, [this, request] { accept(request); }, Qt::QueuedConnection);

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <QObject>
-#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
+#include "platform/qt/UiLink.h"
 
 namespace kifo {
 
@@ -16,14 +16,16 @@ class QtPopupQueue;
 /// Takes the popups on the UI thread: finds the window of each one's screen and puts it into that
 /// window's queue.
 ///
-/// **Threading:** UI thread only, but for `notShown`. **Ownership:** belongs to the application.
+/// **Threading:** UI thread only, but for `notShown` and through `link`. **Ownership:** belongs to
+/// the application.
 class QtPopupRouter : public QObject {
   Q_OBJECT
 
  public:
-  /// `forget` runs when the router is destroyed, so that nobody posts to it any more.
-  QtPopupRouter(PopUpOptions options, std::function<void()> forget, QObject* parent);
+  QtPopupRouter(PopUpOptions options, QObject* parent);
   ~QtPopupRouter() override;
+
+  [[nodiscard]] std::shared_ptr<UiLink<QtPopupRouter>> link() const { return link_; }
 
   void accept(const std::shared_ptr<const PopupRequest>& request);
 
@@ -35,7 +37,7 @@ class QtPopupRouter : public QObject {
   void windowGone(QObject* window);
 
   const PopUpOptions options_;
-  const std::function<void()> forget_;
+  const std::shared_ptr<UiLink<QtPopupRouter>> link_;
   std::unordered_map<QObject*, std::unique_ptr<QtPopupQueue>> queues_;
 };
 

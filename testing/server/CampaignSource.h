@@ -7,10 +7,10 @@
 
 namespace kifo::testing {
 
-/// Where the in-app answer comes from: a text, a JSON file, or a folder of JSON files. Files are
+/// The source of the in-app answer: a text, a JSON file, or a folder of JSON files. Files are
 /// read again when they change, so that an author sees the next page entry bring the new campaign.
 ///
-/// A folder's answer is its "*.json" files in the order of their names, made one: the lists "model"
+/// A folder's answer joins its "*.json" files in the order of their names: the lists "model"
 /// and "blockedEvents" are joined, of "configuration" the last one counts.
 ///
 /// **Threading:** thread-safe. **Errors:** a file that cannot be read, or is no JSON while it is

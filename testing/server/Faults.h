@@ -8,7 +8,8 @@
 
 namespace kifo::testing {
 
-/// How the server misbehaves. All together may be set; what is not set is done well.
+/// The faults of the server's answers. Any of them may be set together; without one an answer is
+/// correct.
 ///
 ///     faults.latency = 0.05;           // every answer 50 ms late
 ///     faults.everyOther = 500;         // and every second one an error
@@ -35,12 +36,12 @@ struct Faults {
 
   double latency = 0.0;  ///< Seconds by which each answer is late.
   int status = 0;        ///< In place of 200; 0: none.
-  int everyOther = 0;    ///< The status of the second, fourth, … request that is hit; 0: none.
+  int everyOther = 0;    ///< The status of every second request that has faults; 0: none.
   Body body = Body::GOOD;
   std::size_t bodySize = 200'000'000;  ///< Of a huge body, in bytes.
   Connection connection = Connection::KEEP;
   On on = On::ALL;
-  /// How many requests are hit before all is well again; none: all.
+  /// How many requests have the faults; none: all.
   std::optional<std::uint64_t> times = std::nullopt;
 
   [[nodiscard]] Value toValue() const;

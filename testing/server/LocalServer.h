@@ -16,8 +16,8 @@ struct MHD_Daemon;
 
 namespace kifo::testing {
 
-/// A server for the SDK to talk to, on this machine: it answers the in-app query with campaigns,
-/// takes events, keeps what it receives, and misbehaves on request.
+/// A server on this machine for the SDK: it answers the in-app query with campaigns and takes
+/// events, keeps every request, and answers with faults when they are set.
 ///
 ///     kifo::testing::LocalServer server;
 ///     server.start();                                    // a free port of the loopback
@@ -77,15 +77,15 @@ class LocalServer {
   [[nodiscard]] Faults faults() const;
   void setFaults(const Faults& faults);
 
-  /// Has requests for `path` answered by `responder`, for images, redirects and the like. It takes
-  /// precedence over the server's own paths.
+  /// Sets the responder for `path`, for images, redirects and the like. It takes precedence over
+  /// the server's own paths.
   void respond(const std::string& path, Responder responder);
 
-  /// Has `observer` called with each request, before it is answered, on the thread that answers.
+  /// Sets what is called with each request before it is answered, on the thread that answers.
   void observe(Observer observer);
 
  private:
-  struct Hit;    // What the faults mean for one request.
+  struct Hit;    // The faults that apply to one request.
   struct Reply;  // What goes back for one request.
   struct Callbacks;
 

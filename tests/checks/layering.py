@@ -36,7 +36,7 @@ LAYER = {module: number for number, modules in enumerate(LAYERS) for module in m
 # Modules beside the layers, and the only modules that they may include.
 BESIDE = {
     "platform/linux/": [KIT + "ports/", KIT + "core/"],
-    "testing/": [KIT + "ports/", KIT + "core/", KIT + "core/Kifo."],
+    "testing/": [KIT + "ports/", KIT + "core/", KIT + "core/Kifo.", KIT + "inapp/"],
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
 # The facade, and the source that makes the runtime's parts, know every other module.

@@ -311,7 +311,12 @@ TEST_F(QtPopupPresenterTest, OverASceneOnTheOnlyWindowThereIsNothingIsShownAndTh
   window_.hide();
   QRasterWindow scene;
   const auto screen = std::make_shared<WindowScreen>(&scene);
-  present(screen, "a");
+  const auto request = requestFor(screen, "a");
+  request->open = [] {
+    ADD_FAILURE() << "a show was spent";
+    return true;
+  };
+  presenter_->present(request);
   EXPECT_TRUE(waitFor(
       [&] { return said("the platform eglfs has no second window for a popup over the scene"); }));
   EXPECT_EQ(fake_.inspector->ofKind("popup").size(), 1u);

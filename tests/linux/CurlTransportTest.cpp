@@ -281,7 +281,7 @@ TEST_F(CurlTransportTest, WhatMayNotBeRepeatedGoesOutOnceWhenKeptConnectionsEndW
         Case{"POST", true, 1, 2, 0}, Case{"GET", false, 1, 2, 0}}) {
     keepConnections(3);
     server_.requests().clear();
-    server_.setFaults({.connection = server::Faults::Connection::DROP, .times = each.dropped});
+    server_.setFaults({.connection = Faults::Connection::DROP, .times = each.dropped});
     const auto answer =
         fetch({.method = each.method, .url = server_.listenerUri(), .mayRepeat = each.mayRepeat});
     server_.setFaults({});

@@ -82,7 +82,7 @@ TEST_P(NetworkFailure, LeavesItsRowForTheReturnOfTheNetwork) {
   ASSERT_TRUE(drains());
   if (GetParam() == Failure::refused) server_->stop();
   if (GetParam() == Failure::timedOut) setBlackHole(true);
-  server_->setFaults({.connection = server::Faults::Connection::DIE, .times = 2});
+  server_->setFaults({.connection = Faults::Connection::DIE, .times = 2});
   send("failed", 2);
   ASSERT_TRUE(awaitAnswers());
   EXPECT_EQ(lingering(), 0);

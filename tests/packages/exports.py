@@ -55,7 +55,7 @@ def undefined(clang, include, qt, headers):
     command = [clang, "-std=c++20", "-fsyntax-only", "-fPIC", f"-I{include}",
                *(word for folder in qt for word in ("-isystem", folder)),
                "-Xclang", "-ast-dump=json", "-Xclang", "-ast-dump-filter=kifo::", "-x", "c++", "-"]
-    text = subprocess.run(command, input=source, check=True, capture_output=True, text=True).stdout
+    text = subprocess.run(command, input=source, check=True, stdout=subprocess.PIPE, text=True).stdout
     decoder, position, declared, defined = json.JSONDecoder(), 0, {}, set()
     while (start := text.find("{", position)) >= 0:
         tree, position = decoder.raw_decode(text, start)
@@ -64,6 +64,8 @@ def undefined(clang, include, qt, headers):
             has_body = any(child["kind"] in ("CompoundStmt", "CXXTryStmt")
                            for child in each.get("inner", ()))
             if not name or each.get("pure") or each.get("explicitlyDeleted"):
+                continue
+            if each["name"] == "qt_static_metacall":  # Q_OBJECT hides it.
                 continue
             if has_body or each.get("explicitlyDefaulted") or each.get("isImplicit"):
                 defined.add(name)

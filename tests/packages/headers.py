@@ -18,7 +18,8 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)
 STANDARD = re.compile(r"^[a-z_]+$")
 SYSTEM = {"testing/ChildProgram.h": {"sys/types.h"}}
 QT = re.compile(r"^(Q[A-Z]\w*|Qt|Qt\w+/.*)$")
-QT_FOLDERS = ("Kifo_iOS_Common_Kit/inapp/views/", "Kifo_iOS_Common_Kit/inapp/quick/", "platform/qt/")
+QT_FOLDERS = ("Kifo_iOS_Common_Kit/inapp/views/", "Kifo_iOS_Common_Kit/inapp/quick/", "platform/qt/",
+              "testing/ui/")
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Wshadow", "-Werror"]
 
 

@@ -201,8 +201,8 @@ TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
       seen += id + (stored ? "+" : "-");
     });
   };
-  store("a", 10, [] { return log("a"); });
   store("b", 10, [] { return log("b", "it's"); });
+  store("a", 10, [] { return log("a"); });
   store("c", 10, []() -> KifoLog { throw std::runtime_error("no row"); });
   data.updateSyncStatus("a", 0, [&] { seen += "a0"; });
   store("d", 5, [] { return log("d"); });
@@ -210,7 +210,7 @@ TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
   EXPECT_TRUE(seen.empty());
   EXPECT_FALSE(store("f", 5, [] { return log("f"); })) << "five copies wait already";
   fake.runUntilIdle();
-  EXPECT_EQ(seen, "a+b-c-a0d+e-");
+  EXPECT_EQ(seen, "b-a+c-a0d+e-");
   EXPECT_EQ(rows("select REQUEST_ID, ISSYNC from KifoLog where ID > 3"), (Lines{"a|1", "d|1"}));
   Lines reasons;
   for (const auto& decision : fake.inspector->ofKind("notStored")) {

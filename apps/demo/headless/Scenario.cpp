@@ -73,8 +73,8 @@ Scenario::Scenario(std::filesystem::path home, Network& network, bool printsCons
 bool Scenario::run() {
   if (!startServer()) return false;
   print("A server listens on " + server_.uri() + ".");
-  return firstMorning() && customers() && outage() && returnOfTheServer() &&
-         serverOutage() && losses() && nightAndNextMorning();
+  return firstMorning() && customers() && outage() && returnOfTheServer() && serverOutage() &&
+         losses() && nightAndNextMorning();
 }
 
 bool Scenario::judge() {

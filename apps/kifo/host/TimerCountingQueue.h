@@ -20,8 +20,6 @@ class TimerCountingQueue final : public SerialQueue {
   [[nodiscard]] bool hasTimers() const { return count_.use_count() > 1; }
 
   void post(Task task) override { queue_->post(std::move(task)); }
-  void enqueue(Task task, Wake wake) override { queue_->enqueue(std::move(task), wake); }
-  void wake() override { queue_->wake(); }
   Timer schedule(Duration delay, Task task, bool repeats = false) override {
     constexpr Duration longest(1.0);
     if (repeats || delay > longest) return queue_->schedule(delay, std::move(task), repeats);
@@ -34,6 +32,7 @@ class TimerCountingQueue final : public SerialQueue {
   void cancel(Timer timer) override { queue_->cancel(timer); }
   [[nodiscard]] bool isCurrent() const override { return queue_->isCurrent(); }
   bool stop(Duration bound) override { return queue_->stop(bound); }
+  void sync(const Task& task) override { queue_->sync(task); }
 
  private:
   const std::shared_ptr<SerialQueue> queue_;

@@ -4,7 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
-#include "Kifo_iOS_Common_Kit/inapp/AppCommunication.h"
+#include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "testing/FakePlatform.h"

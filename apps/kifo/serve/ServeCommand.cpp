@@ -75,12 +75,12 @@ int run(const Options& options) {
 
 void addServeCommand(CLI::App& program, int& status) {
   const auto options = std::make_shared<Options>();
-  CLI::App* command = program.add_subcommand("serve", "A server on this machine to talk to");
+  CLI::App* command = program.add_subcommand("serve", "A local server for the SDK");
   command->add_option("--port", options->port, "0, as without it: a free one")
       ->check(CLI::Range(0, 65535));
   command->add_option("--campaigns", options->campaigns,
                       "A JSON answer, or a folder of them; read again when they change");
-  command->add_option("--log", options->log, "Adds each request to this file, a line of JSON each");
+  command->add_option("--log", options->log, "Appends each request to this file as a line of JSON");
   command->add_option("--latency", options->latency, "Seconds by which each answer is late")
       ->check(CLI::NonNegativeNumber);
   command->add_option("--status", options->status, "Answers this in place of 200");
@@ -89,8 +89,8 @@ void addServeCommand(CLI::App& program, int& status) {
   command->add_option("--body", options->body, "truncated, invalid-utf8, empty or huge");
   command->add_option("--connection", options->connection,
                       "drop, or die in the middle of an answer");
-  command->add_option("--on", options->on, "Whom faults meet: all, api or listener");
-  command->add_option("--times", options->times, "How many requests faults meet; all without it");
+  command->add_option("--on", options->on, "Which requests have faults: all, api or listener");
+  command->add_option("--times", options->times, "How many requests have faults; all without it");
   command->footer(
       "Prints \"ready ADDRESS\", then a line for each request, until it is interrupted.\n"
       "Faults can be changed while it runs: POST a JSON object to /faults. GET /requests gives "

@@ -16,7 +16,7 @@ namespace kifo {
 ///     KifoPopupStyleKit::draw(painter, rect, KifoPopupStyle::success, Qt::white);
 ///
 /// **Threading:** no state; a `QPixmap` wants the UI thread, drawing on an image does not.
-class KifoPopupStyleKit {
+class KIFO_EXPORT KifoPopupStyleKit {
  public:
   /// Draws the icon of `style` into the largest square in the middle of `rect`.
   static void draw(QPainter& painter, const QRectF& rect, KifoPopupStyle style,
