@@ -122,7 +122,7 @@ void makePrivate(const std::string& path) {
   struct stat status {};
   const bool isOurs =
       lstat(path.c_str(), &status) == 0 && !S_ISLNK(status.st_mode) && status.st_uid == geteuid();
-  if (isOurs && (status.st_mode & 0077) != 0) chmod(path.c_str(), status.st_mode & 0700);
+  if (isOurs) chmod(path.c_str(), S_ISDIR(status.st_mode) ? 0700 : 0600);
 }
 
 std::string trimmed(const std::string& text) {

@@ -15,7 +15,7 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit =
 /// left as it is. 0, or the system's code.
 int makeDirectories(const std::string& path);
 
-/// Takes other users' rights from a file or directory of this user's, if it exists.
+/// Gives a file of this user mode 0600, a directory 0700, if it exists.
 void makePrivate(const std::string& path);
 
 /// `text` without blanks and line breaks at its ends.

@@ -46,7 +46,7 @@ class DefaultsFile {
   State read(Values& values) const;
   /// Makes the directory if need be. 0, or the system's code.
   [[nodiscard]] int write(const Values& values) const;
-  /// Takes other users' rights from the file, if it exists.
+  /// Gives the file mode 0600, if it exists.
   void makePrivate() const { kifo::makePrivate(path("")); }
   /// Moves a corrupt file out of the way, to "defaults.json.bad"; false when that fails.
   [[nodiscard]] bool setAside() const;
