@@ -172,6 +172,7 @@ HttpRequest ServiceClient::httpRequest(const OutgoingRequest& request) const {
                   {"LocalOrigin", headerValue(sender->localOrigin)},
                   {"cache-control", "no-cache"}};
   if (request.method != rawValue(HTTPMethod::get)) http.body = request.texts->body();
+  http.mayRepeat = request.origin != Origin::event;  // an event has a copy that is sent again
   const double timeout = session.requestTimeout;
   http.timeout = timeout > 0.0 ? timeout : kTimeoutUntilKnown;
   return http;
