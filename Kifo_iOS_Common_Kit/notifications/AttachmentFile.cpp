@@ -7,12 +7,12 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
-#include <mutex>
 #include <set>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -25,10 +25,10 @@ constexpr std::string_view PREFIX = "kifo-push-";
 
 /// This process's own directories. Never destroyed: contents may be let go at exit.
 struct Own {
-  std::mutex mutex;
-  // Guarded by mutex.
-  std::set<std::string> directories;
-  std::string swept;  ///< The temporary directory that has been cleared of leftovers.
+  Mutex mutex;
+  std::set<std::string> directories KIFO_GUARDED_BY(mutex);
+  std::string swept
+      KIFO_GUARDED_BY(mutex);  ///< The temporary directory that has been cleared of leftovers.
 };
 
 Own& own() {
@@ -60,13 +60,13 @@ bool isLeftover(const fs::path& directory) {
   const long process = ownerOf(directory.filename().string());
   if (process == 0) return false;
   if (process != getpid()) return !isRunning(process);
-  const std::lock_guard lock(own().mutex);
+  const MutexLock lock(own().mutex);
   return !own().directories.contains(directory.string());
 }
 
 void sweepOnce(const std::string& directory) {
   {
-    const std::lock_guard lock(own().mutex);
+    const MutexLock lock(own().mutex);
     if (own().swept == directory) return;
   }
   AttachmentFile::removeLeftovers(directory);
@@ -82,14 +82,14 @@ void writeFile(const std::string& path, std::string_view bytes) {
 }  // namespace
 
 AttachmentFile::AttachmentFile(std::string directory) : directory_(std::move(directory)) {
-  const std::lock_guard lock(own().mutex);
+  const MutexLock lock(own().mutex);
   own().directories.insert(directory_);
 }
 
 AttachmentFile::~AttachmentFile() {
   std::error_code ignored;
   fs::remove_all(directory_, ignored);
-  const std::lock_guard lock(own().mutex);
+  const MutexLock lock(own().mutex);
   own().directories.erase(directory_);
 }
 
@@ -116,7 +116,7 @@ void AttachmentFile::removeLeftovers(const std::string& temporaryDirectory) {
     std::error_code ignored;
     if (isLeftover(entry->path())) fs::remove_all(entry->path(), ignored);
   }
-  const std::lock_guard lock(own().mutex);
+  const MutexLock lock(own().mutex);
   own().swept = parent.string();
 }
 

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cctype>
 #include <chrono>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -26,9 +25,9 @@ bool hasWebScheme(std::string_view url) {
 
 /// Where the answer is put. Shared with the transport, which may answer long after the wait.
 struct Pending {
-  std::mutex mutex;
-  std::condition_variable arrived;
-  std::optional<HttpAnswer> answer;  // guarded by mutex
+  Mutex mutex;
+  ConditionVariable arrived;
+  std::optional<HttpAnswer> answer KIFO_GUARDED_BY(mutex);
 };
 
 std::optional<HttpAnswer> fetch(const std::string& url, double limit) {
@@ -42,13 +41,14 @@ std::optional<HttpAnswer> fetch(const std::string& url, double limit) {
         return request;
       },
       [pending](HttpAnswer answer) {
-        const std::lock_guard lock(pending->mutex);
+        const MutexLock lock(pending->mutex);
         pending->answer = std::move(answer);
-        pending->arrived.notify_all();
+        pending->arrived.notifyAll();
       });
-  std::unique_lock lock(pending->mutex);
-  pending->arrived.wait_for(lock, std::chrono::duration<double>(limit),
-                            [&] { return pending->answer.has_value(); });
+  const MutexLock lock(pending->mutex);
+  pending->arrived.waitFor(
+      pending->mutex, std::chrono::duration<double>(limit),
+      [&]() KIFO_REQUIRES(pending->mutex) { return pending->answer.has_value(); });
   return std::exchange(pending->answer, std::nullopt);
 }
 

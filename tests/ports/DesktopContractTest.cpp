@@ -1,5 +1,6 @@
 // What the ports of a desktop promise, asked of Qt's versions, the fakes and the null ones.
 #include <QClipboard>
+#include <QGuiApplication>
 #include <QtTest>
 #include <atomic>
 #include <memory>
@@ -12,11 +13,16 @@
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/qt/DesktopNotificationCentre.h"
 #include "platform/qt/QtPasteboard.h"
+#include "platform/qt/QtPlatform.h"
 #include "platform/qt/QtPopupPresenter.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
+
+using ::testing::AllOf;
+using ::testing::Ge;
+using ::testing::Le;
 
 void onSeveralThreads(const std::function<void()>& work) {
   std::vector<std::thread> threads;
@@ -65,11 +71,27 @@ TEST(PopupPresenterContract, APopupWithoutItsScreenIsTakenFromAnyThreadAndDroppe
   for (const auto& presenter : presenters) {
     const auto request = std::make_shared<PopupRequest>();
     request->preferences.appCommunicationItem = std::make_shared<AppCommunicationItem>();
+    request->open = [] {
+      ADD_FAILURE() << "a popup that cannot be shown is not opened";
+      return false;
+    };
     onSeveralThreads([&] { presenter->present(request); });
     EXPECT_TRUE(QTest::qWaitFor([&] { return request.use_count() == 1; }));
   }
   fake.popups->present(std::make_shared<PopupRequest>());
   EXPECT_EQ(fake.popups->take().size(), 1U);
+}
+
+TEST(PositionContract, APositionIsKnownInDegreesOrNotAtAllOnAnyThread) {
+  const InstalledFakePlatform fake;
+  const auto position = withQt(nullPlatform()).position;
+  onSeveralThreads([&] {
+    EXPECT_THAT(position->authorizationStatus(), AllOf(Ge(0), Le(4)));
+    EXPECT_THAT(position->applicationState(), AllOf(Ge(0), Le(2)));
+    const auto known = position->location().value_or(Coordinate{});
+    EXPECT_THAT(known.latitude, AllOf(Ge(-90.0), Le(90.0)));
+    EXPECT_THAT(known.longitude, AllOf(Ge(-180.0), Le(180.0)));
+  });
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ ImageDecoders::Closer::Closer() : process_(QCoreApplication::applicationPid()) {
 ImageDecoders::Closer::~Closer() {
   if (QCoreApplication::applicationPid() != process_) return;
   ImageDecoders& decoders = shared();
-  std::unique_lock lock(decoders.mutex_);
+  MutexLock lock(decoders.mutex_);
   decoders.closed_ = true;
   const auto dropped = std::exchange(decoders.tasks_, {});
   lock.unlock();
@@ -25,14 +25,14 @@ ImageDecoders::Closer::~Closer() {
 void ImageDecoders::start(std::function<void()> task) {
   static const Closer closer;
   ImageDecoders& decoders = shared();
-  const std::lock_guard lock(decoders.mutex_);
+  const MutexLock lock(decoders.mutex_);
   if (decoders.closed_) return;
   decoders.tasks_.push_back(std::move(task));
   decoders.threads_.start([&decoders] { decoders.runNext(); });
 }
 
 void ImageDecoders::runNext() {
-  std::unique_lock lock(mutex_);
+  MutexLock lock(mutex_);
   if (tasks_.empty()) return;
   const auto task = std::move(tasks_.front());
   tasks_.pop_front();

@@ -2,9 +2,10 @@
 
 #include <deque>
 #include <functional>
-#include <mutex>
 
 #include <QThreadPool>
+
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
 
@@ -37,10 +38,10 @@ class ImageDecoders {
   void runNext();
 
   QThreadPool threads_;
-  std::mutex mutex_;
-  // Guarded by mutex_. Not left to the pool, whose locks a thread sanitizer cannot see.
-  std::deque<std::function<void()>> tasks_;
-  bool closed_ = false;
+  Mutex mutex_;
+  /// Not kept by the pool, whose locks a thread sanitizer cannot see.
+  std::deque<std::function<void()>> tasks_ KIFO_GUARDED_BY(mutex_);
+  bool closed_ KIFO_GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace kifo

@@ -1,7 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
 
 #include <list>
-#include <mutex>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -11,6 +10,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
@@ -61,17 +61,16 @@ struct ImageLoader::Memory {
 
 /// Where other threads leave a picture for the loader, as long as there is one.
 struct ImageLoader::Inbox {
-  std::mutex mutex;
-  // Guarded by mutex.
-  ImageLoader* loader = nullptr;
+  Mutex mutex;
+  ImageLoader* loader KIFO_GUARDED_BY(mutex) = nullptr;
 
   bool isOpen() {
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     return loader != nullptr;
   }
 
   void deliver(const std::string& url, QImage image) {
-    const std::lock_guard lock(mutex);
+    const MutexLock lock(mutex);
     if (!loader) return;
     QMetaObject::invokeMethod(
         loader, [to = loader, url, image = std::move(image)] { to->arrived(url, image); },
@@ -83,11 +82,12 @@ ImageLoader::ImageLoader(QSize bounds)
     : bounds_(bounds.expandedTo({1, 1})),
       memory_(std::make_unique<Memory>()),
       inbox_(std::make_shared<Inbox>()) {
+  const MutexLock lock(inbox_->mutex);
   inbox_->loader = this;
 }
 
 ImageLoader::~ImageLoader() {
-  const std::lock_guard lock(inbox_->mutex);
+  const MutexLock lock(inbox_->mutex);
   inbox_->loader = nullptr;
 }
 
