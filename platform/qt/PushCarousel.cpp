@@ -19,16 +19,6 @@ constexpr int CONTROLS = 44;  // height of the row of buttons, enough for a fing
 constexpr int PREFERRED_WIDTH = 320;
 constexpr QSize LARGEST_PICTURE(1024, 1024);
 
-/// The host's colours, because the panel around the carousel is the host's.
-PopupTheme themeOf(const QWidget& widget, const PopUpOptions& options) {
-  PopupTheme theme;
-  theme.options = options;
-  theme.panelFill = theme.panel = widget.palette().color(QPalette::Window);
-  theme.ink = widget.palette().color(QPalette::WindowText);
-  theme.accent = widget.palette().color(QPalette::Highlight);
-  return theme;
-}
-
 class ArrowButton : public PopupControl<QPushButton> {
  public:
   ArrowButton(const PopupTheme& theme, bool forwards, const QString& name, QWidget* parent)
@@ -51,8 +41,7 @@ class ArrowButton : public PopupControl<QPushButton> {
     painter.setPen(QPen(theme_.ink, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPolyline(QPolygonF({tip + QPointF(back, -6), tip, tip + QPointF(back, 6)}));
-    if (showsFocus())
-      paintFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3), 19, theme_.accent);
+    if (showsFocus()) paintFocusRing(painter, rect(), 22, theme_.shade(0.06), theme_.accent);
   }
 
  private:
@@ -67,7 +56,7 @@ PushCarousel::PushCarousel(QWidget* parent, const PopUpOptions& options)
 
 PushCarousel::PushCarousel(QWidget* parent, const PopUpOptions& options, const Texts& texts)
     : QWidget(parent), options_(options) {
-  const PopupTheme theme = themeOf(*this, options_);
+  const PopupTheme theme = PopupTheme::ofHost(palette(), options_);
   if (!options_.imageLoader) options_.imageLoader = std::make_shared<ImageLoader>(LARGEST_PICTURE);
   previous_ = new ArrowButton(theme, false, texts.previous, this);
   pages_ = new PopupCarousel(theme, this);

@@ -8,9 +8,9 @@
 #include <QWidget>
 #include <memory>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertOverlay.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupOverlay.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {
@@ -42,9 +42,9 @@ class AlertFixture : public ::testing::Test {
     return alert;
   }
 
-  std::vector<KifoPopupOverlay*> overlays() const {
-    std::vector<KifoPopupOverlay*> shown;
-    for (auto* overlay : window->findChildren<KifoPopupOverlay*>(Qt::FindDirectChildrenOnly)) {
+  std::vector<AlertOverlay*> overlays() const {
+    std::vector<AlertOverlay*> shown;
+    for (auto* overlay : window->findChildren<AlertOverlay*>(Qt::FindDirectChildrenOnly)) {
       if (overlay->isVisible()) shown.push_back(overlay);
     }
     return shown;

@@ -122,26 +122,6 @@ TEST_F(KifoPopupKeyboardTest, TabGoesRoundInTheOrderThatIsSeen) {
   EXPECT_EQ(QApplication::focusWidget(), cross);
 }
 
-TEST_F(KifoPopupKeyboardTest, TheFocusStaysInsideAndGoesBackToAFieldThatIsStillThere) {
-  auto* other = new QLineEdit(window.get());
-  other->show();
-  const auto alert = makeAlert();
-  alert->showInfo("Focus", "", "OK");
-  const auto* button = alert->buttons().front();
-  EXPECT_EQ(QApplication::focusWidget(), button);
-  other->setFocus();
-  EXPECT_EQ(QApplication::focusWidget(), button);
-  press(Qt::Key_Tab);
-  EXPECT_EQ(QApplication::focusWidget(), button);
-  alert->hideView();
-  EXPECT_EQ(QApplication::focusWidget(), field);
-
-  alert->showInfo("Focus", "", "OK");
-  delete field;
-  alert->hideView();
-  EXPECT_EQ(QApplication::focusWidget(), nullptr);
-}
-
 TEST_F(KifoPopupKeyboardTest, AnAlertWithoutAnythingToFocusKeepsTheKeysFromTheWindow) {
   const auto alert = makeAlert();
   alert->showWait("One moment");

@@ -91,30 +91,6 @@ TEST_F(KifoPopupLifeTest, AClosureMayShowItsOwnAlertAnew) {
   EXPECT_THAT(overlays(), SizeIs(1));
 }
 
-TEST_F(KifoPopupLifeTest, AClosureMayDeleteTheWindowByAClickOrByEnter) {
-  for (const bool byKeyboard : {false, true}) {
-    if (!window) {
-      window = std::make_unique<QWidget>();
-      window->show();
-      ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    }
-    auto alert = makeAlert();
-    const std::weak_ptr<KifoPopup> life = alert;
-    alert->dismissBlock = [] { FAIL() << "what it speaks of may be gone with the window"; };
-    QPointer<KifoButton> button = alert->addButton("Leave", [this] { window.reset(); });
-    alert->showInfo("Leave");
-    alert.reset();
-    if (byKeyboard) {
-      press(Qt::Key_Return);
-    } else {
-      click(button);
-    }
-    settle();
-    EXPECT_TRUE(life.expired());
-    EXPECT_TRUE(button.isNull());
-  }
-}
-
 TEST_F(KifoPopupLifeTest, AClosureMayWaitInADialogWhileTheAlertEnds) {
   auto alert = makeAlert();
   const std::weak_ptr<KifoPopup> life = alert;

@@ -136,7 +136,7 @@ std::vector<int> outwards(const QImage& canvas, QPointF edge, QPoint step) {
   return lightness;
 }
 
-TEST(PanelShadow, FadesFromUnderThePanelOutwardsOnEachSideAtEachScale) {
+TEST(PanelShadow, FadesOutwardsOnEachSideAtEachScaleAndIsNotUnderThePanel) {
   const QRectF panel(60, 60, 300, 200);
   for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
     QImage canvas(QSize(420, 340) * scale, QImage::Format_RGB32);
@@ -147,13 +147,17 @@ TEST(PanelShadow, FadesFromUnderThePanelOutwardsOnEachSideAtEachScale) {
     painter.end();
     for (const double along : {0.4, 0.5, 0.6}) {
       const QPointF on(panel.x() + along * panel.width(), panel.y() + along * panel.height());
-      for (const auto& side : {outwards(canvas, {on.x(), panel.bottom() - 2}, {0, 1}),
-                               outwards(canvas, {on.x(), panel.top() + 2}, {0, -1}),
-                               outwards(canvas, {panel.left() + 2, on.y()}, {-1, 0}),
-                               outwards(canvas, {panel.right() - 2, on.y()}, {1, 0})}) {
+      for (const auto& side : {outwards(canvas, {on.x(), panel.bottom() + 1}, {0, 1}),
+                               outwards(canvas, {on.x(), panel.top() - 2}, {0, -1}),
+                               outwards(canvas, {panel.left() - 2, on.y()}, {-1, 0}),
+                               outwards(canvas, {panel.right() + 1, on.y()}, {1, 0})}) {
         EXPECT_LT(side.front(), 245) << scale;
         EXPECT_TRUE(std::ranges::is_sorted(side)) << scale << ": no gap and no seam";
         EXPECT_EQ(side.back(), 255) << scale;
+      }
+      for (const QPointF& inside : {QPointF(on.x(), panel.bottom() - 3), QPointF(on.x(), 63),
+                                    QPointF(63, on.y()), QPointF(panel.right() - 3, on.y())}) {
+        EXPECT_EQ(qGray(canvas.pixel((inside * scale).toPoint())), 255) << scale;
       }
     }
   }

@@ -68,7 +68,7 @@ void settle() {
 }
 
 std::string uuidOf(const PopUpWindow* popup) {
-  return *popup->fields().appCommunicationItem->uuid;
+  return *popup->state().appCommunicationItem->uuid;
 }
 
 class QtPopupPresenterTest : public ::testing::Test {
@@ -265,7 +265,7 @@ TEST_F(QtPopupPresenterTest, TheHostsOptionsReachThePopup) {
   request->preferences.image = "http://127.0.0.1:1/picture.png";
   presenter_->present(request);
   ASSERT_TRUE(waitForPopup(window_, "a"));
-  EXPECT_EQ(shownIn(window_).front()->fields().imageViewHeight, 164);
+  EXPECT_EQ(shownIn(window_).front()->state().imageViewHeight, 164);
 }
 
 TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsIt) {

@@ -32,7 +32,7 @@ TEST_F(CarouselTest, AdvancesPageByPageAndWrapsWithoutMoving) {
   const std::pair<int, bool> steps[] = {{1, true}, {2, true}, {0, false}, {1, true}};
   for (const auto& [page, animated] : steps) {
     popup->scrollImageListTimer();
-    EXPECT_EQ(popup->fields().currentIndex, page);
+    EXPECT_EQ(popup->state().currentIndex, page);
     EXPECT_EQ(list()->currentPage(), page);
     EXPECT_EQ(elements().pageIndicator->currentPage(), page);
     EXPECT_EQ(list()->isScrolling(), animated);
@@ -45,7 +45,7 @@ TEST_F(CarouselTest, AdvancesByItself) {
   pictures(2);
   options.durations.carouselInterval = std::chrono::milliseconds(1);
   present();
-  EXPECT_TRUE(QTest::qWaitFor([this] { return popup->fields().currentIndex == 1; }, 5000));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return popup->state().currentIndex == 1; }, 5000));
 }
 
 TEST_F(CarouselTest, OnePictureIsNoCarousel) {
@@ -99,7 +99,7 @@ TEST_F(CarouselTest, ASwipeTowardsTheNextPageTurnsItAndTouchesNothing) {
     EXPECT_EQ(list()->cellForItem(1)->x(), onwards * list()->QWidget::width());
     const QPoint middle = list()->rect().center();
     drag(list(), middle, middle - QPoint(140 * onwards, 0));
-    EXPECT_EQ(popup->fields().currentIndex, 1);
+    EXPECT_EQ(popup->state().currentIndex, 1);
     EXPECT_FALSE(popup->isDismissing());
     dismiss();
   }

@@ -64,13 +64,13 @@ TEST_F(FocusTest, ASurveyIsOneStopAndItsArrowsMoveWithinIt) {
   EXPECT_THAT(tabRound(4),
               ElementsAre("selectButton", "submitButton", "closeButton", "selectButton"));
   for (const auto code : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space}) key(code);
-  EXPECT_EQ(popup->fields().selectActionItem, request->preferences.choices[2]);
+  EXPECT_EQ(popup->state().selectActionItem, request->preferences.choices[2]);
   key(Qt::Key_End);
   QWidget* last = choice(19)->selectButton();
   EXPECT_EQ(QApplication::focusWidget(), last);
   EXPECT_FALSE(last->visibleRegion().isEmpty()) << "the list follows the focus";
   key(Qt::Key_Return);
-  EXPECT_EQ(popup->fields().selectActionItem, request->preferences.choices[19]);
+  EXPECT_EQ(popup->state().selectActionItem, request->preferences.choices[19]);
   key(Qt::Key_Tab);
   key(Qt::Key_Backtab, Qt::ShiftModifier);
   EXPECT_EQ(QApplication::focusWidget(), last) << "Tab comes back to where one was";
@@ -115,9 +115,9 @@ TEST_F(FocusTest, PagesCanBeTurnedAndAnItemsActionFollowedWithoutAMouse) {
   EXPECT_THAT(tabRound(2), ElementsAre("popupView", "popupImageViewList"));
   key(Qt::Key_Right);
   EXPECT_EQ(elements().popupImageViewList->currentPage(), 1);
-  EXPECT_EQ(popup->fields().currentIndex, 1);
+  EXPECT_EQ(popup->state().currentIndex, 1);
   key(Qt::Key_Left);
-  EXPECT_EQ(popup->fields().currentIndex, 0);
+  EXPECT_EQ(popup->state().currentIndex, 0);
   key(Qt::Key_Backtab, Qt::ShiftModifier);
   key(Qt::Key_Space);
   EXPECT_EQ(followed, 1);

@@ -4,8 +4,8 @@
 #include <QClipboard>
 #include <QTest>
 
+#include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
 
 namespace kifo {
 namespace {
@@ -43,7 +43,7 @@ TEST_F(FreeTextFieldTest, CutsAPasteAtTheLimitAndLetsDeleteWhateverIsThere) {
 
 TEST_F(FreeTextFieldTest, CountsBytesAndNeverCutsACharacter) {
   paste(QString(75, QChar(0xe9)));  // two bytes each
-  EXPECT_EQ(FreeTextRule::count(field.text()), "150/150");
+  EXPECT_EQ(FreeTextRule::count(field.text().toStdString()), "150/150");
   field.clear();
   const QString face = QString::fromUtf8("😀");  // four bytes
   paste(QString("a") + face.repeated(40));

@@ -82,6 +82,19 @@ TEST_F(ImageLoaderTest, FetchesAUrlOnceForAllWhoAsk) {
   EXPECT_EQ(loader->kept("https://pictures.example/1").size(), QSize(10, 10));
 }
 
+TEST_F(ImageLoaderTest, AnAnswerWithoutAPictureIsAFailure) {
+  const std::pair<int, std::string> answers[] = {
+      {204, pictureBytes({9, 9}, Qt::red)}, {200, ""}, {200, "<html></html>"}};
+  for (const auto& [status, body] : answers) {
+    last = QImage(1, 1, QImage::Format_RGB32);
+    loader->load("https://pictures.example/" + std::to_string(calls), &context, count());
+    fake.http->answerNext(status, body);
+    finishDecoding();
+    EXPECT_TRUE(last.isNull()) << status << " " << body.size();
+  }
+  EXPECT_EQ(calls, 3);
+}
+
 TEST_F(ImageLoaderTest, FetchesNothingButTheWeb) {
   for (const char* url :
        {"file:///etc/passwd", "ftp://pictures.example/1", "data:image/png;base64,AAAA",

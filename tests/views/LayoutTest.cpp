@@ -92,6 +92,33 @@ TEST_F(LayoutTest, APanelWithoutFreeTextIsClosedUpUnlessTheHostKeepsItsRoom) {
   }
 }
 
+TEST_F(LayoutTest, WhereThePanelScrollsItsSubmitButtonStaysInSightIfThereIsRoom) {
+  campaign("OPEN_ENDED");
+  request->preferences.detailText = std::string(3000, 'x');
+  submitButton();
+  for (const auto& [height, stays] : {std::pair(700, true), std::pair(260, false)}) {
+    host->resize(414, height);
+    present();
+    PopupButton* submit = elements().submitButton;
+    EXPECT_EQ(!submit->visibleRegion().isEmpty(), stays);
+    EXPECT_EQ(submit->parentWidget() == elements().popupView, stays);
+    click(submit);
+    EXPECT_EQ(reporter->reports.size(), 1u);
+    reporter->reports.clear();
+    settle();
+  }
+}
+
+TEST_F(LayoutTest, TheFootBelowTheLastButtonIsAsWideAsTheSides) {
+  campaign("POPUP");
+  request->preferences.buttons = {option("b1", "One", "#0A5CD8"), option("b2", "Two", "#0A5CD8")};
+  present();
+  const QWidget* last = button(1);
+  const int foot = last->mapTo(elements().popupView, QPoint(0, last->height())).y() -
+                   KifoPopupCell::surfaceInset;
+  EXPECT_EQ(elements().popupView->height() - foot, 8);
+}
+
 TEST_F(LayoutTest, RightToLeftTextMirrorsThePanel) {
   campaign("SCORE");
   item->maxScore = 10;
@@ -110,7 +137,7 @@ TEST_F(LayoutTest, RightToLeftTextMirrorsThePanel) {
   request->preferences.title = "قيم زيارتك";
   choices(1);
   present();
-  const QRect text = choice(0)->findChild<PopupLabel*>()->geometry();
+  const QRect text = choice(0)->findChild<TextLabel*>()->geometry();
   EXPECT_GT(choice(0)->width() - text.right(), text.left()) << "the mark is on the right";
 }
 
@@ -119,16 +146,16 @@ TEST_F(LayoutTest, TheKeyboardLiftsTheViewByHalfItsHeightOnce) {
   present();
   const QRect panel = elements().popupView->geometry();
   popup->keyboardWillShow({});
-  EXPECT_FALSE(popup->fields().isKeyboardSizeAdded);
+  EXPECT_FALSE(popup->state().isKeyboardSizeAdded);
   popup->keyboardWillShow({0, 500, 414, 300});
   popup->keyboardWillShow({0, 400, 414, 400});
-  EXPECT_TRUE(popup->fields().isKeyboardSizeAdded);
+  EXPECT_TRUE(popup->state().isKeyboardSizeAdded);
   EXPECT_EQ(popup->popUpWindowView()->y(), -150);
   EXPECT_EQ(popup->popUpWindowView()->size(), popup->size());
   EXPECT_EQ(elements().popupView->geometry(), panel);
   popup->keyboardWillHide();
   EXPECT_EQ(popup->popUpWindowView()->y(), 0);
-  EXPECT_FALSE(popup->fields().isKeyboardSizeAdded);
+  EXPECT_FALSE(popup->state().isKeyboardSizeAdded);
 }
 
 TEST_F(LayoutTest, AboveAKeyboardATallPanelKeepsItsCloseButtonAndFieldInSight) {
@@ -169,7 +196,7 @@ TEST_F(LayoutTest, AFingerDrawnOverAListScrollsItAndChoosesNothing) {
   PopupListView* list = elements().buttonsTableview;
   drag(choice(2)->selectButton(), QPoint(50, 25), QPoint(50, -60));
   EXPECT_GT(list->verticalScrollBar()->value(), 20);
-  EXPECT_EQ(popup->fields().selectActionItem, nullptr);
+  EXPECT_EQ(popup->state().selectActionItem, nullptr);
 }
 
 TEST_F(LayoutTest, PaintsNothingOfTheHostsStyleSheet) {

@@ -66,16 +66,6 @@ TEST_F(LifetimeTest, GoesWithAHostThatIsDestroyedWhileItFades) {
   EXPECT_EQ(closings, 0);
 }
 
-TEST_F(LifetimeTest, ACallbackMayDestroyTheHostUnderThePopup) {
-  campaign("POPUP");
-  request->preferences.buttons = {option("b1", "Quit")};
-  request->actionItem = [this](auto) { host.reset(); };
-  present();
-  QTest::keyClick(button(0), Qt::Key_Return);
-  settle();
-  EXPECT_TRUE(popup.isNull());
-}
-
 TEST_F(LifetimeTest, AnAnswerIsSentEvenWhenTheSubmitCallbackDestroysTheHost) {
   campaign("OPEN_ENDED");
   submitButton();
@@ -126,12 +116,12 @@ TEST_F(LifetimeTest, FollowsItsHostsSizeAndKeepsAnswerAndFocus) {
   present();
   QTest::keyClicks(elements().textField, "kept");
   elements().textField->setFocus();
-  EXPECT_EQ(popup->fields().imageViewHeight, 172);
+  EXPECT_EQ(popup->state().imageViewHeight, 172);
   host->resize(1000, 600);
   settle();
   EXPECT_EQ(popup->geometry(), host->rect());
   EXPECT_EQ(elements().popupView->width(), 480);
-  EXPECT_EQ(popup->fields().imageViewHeight, 240);
+  EXPECT_EQ(popup->state().imageViewHeight, 240);
   host->resize(320, 480);
   settle();
   EXPECT_EQ(elements().popupView->width(), 258);

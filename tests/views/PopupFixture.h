@@ -32,9 +32,9 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupImageView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::testing {
@@ -170,7 +170,7 @@ class PopupTest : public ::testing::Test {
     }
   }
 
-  const PopUpWindowElements& elements() { return popup->popUpWindowView()->elements(); }
+  const PopupElements& elements() { return popup->popUpWindowView()->elements(); }
   PopupButton* button(int row) { return popup->findChildren<KifoPopupCell*>().at(row)->titleLbl(); }
   KifoSurveyCell* choice(int row) { return popup->findChildren<KifoSurveyCell*>().at(row); }
 

@@ -55,7 +55,7 @@ bool isEmptyRow(const QImage& image, int y) {
 }
 
 /// No letter reaches the upper or the lower edge of where it may be painted.
-void expectWhole(PopupLabel* label) {
+void expectWhole(TextLabel* label) {
   QImage ink(label->size() * label->devicePixelRatioF(), QImage::Format_ARGB32);
   ink.setDevicePixelRatio(label->devicePixelRatioF());
   ink.fill(Qt::transparent);
@@ -65,9 +65,10 @@ void expectWhole(PopupLabel* label) {
 }
 
 void expectRoom(const PopUpWindow* popup) {
-  for (auto* label : popup->findChildren<PopupLabel*>()) {
+  for (auto* label : popup->findChildren<TextLabel*>()) {
     if (!label->isVisible()) continue;
-    EXPECT_GE(label->height(), label->heightFor(label->width())) << label->text().toStdString();
+    EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+        << label->text().toStdString();
     const bool framed = label->objectName() == "couponLabel";
     if (!framed && !label->size().isEmpty()) expectWhole(label);
   }

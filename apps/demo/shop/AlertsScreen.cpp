@@ -16,7 +16,7 @@ namespace {
 constexpr QSize kTile(200, 76);
 
 KifoAppearance inARow() {
-  KifoAppearance appearance;
+  KifoAppearance appearance = KifoAppearance::likePopups();
   appearance.buttonsLayout = KifoAlertButtonLayout::horizontal;
   return appearance;
 }
@@ -97,7 +97,7 @@ void AlertsScreen::addWay(Shelf* shelf, const QString& text, KifoAnimationStyle 
   tiles_.push_back(tile);
   shelf->add(tile);
   connect(tile, &QPushButton::clicked, this, [this, text, way, springs] {
-    KifoAppearance appearance;
+    KifoAppearance appearance = KifoAppearance::likePopups();
     appearance.dynamicAnimatorActive = springs;
     appearance.hideWhenBackgroundViewIsTapped = true;
     const Alert alert = make(appearance);
@@ -223,7 +223,7 @@ void AlertsScreen::showOwnView() {
 }
 
 void AlertsScreen::showOwnColours() {
-  KifoAppearance appearance;
+  KifoAppearance appearance = KifoAppearance::likePopups();
   appearance.contentViewColor = theme::kNight;
   appearance.circleBackgroundColor = theme::kNight;
   appearance.contentViewBorderColor = QColor(0x46, 0x52, 0x75);
@@ -245,7 +245,7 @@ void AlertsScreen::showLongText() {
 }
 
 void AlertsScreen::showStaying() {
-  KifoAppearance appearance;
+  KifoAppearance appearance = KifoAppearance::likePopups();
   appearance.shouldAutoDismiss = false;
   const Alert alert = make(appearance);
   const auto mugs = std::make_shared<int>(1);
@@ -271,7 +271,7 @@ void AlertsScreen::showTwo() {
 }
 
 void AlertsScreen::showNotification() {
-  KifoAppearance appearance;
+  KifoAppearance appearance = KifoAppearance::likePopups();
   appearance.kDefaultShadowOpacity = 0.25;
   const Alert alert = make(appearance);
   alert->type = ScreenType::notification;

@@ -31,7 +31,7 @@ class AlertsScreen : public ShopScreen {
   void addTile(Shelf* shelf, KifoPopupStyle style, const QString& text, Show shown);
   void addWay(Shelf* shelf, const QString& text, KifoAnimationStyle way, bool springs = false);
 
-  Alert make(const KifoAppearance& appearance = {});
+  Alert make(const KifoAppearance& appearance = KifoAppearance::likePopups());
   /// Adds a button that only says what was answered.
   KifoButton* addAnswer(const Alert& alert, const QString& title, const QColor& color = {});
   void say(const QString& answer);

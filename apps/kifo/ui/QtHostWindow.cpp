@@ -46,8 +46,8 @@ int rowOf(const std::string& id, const PopUpWindowFields::Buttons& options) {
 }
 
 PopupLine lineOf(const PopUpWindow& popup) {
-  const auto& fields = popup.fields();
-  return {fields.appCommunicationItem, fields.buttons, fields.choices};
+  const auto& state = popup.state();
+  return {state.appCommunicationItem, state.buttons, state.choices};
 }
 
 }  // namespace
@@ -116,7 +116,7 @@ void QtHostWindow::performOn(PopUpWindow& popup, const UserAction& action) {
   const auto control = [&](const char* name, int index = 0) {
     return User::checked(user.object(name, index), name);
   };
-  const auto& fields = popup.fields();
+  const auto& state = popup.state();
   switch (action.kind) {
     case Kind::close:
       return user.click(control("closeButton"));

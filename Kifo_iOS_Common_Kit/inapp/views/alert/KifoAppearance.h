@@ -34,7 +34,7 @@ struct KIFO_EXPORT KifoAppearance {
   double kTitleMinimumScaleFactor =
       1.0;                     ///< How small a long title may shrink before it wraps, 0 to 1.
   double kWindowWidth = 240;   ///< The card's least width, if the window has it.
-  double kWindowHeight = 178;  ///< The least height of a card with buttons.
+  double kWindowHeight = 178;  ///< The least height of the card.
   double kTextHeight = 90;     ///< A text higher than this makes the card wider, up to 400.
   double kTextFieldHeight = 30;
   double kTextViewdHeight = 80;
@@ -63,6 +63,9 @@ struct KIFO_EXPORT KifoAppearance {
       Qt::AlignHCenter;  ///< Of the text; left and right are leading and trailing.
   bool hideWhenBackgroundViewIsTapped = false;
   ActivityIndicatorStyle activityIndicatorStyle = ActivityIndicatorStyle::white;
+
+  /// An appearance that goes with the campaigns' popups: as round, with buttons as large.
+  static KifoAppearance likePopups();
 
   /// The application's font in `pixels` logical pixels.
   static QFont systemFont(int pixels, QFont::Weight weight = QFont::Normal);

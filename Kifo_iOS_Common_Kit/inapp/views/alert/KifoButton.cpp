@@ -6,6 +6,9 @@
 #include <QStyleOption>
 #include <algorithm>
 
+#include "Kifo_iOS_Common_Kit/inapp/popup/ShownText.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
+
 namespace kifo {
 namespace {
 
@@ -37,7 +40,7 @@ void KifoButton::showSeconds(std::optional<int> seconds) {
 }
 
 void KifoButton::setTitle(const QString& title) {
-  setText(title);
+  setText(QString::fromStdString(shownText(title.toStdString())));
   // An ampersand in the title would otherwise make a shortcut.
   setShortcut(QKeySequence());
 }
@@ -88,10 +91,7 @@ void KifoButton::paintEvent(QPaintEvent* /*event*/) {
                           look_.cornerRadius);
   if ((option.state & QStyle::State_HasFocus) &&
       (option.state & QStyle::State_KeyboardFocusChange)) {
-    painter.setPen(QPen(look_.text, 2));
-    painter.setBrush(Qt::NoBrush);
-    const double inner = std::max(0.0, look_.cornerRadius - 2);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(3, 3, -3, -3), inner, inner);
+    paintFocusRing(painter, rect(), look_.cornerRadius, paintedBackground(), look_.text);
   }
   painter.setPen(look_.text);
   painter.setFont(look_.font);

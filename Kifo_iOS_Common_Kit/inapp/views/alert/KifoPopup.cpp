@@ -8,22 +8,19 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertCard.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertDisc.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIconView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertOverlay.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertTimeout.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupAnimator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupCard.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupDisc.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupDisposal.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupFocus.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupHost.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupIconView.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupLabel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupList.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupOverlay.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupTimeout.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupAccessibility.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
@@ -57,20 +54,20 @@ KifoPopup::KifoPopup() : KifoPopup(KifoAppearance()) {}
 
 KifoPopup::KifoPopup(KifoAppearance theAppearance)
     : appearance(std::move(theAppearance)),
-      card_(new KifoPopupCard),
-      animator_(new KifoPopupAnimator(card_)),
-      clock_(new KifoPopupTimeout(card_)) {
-  connect(animator_, &KifoPopupAnimator::left, this, &KifoPopup::finish);
-  connect(clock_, &KifoPopupTimeout::ended, this, &KifoPopup::hideViewTimeout);
-  connect(clock_, &KifoPopupTimeout::ticked, this, &KifoPopup::showSecondsLeft);
+      card_(new AlertCard),
+      animator_(new AlertAnimator(card_)),
+      clock_(new AlertTimeout(card_)) {
+  connect(animator_, &AlertAnimator::left, this, &KifoPopup::finish);
+  connect(clock_, &AlertTimeout::ended, this, &KifoPopup::hideViewTimeout);
+  connect(clock_, &AlertTimeout::ticked, this, &KifoPopup::showSecondsLeft);
   connect(card_->closeImage, &QPushButton::clicked, this, &KifoPopup::hideView);
-  connect(card_, &KifoPopupCard::pointerInside, this, [this](bool inside) {
+  connect(card_, &AlertCard::pointerInside, this, [this](bool inside) {
     pointerInside_ = inside;
     holdTimeout();
   });
-  connect(card_, &KifoPopupCard::edited, this, [this] {
+  connect(card_, &AlertCard::edited, this, [this] {
     if (overlay_ == nullptr) return;
-    overlay_->focus().engage();
+    overlay_->engage();
     card_->reveal(QApplication::focusWidget());
   });
 }
@@ -139,7 +136,12 @@ KifoButton* KifoPopup::makeButton(const QString& title, const QColor& background
   // The one that only closes stays the last.
   const auto close = std::find(card_->buttons.begin(), card_->buttons.end(), closeButton_.data());
   if (close != card_->buttons.end()) std::rotate(close, close + 1, card_->buttons.end());
-  if (phase_ == Phase::shown) refresh();
+  if (phase_ != Phase::shown) return button;
+  if (showTimeout) {
+    clock_->tickToo();
+    button->showSeconds(clock_->secondsLeft());
+  }
+  refresh();
   return button;
 }
 
@@ -183,10 +185,14 @@ void KifoPopup::buttonRelease(KifoButton* button) {
 }
 
 void KifoPopup::buttonTapped(KifoButton* button) {
-  if (phase_ != Phase::shown) return;
+  if (phase_ != Phase::shown || answered_ == showings_) return;
   const auto self = weak_from_this().lock();
   const QPointer<KifoPopup> alive = this;
   const unsigned showing = showings_;
+  if (appearance.shouldAutoDismiss) {
+    answered_ = showing;
+    clock_->stop();
+  }
   dispatch(button);
   // The action may have closed the alert, deleted it, or shown it anew.
   if (alive == nullptr || showing != showings_) return;
@@ -213,6 +219,7 @@ void KifoPopup::setCloseButton(const QString& title) {
   closeButton_ = nullptr;
   if (title.isEmpty() || !appearance.showCloseButton) return;
   closeButton_ = addButton(title, [this] { hideView(); });
+  card_->closingButton = closeButton_;
 }
 
 bool KifoPopup::needsCross() const {
@@ -263,7 +270,8 @@ void KifoPopup::dressCircle(const Showing& showing) {
   card_->showCircle(appearance.showCircularIcon && (hasImage || showing.style.has_value()));
   card_->scaleIcon(1);
   if (hasImage) return card_->circleIconView->showImage(showing.circleIconImage, iconTintColor);
-  const QColor color = iconTintColor.isValid() ? iconTintColor : readableOn(Qt::white, viewColor);
+  const QColor color =
+      iconTintColor.isValid() ? iconTintColor : legibleOn(Qt::white, viewColor, Contrast::mark);
   if (!waits_) return card_->circleIconView->showIcon(*showing.style, color);
   const auto indicator = appearance.activityIndicatorStyle;
   if (indicator == ActivityIndicatorStyle::whiteLarge) card_->scaleIcon(kLargeIndicator);
@@ -273,9 +281,9 @@ void KifoPopup::dressCircle(const Showing& showing) {
 
 void KifoPopup::refresh() {
   const QColor card = appearance.contentViewColor;
-  const QColor ink = readableOn(appearance.subTitleColor, card);
+  const QColor ink = textOn(card, appearance.subTitleColor, appearance.kTextFont);
   card_->list->setContents(headerStr, datas, {appearance.kTextFont, ink, mixed(card, ink, 0.15)});
-  card_->closeImage->setLook(closeIcon, ink);
+  card_->closeImage->setLook(closeIcon, card, std::nullopt);
   card_->closeImage->setVisible(needsCross());
   card_->dress(appearance, viewColor, colorFromInt(colorTextButton_));
   if (overlay_ != nullptr) overlay_->place();
@@ -284,14 +292,14 @@ void KifoPopup::refresh() {
 void KifoPopup::open(KifoAnimationStyle animationStyle) {
   phase_ = Phase::shown;
   selfReference_ = weak_from_this().lock();
-  overlay_ = new KifoPopupOverlay(KifoPopupHost::windowFor(hostWindow), card_, animator_);
-  connect(overlay_, &KifoPopupOverlay::tapped, this, &KifoPopup::tapped);
-  connect(overlay_, &KifoPopupOverlay::enterPressed, this, &KifoPopup::pressDefault);
-  connect(overlay_, &KifoPopupOverlay::windowGone, this, &KifoPopup::windowGone);
-  connect(overlay_, &KifoPopupOverlay::escapePressed, this, [this] {
+  overlay_ = new AlertOverlay(AlertOverlay::hostFor(hostWindow), card_, animator_);
+  connect(overlay_, &AlertOverlay::tapped, this, &KifoPopup::tapped);
+  connect(overlay_, &AlertOverlay::enterPressed, this, &KifoPopup::pressDefault);
+  connect(overlay_, &AlertOverlay::windowGone, this, &KifoPopup::windowGone);
+  connect(overlay_, &AlertOverlay::escapePressed, this, [this] {
     if (mayClose()) hideView();
   });
-  connect(&overlay_->focus(), &KifoPopupFocus::engagementChanged, this, &KifoPopup::holdTimeout);
+  connect(overlay_, &AlertOverlay::engagementChanged, this, &KifoPopup::holdTimeout);
   overlay_->setAccessibleName(labelTitle()->text());
   overlay_->setAccessibleDescription(viewText()->text());
   setAccessibleRole(overlay_, QAccessible::AlertMessage);
@@ -325,7 +333,7 @@ void KifoPopup::hideView() {
   const auto self = weak_from_this().lock();
   phase_ = Phase::hiding;
   clock_->stop();
-  overlay_->focus().giveBack();
+  overlay_->returnFocus();
   animator_->leave(motion);
 }
 
@@ -383,7 +391,7 @@ void KifoPopup::showSecondsLeft() {
 
 void KifoPopup::holdTimeout() {
   if (overlay_ == nullptr) return;
-  const bool inside = pointerInside_ || overlay_->focus().isEngaged();
+  const bool inside = pointerInside_ || overlay_->isEngaged();
   clock_->setHeld(inside && timeout_ && timeout_->pausesWhileInside);
 }
 

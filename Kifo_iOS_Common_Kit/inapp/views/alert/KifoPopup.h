@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertMotion.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAnimationStyle.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupMotion.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupResponder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoTimeoutConfiguration.h"
@@ -33,10 +33,10 @@ class QWidget;
 namespace kifo {
 
 class KifoButton;
-class KifoPopupCard;
-class KifoPopupAnimator;
-class KifoPopupOverlay;
-class KifoPopupTimeout;
+class AlertCard;
+class AlertAnimator;
+class AlertOverlay;
+class AlertTimeout;
 
 /// An alert for the host's own messages: a card over the current window with a coloured circle and
 /// icon, a title, a text, fields, buttons, and a closing time if wanted.
@@ -46,15 +46,16 @@ class KifoPopupTimeout;
 ///     alert->showTitle("Pay now?", "12.90 €", kifo::KifoPopupStyle::question, "Not yet");
 ///
 /// **Buttons.** A press runs the button's action and then hides the alert, unless the appearance
-/// says that it stays (`shouldAutoDismiss`). `closeButtonTitle` adds a last button that only
-/// closes, if it is not empty and `showCloseButton` allows it. A cross in the corner appears when
-/// `closeIcon` is set, and whenever an alert that is not a wait would have no other way out.
+/// says that it stays (`shouldAutoDismiss`); further presses while the action runs do nothing.
+/// `closeButtonTitle` adds a last button that only closes, if it is not empty and `showCloseButton`
+/// allows it. A cross in the corner appears when `closeIcon` is set, and whenever an alert that is
+/// not a wait would have no other way out.
 /// **Keyboard.** Escape closes if a close button or cross is shown or a tap on the background would
 /// close; Enter presses the button that has the focus, else the first. Tab stays inside. The focus
 /// goes to the first field, else the first button, and back where it was when the alert hides.
 /// **Size.** The card is `kWindowWidth` wide, more if a row of buttons, a custom view or a long
 /// text wants it, and scrolls where the window is too small.
-/// **Time.** Animations: see `KifoPopupMotion`; they may be interrupted at any time.
+/// **Time.** Animations: see `AlertMotion`; they may be interrupted at any time.
 ///
 /// **Threading:** UI thread only, callbacks included.
 /// **Ownership:** made with `std::make_shared`, it keeps itself alive while it is shown, so that
@@ -86,7 +87,7 @@ class KIFO_EXPORT KifoPopup : public QObject,
   std::vector<TypeData> datas;  ///< Rows of a list below the text.
   QString headerStr;            ///< Stands above these rows.
   QIcon closeIcon;              ///< The image of the corner's cross; null: a drawn one, if needed.
-  KifoPopupMotion motion;
+  AlertMotion motion;
 
   // Each adds below what was added before. An invalid colour stands for the alert's own.
   KifoButton* addButton(const QString& title, const QColor& backgroundColor,
@@ -95,8 +96,8 @@ class KIFO_EXPORT KifoPopup : public QObject,
                         std::function<void()> action);
   KifoButton* addButton(const QString& title, std::function<void()> action);
   /// `selector`: a slot or invokable of `target` without arguments, with or without its
-  /// parentheses. One that does not exist is a console line; a target that is gone is left in
-  /// peace.
+  /// parentheses. One that does not exist is a console line; a target that is gone is
+  /// skipped.
   KifoButton* addButton(const QString& title, const QColor& backgroundColor,
                         const QColor& textColor,
                         const std::optional<ShowTimeoutConfiguration>& showTimeout, QObject* target,
@@ -235,15 +236,16 @@ class KIFO_EXPORT KifoPopup : public QObject,
   [[nodiscard]] QWidget* firstFocus() const;
 
   std::shared_ptr<KifoPopup> selfReference_;
-  QPointer<KifoPopupOverlay> overlay_;
-  KifoPopupCard* card_;
-  KifoPopupAnimator* animator_;
-  KifoPopupTimeout* clock_;
+  QPointer<AlertOverlay> overlay_;
+  AlertCard* card_;
+  AlertAnimator* animator_;
+  AlertTimeout* clock_;
   std::optional<KifoTimeoutConfiguration> timeout_;
   QPointer<KifoButton> closeButton_;
   std::uint32_t colorTextButton_ = 0xFFFFFF;
   Phase phase_ = Phase::idle;
   unsigned showings_ = 0;
+  unsigned answered_ = 0;  ///< The showing that a press has answered: one showing, one answer.
   bool waits_ = false;
   bool pointerInside_ = false;
   bool keyboardHasBeenShown_ = false;

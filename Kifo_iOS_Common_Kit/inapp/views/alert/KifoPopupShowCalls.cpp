@@ -1,6 +1,6 @@
 // The show calls of KifoPopup, which all come down to one.
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
 

@@ -170,11 +170,4 @@ QPixmap KifoPopupStyleKit::image(KifoPopupStyle style, double side, const QColor
   return picture;
 }
 
-void KifoPopupStyleKit::drawCloseCross(QPainter& painter, const QRectF& rect, const QColor& color) {
-  onGrid(painter, rect, [&] {
-    drawLines(painter, color, 2.6, {{5, 5}, {19, 19}});
-    drawLines(painter, color, 2.6, {{19, 5}, {5, 19}});
-  });
-}
-
 }  // namespace kifo

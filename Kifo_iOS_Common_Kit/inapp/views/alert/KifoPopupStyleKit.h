@@ -24,8 +24,6 @@ class KIFO_EXPORT KifoPopupStyleKit {
   /// The icon of `style` on a clear ground, `side` logical pixels wide and high.
   static QPixmap image(KifoPopupStyle style, double side, const QColor& color,
                        double devicePixelRatio);
-  /// Draws the cross that closes an alert.
-  static void drawCloseCross(QPainter& painter, const QRectF& rect, const QColor& color);
 };
 
 }  // namespace kifo

@@ -17,6 +17,7 @@ namespace kifo {
 namespace {
 
 constexpr std::size_t kMaximumBytes = 10u << 20;
+constexpr int kNoContent = 204;
 constexpr double kTimeout = 30.0;                    // seconds
 constexpr qsizetype kMaximumKeptBytes = 48ll << 20;  // of decoded pictures
 
@@ -123,7 +124,10 @@ void ImageLoader::fetch(const std::string& url) {
   // The transport's thread hands the bytes on at once: decoding may take a while.
   const auto done = [url, inbox = inbox_, bounds = bounds_](HttpAnswer answer) {
     if (!inbox->isOpen()) return;
-    if (answer.error || answer.body.size() > kMaximumBytes) return inbox->deliver(url, {});
+    const bool isEmpty = answer.status == kNoContent || answer.body.empty();
+    if (answer.error || isEmpty || answer.body.size() > kMaximumBytes) {
+      return inbox->deliver(url, {});
+    }
     ImageDecoders::start([url, inbox, bounds, body = std::move(answer.body)] {
       if (inbox->isOpen()) inbox->deliver(url, decodeImage(body, bounds));
     });

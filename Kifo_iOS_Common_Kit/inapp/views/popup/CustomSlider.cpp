@@ -8,14 +8,19 @@
 #include <QPainter>
 #include <QWheelEvent>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
 namespace {
 
 constexpr double kTrackHeight = 10;
 constexpr double kThumb = 20;  ///< Diameter.
-constexpr int kPages = 10;     ///< Page keys cross the range in this many steps.
+constexpr double kHeldThumb = 24;
+constexpr int kPages = 10;  ///< Page keys cross the range in this many steps.
+constexpr int kMostTicks = 10;
+constexpr int kGlideMilliseconds = 140;
+constexpr double kRingGap = 8;  ///< From the thumb to the bounds of its focus ring.
 
 constexpr std::int64_t kLimit = 1 << 30;  ///< Whole as an int and as a float.
 
@@ -31,35 +36,44 @@ CustomSlider::CustomSlider(const PopupTheme& theme, QWidget* parent)
   setAttribute(Qt::WA_Hover);
   setCursor(Qt::PointingHandCursor);
   setMinimumSize(0, 0);
+  glide_.setEasingCurve(QEasingCurve::OutCubic);
+  glide_.setDuration(theme.milliseconds(std::chrono::milliseconds(kGlideMilliseconds)));
+  connect(&glide_, &QVariantAnimation::valueChanged, this,
+          [this](const QVariant& value) { moveTo(value.toFloat()); });
 }
 
 void CustomSlider::setScores(std::int64_t lowest, std::int64_t highest) {
   setRange(clampToInt(lowest), clampToInt(highest));
-  const double span = static_cast<double>(maximum()) - minimum();
-  setPageStep(std::max(1, static_cast<int>(span / kPages)));
+  setPageStep(std::max(1, static_cast<int>(span() / kPages)));
   setValue(minimum());
   moveTo(static_cast<float>(minimum()));
+  touched_ = false;
 }
 
 QRectF CustomSlider::trackRect(const QRectF& bounds) {
   return {bounds.x(), bounds.y() + bounds.height() / 2, bounds.width(), kTrackHeight};
 }
 
-double CustomSlider::fraction() const {
-  const double span = static_cast<double>(maximum()) - minimum();
-  return span > 0 ? (static_cast<double>(position_) - minimum()) / span : 0;
+QRectF CustomSlider::track() const {
+  return trackRect(QRectF(rect()).adjusted(0, room, 0, -room));
+}
+
+double CustomSlider::across(double score) const {
+  const QRectF place = track();
+  const double fraction = span() > 0 ? (score - minimum()) / span() : 0;
+  const double along = rightToLeft() ? 1 - fraction : fraction;
+  return place.x() + kThumb / 2 + along * (place.width() - kThumb);
 }
 
 QPointF CustomSlider::thumbCentre() const {
-  const QRectF track = trackRect(rect());
-  const double along = rightToLeft() ? 1 - fraction() : fraction();
-  return {track.x() + kThumb / 2 + along * (track.width() - kThumb), track.center().y()};
+  return {across(static_cast<double>(position_)), track().center().y()};
 }
 
 void CustomSlider::moveTo(float position) {
   position = std::clamp(position, static_cast<float>(minimum()), static_cast<float>(maximum()));
   if (position == position_) return;
   position_ = position;
+  touched_ = true;
   const int whole =
       static_cast<int>(std::clamp(std::trunc(static_cast<double>(position)),
                                   static_cast<double>(minimum()), static_cast<double>(maximum())));
@@ -77,15 +91,26 @@ void CustomSlider::sliderChange(SliderChange change) {
 }
 
 void CustomSlider::follow(double x) {
-  const double room = std::max(width() - kThumb, 1.0);
-  double along = std::clamp((x - kThumb / 2) / room, 0.0, 1.0);
+  const double way = std::max(width() - kThumb, 1.0);
+  double along = std::clamp((x - kThumb / 2) / way, 0.0, 1.0);
   if (rightToLeft()) along = 1 - along;
-  const double span = static_cast<double>(maximum()) - minimum();
-  moveTo(static_cast<float>(minimum() + along * span));
+  moveTo(static_cast<float>(minimum() + along * span()));
+}
+
+/// To the whole score that is shown, which is the one that is sent.
+void CustomSlider::glideToWhole() {
+  glide_.stop();
+  const float whole = static_cast<float>(value());
+  if (glide_.duration() == 0 || !isVisible()) return moveTo(whole);
+  glide_.setStartValue(position_);
+  glide_.setEndValue(whole);
+  glide_.start();
 }
 
 void CustomSlider::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return event->ignore();
+  glide_.stop();
+  touched_ = true;
   setSliderDown(true);
   follow(event->position().x());
 }
@@ -95,13 +120,16 @@ void CustomSlider::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CustomSlider::mouseReleaseEvent(QMouseEvent*) {
+  if (!isSliderDown()) return;
   setSliderDown(false);
+  glideToWhole();
   update();
 }
 
 void CustomSlider::keyPressEvent(QKeyEvent* event) {
   byKeyboard_ = true;
   if (event->key() == Qt::Key_Escape) return event->ignore();
+  glide_.stop();
   const int before = value();
   QSlider::keyPressEvent(event);
   // From between two scores, the step that lands on the score shown still moves the thumb.
@@ -123,31 +151,47 @@ void CustomSlider::focusInEvent(QFocusEvent* event) {
 }
 
 void CustomSlider::paintTrack(QPainter& painter) const {
-  const QRectF track = trackRect(rect());
+  const QRectF place = track();
   painter.setPen(Qt::NoPen);
   painter.setBrush(theme_.shade(0.18));
-  painter.drawRoundedRect(track, kTrackHeight / 2, kTrackHeight / 2);
-  QRectF filled = track;
-  if (rightToLeft()) {
-    filled.setLeft(thumbCentre().x());
-  } else {
-    filled.setRight(thumbCentre().x());
+  painter.drawRoundedRect(place, kTrackHeight / 2, kTrackHeight / 2);
+  if (touched_) {
+    QRectF filled = place;
+    if (rightToLeft()) {
+      filled.setLeft(thumbCentre().x());
+    } else {
+      filled.setRight(thumbCentre().x());
+    }
+    painter.setBrush(theme_.accent);
+    painter.drawRoundedRect(filled, kTrackHeight / 2, kTrackHeight / 2);
   }
-  painter.setBrush(theme_.accent);
-  painter.drawRoundedRect(filled, kTrackHeight / 2, kTrackHeight / 2);
+  if (span() <= kMostTicks) paintTicks(painter);
+}
+
+void CustomSlider::paintTicks(QPainter& painter) const {
+  for (int score = minimum(); score <= maximum(); ++score) {
+    const bool filled = touched_ && static_cast<float>(score) <= position_;
+    painter.setBrush(filled ? inkOn(theme_.accent) : theme_.shade(0.55));
+    painter.drawEllipse(QPointF(across(score), track().center().y()), 1.5, 1.5);
+  }
 }
 
 void CustomSlider::paintThumb(QPainter& painter) const {
   const QPointF centre = thumbCentre();
-  const double radius = kThumb / 2 - 0.5;
-  const bool marked = hasFocus() && byKeyboard_;
-  painter.setBrush(isSliderDown() ? QColor(0xe4, 0xe4, 0xe8) : QColor(Qt::white));
-  painter.setPen(QPen(marked ? theme_.accent : QColor(0, 0, 0, underMouse() ? 120 : 70), 1));
-  painter.drawEllipse(centre, radius, radius);
-  if (!marked) return;
-  painter.setPen(QPen(
-      contrastRatio(theme_.accent, Qt::white) >= 3 ? theme_.accent : QColor(0x1c, 0x1c, 0x1e), 3));
-  painter.drawEllipse(centre, radius - 1.5, radius - 1.5);
+  const double radius = (isSliderDown() ? kHeldThumb : kThumb) / 2 - 0.5;
+  if (touched_) {
+    painter.setBrush(Qt::white);
+    painter.setPen(QPen(QColor(0, 0, 0, underMouse() || isSliderDown() ? 120 : 70), 1));
+    painter.drawEllipse(centre, radius, radius);
+  } else {
+    painter.setBrush(theme_.panel);
+    painter.setPen(QPen(theme_.accent, 2));
+    painter.drawEllipse(centre, radius - 1, radius - 1);
+  }
+  if (!hasFocus() || !byKeyboard_) return;
+  const double ring = kThumb / 2 + kRingGap;
+  const QRectF bounds(centre - QPointF(ring, ring), QSizeF(2 * ring, 2 * ring));
+  paintFocusRing(painter, bounds, ring, theme_.panel, theme_.accent);
 }
 
 void CustomSlider::paintEvent(QPaintEvent*) {

@@ -4,6 +4,7 @@
 
 #include <QRectF>
 #include <QSlider>
+#include <QVariantAnimation>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -11,13 +12,19 @@
 namespace kifo {
 
 /// The score slider: a thick track that begins at the middle line of its bounds, and a thumb that
-/// follows the finger between whole scores.
+/// follows the finger between whole scores and glides to the whole score when it is let go. Until
+/// it is first touched the thumb is hollow: at rest it is no answer yet. Ranges of up to ten scores
+/// have a tick for each.
 ///
 /// **Threading:** UI thread only.
 class CustomSlider : public QSlider {
   Q_OBJECT
 
  public:
+  /// Above and below the bounds, for the focus ring and the larger thumb; the slider is so much
+  /// higher than its bounds.
+  static constexpr int room = 6;
+
   CustomSlider(const PopupTheme& theme, QWidget* parent);
 
   /// The range of scores. Scores beyond 2^30 count as that; a maximum below the
@@ -29,6 +36,8 @@ class CustomSlider : public QSlider {
 
   /// The track within `bounds`: full width, 10 high, from the middle line down.
   [[nodiscard]] static QRectF trackRect(const QRectF& bounds);
+  /// Whether the user has moved or pressed the thumb.
+  [[nodiscard]] bool isTouched() const { return touched_; }
 
  Q_SIGNALS:
   /// The thumb moved, by whatever means.
@@ -46,16 +55,23 @@ class CustomSlider : public QSlider {
 
  private:
   [[nodiscard]] bool rightToLeft() const { return layoutDirection() == Qt::RightToLeft; }
-  [[nodiscard]] double fraction() const;
+  [[nodiscard]] QRectF track() const;
+  [[nodiscard]] double span() const { return static_cast<double>(maximum()) - minimum(); }
+  /// Where `score` lies along the track.
+  [[nodiscard]] double across(double score) const;
   [[nodiscard]] QPointF thumbCentre() const;
   void moveTo(float position);
   void follow(double x);
+  void glideToWhole();
   void paintTrack(QPainter& painter) const;
+  void paintTicks(QPainter& painter) const;
   void paintThumb(QPainter& painter) const;
 
   PopupTheme theme_;
   float position_ = 0;
-  bool byKeyboard_ = true;
+  QVariantAnimation glide_;
+  bool byKeyboard_ = false;
+  bool touched_ = false;
 };
 
 }  // namespace kifo

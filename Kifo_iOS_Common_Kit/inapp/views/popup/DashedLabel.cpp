@@ -1,10 +1,18 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/DashedLabel.h"
 
+#include <cmath>
+
 #include <QPainter>
 
 namespace kifo {
+namespace {
 
-DashedLabel::DashedLabel(QWidget* parent) : PopupLabel(parent) {
+constexpr int kTextInset = 4;  ///< From the border to the code.
+
+}  // namespace
+
+DashedLabel::DashedLabel(QWidget* parent) : TextLabel(parent) {
+  setLineWidth(shapeLayer_.lineWidth);
   layoutSubviews();
 }
 
@@ -20,12 +28,9 @@ void DashedLabel::setBackgroundColor(const QColor& color) {
 
 void DashedLabel::setLineWidth(double width) {
   shapeLayer_.lineWidth = width;
+  const int margin = static_cast<int>(std::ceil(width)) + kTextInset;
+  setContentsMargins(margin, margin, margin, margin);
   update();
-}
-
-int DashedLabel::heightFor(int width) const {
-  const int border = static_cast<int>(2 * shapeLayer_.lineWidth);
-  return PopupLabel::heightFor(width) + border;
 }
 
 void DashedLabel::layoutSubviews() {
@@ -35,7 +40,7 @@ void DashedLabel::layoutSubviews() {
 
 void DashedLabel::resizeEvent(QResizeEvent* event) {
   layoutSubviews();
-  PopupLabel::resizeEvent(event);
+  TextLabel::resizeEvent(event);
 }
 
 void DashedLabel::paintEvent(QPaintEvent* event) {
@@ -50,9 +55,13 @@ void DashedLabel::paintEvent(QPaintEvent* event) {
       inPenWidths.append(length / shapeLayer_.lineWidth);
     }
     pen.setDashPattern(inPenWidths);
-    painter.strokePath(shapeLayer_.path, pen);
+    // Inside the bounds: half of a stroke along them would be clipped.
+    const double half = shapeLayer_.lineWidth / 2;
+    QPainterPath inside;
+    inside.addRect(shapeLayer_.path.boundingRect().adjusted(half, half, -half, -half));
+    painter.strokePath(inside, pen);
   }
-  PopupLabel::paintEvent(event);
+  TextLabel::paintEvent(event);
 }
 
 }  // namespace kifo

@@ -2,15 +2,14 @@
 
 #include <QPainterPath>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 
 /// A coupon's code within a dashed border in the label's tint.
 ///
 /// **Threading:** UI thread only.
-class DashedLabel : public PopupLabel {
+class DashedLabel : public TextLabel {
   Q_OBJECT
 
  public:
@@ -30,8 +29,6 @@ class DashedLabel : public PopupLabel {
   void setTintColor(const QColor& color);
   void setBackgroundColor(const QColor& color);
   void setLineWidth(double width);
-
-  [[nodiscard]] int heightFor(int width) const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -3,12 +3,13 @@
 #include <algorithm>
 
 #include <QPainter>
+#include <QTextBoundaryFinder>
 #include <QValidator>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/HostStyleSheet.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
 namespace {
@@ -25,6 +26,19 @@ QString insertion(const QString& before, const QString& after, int caret) {
   return after.mid(start, caret - start);
 }
 
+/// The longest beginning of whole characters that takes at most `room` bytes.
+QString prefix(const QString& text, qsizetype room) {
+  QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+  qsizetype end = 0;
+  qsizetype used = 0;
+  for (auto next = finder.toNextBoundary(); next >= 0; next = finder.toNextBoundary()) {
+    used += text.mid(end, next - end).toUtf8().size();
+    if (used > room) break;
+    end = next;
+  }
+  return text.left(end);
+}
+
 /// Puts the rule where every edit passes.
 class Validator : public QValidator {
  public:
@@ -36,10 +50,11 @@ class Validator : public QValidator {
   State validate(QString& input, int& caret) const override {
     if (input == before_) return Acceptable;
     using Kind = FreeTextRule::Verdict::Kind;
-    const auto verdict = FreeTextRule::shouldChange(before_, insertion(before_, input, caret));
+    const QString added = insertion(before_, input, caret);
+    const auto verdict = FreeTextRule::shouldChange(before_.toStdString(), added.toStdString());
     if (verdict.kind == Kind::accept) return Acceptable;
     if (verdict.kind == Kind::refuse) return Invalid;
-    input = verdict.text;
+    input = before_ + prefix(added, static_cast<qsizetype>(verdict.room));
     caret = static_cast<int>(input.size());
     return Acceptable;
   }
@@ -87,7 +102,7 @@ void FreeTextField::paintEvent(QPaintEvent* event) {
     painter.setBrush(theme_.shade(0.05));
     painter.setPen(QPen(theme_.shade(underMouse() ? 0.55 : 0.4), 1));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
-    if (hasFocus()) paintFocusRing(painter, rect(), kCorner, theme_.accent);
+    if (hasFocus()) paintFocusRing(painter, rect(), kCorner, theme_.shade(0.05), theme_.accent);
   }
   QLineEdit::paintEvent(event);
 }

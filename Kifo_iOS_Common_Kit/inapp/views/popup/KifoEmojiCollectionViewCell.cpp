@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kButton = 30;
 constexpr double kHalo = 46;
+constexpr double kGrown = 2;  ///< On each side of an emoji that is pointed at or chosen.
 constexpr int kPictorialPixels = 24;
 constexpr int kLetterPixels = 16;
 
@@ -100,7 +101,9 @@ void KifoEmojiCollectionViewCell::paintSubstitute(QPainter& painter, const QRect
 }
 
 void KifoEmojiCollectionViewCell::paintEmoji(QPainter& painter) const {
-  const QRectF place = emojiButton_->geometry();
+  const bool grows = emojiButton_->isChecked() || underMouse();
+  const double grown = grows ? kGrown : 0;
+  const QRectF place = QRectF(emojiButton_->geometry()).adjusted(-grown, -grown, grown, grown);
   if (image_.isNull()) return paintSubstitute(painter, place);
   const QSizeF fitted = QSizeF(image_.size()).scaled(place.size(), Qt::KeepAspectRatio);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -113,16 +116,15 @@ void KifoEmojiCollectionViewCell::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   const bool chosen = emojiButton_->isChecked();
   const QRectF halo(width() / 2.0 - kHalo / 2, height() / 2.0 - kHalo / 2, kHalo, kHalo);
-  if (chosen || underMouse() || emojiButton_->isDown()) {
-    painter.setPen(chosen ? QPen(theme_.accent, 2) : QPen(Qt::NoPen));
-    painter.setBrush(theme_.shade(chosen || emojiButton_->isDown() ? 0.12 : 0.07));
-    painter.drawEllipse(halo.adjusted(1, 1, -1, -1));
-  }
+  const double shade = chosen || emojiButton_->isDown() ? 0.12 : underMouse() ? 0.09 : 0.05;
+  painter.setPen(chosen ? QPen(theme_.accent, 2) : QPen(Qt::NoPen));
+  painter.setBrush(theme_.shade(shade));
+  painter.drawEllipse(halo.adjusted(1, 1, -1, -1));
   painter.setOpacity(alpha());
   paintEmoji(painter);
   painter.setOpacity(1);
   if (emojiButton_->showsFocus()) {
-    paintFocusRing(painter, halo.adjusted(-2, -2, 2, 2), 12, theme_.accent);
+    paintFocusRing(painter, halo.adjusted(-5, -5, 5, 5), kHalo, theme_.panel, theme_.accent);
   }
 }
 

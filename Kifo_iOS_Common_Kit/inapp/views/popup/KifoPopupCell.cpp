@@ -3,12 +3,11 @@
 #include <QPainter>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
 namespace {
 
-constexpr int kSurfaceInset = 3;  ///< Leaves a surface of 44 in a row of 50.
 constexpr int kLineInset = 12;
 
 class Line : public QWidget {
@@ -36,13 +35,11 @@ KifoPopupCell::KifoPopupCell(const PopupTheme& theme,
       lineView_(new Line(theme.shade(0.14), this)) {
   setObjectName(identifier);
   titleLbl_->setObjectName("titleLbl");
-  titleLbl_->setSurfaceInset(kSurfaceInset);
-  const QString caption = QString::fromStdString(button_->text.value_or(""));
+  titleLbl_->setSurfaceInset(surfaceInset);
+  QString caption = QString::fromStdString(button_->text.value_or(""));
+  if (caption.trimmed().isEmpty()) caption = theme.options.texts.option.arg(index + 1).arg(rows);
   titleLbl_->setCaption(caption);
-  if (caption.trimmed().isEmpty()) {
-    titleLbl_->setAccessibleName(theme.options.texts.option.arg(index + 1).arg(rows));
-  }
-  titleLbl_->setColors(colorOf(button_->color), colorOf(button_->textColor));
+  titleLbl_->setColors(toQColor(colorOf(button_->color)), toQColor(colorOf(button_->textColor)));
   lineView_->hide();
   connect(titleLbl_, &QAbstractButton::clicked, this, [this] {
     if (const auto action = actionItem) action(button_);

@@ -23,6 +23,7 @@ class KifoPopupCell : public QWidget {
   using Action = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
 
   static constexpr const char* identifier = "KifoPopupCell";
+  static constexpr int surfaceInset = 3;  ///< Leaves a surface of 44 in a row of 50.
 
   KifoPopupCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> button,
                 int index, int rows, QWidget* parent);

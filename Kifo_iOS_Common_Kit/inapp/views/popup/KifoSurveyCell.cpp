@@ -6,8 +6,8 @@
 #include <QStyle>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
@@ -19,6 +19,8 @@ constexpr int kTextStart = 46;
 constexpr int kTextEnd = 12;
 constexpr int kTextPadding = 6;
 constexpr double kCorner = 8;
+constexpr double kSeenSurface = 1.1;  ///< Contrast from which a surface is seen on the panel.
+constexpr double kTint = 0.06;        ///< Of ink in a surface that would not be seen.
 
 }  // namespace
 
@@ -29,20 +31,21 @@ KifoSurveyCell::KifoSurveyCell(const PopupTheme& theme,
       theme_(theme),
       appCommunicationItemButton_(std::move(choice)),
       indexPath_(row),
-      surface_(colorOf(appCommunicationItemButton_->color)),
-      titleLbl_(new PopupLabel(this)),
+      surface_(toQColor(colorOf(appCommunicationItemButton_->color))),
+      titleLbl_(new TextLabel(this)),
       selectButton_(new OptionButton(this)) {
   setObjectName(identifier);
   titleLbl_->setObjectName("titleLbl");
   selectButton_->setObjectName("selectButton");
-  const QString text = QString::fromStdString(appCommunicationItemButton_->text.value_or(""));
+  QString text = QString::fromStdString(appCommunicationItemButton_->text.value_or(""));
+  if (text.trimmed().isEmpty()) text = theme.options.texts.option.arg(row + 1).arg(rows);
   const QColor surface = seenSurface();
-  const QColor wanted = colorOf(appCommunicationItemButton_->textColor).value_or(inkOn(surface));
-  titleLbl_->setFace(theme.font(TextRole::option), theme.text(wanted, surface),
-                     PopupLabel::Alignment::leading);
-  titleLbl_->setLabel(text);
-  selectButton_->setAccessibleName(
-      text.trimmed().isEmpty() ? theme.options.texts.option.arg(row + 1).arg(rows) : text);
+  const QColor wanted =
+      toQColor(colorOf(appCommunicationItemButton_->textColor)).value_or(inkOn(surface));
+  titleLbl_->setFace(theme.font(TextRole::option), theme.text(TextRole::option, wanted, surface),
+                     TextLabel::Alignment::leading);
+  titleLbl_->setText(text);
+  selectButton_->setAccessibleName(text);
   connect(selectButton_, &QAbstractButton::clicked, this, [this] {
     if (const auto select = selectItem) select(appCommunicationItemButton_);
   });
@@ -57,7 +60,7 @@ void KifoSurveyCell::setChosen(bool chosen) {
 }
 
 int KifoSurveyCell::heightFor(int width) const {
-  return titleLbl_->heightFor(width - kTextStart - kTextEnd) + 2 * (kTextPadding + kInset);
+  return titleLbl_->heightForWidth(width - kTextStart - kTextEnd) + 2 * (kTextPadding + kInset);
 }
 
 QColor KifoSurveyCell::seenSurface() const {
@@ -74,35 +77,36 @@ void KifoSurveyCell::resizeEvent(QResizeEvent*) {
   titleLbl_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), text));
 }
 
-QColor KifoSurveyCell::accentOn(const QColor& surface) const {
-  return contrastRatio(theme_.accent, surface) >= 3 ? theme_.accent : inkOn(surface);
-}
-
 void KifoSurveyCell::paintMark(QPainter& painter, const QColor& surface) const {
   const QRect place(kMarkStart, (height() - kMark) / 2, kMark, kMark);
   const QRectF mark = QStyle::visualRect(layoutDirection(), rect(), place);
   const bool chosen = selectButton_->isChecked();
-  painter.setPen(QPen(chosen ? accentOn(surface) : mixed(surface, inkOn(surface), 0.55), 2));
+  painter.setPen(QPen(chosen ? theme_.accentOn(surface) : mixed(surface, inkOn(surface), 0.55), 2));
   painter.setBrush(Qt::NoBrush);
   painter.drawEllipse(mark.adjusted(1, 1, -1, -1));
   if (!chosen) return;
   painter.setPen(Qt::NoPen);
-  painter.setBrush(accentOn(surface));
+  painter.setBrush(theme_.accentOn(surface));
   painter.drawEllipse(mark.adjusted(6, 6, -6, -6));
+}
+
+/// A row whose colour is the panel's is tinted, so that it is seen as a row.
+QColor KifoSurveyCell::restingSurface() const {
+  const QColor surface = seenSurface();
+  if (selectButton_->isChecked()) return mixed(surface, theme_.accentOn(surface), 0.1);
+  const bool seen = contrastRatio(surface, theme_.panel) >= kSeenSurface;
+  return seen ? surface : mixed(surface, inkOn(surface), kTint);
 }
 
 void KifoSurveyCell::paintSurface(QPainter& painter, const QColor& surface) const {
   const bool chosen = selectButton_->isChecked();
-  const double rest = surface_ ? 0.0 : 0.04;
   const double touched = selectButton_->isDown() ? 0.1 : selectButton_->underMouse() ? 0.04 : 0.0;
-  const QColor resting =
-      chosen ? mixed(surface, accentOn(surface), 0.1) : mixed(surface, inkOn(surface), rest);
   const QRectF bounds = surfaceRect();
   painter.setPen(Qt::NoPen);
-  painter.setBrush(mixed(resting, inkOn(surface), touched));
+  painter.setBrush(mixed(restingSurface(), inkOn(surface), touched));
   painter.drawRoundedRect(bounds, kCorner, kCorner);
   if (!chosen) return;
-  painter.setPen(QPen(mixed(surface, accentOn(surface), 0.6), 1));
+  painter.setPen(QPen(mixed(surface, theme_.accentOn(surface), 0.6), 1));
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(bounds.adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
 }
@@ -114,7 +118,7 @@ void KifoSurveyCell::paintEvent(QPaintEvent*) {
   paintSurface(painter, surface);
   paintMark(painter, surface);
   if (selectButton_->showsFocus()) {
-    paintFocusRing(painter, surfaceRect(), kCorner, accentOn(surface));
+    paintFocusRing(painter, surfaceRect(), kCorner, restingSurface(), theme_.accent);
   }
 }
 

@@ -13,7 +13,7 @@
 namespace kifo {
 
 class OptionButton;
-class PopupLabel;
+class TextLabel;
 
 /// A row of a survey: one choice with its radio mark.
 ///
@@ -35,7 +35,7 @@ class KifoSurveyCell : public QWidget {
   }
   [[nodiscard]] int indexPath() const { return indexPath_; }  ///< The row.
   [[nodiscard]] OptionButton* selectButton() const { return selectButton_; }
-  [[nodiscard]] PopupLabel* titleLbl() const { return titleLbl_; }
+  [[nodiscard]] TextLabel* titleLbl() const { return titleLbl_; }
   /// The name of the radio mark's picture: "largecircle.fill.circle" or "circle".
   [[nodiscard]] const char* radialButton() const;
   void setChosen(bool chosen);
@@ -51,7 +51,7 @@ class KifoSurveyCell : public QWidget {
  private:
   [[nodiscard]] QColor seenSurface() const;
   [[nodiscard]] QRectF surfaceRect() const;
-  [[nodiscard]] QColor accentOn(const QColor& surface) const;
+  [[nodiscard]] QColor restingSurface() const;
   void paintSurface(QPainter& painter, const QColor& surface) const;
   void paintMark(QPainter& painter, const QColor& surface) const;
 
@@ -59,7 +59,7 @@ class KifoSurveyCell : public QWidget {
   std::shared_ptr<AppCommunicationItemButton> appCommunicationItemButton_;
   int indexPath_;
   std::optional<QColor> surface_;
-  PopupLabel* titleLbl_;
+  TextLabel* titleLbl_;
   OptionButton* selectButton_;
 };
 

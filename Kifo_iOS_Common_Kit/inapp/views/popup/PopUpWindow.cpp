@@ -8,7 +8,6 @@
 #include <QInputMethod>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
@@ -16,20 +15,19 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoPopupCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoSurveyCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowAnswer.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowFade.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowKeyboard.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowPictures.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PageIndicator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupFade.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupKeyboard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/OverlayFocus.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupAccessibility.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPictures.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/HostStyleSheet.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {
 namespace {
@@ -76,34 +74,24 @@ bool isOurs(int key) {
 
 PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptions options,
                          QWidget* parent)
-    : QWidget(parent), request_(std::move(request)), options_(std::move(options)) {
-  if (!parent) {
-    setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
-    setAttribute(Qt::WA_TranslucentBackground);
-  }
+    : Overlay(parent, Qt::Tool | Qt::NoDropShadowWindowHint),
+      request_(std::move(request)),
+      options_(std::move(options)) {
   setObjectName("PopUpWindow");
-  setAttribute(Qt::WA_NoMousePropagation);
   setFocusPolicy(Qt::ClickFocus);
-  setCursor(Qt::ArrowCursor);
-  hide();
   const PopupPreferences& p = request_->preferences;
   keepHostStyleOut(*this);
   setLayoutDirection(directionOf(p, options_, parent));
-  fields_ = PopUpWindowFields::from(*request_, screenWidth());
-  popUpWindowView_ = new PopUpWindowView(PopUpWindowHeights::of(fields_, p), p, options_, this);
+  state_ = PopupState::of(*request_, screenWidth());
+  popUpWindowView_ = new PopUpWindowView(state_, options_, this);
   Console::print(tag(), "popup type : " + p.type.value_or("nil"));
-  const bool titled = p.title && !p.title->empty();
-  setAccessibleName(titled ? QString::fromStdString(*p.title) : options_.texts.popup);
-  setAccessibleDescription(describe(p));
-  setAccessibleRole(this, QAccessible::Dialog);
-  focus_ = new OverlayFocus(this);
-  fade_ = new PopUpWindowFade(
-      std::chrono::milliseconds(popUpWindowView_->theme().milliseconds(options_.durations.fade)),
-      this);
-  keyboard_ = new PopUpWindowKeyboard(fields_, this);
-  pictures_ = new PopUpWindowPictures(fields_, *popUpWindowView_, options_, this);
-  answer_ = std::make_unique<PopUpWindowAnswer>(fields_, *popUpWindowView_);
-  if (fields_.popupType == PopupType::emoji) {
+  nameIt();
+  const PopupTheme& theme = popUpWindowView_->theme();
+  fade_ =
+      new PopupFade(std::chrono::milliseconds(theme.milliseconds(options_.durations.fade)), this);
+  keyboard_ = new PopupKeyboard(this);
+  pictures_ = new PopupPictures(*popUpWindowView_, options_, this);
+  if (state_.popupType == PopupType::emoji) {
     fillEmojis();
   } else {
     fillList();
@@ -113,26 +101,36 @@ PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptio
   wireButtons();
 }
 
+PopUpWindow::PopUpWindow(QDataStream& /*archive*/) : Overlay(nullptr, Qt::Tool) {
+  fatalError("init(coder:) has not been implemented");
+}
+
 PopUpWindow::~PopUpWindow() = default;
 
+void PopUpWindow::nameIt() {
+  const PopupPreferences& p = request_->preferences;
+  const bool titled = p.title && !p.title->empty();
+  setAccessibleName(titled ? QString::fromStdString(*p.title) : options_.texts.popup);
+  setAccessibleDescription(describe(p));
+  setAccessibleRole(this, QAccessible::Dialog);
+}
+
 void PopUpWindow::connectParts() {
-  connect(focus_, &OverlayFocus::arrived, popUpWindowView_, &PopUpWindowView::reveal);
-  connect(keyboard_, &PopUpWindowKeyboard::moved, this, &PopUpWindow::placeView);
-  connect(fade_, &PopUpWindowFade::began, popUpWindowView_, &PopUpWindowView::prepareOpacity);
-  connect(fade_, &PopUpWindowFade::ended, this, &PopUpWindow::faded);
-  connect(fade_, &PopUpWindowFade::changed, this, [this](double opacity) {
-    popUpWindowView_->setOpacity(opacity);
-    update();
-  });
+  connect(keyboard_, &PopupKeyboard::moved, this, &PopUpWindow::place);
+  connect(pictures_, &PopupPictures::due, this, &PopUpWindow::scrollImageListTimer);
+  connect(pictures_, &PopupPictures::pageTurned, this, &PopUpWindow::showPage);
+  connect(fade_, &PopupFade::began, popUpWindowView_, &PopUpWindowView::prepareOpacity);
+  connect(fade_, &PopupFade::changed, this, &PopUpWindow::setOpacity);
+  connect(fade_, &PopupFade::ended, this, &PopUpWindow::faded);
 }
 
 void PopUpWindow::wireButtons() {
-  const PopUpWindowElements& e = popUpWindowView_->elements();
+  const PopupElements& e = popUpWindowView_->elements();
   connect(e.closeButton, &QAbstractButton::clicked, this, &PopUpWindow::closeButtonAction);
   connect(e.popupView, &PopupPanel::pressed, this, &PopUpWindow::touchesBegan);
   if (!e.submitButton) return;
   connect(e.submitButton, &QAbstractButton::clicked, this, &PopUpWindow::submitButtonPressed);
-  e.submitButton->setDimmed(e.emojiCollectionView || fields_.popupType == PopupType::survey);
+  e.submitButton->setDimmed(state_.waitsForChoice());
   if (e.textField) {
     connect(e.textField, &QLineEdit::returnPressed, e.submitButton,
             [button = e.submitButton] { button->setFocus(Qt::TabFocusReason); });
@@ -143,22 +141,21 @@ void PopUpWindow::fillList() {
   PopupListView* list = popUpWindowView_->elements().buttonsTableview;
   if (!list) return;
   const PopupTheme& theme = popUpWindowView_->theme();
-  const bool plain = fields_.popupType == PopupType::popup;
-  const auto& options = plain ? fields_.buttons : fields_.choices;
+  const PopupState::Buttons& options = state_.options();
   const int rows = static_cast<int>(options.size());
   for (int row = 0; row < rows; ++row) {
-    const Button& option = options[static_cast<std::size_t>(row)];
+    const PopupState::Button& option = options[static_cast<std::size_t>(row)];
     if (!option) continue;
-    if (plain) {
+    if (state_.popupType == PopupType::popup) {
       auto* cell = new KifoPopupCell(theme, option, row, rows, list->content());
-      cell->actionItem = [this](const Button& button) { press(fields_.actionItem, button); };
+      cell->actionItem = [this](const PopupState::Button& button) {
+        press(state_.actionItem, button);
+      };
       cell->setLineVisible(row + 1 < rows);
       list->add({cell, cell->titleLbl(), [cell](int width) { return cell->heightFor(width); }});
     } else {
       auto* cell = new KifoSurveyCell(theme, option, row, rows, list->content());
-      cell->selectItem = [this](const Button& button) {
-        choose(&PopUpWindowAnswer::selectSurvey, button);
-      };
+      cell->selectItem = [this](const PopupState::Button& button) { choose(button); };
       list->add({cell, cell->selectButton(), [cell](int width) { return cell->heightFor(width); }});
     }
   }
@@ -167,15 +164,13 @@ void PopUpWindow::fillList() {
 void PopUpWindow::fillEmojis() {
   PopupEmojiRow* emojis = popUpWindowView_->elements().emojiCollectionView;
   if (!emojis) return;
-  const int rows = static_cast<int>(fields_.choices.size());
+  const int rows = static_cast<int>(state_.choices.size());
   for (int row = 0; row < rows; ++row) {
-    const Button& choice = fields_.choices[static_cast<std::size_t>(row)];
+    const PopupState::Button& choice = state_.choices[static_cast<std::size_t>(row)];
     if (!choice) continue;
     auto* cell =
         new KifoEmojiCollectionViewCell(popUpWindowView_->theme(), choice, row, rows, emojis);
-    cell->selectItem = [this](const Button& button) {
-      choose(&PopUpWindowAnswer::selectEmoji, button);
-    };
+    cell->selectItem = [this](const PopupState::Button& button) { choose(button); };
     emojis->add(cell);
   }
 }
@@ -189,75 +184,84 @@ void PopUpWindow::stopTimer() {
 }
 
 void PopUpWindow::scrollImageListTimer() {
-  pictures_->turnPage();
+  const int next = state_.nextPage();
+  pictures_->scrollTo(next, next != 0);
+  showPage(next);
+}
+
+void PopUpWindow::showPage(int page) {
+  state_.currentIndex = page;
+  if (auto* indicator = popUpWindowView_->elements().pageIndicator) indicator->setCurrentPage(page);
 }
 
 double PopUpWindow::screenWidth() const {
   const int across = parentWidget() && !isWindow() ? parentWidget()->width() : width();
-  return std::min(options_.screenWidth.value_or(across), PopUpWindowFields::widestScreen);
+  return std::min(options_.screenWidth.value_or(across), PopupState::widestScreen);
 }
 
 void PopUpWindow::present() {
   if (presented_ || dismissing_) return;
   presented_ = true;
-  if (parentWidget()) {
-    setGeometry(parentWidget()->rect());
-    parentWidget()->installEventFilter(this);
-  }
-  placeView();
+  coverHost();
+  place();
   fade_->fadeTo(0);
   show();
   raise();
-  focus_->take(this);
+  takeFocus(this);
   fade_->fadeTo(1);
   announceOpening(this);
 }
 
-void PopUpWindow::choose(void (PopUpWindowAnswer::*select)(const Button&), const Button& button) {
-  if (!dismissing_) (*answer_.*select)(button);
+void PopUpWindow::choose(const PopupState::Button& button) {
+  if (!takesAnswer()) return;
+  state_.select(button);
+  popUpWindowView_->showChoice();
 }
 
-/// Runs the host's `action`, which may do anything to us, and closes.
-void PopUpWindow::press(const PopupRequest::ButtonCallback& action, const Button& button) {
-  if (dismissing_) return;
+void PopUpWindow::press(const PopupRequest::ButtonCallback& action,
+                        const PopupState::Button& button) {
+  if (!takesAnswer()) return;
+  state_.isAnswering = true;
   const QPointer<PopUpWindow> self(this);
   callHost(tag(), PopupRequest::ButtonCallback(action), button);
   if (self) dismissView();
 }
 
 void PopUpWindow::submitButtonPressed() {
-  const auto item = fields_.appCommunicationItem;
-  if (!item || !popUpWindowView_ || dismissing_) return;
+  const auto item = state_.appCommunicationItem;
+  if (!item || !popUpWindowView_ || !takesAnswer()) return;
+  state_.isAnswering = true;
   const QPointer<PopUpWindow> self(this);
   const auto request = request_;
-  const auto all = answer_->answers();
+  const auto all = state_.answers();
+  // Kept for compatibility: an open-ended answer leaves the carousel running.
   const bool keepsTimer = all.size() == 1 && all.front().openEndedField;
-  const auto controller = fields_.controller;
-  const auto pageName = fields_.pageName;
-  const auto callback = fields_.submitButtonItem;
+  const auto controller = state_.controller;
+  const auto pageName = state_.pageName;
+  const auto callback = state_.submitButtonItem;
   if (item->submitButton) callHost(tag(), callback, item->submitButton);
   for (const InAppAnswer& answer : all) {
     if (request->reporter) request->reporter->answered(item, answer, controller.lock(), pageName);
   }
-  if (!self || all.empty()) return;
+  if (!self) return;
+  if (all.empty()) {
+    state_.isAnswering = false;
+    return;
+  }
   if (!keepsTimer) stopTimer();
   dismiss();
 }
 
 void PopUpWindow::closeButtonAction() {
-  if (dismissing_) return;
+  if (!takesAnswer()) return;
   dismissView();
-  const auto item = fields_.appCommuncationItem;
+  const auto item = state_.appCommuncationItem;
   if (!item || !request_->reporter) return;
-  request_->reporter->answered(item, InAppAnswer{}, fields_.controller.lock(), fields_.pageName);
+  request_->reporter->answered(item, InAppAnswer{}, state_.controller.lock(), state_.pageName);
 }
 
 void PopUpWindow::touchesBegan() {
-  const auto item = fields_.appCommunicationItem;
-  if (dismissing_ || !item || !item->action) return;
-  const auto button = std::make_shared<AppCommunicationItemButton>();
-  button->action = item->action;
-  press(fields_.actionBodyItem, button);
+  if (const auto button = state_.bodyButton()) press(state_.actionBodyItem, button);
 }
 
 void PopUpWindow::dismissView() {
@@ -268,9 +272,14 @@ void PopUpWindow::dismissView() {
 void PopUpWindow::dismiss() {
   if (dismissing_) return;
   dismissing_ = true;
-  focus_->giveBack();
+  giveFocusBack();
   setAttribute(Qt::WA_TransparentForMouseEvents);
   fade_->fadeTo(0);
+}
+
+void PopUpWindow::setOpacity(double opacity) {
+  popUpWindowView_->setOpacity(opacity);
+  setDimming(kDim * opacity);
 }
 
 void PopUpWindow::faded() {
@@ -280,27 +289,12 @@ void PopUpWindow::faded() {
   Q_EMIT closed();
 }
 
-bool PopUpWindow::focusNextPrevChild(bool next) {
-  return focus_->step(next);
+bool PopUpWindow::takesKey(int key) const {
+  return isOurs(key);
 }
 
-bool PopUpWindow::event(QEvent* event) {
-  if (event->type() == QEvent::ShortcutOverride && isOurs(static_cast<QKeyEvent*>(event)->key())) {
-    event->accept();
-    return true;
-  }
-  return QWidget::event(event);
-}
-
-bool PopUpWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == parentWidget() && event->type() == QEvent::Resize) {
-    setGeometry(parentWidget()->rect());
-  }
-  return QWidget::eventFilter(watched, event);
-}
-
-void PopUpWindow::resizeEvent(QResizeEvent*) {
-  placeView();
+void PopUpWindow::focusArrived(QWidget* widget, bool /*byUser*/) {
+  popUpWindowView_->reveal(widget);
 }
 
 /// A popup that is a window of its own accepts the close: one that refuses would also refuse the
@@ -310,11 +304,12 @@ void PopUpWindow::closeEvent(QCloseEvent* event) {
   closeButtonAction();
 }
 
-void PopUpWindow::placeView() {
-  fields_.imageViewHeight = PopUpWindowFields::imageHeight(request_->preferences, screenWidth());
+void PopUpWindow::place() {
+  if (!keyboard_) return;
+  state_.setScreenWidth(screenWidth());
+  state_.isKeyboardSizeAdded = keyboard_->height() > 0;
   const int lift = keyboard_->lift();
-  popUpWindowView_->setPlace({0, -lift, width(), height()},
-                             PopUpWindowHeights::of(fields_, request_->preferences), lift,
+  popUpWindowView_->setPlace({0, -lift, width(), height()}, lift,
                              height() - keyboard_->height() + lift);
   if (QWidget* focused = window()->focusWidget(); focused && isAncestorOf(focused)) {
     popUpWindowView_->reveal(focused);
@@ -324,12 +319,12 @@ void PopUpWindow::placeView() {
 void PopUpWindow::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
   if (key == Qt::Key_Escape) return closeButtonAction();
-  const PopUpWindowElements& e = popUpWindowView_->elements();
+  const PopupElements& e = popUpWindowView_->elements();
   const int page = e.panelScroll->height() * 4 / 5;
   const int step = key == Qt::Key_PageUp || key == Qt::Key_PageDown ? page : kLineStep;
   const bool up = key == Qt::Key_Up || key == Qt::Key_PageUp;
   if (scrolls(key) && e.panelScroll->scrollBy(up ? -step : step)) return;
-  if (hasFocus() && (key == Qt::Key_Down || key == Qt::Key_Right)) focus_->step(true);
+  if (hasFocus() && (key == Qt::Key_Down || key == Qt::Key_Right)) stepFocus(true);
 }
 
 void PopUpWindow::mousePressEvent(QMouseEvent* event) {
@@ -349,7 +344,7 @@ void PopUpWindow::mouseReleaseEvent(QMouseEvent*) {
   if (!std::exchange(pressing_, false) || pan_.isPanning()) return;
   const QPointer<PopUpWindow> self(this);
   touchesBegan();
-  if (self && !dismissing_ && fields_.popupType != PopupType::popup) dismissKeyboard();
+  if (self && !dismissing_ && state_.popupType != PopupType::popup) dismissKeyboard();
 }
 
 void PopUpWindow::dismissKeyboard() {
@@ -365,11 +360,6 @@ void PopUpWindow::keyboardWillShow(const QRectF& keyboard) {
 
 void PopUpWindow::keyboardWillHide() {
   keyboard_->hide();
-}
-
-void PopUpWindow::paintEvent(QPaintEvent*) {
-  QPainter(this).fillRect(rect(),
-                          QColor::fromRgbF(0, 0, 0, static_cast<float>(kDim * fade_->opacity())));
 }
 
 }  // namespace kifo

@@ -5,27 +5,25 @@
 
 #include <QPoint>
 #include <QPointer>
-#include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowFields.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/Overlay.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
+class QDataStream;
 class QTimer;
 
 namespace kifo {
 
-class OverlayFocus;
-class PopUpWindowAnswer;
-class PopUpWindowFade;
-class PopUpWindowKeyboard;
-class PopUpWindowPictures;
+class PopupFade;
+class PopupKeyboard;
+class PopupPictures;
 class PopUpWindowView;
 
-/// One campaign over the host's window: dims the window, shows the panel, keeps what the user chose
-/// and reports the answer, or the close without one.
+/// One campaign over the host's window: shows the panel, keeps what the user chose and reports the
+/// answer, or the close without one. One popup gives one answer: what is pressed while the host's
+/// callback for an answer runs does nothing.
 ///
 ///     auto* popup = new kifo::PopUpWindow(request, options, hostWindow);
 ///     connect(popup, &kifo::PopUpWindow::closed, this, &Presenter::showNext);
@@ -40,12 +38,14 @@ class PopUpWindowView;
 /// **Ownership:** belongs to its parent and deletes itself once it is closed. A parent that is
 /// deleted takes it along without a report and without `closed`; watch `destroyed` for that.
 /// **Errors:** none reach the user; a picture that cannot be had leaves its place empty.
-class PopUpWindow : public QWidget {
+class PopUpWindow : public Overlay {
   Q_OBJECT
 
  public:
   PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptions options,
               QWidget* parent = nullptr);
+  /// Popups are not archived: fatal.
+  explicit PopUpWindow(QDataStream& archive);
   ~PopUpWindow() override;
 
   /// Shows the popup: covers the parent, fades in, takes the focus.
@@ -56,7 +56,7 @@ class PopUpWindow : public QWidget {
   void dismissView();
 
   [[nodiscard]] bool isDismissing() const { return dismissing_; }
-  [[nodiscard]] const PopUpWindowFields& fields() const { return fields_; }
+  [[nodiscard]] const PopupState& state() const { return state_; }
   [[nodiscard]] PopUpWindowView* popUpWindowView() const { return popUpWindowView_; }
   /// Runs while the carousel advances by itself; null otherwise.
   [[nodiscard]] QTimer* timer() const;
@@ -81,42 +81,40 @@ class PopUpWindow : public QWidget {
   void closed();
 
  protected:
-  bool event(QEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
-  bool focusNextPrevChild(bool next) override;
+  void place() override;
+  [[nodiscard]] bool takesKey(int key) const override;
+  void focusArrived(QWidget* widget, bool byUser) override;
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
-  void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
 
  private:
-  using Button = std::shared_ptr<AppCommunicationItemButton>;
-
+  void nameIt();
   void connectParts();
   void wireButtons();
   void fillList();
   void fillEmojis();
-  void placeView();
   [[nodiscard]] double screenWidth() const;
 
-  /// Runs `select` on what was chosen, unless the popup is on its way out.
-  void choose(void (PopUpWindowAnswer::*select)(const Button&), const Button& button);
-  void press(const PopupRequest::ButtonCallback& action, const Button& button);
+  [[nodiscard]] bool takesAnswer() const { return !dismissing_ && !state_.isAnswering; }
+  /// Chooses an option or an emoji.
+  void choose(const PopupState::Button& button);
+  /// Runs the host's `action`, which may do anything to us, and closes.
+  void press(const PopupRequest::ButtonCallback& action, const PopupState::Button& button);
+  void showPage(int page);
   void dismiss();
+  void setOpacity(double opacity);
   void faded();
 
   std::shared_ptr<const PopupRequest> request_;
   PopUpOptions options_;
-  PopUpWindowFields fields_;
+  PopupState state_;
   PopUpWindowView* popUpWindowView_ = nullptr;
-  OverlayFocus* focus_ = nullptr;
-  PopUpWindowFade* fade_ = nullptr;
-  PopUpWindowKeyboard* keyboard_ = nullptr;
-  PopUpWindowPictures* pictures_ = nullptr;
-  std::unique_ptr<PopUpWindowAnswer> answer_;
+  PopupFade* fade_ = nullptr;
+  PopupKeyboard* keyboard_ = nullptr;
+  PopupPictures* pictures_ = nullptr;
   PanTracker pan_;
   QPointer<QWidget> pressed_;  ///< What lies under a press that no control took.
   bool pressing_ = false;

@@ -5,21 +5,25 @@
 
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTimer>
 
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowArrangement.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoSurveyCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupLayout.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupCloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
@@ -31,22 +35,27 @@ constexpr int kEdge =
 constexpr int kCloseButton = 40;
 constexpr int kCloseGap = 8;  ///< From the close button down to the panel.
 constexpr int kSmallestPanel = 120;
+constexpr int kSmallestScrolled = 160;    ///< What scrolls above a submit button that stays.
+const QColor kWarning(0xC1, 0x27, 0x2D);  ///< Little is left to type.
+constexpr int kGap = 8;                   ///< Around a submit button that stays in sight.
 constexpr int kScrolledInset = 14;  ///< Keeps scrolled content clear of the panel's round corners.
 
 }  // namespace
 
-PopUpWindowView::PopUpWindowView(const PopUpWindowHeights& heights, PopupPreferences preferences,
-                                 const PopUpOptions& options, QWidget* parent)
+PopUpWindowView::PopUpWindowView(PopupState& state, const PopUpOptions& options, QWidget* parent)
     : QWidget(parent),
-      heights_(heights),
-      popupPreferences_(std::move(preferences)),
-      theme_(PopupTheme::of(popupPreferences_, options, parent ? parent->parentWidget() : nullptr)),
-      elements_(PopUpWindowElements::build(popupPreferences_, theme_, this)),
-      openness_(asksForFreeText(popupPreferences_) ? 1 : 0) {
+      state_(&state),
+      theme_(PopupTheme::of(state.preferences, options, parent ? parent->parentWidget() : nullptr)),
+      elements_(PopupElements::build(state, theme_, this)),
+      openness_(state.isFreeTextOpen ? 1 : 0) {
   if (elements_.fieldView) elements_.fieldView->setVisible(openness_ > 0);
   connect(&opening_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& value) { setOpenness(value.toDouble()); });
   wire();
+}
+
+PopUpWindowView::PopUpWindowView(QDataStream& /*archive*/) : state_(nullptr) {
+  fatalError("init(coder:) has not been implemented");
 }
 
 PopUpWindowView::~PopUpWindowView() = default;
@@ -60,6 +69,8 @@ void PopUpWindowView::wire() {
     showScrollIndicator();
   }
   if (elements_.slider) {
+    connect(elements_.slider, &QSlider::sliderPressed, this, [this] { growScore(true); });
+    connect(elements_.slider, &QSlider::sliderReleased, this, [this] { growScore(false); });
     sliderValueDidChange(elements_.slider->position());
     connect(elements_.slider, &CustomSlider::valueDidChange, this,
             &PopUpWindowView::sliderValueDidChange);
@@ -74,9 +85,7 @@ void PopUpWindowView::wire() {
   }
 }
 
-void PopUpWindowView::setPlace(const QRect& geometry, const PopUpWindowHeights& heights,
-                               int visibleTop, int visibleBottom) {
-  heights_ = heights;
+void PopUpWindowView::setPlace(const QRect& geometry, int visibleTop, int visibleBottom) {
   visibleBand_ = {visibleTop, visibleBottom};
   setGeometry(geometry);
   arrange();
@@ -102,18 +111,48 @@ void PopUpWindowView::reveal(QWidget* piece) {
 }
 
 void PopUpWindowView::sliderValueDidChange(float value) {
-  sliderValue_ = value;
-  elements_.scoreValueLabel->setLabel(QString::number(static_cast<qint64>(value)));
+  state_->sliderValue = value;
+  elements_.scoreValueLabel->setText(QString::number(state_->score()));
+}
+
+/// The value is a little larger while the thumb is held.
+void PopUpWindowView::growScore(bool grows) {
+  QFont font = theme_.font(TextRole::score);
+  if (grows) font.setPixelSize(font.pixelSize() * 6 / 5);
+  elements_.scoreValueLabel->setFace(font, elements_.scoreValueLabel->textColor());
 }
 
 void PopUpWindowView::textFieldDidChange() {
-  const QString text = elements_.textField->text();
-  freeText_ = text.toStdString();
-  elements_.textFieldCountLabel->setLabel(FreeTextRule::count(text));
+  state_->freeText = elements_.textField->text().toStdString();
+  const bool nearlyFull = static_cast<int>(state_->freeText.size()) >= FreeTextRule::warnsFrom;
+  const QColor color = nearlyFull ? kWarning : theme_.shade(0.75);
+  elements_.textFieldCountLabel->setFace(theme_.font(TextRole::counter),
+                                         theme_.text(TextRole::counter, color),
+                                         TextLabel::Alignment::trailing);
+  elements_.textFieldCountLabel->setText(
+      QString::fromStdString(FreeTextRule::count(state_->freeText)));
+}
+
+void PopUpWindowView::showChoice() {
+  const auto row = state_->chosenRow();
+  for (auto* cell : findChildren<KifoSurveyCell*>()) cell->setChosen(cell->indexPath() == row);
+  for (auto* cell : findChildren<KifoEmojiCollectionViewCell*>()) {
+    const bool chosen = cell->indexPath() == state_->currentSelected;
+    cell->setChosen(chosen);
+    if (chosen) elements_.emojiCollectionView->showText(*cell);
+  }
+  enableSubmitButton();
+  if (state_->isFreeTextOpen) {
+    const bool opens = elements_.fieldView && !elements_.fieldView->isVisibleTo(this);
+    showFreeTextField();
+    if (opens) elements_.textField->setFocus(Qt::TabFocusReason);
+  } else {
+    hideFreeTextField();
+  }
 }
 
 void PopUpWindowView::copyButtonPressed() {
-  const auto& item = popupPreferences_.appCommunicationItem;
+  const auto& item = state_->appCommunicationItem;
   if (!item || !item->coupon) return;
   Platform::current()->pasteboard->setString(item->coupon->code.text);
   const CouponCode& look = item->coupon->button.inactive;
@@ -126,10 +165,10 @@ void PopUpWindowView::copyButtonPressed() {
 
 void PopUpWindowView::enableSubmitButton() {
   if (!elements_.submitButton) return;
-  const auto& submit = *popupPreferences_.submitButton;
+  const auto& submit = *state_->preferences.submitButton;
   elements_.submitButton->setDimmed(false);
-  elements_.submitButton->setColors(colorOf(submit.color).value_or(Qt::white),
-                                    colorOf(submit.textColor));
+  elements_.submitButton->setColors(toQColor(colorOf(submit.color)).value_or(Qt::white),
+                                    toQColor(colorOf(submit.textColor)));
 }
 
 void PopUpWindowView::showFreeTextField() {
@@ -175,9 +214,18 @@ void PopUpWindowView::showScrollIndicator() {
 void PopUpWindowView::startFlashing() {
   if (!isEnableTimer_ || timerForShowScrollIndicator_) return;
   timerForShowScrollIndicator_ = new QTimer(this);
-  connect(timerForShowScrollIndicator_, &QTimer::timeout, elements_.buttonsTableview,
-          &PopupListView::flashScrollIndicators);
+  connect(timerForShowScrollIndicator_, &QTimer::timeout, this, [this] {
+    if (elements_.buttonsTableview) elements_.buttonsTableview->flashScrollIndicators();
+    elements_.panelScroll->flashScrollIndicators();
+  });
   timerForShowScrollIndicator_->start(theme_.options.durations.scrollIndicatorInterval);
+}
+
+/// A panel that turns out to be taller than the window shows that it scrolls, as a list does.
+void PopUpWindowView::showThatPanelScrolls() {
+  if (flashesPanel_ || elements_.buttonsTableview || !elements_.panelScroll->isScrollable()) return;
+  flashesPanel_ = true;
+  showScrollIndicator();
 }
 
 void PopUpWindowView::scrollViewDidScroll(double offset) {
@@ -187,12 +235,39 @@ void PopUpWindowView::scrollViewDidScroll(double offset) {
 }
 
 void PopUpWindowView::arrange() {
-  const double screen = std::min<double>(theme_.options.screenWidth.value_or(width()),
-                                         PopUpWindowFields::widestScreen);
-  const double margins = PopUpWindowFields::margins(screen);
+  const double screen =
+      std::min<double>(theme_.options.screenWidth.value_or(width()), PopupState::widestScreen);
+  const double margins = PopupState::margins(screen);
   const int panel = std::max(static_cast<int>(screen - margins), kSmallestPanel);
-  PopUpWindowArrangement arrangement(elements_, heights_, theme_.options.keepsFreeTextRoom);
-  placePanel(panel, arrangement.arrange(panel, openness_));
+  PopupLayout layout(elements_, PopupHeights::of(*state_), theme_.options.keepsFreeTextRoom);
+  placePanel(panel, layout.arrange(panel, openness_));
+}
+
+/// Keeps the submit button in sight at the foot of a panel that scrolls, where there is enough room
+/// for it. Returns the height that it takes there, 0 when it scrolls with the rest.
+int PopUpWindowView::pinSubmit(int panelHeight) {
+  PopupButton* submit = elements_.submitButton;
+  if (!submit) return 0;
+  const int foot = submit->height() + 2 * kGap;
+  if (panelHeight < foot + kSmallestScrolled) return 0;
+  putSubmitInto(elements_.popupView);
+  submit->move(kGap, panelHeight - kGap - submit->height());
+  return foot;
+}
+
+void PopUpWindowView::unpinSubmit() {
+  if (elements_.submitButton) putSubmitInto(elements_.contentView);
+}
+
+void PopUpWindowView::putSubmitInto(QWidget* parent) {
+  PopupButton* submit = elements_.submitButton;
+  if (submit->parentWidget() == parent) return;
+  const bool focused = submit->hasFocus();
+  const QPoint place = submit->pos();
+  submit->setParent(parent);
+  submit->move(place);
+  submit->show();
+  if (focused) submit->setFocus(Qt::OtherFocusReason);
 }
 
 void PopUpWindowView::placePanel(int width, int contentHeight) {
@@ -203,13 +278,17 @@ void PopUpWindowView::placePanel(int width, int contentHeight) {
   const int lowest = std::max(bandBottom - kEdge - panelHeight, highest);
   const int top = std::clamp((height() - panelHeight) / 2, highest, lowest);
   const QRect panel((this->width() - width) / 2, top, width, panelHeight);
-  const int inset = contentHeight > panelHeight ? kScrolledInset : 0;
+  const bool scrolls = contentHeight > panelHeight;
+  const int inset = scrolls ? kScrolledInset : 0;
   elements_.popupView->setGeometry(panel);
-  elements_.contentView->resize(width, contentHeight);
-  elements_.panelScroll->setGeometry(0, inset, width, panelHeight - 2 * inset);
+  const int foot = scrolls ? pinSubmit(panelHeight) : 0;
+  if (foot == 0) unpinSubmit();
+  elements_.contentView->resize(width, contentHeight - foot);
+  elements_.panelScroll->setGeometry(0, inset, width, panelHeight - inset - std::max(inset, foot));
   const QRect close(panel.right() + 1 - kCloseButton, panel.y() - kCloseGap - kCloseButton,
                     kCloseButton, kCloseButton);
   elements_.closeButton->setGeometry(QStyle::visualRect(layoutDirection(), panel, close));
+  showThatPanelScrolls();
   update();
 }
 
@@ -221,13 +300,6 @@ void PopUpWindowView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   painter.setOpacity(opacity_);
-  if (theme_.panelFill.alpha() < 255) {  // the shadow must not be seen through the panel
-    QPainterPath outside;
-    outside.addRect(rect());
-    outside.addRoundedRect(elements_.popupView->geometry(), PopupPanel::cornerRadius,
-                           PopupPanel::cornerRadius);
-    painter.setClipPath(outside);
-  }
   PanelShadow::paint(painter, elements_.popupView->geometry(), PopupPanel::cornerRadius);
 }
 

@@ -7,51 +7,50 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupPreferences.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextRule.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowElements.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowHeights.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupElements.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 
+class QDataStream;
 class QTimer;
 
 namespace kifo {
 
-/// Draws one campaign: the panel and everything in it, in the middle of the window. It keeps what
-/// was typed and the score, and says through its pieces what was pressed. Every piece bears its
-/// name in `PopUpWindowElements` as its object name.
+/// Draws one campaign: the panel and everything in it, in the middle of the window. It writes what
+/// is typed and the score into the popup's state, and says through its pieces what was pressed.
+/// Every piece bears its name in `PopupElements` as its object name.
 ///
 /// The panel has the campaign's `totalHeight`; while the free-text block is closed, as it is from
 /// the start for campaigns that ask for none, `fieldViewHeight` less unless the options keep that
 /// room; and more where the content needs it. A panel that is taller than the window scrolls below
 /// the close button.
 ///
-/// **Threading:** UI thread only. **Ownership:** belongs to its window.
+/// **Threading:** UI thread only. **Ownership:** belongs to its window, which owns the state too.
 class PopUpWindowView : public QWidget {
   Q_OBJECT
 
  public:
   static constexpr int freeTextMaksCount = FreeTextRule::freeTextMaksCount;
 
-  PopUpWindowView(const PopUpWindowHeights& heights, PopupPreferences preferences,
-                  const PopUpOptions& options, QWidget* parent);
+  PopUpWindowView(PopupState& state, const PopUpOptions& options, QWidget* parent);
+  /// Popups are not archived: fatal.
+  explicit PopUpWindowView(QDataStream& archive);
   ~PopUpWindowView() override;
 
-  [[nodiscard]] const PopUpWindowElements& elements() const { return elements_; }
-  [[nodiscard]] const PopUpWindowHeights& heights() const { return heights_; }
+  [[nodiscard]] const PopupElements& elements() const { return elements_; }
+  [[nodiscard]] const PopupState& state() const { return *state_; }
   [[nodiscard]] const PopupTheme& theme() const { return theme_; }
-  [[nodiscard]] const PopupPreferences& popupPreferences() const { return popupPreferences_; }
-  [[nodiscard]] float sliderValue() const { return sliderValue_; }
-  [[nodiscard]] const std::string& freeText() const { return freeText_; }
+  [[nodiscard]] float sliderValue() const { return state_->sliderValue; }
+  [[nodiscard]] const std::string& freeText() const { return state_->freeText; }
   [[nodiscard]] bool isEnableTimer() const { return isEnableTimer_; }
   /// Runs while the list's scroll indicator flashes; null before and after.
   [[nodiscard]] QTimer* timerForShowScrollIndicator() const { return timerForShowScrollIndicator_; }
 
   /// Lays out anew for another size of the screen. An on-screen keyboard leaves of the view only
   /// what lies from `visibleTop` down to `visibleBottom`.
-  void setPlace(const QRect& geometry, const PopUpWindowHeights& heights, int visibleTop,
-                int visibleBottom);
+  void setPlace(const QRect& geometry, int visibleTop, int visibleBottom);
   /// 0 (nothing of it is seen) to 1.
   void setOpacity(double opacity);
   /// Does now what the first frame of a fade would have to.
@@ -63,6 +62,8 @@ class PopUpWindowView : public QWidget {
   void textFieldDidChange();
   /// Copies the coupon's code; the button then shows that it did.
   void copyButtonPressed();
+  /// Shows what the state says is chosen, and what follows from it.
+  void showChoice();
   /// Makes the submit button look as it does once there is an answer.
   void enableSubmitButton();
   void showFreeTextField();
@@ -81,22 +82,25 @@ class PopUpWindowView : public QWidget {
   void wire();
   void arrange();
   void placePanel(int width, int contentHeight);
+  int pinSubmit(int panelHeight);
+  void unpinSubmit();
+  void putSubmitInto(QWidget* parent);
+  void showThatPanelScrolls();
+  void growScore(bool grows);
   void setOpenness(double openness);
   void moveOpennessTo(double openness);
   void startFlashing();
 
-  PopUpWindowHeights heights_;
-  PopupPreferences popupPreferences_;
+  PopupState* state_;
   PopupTheme theme_;
-  PopUpWindowElements elements_;
+  PopupElements elements_;
   QVariantAnimation opening_;
   QTimer* timerForShowScrollIndicator_ = nullptr;
   std::optional<std::pair<int, int>> visibleBand_;
-  std::string freeText_;
   double openness_ = 0;
   double opacity_ = 1;
-  float sliderValue_ = 0;
   bool isEnableTimer_ = true;
+  bool flashesPanel_ = false;
 };
 
 }  // namespace kifo

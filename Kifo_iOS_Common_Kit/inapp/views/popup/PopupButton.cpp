@@ -4,7 +4,7 @@
 
 #include <QPaintEvent>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
 namespace {
@@ -19,7 +19,7 @@ constexpr double kSeenBorder =
 }  // namespace
 
 PopupButton::PopupButton(const PopupTheme& theme, TextRole role, QWidget* parent)
-    : PopupControl(parent), theme_(theme) {
+    : PopupControl(parent), theme_(theme), role_(role) {
   caption_.setFont(theme.font(role));
   caption_.setAlignment(WrappedText::Alignment::center, layoutDirection());
 }
@@ -60,8 +60,8 @@ QColor PopupButton::seenSurface() const {
 
 QColor PopupButton::captionColor() const {
   const QColor behind = seenSurface();
-  if (dimmed_) return theme_.text(mixed(behind, inkOn(behind), kDimmedText), behind);
-  return theme_.text(text_.value_or(inkOn(behind)), behind);
+  if (dimmed_) return theme_.text(role_, mixed(behind, inkOn(behind), kDimmedText), behind);
+  return theme_.text(role_, text_.value_or(inkOn(behind)), behind);
 }
 
 int PopupButton::heightFor(int width) const {
@@ -96,9 +96,7 @@ void PopupButton::paintEvent(QPaintEvent* event) {
   const QRectF text = surfaceRect().adjusted(kSidePadding, 0, -kSidePadding, 0);
   caption_.draw(painter, text, captionColor(), event->rect());
   if (!showsFocus()) return;
-  const QColor behind = seenSurface();
-  const QColor ring = contrastRatio(theme_.accent, behind) >= 3.0 ? theme_.accent : inkOn(behind);
-  paintFocusRing(painter, surfaceRect(), radius_, ring);
+  paintFocusRing(painter, surfaceRect(), radius_, seenSurface(), theme_.accent);
 }
 
 }  // namespace kifo

@@ -44,6 +44,7 @@ class PopupButton : public PopupControl<QPushButton> {
   void paintSurface(QPainter& painter) const;
 
   PopupTheme theme_;
+  TextRole role_;
   WrappedText caption_;
   std::optional<QColor> surface_;
   std::optional<QColor> text_;

@@ -18,7 +18,7 @@ constexpr double kSwipeThreshold = 8;  ///< Logical pixels before a press counts
 
 class FocusMark : public QWidget {
  public:
-  FocusMark(const QColor& color, QWidget* parent) : QWidget(parent), color_(color) {
+  FocusMark(const PopupTheme& theme, QWidget* parent) : QWidget(parent), theme_(theme) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();
   }
@@ -27,17 +27,17 @@ class FocusMark : public QWidget {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintFocusRing(painter, rect(), 6, color_);
+    paintFocusRing(painter, rect(), 8, theme_.panel, theme_.accent);
   }
 
  private:
-  QColor color_;
+  const PopupTheme& theme_;
 };
 
 }  // namespace
 
 PopupCarousel::PopupCarousel(const PopupTheme& theme, QWidget* parent)
-    : QWidget(parent), theme_(theme), focusMark_(new FocusMark(theme.accent, this)) {
+    : QWidget(parent), theme_(theme), focusMark_(new FocusMark(theme_, this)) {
   setFocusPolicy(Qt::StrongFocus);
   slide_.setEasingCurve(QEasingCurve::InOutCubic);
   connect(&slide_, &QVariantAnimation::valueChanged, this,

@@ -3,13 +3,21 @@
 #include <algorithm>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoPopupCell.h"
+
 namespace kifo {
+namespace {
+
+constexpr int kBeside = 4;  ///< Between the rows and the indicator.
+
+}  // namespace
 
 PopupListView::PopupListView(const PopupTheme& theme, RovingFocus::Stops stops, double cellHeight,
                              QWidget* parent)
-    : PopupScrollArea(theme, parent),
+    : PopupScrollArea(theme.options.reducedMotion, parent),
       roving_(new RovingFocus(stops, this)),
       cellHeight_(static_cast<int>(cellHeight)) {
+  setColors(theme.panel, theme.ink);
   setWidget(new QWidget);
   widget()->setAutoFillBackground(false);
 }
@@ -29,15 +37,29 @@ int PopupListView::contentHeightFor(int width) const {
   return height;
 }
 
-void PopupListView::resizeEvent(QResizeEvent* event) {
-  const int across = width();
-  int y = 0;
+void PopupListView::moveToFoot(int foot) {
+  atFoot_ = true;
+  move(x(), std::max(foot + KifoPopupCell::surfaceInset - height(), y()));
+  placeRows();
+}
+
+void PopupListView::placeRows() {
+  const int needed = contentHeightFor(width());
+  // A list that scrolls leaves room for its indicator beside the rows.
+  const bool scrolls = needed > height();
+  const int across = width() - (scrolls ? ScrollIndicator::thickness + kBeside : 0);
+  const int start = layoutDirection() == Qt::RightToLeft ? width() - across : 0;
+  int y = atFoot_ ? std::max(height() - needed, 0) : 0;
   for (const Row& row : rows_) {
     const int height = rowHeight(row, across);
-    row.cell->setGeometry(0, y, across, height);
+    row.cell->setGeometry(start, y, across, height);
     y += height;
   }
-  widget()->resize(across, y);
+  widget()->resize(width(), y);
+}
+
+void PopupListView::resizeEvent(QResizeEvent* event) {
+  placeRows();
   PopupScrollArea::resizeEvent(event);
 }
 

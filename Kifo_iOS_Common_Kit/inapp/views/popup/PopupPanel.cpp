@@ -3,7 +3,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupAccessibility.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 
 namespace kifo {
@@ -25,7 +25,7 @@ void PopupPanel::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(edge, 1));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
                           cornerRadius);
-  if (hasFocus()) paintFocusRing(painter, rect(), cornerRadius, theme_.accent);
+  if (hasFocus()) paintFocusRing(painter, rect(), cornerRadius, theme_.panel, theme_.accent);
 }
 
 void PopupPanel::keyPressEvent(QKeyEvent* event) {

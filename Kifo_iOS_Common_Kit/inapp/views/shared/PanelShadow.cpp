@@ -17,7 +17,7 @@ constexpr int kReach = PanelShadow::reach;
 constexpr int kDrop = 8;        ///< The light comes from above.
 constexpr int kPasses = 3;      ///< Box blurs that make a soft one.
 constexpr int kRepeated = 64;   ///< Pixels of a side that are painted again and again.
-constexpr int kOverlap = 3;     ///< The shadow goes on under the panel's softened edge.
+constexpr int kOverlap = 3;     ///< Of the painted pieces and the panel, whose edge is soft.
 constexpr int kDarkness = 105;  ///< Alpha under the panel's edge, of 255.
 
 using Row = std::vector<int>;
@@ -64,7 +64,17 @@ QImage blurred(QSize size, double scale, double radius) {
                           radius * scale);
   painter.end();
   blur(mask, std::max(1, static_cast<int>(kReach * scale / (kPasses + 1))));
-  return mask.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  QImage shadow = mask.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  // A panel that is not opaque must not show its own shadow.
+  painter.begin(&shadow);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(Qt::black);
+  painter.drawRoundedRect(
+      QRectF({}, size).adjusted(inset, inset - kDrop * scale, -inset, -inset - kDrop * scale),
+      radius * scale, radius * scale);
+  return shadow;
 }
 
 using Key = std::tuple<int, int, int, int>;

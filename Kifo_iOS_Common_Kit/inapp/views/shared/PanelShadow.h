@@ -6,8 +6,9 @@ class QPainter;
 
 namespace kifo {
 
-/// The soft shadow that lifts the panel off the dimmed host. It is blurred once for each device
-/// scale; the sides of a larger panel repeat the middle of that picture.
+/// The soft shadow that lifts the panel off the dimmed host; there is none under the panel, which
+/// may be translucent, as it is while it fades. It is blurred once for each device scale; the sides
+/// of a larger panel repeat the middle of that picture.
 ///
 /// **Threading:** UI thread only.
 struct PanelShadow {

@@ -7,18 +7,12 @@
 #include <QString>
 #include <Qt>
 
+#include "Kifo_iOS_Common_Kit/inapp/popup/ContrastPolicy.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 
 class ImageLoader;
-
-/// What a popup does about a campaign's text that cannot be read on the campaign's background.
-enum class ContrastPolicy {
-  off,      ///< Every colour as the campaign gives it, white on white included.
-  legible,  ///< Text below 1.5:1 is painted in a legible colour; the rest stays as given.
-  strong,   ///< Every text has at least 4.5:1.
-};
 
 /// How long a popup's movements take. Reduced motion makes the first three zero.
 struct PopUpDurations {

@@ -11,13 +11,15 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupScrollArea.h"
 
-/// What the pressable controls of a popup have in common, whichever Qt class gives them their role.
+/// What all controls of popups and alerts have in common, whichever Qt class gives them their role.
 ///
 /// **Threading:** UI thread only.
 namespace kifo {
 
-/// A ring inside `bounds` that shows where the keyboard is.
-void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius, const QColor& color);
+/// Shows that the keyboard is at a control of the colour `surface` that fills `bounds` with corners
+/// of `radius`; `accent` colours the ring where it stands out.
+void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius, const QColor& surface,
+                    const QColor& accent);
 
 /// `Base` (QPushButton, QRadioButton) with a focus ring only for those who use the keyboard, Enter
 /// beside Space, arrows left to the surrounding list, and the whole rectangle as its target
@@ -45,6 +47,8 @@ class PopupControl : public Base {
   void focusInEvent(QFocusEvent* event) override {
     if (event->reason() != Qt::ActiveWindowFocusReason) {
       byKeyboard_ = event->reason() != Qt::MouseFocusReason;
+    } else if (this->window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+      byKeyboard_ = true;
     }
     Base::focusInEvent(event);
   }
@@ -88,7 +92,7 @@ class PopupControl : public Base {
  private:
   PanTracker pan_;
   bool dragged_ = false;  ///< The press has become a drag.
-  bool byKeyboard_ = true;
+  bool byKeyboard_ = false;
 };
 
 }  // namespace kifo

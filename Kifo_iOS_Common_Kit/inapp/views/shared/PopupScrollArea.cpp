@@ -11,7 +11,7 @@ constexpr int kRevealMargin = 8;
 
 }  // namespace
 
-PopupScrollArea::PopupScrollArea(const PopupTheme& theme, QWidget* parent) : QScrollArea(parent) {
+PopupScrollArea::PopupScrollArea(bool still, QWidget* parent) : QScrollArea(parent) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::NoFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -19,11 +19,15 @@ PopupScrollArea::PopupScrollArea(const PopupTheme& theme, QWidget* parent) : QSc
   setMinimumSize(0, 0);
   viewport()->setAutoFillBackground(false);
   verticalScrollBar()->setSingleStep(24);
-  shade_ = new ScrollShade(verticalScrollBar(), theme.panel, this);
-  indicator_ =
-      new ScrollIndicator(verticalScrollBar(), theme.ink, theme.options.reducedMotion, this);
+  shade_ = new ScrollShade(verticalScrollBar(), this);
+  indicator_ = new ScrollIndicator(verticalScrollBar(), still, this);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int offset) { Q_EMIT scrollViewDidScroll(offset); });
+}
+
+void PopupScrollArea::setColors(const QColor& background, const QColor& ink) {
+  shade_->setColors(background, ink);
+  indicator_->setColor(ink);
 }
 
 bool PopupScrollArea::isScrollable() const {

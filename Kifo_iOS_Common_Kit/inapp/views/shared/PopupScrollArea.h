@@ -2,20 +2,24 @@
 
 #include <QScrollArea>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/ScrollIndicator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/ScrollShade.h"
 
 namespace kifo {
 
-/// A transparent area that scrolls its one widget up and down, with an indicator in place of a bar.
+/// A transparent area that scrolls its one widget up and down, with an indicator in place of a bar
+/// and edges that fade where there is more.
 ///
 /// **Threading:** UI thread only.
 class PopupScrollArea : public QScrollArea {
   Q_OBJECT
 
  public:
-  PopupScrollArea(const PopupTheme& theme, QWidget* parent);
+  /// `still`: the host asks for reduced motion.
+  PopupScrollArea(bool still, QWidget* parent);
+
+  /// `background`: what the content seems to go on under; `ink`: the indicator's.
+  void setColors(const QColor& background, const QColor& ink);
 
   void flashScrollIndicators() { indicator_->flash(); }
   [[nodiscard]] const ScrollIndicator* indicator() const { return indicator_; }

@@ -8,60 +8,9 @@
 #include <QPalette>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
-namespace {
-
-struct Face {
-  int pixels;
-  QFont::Weight weight;
-};
-
-Face faceOf(TextRole role) {
-  switch (role) {
-    case TextRole::title:
-      return {20, QFont::DemiBold};
-    case TextRole::description:
-      return {15, QFont::Normal};
-    case TextRole::question:
-      return {16, QFont::Medium};
-    case TextRole::option:
-      return {15, QFont::Medium};
-    case TextRole::button:
-      return {16, QFont::DemiBold};
-    case TextRole::label:
-      return {14, QFont::Medium};
-    case TextRole::field:
-      return {15, QFont::Normal};
-    case TextRole::score:
-      return {18, QFont::Bold};
-    case TextRole::bound:
-      return {13, QFont::Medium};
-    case TextRole::counter:
-      return {10, QFont::Normal};
-    case TextRole::coupon:
-      return {20, QFont::Bold};
-  }
-  return {15, QFont::Normal};
-}
-
-QColor fillOf(const PopupPreferences& p) {
-  if (p.appCommunicationItem) {
-    if (const auto color = colorOf(p.appCommunicationItem->bgColor)) return *color;
-  }
-  return p.backgroundColor ? toQColor(*p.backgroundColor) : QColor(Qt::white);
-}
-
-QColor accentOf(const PopupPreferences& p, const PopupTheme& theme) {
-  const auto wanted = p.submitButton ? colorOf(p.submitButton->color) : std::nullopt;
-  if (!wanted) return theme.ink;
-  const QColor seen = over(*wanted, theme.panel);
-  return contrastRatio(seen, theme.panel) >= 3.0 ? seen : theme.ink;
-}
-
-}  // namespace
-
 PopupTheme PopupTheme::of(const PopupPreferences& preferences, const PopUpOptions& options,
                           const QWidget* host) {
   PopupTheme theme;
@@ -71,30 +20,50 @@ PopupTheme PopupTheme::of(const PopupPreferences& preferences, const PopUpOption
   // The host's font by the name it resolves to, so that what it lacks, and only that, comes in
   // colour.
   theme.families = {QFontInfo(QApplication::font()).family(), QStringLiteral("Noto Color Emoji")};
-  theme.panelFill = fillOf(preferences);
-  const QPalette palette = host ? host->palette() : QApplication::palette();
-  theme.panel = over(theme.panelFill, mixed(palette.color(QPalette::Window), Qt::black, 0.3));
-  theme.ink = inkOn(theme.panel);
-  theme.accent = accentOf(preferences, theme);
+  const QPalette window = host ? host->palette() : QApplication::palette();
+  theme.palette =
+      PopupPalette::of(preferences, options.contrast, toColor(window.color(QPalette::Window)));
+  theme.takeColors();
   return theme;
 }
 
+PopupTheme PopupTheme::ofHost(const QPalette& colors, const PopUpOptions& options) {
+  PopupTheme theme;
+  theme.options = options;
+  const Color panel = toColor(colors.color(QPalette::Window));
+  theme.palette = {options.contrast, panel, panel, toColor(colors.color(QPalette::WindowText)),
+                   toColor(colors.color(QPalette::Highlight))};
+  theme.takeColors();
+  return theme;
+}
+
+void PopupTheme::takeColors() {
+  panelFill = toQColor(palette.panelFill);
+  panel = toQColor(palette.panel);
+  ink = toQColor(palette.ink);
+  accent = toQColor(palette.accent);
+}
+
 QFont PopupTheme::font(TextRole role) const {
-  const Face face = faceOf(role);
+  const TextFace face = faceOf(role);
   QFont font = QApplication::font();
   font.setFamilies(families);
   font.setPixelSize(static_cast<int>(std::lround(face.pixels * options.fontScale)));
-  font.setWeight(face.weight);
+  font.setWeight(static_cast<QFont::Weight>(face.weight));
   font.setItalic(false);
   return font;
 }
 
-QColor PopupTheme::text(const QColor& wanted, const QColor& behind) const {
-  return legibleOn(wanted, behind, options.contrast);
+QColor PopupTheme::text(TextRole role, const QColor& wanted, const QColor& behind) const {
+  return toQColor(palette.text(role, toColor(wanted), toColor(behind)));
 }
 
 QColor PopupTheme::shade(double amount) const {
-  return mixed(panel, ink, amount);
+  return toQColor(palette.shade(amount));
+}
+
+QColor PopupTheme::accentOn(const QColor& surface) const {
+  return toQColor(palette.accentOn(toColor(surface)));
 }
 
 int PopupTheme::milliseconds(std::chrono::milliseconds duration) const {

@@ -14,8 +14,8 @@ constexpr double kShortest = 24;  ///< Logical pixels of bar, however long the c
 
 }  // namespace
 
-ScrollIndicator::ScrollIndicator(QScrollBar* bar, const QColor& color, bool still, QWidget* parent)
-    : QWidget(parent), bar_(bar), color_(color), still_(still) {
+ScrollIndicator::ScrollIndicator(QScrollBar* bar, bool still, QWidget* parent)
+    : QWidget(parent), bar_(bar), still_(still) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
   fade_.setDuration(kFlashMilliseconds);
   fade_.setKeyValues({{0.0, 0.0}, {0.15, 1.0}, {0.6, 1.0}, {1.0, 0.0}});

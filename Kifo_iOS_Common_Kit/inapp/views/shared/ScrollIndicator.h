@@ -18,7 +18,10 @@ class ScrollIndicator : public QWidget {
  public:
   static constexpr int thickness = 4;
 
-  ScrollIndicator(QScrollBar* bar, const QColor& color, bool still, QWidget* parent);
+  /// `still`: the host asks for reduced motion.
+  ScrollIndicator(QScrollBar* bar, bool still, QWidget* parent);
+
+  void setColor(const QColor& color) { color_ = color; }
 
   void flash();
   /// How visible the bar is now, 0 to 1; always 0 when everything fits.

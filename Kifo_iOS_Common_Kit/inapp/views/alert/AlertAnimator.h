@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+#include <QVariantAnimation>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertMotion.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAnimationStyle.h"
+
+namespace kifo {
+
+/// Brings an alert's card in and takes it out. Either way it goes on from where the card is, so
+/// that one may interrupt the other at any time.
+///
+/// The card travels the last stretch of its way in (200 pixels at most) while it and the dimming
+/// fade in, and slows down towards its place; on its way out it goes back and fades. With the
+/// spring it runs past its place and snaps back.
+///
+/// **Threading:** UI thread only. **Errors:** none; a duration of zero or reduced motion ends at
+/// once, before the call returns.
+class AlertAnimator : public QObject {
+  Q_OBJECT
+ public:
+  explicit AlertAnimator(QObject* parent = nullptr);
+
+  void enter(KifoAnimationStyle style, bool spring, const AlertMotion& motion);
+  void leave(const AlertMotion& motion);
+  /// Hides the card at once and without a signal, for the next `enter`.
+  void reset();
+
+  /// How much of the card and of the dimming is to be seen, 0 to 1.
+  [[nodiscard]] double opacity() const;
+  /// How far the card stands from its place, for a card that rests at `place` in `room`.
+  [[nodiscard]] QPoint offset(const QRect& place, const QRect& room) const;
+  [[nodiscard]] bool isRunning() const { return animation_.state() == QAbstractAnimation::Running; }
+  [[nodiscard]] const QVariantAnimation& animation() const { return animation_; }
+
+ Q_SIGNALS:
+  /// Is under way: nothing of it has been seen yet.
+  void began();
+  void moved();
+  void entered();
+  void left();
+
+ private:
+  void run(double end, std::chrono::milliseconds duration, const QEasingCurve& curve);
+  void arrive();
+
+  QVariantAnimation animation_{this};
+  KifoAnimationStyle style_ = KifoAnimationStyle::noAnimation;
+  double position_ = 0;  ///< 0: out; 1: in its place; more: past it.
+  double goal_ = 0;
+};
+
+}  // namespace kifo

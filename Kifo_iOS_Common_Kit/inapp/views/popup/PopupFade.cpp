@@ -1,0 +1,37 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupFade.h"
+
+#include <QTimer>
+#include <QWidget>
+
+namespace kifo {
+
+PopupFade::PopupFade(std::chrono::milliseconds duration, QWidget* window)
+    : QObject(window), window_(window), duration_(duration) {
+  animation_.setEasingCurve(QEasingCurve::OutQuad);
+  connect(&animation_, &QVariantAnimation::valueChanged, this,
+          [this](const QVariant& value) { set(value.toDouble()); });
+  connect(&animation_, &QVariantAnimation::finished, this, &PopupFade::ended);
+}
+
+void PopupFade::fadeTo(double opacity) {
+  animation_.stop();
+  if (duration_.count() <= 0 || !window_->isVisible()) {
+    set(opacity);
+    QTimer::singleShot(0, this, &PopupFade::ended);
+    return;
+  }
+  animation_.setStartValue(opacity_);
+  animation_.setEndValue(opacity);
+  animation_.setDuration(static_cast<int>(duration_.count()));
+  animation_.start();
+  QTimer::singleShot(0, this, [this] {
+    if (animation_.state() == QAbstractAnimation::Running) Q_EMIT began();
+  });
+}
+
+void PopupFade::set(double opacity) {
+  opacity_ = opacity;
+  Q_EMIT changed(opacity);
+}
+
+}  // namespace kifo

@@ -1,0 +1,111 @@
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
+
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QProxyStyle>
+#include <QSignalSpy>
+
+namespace kifo {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr QRect kRoom(0, 0, 1000, 800);
+constexpr QRect kPlace(380, 300, 240, 200);
+
+// Long enough that no test ever sees its end by itself.
+AlertMotion slow() {
+  return {milliseconds(3600000), milliseconds(3600000), milliseconds(3600000)};
+}
+
+void goTo(AlertAnimator& animator, double share) {
+  auto& animation = const_cast<QVariantAnimation&>(animator.animation());
+  animation.setCurrentTime(static_cast<int>(animation.duration() * share));
+}
+
+TEST(AlertAnimatorTest, ACardComesFromTheSideOfItsStyle) {
+  const std::map<KifoAnimationStyle, QPoint> starts = {
+      {KifoAnimationStyle::topToBottom, {0, -200}},
+      {KifoAnimationStyle::bottomToTop, {0, 200}},
+      {KifoAnimationStyle::leftToRight, {-200, 0}},
+      {KifoAnimationStyle::rightToLeft, {200, 0}},
+  };
+  for (const auto& [style, start] : starts) {
+    AlertAnimator animator;
+    animator.enter(style, false, slow());
+    EXPECT_EQ(animator.offset(kPlace, kRoom), start);
+    EXPECT_EQ(animator.opacity(), 0);
+    goTo(animator, 1);
+    EXPECT_EQ(animator.offset(kPlace, kRoom), QPoint());
+    EXPECT_EQ(animator.opacity(), 1);
+  }
+}
+
+TEST(AlertAnimatorTest, HidingGoesOnFromWhereShowingWas) {
+  AlertAnimator animator;
+  QSignalSpy left(&animator, &AlertAnimator::left);
+  QSignalSpy entered(&animator, &AlertAnimator::entered);
+  animator.enter(KifoAnimationStyle::topToBottom, false, slow());
+  goTo(animator, 0.3);
+  const QPoint halfway = animator.offset(kPlace, kRoom);
+  ASSERT_LT(halfway.y(), 0);
+
+  animator.leave(slow());
+  EXPECT_EQ(animator.offset(kPlace, kRoom), halfway);
+  EXPECT_LT(animator.animation().duration(), 3600000) << "there is less way to go";
+  goTo(animator, 1);
+  EXPECT_EQ(animator.opacity(), 0);
+  EXPECT_EQ(left.count(), 1);
+  EXPECT_EQ(entered.count(), 0);
+}
+
+TEST(AlertAnimatorTest, TheSpringRunsPastItsPlaceAndComesToRestThere) {
+  AlertAnimator animator;
+  animator.enter(KifoAnimationStyle::leftToRight, true, slow());
+  int furthest = 0;
+  for (double share = 0; share <= 1; share += 0.02) {
+    goTo(animator, share);
+    furthest = std::max(furthest, animator.offset(kPlace, kRoom).x());
+    EXPECT_LE(animator.opacity(), 1);
+  }
+  EXPECT_GT(furthest, 5);
+  EXPECT_LT(furthest, 60);
+  goTo(animator, 1);
+  EXPECT_EQ(animator.offset(kPlace, kRoom), QPoint());
+}
+
+class MotionlessStyle : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_Widget_Animation_Duration) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+TEST(AlertAnimatorTest, NothingMovesWhereNoMotionIsWanted) {
+  const auto movesWith = [](KifoAnimationStyle style, const AlertMotion& motion) {
+    AlertAnimator animator;
+    QSignalSpy entered(&animator, &AlertAnimator::entered);
+    QSignalSpy left(&animator, &AlertAnimator::left);
+    animator.enter(style, true, motion);
+    const bool came = entered.count() == 1;
+    animator.leave(motion);
+    return !(came && left.count() == 1);
+  };
+  AlertMotion reduced = slow();
+  reduced.reduced = true;
+  EXPECT_TRUE(movesWith(KifoAnimationStyle::topToBottom, slow()));
+  EXPECT_FALSE(movesWith(KifoAnimationStyle::topToBottom, reduced));
+  EXPECT_FALSE(movesWith(KifoAnimationStyle::noAnimation, slow()));
+  EXPECT_FALSE(movesWith(KifoAnimationStyle::topToBottom,
+                         {milliseconds(0), milliseconds(-1), milliseconds(0)}));
+  const QString before = QApplication::style()->name();
+  QApplication::setStyle(new MotionlessStyle);
+  EXPECT_FALSE(movesWith(KifoAnimationStyle::topToBottom, slow()));
+  QApplication::setStyle(before);
+}
+
+}  // namespace
+}  // namespace kifo
