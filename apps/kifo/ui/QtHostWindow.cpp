@@ -38,7 +38,7 @@ PopUpOptions withoutMovement() {
 }
 
 /// The place of the option with that id.
-int rowOf(const std::string& id, const PopupState::Buttons& options) {
+int rowOf(const std::string& id, const PopUpWindowFields::Buttons& options) {
   const auto option =
       std::ranges::find_if(options, [&](const auto& each) { return each && each->id == id; });
   if (option == options.end()) throw BadLine("the popup offers nothing with the id \"" + id + "\"");
@@ -116,18 +116,18 @@ void QtHostWindow::performOn(PopUpWindow& popup, const UserAction& action) {
   const auto control = [&](const char* name, int index = 0) {
     return User::checked(user.object(name, index), name);
   };
-  const PopupState& state = popup.state();
+  const auto& state = popup.state();
   switch (action.kind) {
     case Kind::close:
       return user.click(control("closeButton"));
     case Kind::submit:
       return user.click(control("submitButton"));
     case Kind::button:
-      return user.click(control("KifoPopupCell", rowOf(action.text, state.buttons)));
+      return user.click(control("KifoPopupCell", rowOf(action.text, fields.buttons)));
     case Kind::select: {
       const bool isSurvey = user.object("selectButton") != nullptr;
       return user.click(
-          control(isSurvey ? "selectButton" : "emojiButton", rowOf(action.text, state.choices)));
+          control(isSurvey ? "selectButton" : "emojiButton", rowOf(action.text, fields.choices)));
     }
     case Kind::body:
       return user.clickBeside(control("popupView"));

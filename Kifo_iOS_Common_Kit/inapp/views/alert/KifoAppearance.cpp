@@ -1,10 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
 
-#include <QFontInfo>
-
-#include "Kifo_iOS_Common_Kit/inapp/popup/PopupPalette.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
-
 namespace kifo {
 
 QFont KifoAppearance::systemFont(int pixels, QFont::Weight weight) {
@@ -26,12 +21,6 @@ KifoAppearance KifoAppearance::likePopups() {
   appearance.kButtonFont = systemFont(16, QFont::DemiBold);
   appearance.margin.bottom = 12;
   return appearance;
-}
-
-QColor textOn(const QColor& behind, const QColor& wanted, const QFont& font) {
-  const TextFace face{QFontInfo(font).pixelSize(), font.weight()};
-  return legibleOn(wanted.isValid() ? wanted : QColor(Qt::white), behind,
-                   face.isLargeOrBold() ? Contrast::largeText : Contrast::text);
 }
 
 }  // namespace kifo

@@ -3,7 +3,6 @@
 #include <QPainterPath>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 

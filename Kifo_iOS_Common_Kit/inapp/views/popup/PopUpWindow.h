@@ -10,7 +10,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Overlay.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 class QDataStream;
 class QTimer;

@@ -34,7 +34,7 @@ class PopupLayout {
   int freeText(int width) const;
 
   const PopupElements& e_;
-  const PopupHeights& h_;
+  const PopupHeights h_;
   const bool keepsFreeTextRoom_;
 };
 

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include <QFontInfo>
+
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupPalette.h"
+
 namespace kifo {
 
 QColor toQColor(const Color& color) {
@@ -20,6 +24,12 @@ Color toColor(const QColor& color) {
 
 QColor colorFromInt(std::uint32_t rgb) {
   return QColor::fromRgb(rgb & 0xFFFFFFU);
+}
+
+QColor textOn(const QColor& behind, const QColor& wanted, const QFont& font) {
+  const TextFace face{QFontInfo(font).pixelSize(), font.weight()};
+  return legibleOn(wanted.isValid() ? wanted : QColor(Qt::white), behind,
+                   face.isLargeOrBold() ? Contrast::largeText : Contrast::text);
 }
 
 }  // namespace kifo

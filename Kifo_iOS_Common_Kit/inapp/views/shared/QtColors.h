@@ -5,6 +5,7 @@
 #include <string>
 
 #include <QColor>
+#include <QFont>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupColors.h"
 
@@ -35,5 +36,9 @@ inline QColor inkOn(const QColor& behind) {
 inline QColor legibleOn(const QColor& wanted, const QColor& behind, double minimum) {
   return toQColor(legibleOn(toColor(wanted), toColor(behind), minimum));
 }
+
+/// `wanted` as text in `font` may be painted on the opaque `behind`: with 3:1 of contrast for large
+/// or bold text, 4.5:1 for all other. An invalid colour counts as white.
+QColor textOn(const QColor& behind, const QColor& wanted, const QFont& font);
 
 }  // namespace kifo
