@@ -123,11 +123,11 @@ void QtHostWindow::performOn(PopUpWindow& popup, const UserAction& action) {
     case Kind::submit:
       return user.click(control("submitButton"));
     case Kind::button:
-      return user.click(control("KifoPopupCell", rowOf(action.text, fields.buttons)));
+      return user.click(control("KifoPopupCell", rowOf(action.text, state.buttons)));
     case Kind::select: {
       const bool isSurvey = user.object("selectButton") != nullptr;
       return user.click(
-          control(isSurvey ? "selectButton" : "emojiButton", rowOf(action.text, fields.choices)));
+          control(isSurvey ? "selectButton" : "emojiButton", rowOf(action.text, state.choices)));
     }
     case Kind::body:
       return user.clickBeside(control("popupView"));
