@@ -38,7 +38,7 @@ PopUpOptions withoutMovement() {
 }
 
 /// The place of the option with that id.
-int rowOf(const std::string& id, const PopUpWindowFields::Buttons& options) {
+int rowOf(const std::string& id, const PopupState::Buttons& options) {
   const auto option =
       std::ranges::find_if(options, [&](const auto& each) { return each && each->id == id; });
   if (option == options.end()) throw BadLine("the popup offers nothing with the id \"" + id + "\"");
