@@ -71,8 +71,4 @@ struct KIFO_EXPORT KifoAppearance {
   static QFont systemFont(int pixels, QFont::Weight weight = QFont::Normal);
 };
 
-/// `wanted` as text in `font` may be painted on the opaque `behind`: with 3:1 of contrast for large
-/// or bold text, 4.5:1 for all other. An invalid colour counts as white.
-QColor textOn(const QColor& behind, const QColor& wanted, const QFont& font);
-
 }  // namespace kifo
