@@ -147,8 +147,8 @@ double syncCost(const std::string& path) {
 }
 
 /// A copy as an event's request makes it: its texts are written on the main queue.
-bool storeEvent(const std::string& url, const std::string& id, std::function<void(bool)> stored) {
-  return DataManager().cacheLog(
+void storeEvent(const std::string& url, const std::string& id, std::function<void(bool)> stored) {
+  DataManager().cacheLog(
       1000000, id,
       [url, id, parameters = BenchHost::parameters()]() mutable {
         const RequestTexts texts = textsOf(url, std::move(parameters));
@@ -168,12 +168,15 @@ void burst(const BenchHost& host, const std::string& url) {
       storeByHand(bare, sample(texts, requestId(i)));
     }
   });
+  int stored = 0;
   const double ours = took([&] {
-    for (int i = 0; i < kBurst; ++i) storeEvent(url, requestId(kRounds + i), {});
+    for (int i = 0; i < kBurst; ++i) {
+      storeEvent(url, requestId(kRounds + i), [&](bool isStored) { stored += isStored ? 1 : 0; });
+    }
     Platform::current()->mainQueue->sync([] {});
   });
   const double handRate = kBurst / 10 / hand * 1e6;
-  const double rate = kBurst / ours * 1e6;
+  const double rate = stored / ours * 1e6;
   row("a burst, by hand one after another", perSecond(handRate), "");
   row("a burst of 5000, ours", perSecond(rate),
       ratio(rate / handRate) + " x by hand; wanted at least 10000 a second");
@@ -187,13 +190,18 @@ Samples commitTimes(const std::string& url, int count) {
   auto due = Clock::now();
   for (std::size_t i = 0; i < handedOver.size(); ++i) {
     std::this_thread::sleep_until(due += std::chrono::milliseconds(1));
-    storeEvent(url, requestId(static_cast<int>(i)), [&, i](bool) { committed[i] = Clock::now(); });
+    storeEvent(url, requestId(static_cast<int>(i)), [&, i](bool isStored) {
+      if (isStored) committed[i] = Clock::now();
+    });
     handedOver[i] = Clock::now();
   }
   Platform::current()->mainQueue->sync([] {});
   Samples samples;
   for (std::size_t i = 0; i < handedOver.size(); ++i) {
-    samples.add(std::chrono::duration<double, std::micro>(committed[i] - handedOver[i]).count());
+    // A copy that was not stored counts as one that came never.
+    const auto until =
+        committed[i] == Clock::time_point() ? Clock::time_point::max() : committed[i];
+    samples.add(std::chrono::duration<double, std::micro>(until - handedOver[i]).count());
   }
   return samples;
 }
@@ -248,6 +256,7 @@ void storeBench() {
   row("10000 rows stored, ours", microseconds(deep),
       ratio(deep / shallow) + " x ours with 100 rows; wanted at most 1.10");
   section("stored copies that wait together");
+  std::filesystem::rename(few.ours, host.databasePath());
   burst(host, url);
   commits(url);
 }

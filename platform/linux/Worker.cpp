@@ -27,11 +27,12 @@ class SignalsBlocked {
   sigset_t previous_{};
 };
 
-/// The calling thread's wake-ups preempt nobody from now on, and the real-time priority of a host
-/// is not inherited.
-void setBatchPolicy() {
+/// The real-time priority of a host is not inherited. Not SCHED_BATCH: a thread of that policy
+/// waits for every busy thread of the host after each sync of the disk, and an event's copy with
+/// it.
+void setOrdinaryPolicy() {
   const sched_param none{};
-  pthread_setschedparam(pthread_self(), SCHED_BATCH, &none);
+  pthread_setschedparam(pthread_self(), SCHED_OTHER, &none);
 }
 
 thread_local bool isWorker = false;
@@ -67,7 +68,7 @@ bool Worker::start(const char* name, std::function<void()> body) {
   try {
     thread_ = std::thread([end = end_, body = std::move(body)]() mutable {
       isWorker = true;
-      setBatchPolicy();
+      setOrdinaryPolicy();
       body();
       body = nullptr;
       end->set(true);

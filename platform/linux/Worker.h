@@ -13,8 +13,8 @@ namespace kifo {
 /// One thread of the SDK: started once, when it is needed, and joined within a bound; detached when
 /// it has not ended by then.
 ///
-/// **Threading:** thread-safe. The thread takes no signals of the host's, and its wake-ups preempt
-/// nobody (SCHED_BATCH), whatever the policy of the thread that started it.
+/// **Threading:** thread-safe. The thread takes no signals of the host's and runs with the system's
+/// ordinary policy (SCHED_OTHER), whatever the policy of the thread that started it.
 /// **Ownership:** a detached thread may run on: its body must hold whatever it touches.
 class Worker {
  public:

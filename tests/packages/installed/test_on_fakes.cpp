@@ -1,6 +1,7 @@
 // A host's test: no network, no disk but a temporary directory, no time that passes by itself.
 #include <Kifo_iOS_Common_Kit/core/Kifo.h>
 #include <Kifo_iOS_Common_Kit/events/KifoEventManager.h>
+#include <Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h>
 #include <testing/FakePlatform.h>
 
 int main() {

@@ -221,7 +221,6 @@ class KIFO_EXPORT KifoPopup : public QObject,
   void finish();
   void windowGone();
   void end();
-  void connectCard();
   KifoButton* makeButton(const QString& title, const QColor& backgroundColor,
                          const QColor& textColor,
                          const std::optional<ShowTimeoutConfiguration>& showTimeout);
