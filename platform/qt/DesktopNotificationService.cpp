@@ -143,8 +143,10 @@ void DesktopNotificationService::sendNext() {
     return waits.onlyReplaces && !ledger_.idOf(waits.identifier);
   });
   if (queue_.empty()) return;
-  underWay_.emplace().notification = std::move(queue_.front());
+  UnderWay next;
+  next.notification = std::move(queue_.front());
   queue_.pop_front();
+  underWay_ = std::move(next);
   ++underWay_->notification.attempts;
   underWay_->replaces = ledger_.idOf(underWay_->notification.identifier).value_or(0);
   underWay_->picture.path = imagePathOf(underWay_->notification);
