@@ -120,6 +120,7 @@ void PopUpWindowView::growScore(bool grows) {
   QFont font = theme_.font(TextRole::score);
   if (grows) font.setPixelSize(font.pixelSize() * 6 / 5);
   elements_.scoreValueLabel->setFace(font, elements_.scoreValueLabel->textColor());
+  if (!grows) arrange();  // which makes a long number fit again
 }
 
 void PopUpWindowView::textFieldDidChange() {

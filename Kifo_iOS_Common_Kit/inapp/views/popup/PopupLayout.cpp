@@ -25,6 +25,7 @@ constexpr int kWideGap = 10;
 constexpr int kTextInset = 10;
 constexpr int kCopyInset = 12;  ///< 4 within the list, which is 8 within the panel.
 constexpr int kCounterWidth = 40;
+constexpr int kCounterGap = 9;    ///< Leaves the counter 11 of the block's 100.
 constexpr int kCouponInset = 20;  ///< Keeps the code clear of its border.
 constexpr int kSmallestCode = 12;
 constexpr int kSmallestBound = 9;
@@ -127,7 +128,7 @@ int PopupLayout::freeText(int width) const {
   const int line = QFontMetrics(e_.textField->font()).height() + kTextRoom;
   const int field = std::max(whole(h_.textFieldLabelHeight), line);
   e_.textField->setGeometry(0, y, width, field);
-  y += field + kWideGap;
+  y += field + kCounterGap;
   const int least = e_.textFieldCountLabel->heightForWidth(kCounterWidth);
   const int wide = std::max(kCounterWidth, e_.textFieldCountLabel->naturalWidth() + 2);
   const int block = std::max(y + least, whole(h_.openFieldHeight(asked)));
