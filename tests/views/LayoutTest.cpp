@@ -44,6 +44,7 @@ TEST_F(LayoutTest, ThePanelIsInsetByTheScreensMarginsAndNeverWiderThan480) {
 }
 
 TEST_F(LayoutTest, PiecesFollowEachOtherInTheOrderOfReading) {
+  host->resize(414, 1100);  // no panel scrolls, so that submit stands with the other pieces
   campaign("SCORE");
   request->preferences.questionText = "How likely?";
   request->preferences.images = {"https://p.example/1", "https://p.example/2"};
