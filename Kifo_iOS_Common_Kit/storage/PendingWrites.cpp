@@ -22,13 +22,19 @@ struct Outcome {
 /// One transaction's way through its writes.
 class Transaction {
  public:
-  explicit Transaction(StoreConnection& file) : file_(file), begun_(file.run("BEGIN IMMEDIATE")) {}
+  Transaction(StoreConnection& file, std::optional<KnownCount>& known)
+      : file_(file),
+        known_(known),
+        begun_(file.run("BEGIN IMMEDIATE")),
+        changeCounter_(begun_.isDone ? file.changeCounter() : std::nullopt) {}
 
   Outcome apply(const PendingWrite& write) {
     if (!begun_.isDone) return {begun_};
     // Some failures, a full disk for one, end the transaction.
     if (!file_.isInTransaction()) return {};
-    return write.compose ? insertCopy(write) : applyStatement(write);
+    const Outcome outcome = write.compose ? insertCopy(write) : applyStatement(write);
+    hasChanged_ = hasChanged_ || outcome.result.rowsChanged > 0;
+    return outcome;
   }
 
   /// How the whole of it ended.
@@ -36,8 +42,10 @@ class Transaction {
     if (!begun_.isDone) return begun_;
     const auto committed = file_.run("COMMIT");
     if (!committed.isDone) file_.run("ROLLBACK");
-    // Kept for compatibility: a second count, whose result is not used.
-    if (hasCopies_) file_.count(LogTable::kCountWaiting);
+    keepCount(committed.isDone);
+    // Kept for compatibility: a second count, whose result is not used. One that is known is not
+    // taken.
+    if (hasCopies_ && !known_) file_.count(LogTable::kCountWaiting);
     return committed;
   }
 
@@ -47,19 +55,14 @@ class Transaction {
  private:
   Outcome applyStatement(const PendingWrite& write) {
     isCounted_ = false;  // the statement may change it
+    known_.reset();
     return {file_.run(write.statement)};
   }
 
   Outcome insertCopy(const PendingWrite& copy) {
     hasCopies_ = true;
     Outcome outcome;
-    if (!isCounted_) {
-      const auto count = file_.count(LogTable::kCountWaiting, &outcome.result);
-      if (!count) return outcome;
-      waiting_ = *count;
-      isCounted_ = true;
-      outcome.result = {};
-    }
+    if (!isCounted_ && !count(outcome.result)) return outcome;
     if (waiting_ >= copy.limit) return {{}, "cap"};
     // What composing throws costs this copy alone.
     callHost(logTag("DataManager"), [&] {
@@ -74,11 +77,36 @@ class Transaction {
     return outcome;
   }
 
+  /// Counts the rows that wait. False when that fails, which `result` tells about.
+  bool count(StoreConnection::Result& result) {
+    if (known_ && changeCounter_ == known_->changeCounter) {
+      waiting_ = known_->waiting;
+      return isCounted_ = true;
+    }
+    const auto counted = file_.count(LogTable::kCountWaiting, &result);
+    if (!counted) return false;
+    result = {};
+    waiting_ = *counted;
+    return isCounted_ = true;
+  }
+
+  void keepCount(bool isCommitted) {
+    known_.reset();
+    const auto after = file_.changeCounter();
+    if (!isCommitted || !isCounted_ || !changeCounter_ || !after) return;
+    // Another process may have written since the commit.
+    const bool onlyOurs = *after == *changeCounter_ + (hasChanged_ ? 1 : 0);
+    if (onlyOurs) known_ = KnownCount{*after, waiting_};
+  }
+
   StoreConnection& file_;
+  std::optional<KnownCount>& known_;
   const StoreConnection::Result begun_;
+  const std::optional<std::uint32_t> changeCounter_;
   std::int64_t waiting_ = 0;
   bool isCounted_ = false;  ///< `waiting_` is right: it is counted when it is needed.
   bool hasCopies_ = false;
+  bool hasChanged_ = false;  ///< The commit changes the file.
 };
 
 void report(const PendingWrite& write, const Outcome& outcome, std::int64_t waiting) {
@@ -94,8 +122,9 @@ void report(const PendingWrite& write, const Outcome& outcome, std::int64_t wait
   callHost(logTag("DataManager"), write.done, outcome.result);
 }
 
-void runTransaction(StoreConnection& file, std::span<const PendingWrite> writes) {
-  Transaction transaction(file);
+void runTransaction(StoreConnection& file, std::optional<KnownCount>& known,
+                    std::span<const PendingWrite> writes) {
+  Transaction transaction(file, known);
   std::vector<Outcome> outcomes;
   for (const PendingWrite& write : writes) outcomes.push_back(transaction.apply(write));
   const auto committed = transaction.commit();
@@ -147,7 +176,7 @@ void PendingWrites::run(StoreConnection& file, Groups groups) {
   while (const auto group = take(groups)) {
     for (std::span<const PendingWrite> left = *group; !left.empty();) {
       const auto writes = left.first(std::min(left.size(), kLargestTransaction));
-      runTransaction(file, writes);
+      runTransaction(file, knownCount_, writes);
       finish(writes);
       left = left.subspan(writes.size());
     }

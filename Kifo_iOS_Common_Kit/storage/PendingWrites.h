@@ -28,6 +28,13 @@ struct PendingWrite {
   std::function<void(const StoreConnection::Result&)> done = {};
 };
 
+/// How many rows wait, for as long as the file's change counter stays the same: a deep table is not
+/// counted anew for each copy.
+struct KnownCount {
+  std::uint32_t changeCounter = 0;
+  std::int64_t waiting = 0;
+};
+
 /// The writes that wait, and their group commit: writes that follow one another are a group and run
 /// in one transaction. A crash loses a whole group or nothing of it. A read that is queued between
 /// two writes separates their groups, so that everything takes place in the order of the calls.
@@ -54,6 +61,8 @@ class PendingWrites {
  private:
   std::optional<std::vector<PendingWrite>> take(Groups groups) KIFO_EXCLUDES(mutex_);
   void finish(std::span<const PendingWrite> writes) KIFO_EXCLUDES(mutex_);
+
+  std::optional<KnownCount> knownCount_;  ///< Main queue only.
 
   Mutex mutex_;
   std::deque<std::vector<PendingWrite>> waiting_ KIFO_GUARDED_BY(mutex_);

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <chrono>
 #include <thread>
 
@@ -51,6 +52,25 @@ bool StoreConnection::close() {
 
 bool StoreConnection::isInTransaction() const {
   return handle_ && sqlite3_get_autocommit(handle_) == 0;
+}
+
+std::optional<std::uint32_t> StoreConnection::changeCounter() const {
+  constexpr std::size_t writeVersion = 18;
+  constexpr std::uint8_t rollbackJournal = 1;
+  constexpr std::size_t counter = 24;  // four bytes, the highest first
+  std::array<std::uint8_t, counter + 4> header{};
+  sqlite3_file* file = nullptr;
+  if (sqlite3_file_control(handle_, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+      !file || !file->pMethods ||
+      file->pMethods->xRead(file, header.data(), header.size(), 0) != SQLITE_OK ||
+      header[writeVersion] != rollbackJournal) {
+    return std::nullopt;
+  }
+  std::uint32_t value = 0;
+  for (std::size_t index = counter; index < header.size(); ++index) {
+    value = value << 8 | header[index];
+  }
+  return value;
 }
 
 int StoreConnection::waitWhileLocked(void* connection, int attempt) {

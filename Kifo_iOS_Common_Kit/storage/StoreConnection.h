@@ -44,6 +44,9 @@ class StoreConnection {
   /// Undoes a transaction that was not committed. False, and still open, when SQLite refuses.
   bool close();
   [[nodiscard]] bool isInTransaction() const;
+  /// A number in the file that grows by one with each commit that changes it, of any process. None
+  /// when the file has a journal that keeps no such number.
+  [[nodiscard]] std::optional<std::uint32_t> changeCounter() const;
 
   /// Runs one statement to its end. `onRow` gets each row that it yields.
   Result run(const std::string& statement, const std::function<void(const Row&)>& onRow = {});
