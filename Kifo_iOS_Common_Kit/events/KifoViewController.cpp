@@ -18,7 +18,7 @@ bool sendsPageEvents() {
   const bool isEnabled = Runtime::current()->session.sendActivityLifeCycleEventStatus ==
                          SendLifeCycleEventStatus::ENABLED;
   if (!isEnabled)
-    Console::print("Kifo KifoViewController:", "send activity lifecycle events disabled!");
+    Console::print(KifoViewController::LOG_TAG, "send activity lifecycle events disabled!");
   return isEnabled;
 }
 

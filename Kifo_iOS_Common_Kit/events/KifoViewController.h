@@ -15,6 +15,8 @@ namespace kifo {
 class KIFO_EXPORT KifoViewController : public ViewController,
                                        public std::enable_shared_from_this<KifoViewController> {
  public:
+  static constexpr auto LOG_TAG = "Kifo KifoViewController:";  ///< Starts its console lines.
+
   virtual void viewDidLoad();
   virtual void viewWillAppear(bool animated);
   virtual void viewDidAppear(bool animated);

@@ -15,7 +15,7 @@ namespace {
 using ButtonPointer = std::shared_ptr<AppCommunicationItemButton>;
 
 void print(std::string_view message) {
-  Console::print(logTag("PopupManager"), message);
+  Console::print(PopupManager::LOG_TAG, message);
 }
 
 /// A campaign with what it was triggered with.
@@ -113,7 +113,7 @@ void occurred(const ButtonPointer& button) {
 
 PopupRequest::ButtonCallback forwardingTo(PopupManager::Handler handler) {
   return [handler = std::move(handler)](ButtonPointer button) {
-    callHost(logTag("PopupManager"), handler, std::move(button));
+    callHost(PopupManager::LOG_TAG, handler, std::move(button));
   };
 }
 

@@ -17,6 +17,8 @@ namespace kifo {
 /// **Threading:** main queue only; the handler runs on the UI thread.
 class PopupManager {
  public:
+  static constexpr auto LOG_TAG = "Kifo PopupManager:";  ///< Starts its console lines.
+
   using Handler = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
 
   /// `reporter` takes the opening and the answers.

@@ -152,7 +152,7 @@ void KifoReachability::call(const Callback& callback) {
     const std::lock_guard lock(mutex_);
     copy = callback;
   }
-  callHost(logTag("KifoReachability"), copy, *this);
+  callHost(KifoReachability::LOG_TAG, copy, *this);
 }
 
 std::optional<std::uint32_t> KifoReachability::flags() const {

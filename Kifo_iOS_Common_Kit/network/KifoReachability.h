@@ -36,13 +36,19 @@ inline constexpr auto KifoReachabilityChangedNotification = "kifoReachabilityCha
 /// **Errors:** values; a reading that fails stops the watcher.
 class KIFO_EXPORT KifoReachability : public std::enable_shared_from_this<KifoReachability> {
  public:
+  static constexpr auto LOG_TAG = "Kifo KifoReachability:";  ///< Starts its console lines.
+
   using Flags = ReachabilityFlags;
   using Callback = std::function<void(KifoReachability&)>;
 
   /// What the flags say about using the network now.
   enum class Connection { unavailable, wifi, cellular };
 
+  /// Of the serial queue. Not consulted: a queue has its thread's policy. Kept for compatibility.
+  enum class QoS { standard, userInteractive, userInitiated, utility, background };
+
   struct Options {
+    QoS queueQoS = QoS::standard;
     std::shared_ptr<SerialQueue> targetQueue;        ///< Null: the platform's reachability queue.
     std::shared_ptr<SerialQueue> notificationQueue;  ///< Null: changes are handled at once.
   };

@@ -16,7 +16,7 @@ bool isOnline(const KifoReachability& watcher) {
 }
 
 void tell(const NetworkManager::NetworkStatusCallback& callback, bool online) {
-  callHost(logTag("NetworkManager"), callback, online);
+  callHost(NetworkManager::LOG_TAG, callback, online);
 }
 
 /// Nothing is told of it any more, once a reading that is under way has ended.

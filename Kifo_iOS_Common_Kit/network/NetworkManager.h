@@ -23,6 +23,8 @@ class KifoReachability;
 /// **Errors:** dropped. Where the network cannot be watched the callback is never called.
 class NetworkManager : public std::enable_shared_from_this<NetworkManager> {
  public:
+  static constexpr auto LOG_TAG = "Kifo NetworkManager:";  ///< Starts its console lines.
+
   using NetworkStatusCallback = std::function<void(bool online)>;
 
   ~NetworkManager();

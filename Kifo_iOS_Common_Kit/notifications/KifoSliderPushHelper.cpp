@@ -25,7 +25,7 @@ int scroll(CollectionView& view, int index, CollectionView::ScrollPosition posit
 
 std::vector<std::string> KifoSliderPushHelper::getImageList(const Notification& notification) {
   if (!notification.request.content) {
-    Console::print(logTag("KifoSliderPushHelper"), "bestAttemptContent couldn't be assigned");
+    Console::print(KifoSliderPushHelper::LOG_TAG, "bestAttemptContent couldn't be assigned");
     return {};
   }
   std::vector<std::string> urls;

@@ -30,6 +30,8 @@ struct Size {
 /// **Errors:** a null view is a mistake of the caller that ends the process.
 class KIFO_EXPORT KifoSliderPushHelper {
  public:
+  static constexpr auto LOG_TAG = "Kifo KifoSliderPushHelper:";  ///< Starts its console lines.
+
   /// The addresses of the push's images, in order; empty when it carries none.
   static std::vector<std::string> getImageList(const Notification& notification);
 

@@ -22,7 +22,7 @@ constexpr unsigned FOREGROUND = 4;
 std::atomic<CollectionView*> shownCollectionView = nullptr;
 
 std::string tag() {
-  return logTag("NotificationManager");
+  return NotificationManager::LOG_TAG;
 }
 
 void print(std::string_view message) {

@@ -26,6 +26,8 @@ namespace kifo {
 /// **Errors:** none are reported; a push whose campaign cannot be read is shown all the same.
 class KIFO_EXPORT NotificationManager {
  public:
+  static constexpr auto LOG_TAG = "Kifo NotificationManager:";  ///< Starts its console lines.
+
   using ActionCallback = std::function<void(std::shared_ptr<AppCommunicationItemAction>)>;
   using ContentHandler = std::function<void(std::shared_ptr<const NotificationContent>)>;
   using Buttons = std::vector<std::shared_ptr<AppCommunicationItemButton>>;

@@ -15,7 +15,7 @@ using Result = StoreConnection::Result;
 constexpr auto kEmptyTried = "increaseTryCount - requestId is empty";
 
 void print(std::string_view message) {
-  Console::print(logTag("DataManager"), message);
+  Console::print(DataManager::LOG_TAG, message);
 }
 
 bool isId(const std::string& requestId) {

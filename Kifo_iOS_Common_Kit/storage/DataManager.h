@@ -22,6 +22,8 @@ namespace kifo {
 /// says otherwise.
 class DataManager {
  public:
+  static constexpr auto LOG_TAG = "Kifo DataManager:";  ///< Starts its console lines.
+
   static constexpr auto TABLE_NAME = "KifoLog";
   static constexpr auto COL_ID = "_id";
   static constexpr auto COL_PARAMS = "_paramaters";

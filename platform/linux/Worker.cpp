@@ -5,6 +5,7 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -66,8 +67,9 @@ bool Worker::start(const char* name, std::function<void()> body) {
   const SignalsBlocked blocked;
   end_->set(false);
   try {
-    thread_ = std::thread([end = end_, body = std::move(body)]() mutable {
+    thread_ = std::thread([end = end_, name = std::string(name), body = std::move(body)]() mutable {
       isWorker = true;
+      pthread_setname_np(pthread_self(), name.c_str());
       setOrdinaryPolicy();
       body();
       body = nullptr;
@@ -77,7 +79,6 @@ bool Worker::start(const char* name, std::function<void()> body) {
     end_->set(true);
     return false;
   }
-  pthread_setname_np(thread_.native_handle(), name);
   started_ = true;
   return true;
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares what the shared libraries export with what the installed headers declare.
 
-    exports.py PREFIX SOURCES LIBRARY... [--clang COMPILER] [--qt FOLDER;FOLDER…]
+    exports.py PREFIX SOURCES LIBRARY... [--clang COMPILER] [--qt FOLDER:FOLDER…]
 
 Each exported name belongs to a class or a function that an installed header marks KIFO_EXPORT, or
 that a header of SOURCES marks KIFO_SHARED, which is for kifo::ui's use of kifo::kit. With clang,
@@ -96,7 +96,7 @@ def main():
         found += [f"{pathlib.Path(library).name} exports {name}" for name in strange]
     if options.clang:
         symbols = {name for library in options.libraries for name in exported(library, False)}
-        qt = [folder for folder in options.qt.split(";") if folder]
+        qt = [folder for folder in options.qt.split(":") if folder]
         callable_names = undefined(options.clang, include, qt,
                                    [header.relative_to(include) for header in headers
                                     if "testing" not in header.relative_to(include).parts])

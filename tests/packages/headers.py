@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds the installed headers to what a host may expect of them.
 
-    headers.py PREFIX [--qt FOLDER;FOLDER…] COMPILER...
+    headers.py PREFIX [--qt FOLDER:FOLDER…] COMPILER...
 
 Each header compiles alone and without a warning with each compiler, and includes only other
 installed headers and the standard library; the ones for Qt may include Qt as well.
@@ -51,7 +51,7 @@ def main():
     parser.add_argument("compilers", nargs="+")
     options = parser.parse_args()
     include = options.prefix / "include/kifo"
-    qt = [folder for folder in options.qt.split(";") if folder]
+    qt = [folder for folder in options.qt.split(":") if folder]
     headers = sorted(str(path.relative_to(include)) for path in include.rglob("*.h"))
     found = [problem for header in headers for problem in foreign_includes(include, header)]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:

@@ -352,8 +352,8 @@ TEST_F(DataManagerTest, ManyRandomOperationsAgreeWithAPlainModel) {
     }
     if (lock) model = unchanged;
   }
+  settle();  // what was queued under the lock fails by it
   lock.reset();
-  settle();
   EXPECT_EQ(taken, expectedTaken);
   Lines expected;
   for (const auto& row : model.rows) {
