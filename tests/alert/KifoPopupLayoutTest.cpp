@@ -1,4 +1,6 @@
 #include <QPlainTextEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
@@ -57,6 +59,8 @@ TEST_F(KifoPopupLayoutTest, TheCardStandsInTheMiddleOfTheWindowAndFollowsIt) {
     window->resize(size);
     expectCentred(*alert, window->rect());
     EXPECT_EQ(overlays().front()->geometry(), window->rect());
+    const auto* area = alert->baseView()->findChild<QScrollArea*>();
+    EXPECT_EQ(area->verticalScrollBar()->maximum(), 0) << "what fits shows no sign of scrolling";
   }
   alert->hideView();
 

@@ -96,7 +96,7 @@ def main():
         found += [f"{pathlib.Path(library).name} exports {name}" for name in strange]
     if options.clang:
         symbols = {name for library in options.libraries for name in exported(library, False)}
-        qt = [folder for folder in options.qt.split(":") if folder]
+        qt = [folder for folder in options.qt.split(":") if folder not in ("", "/usr/include")]
         callable_names = undefined(options.clang, include, qt,
                                    [header.relative_to(include) for header in headers
                                     if "testing" not in header.relative_to(include).parts])

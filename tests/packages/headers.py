@@ -51,7 +51,7 @@ def main():
     parser.add_argument("compilers", nargs="+")
     options = parser.parse_args()
     include = options.prefix / "include/kifo"
-    qt = [folder for folder in options.qt.split(":") if folder]
+    qt = [folder for folder in options.qt.split(":") if folder not in ("", "/usr/include")]
     headers = sorted(str(path.relative_to(include)) for path in include.rglob("*.h"))
     found = [problem for header in headers for problem in foreign_includes(include, header)]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:

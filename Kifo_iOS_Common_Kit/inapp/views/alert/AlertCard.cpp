@@ -189,8 +189,10 @@ void AlertCard::arrange(const QSize& room) {
 
 void AlertCard::placeContents(int width, int height, int natural) {
   const bool tooHigh = natural > height;
+  // Only what scrolls is kept off the border: contents that fit reach it with their own margin.
+  const int border = tooHigh ? kBorder : 0;
   scroll_->setGeometry(0, overhang() + contentTop(), width,
-                       std::max(0, height - contentTop() - kBorder));
+                       std::max(0, height - contentTop() - border));
   const int contentWidth = tooHigh ? width - ScrollIndicator::thickness : width;
   contentView->resize(contentWidth, rows().place(contentWidth, std::max(0, height - natural)));
 }
