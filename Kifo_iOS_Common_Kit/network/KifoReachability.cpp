@@ -18,12 +18,12 @@ constexpr std::uint64_t kRead = std::uint64_t{1} << 32;
 /// The address 0.0.0.0: its length, its family, and zeros.
 constexpr ReachabilityService::Address kZeroAddress = {16, 2};
 
-struct Letter {
+struct FlagLetter {
   std::uint32_t bit;  // 0 stands for the gap
   char letter;
 };
 
-constexpr Letter kLetters[] = {
+constexpr FlagLetter kLetters[] = {
     {ReachabilityFlags::isWWAN, 'W'},
     {ReachabilityFlags::reachable, 'R'},
     {0, ' '},

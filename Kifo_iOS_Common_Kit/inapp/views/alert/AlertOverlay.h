@@ -12,7 +12,7 @@ class AlertCard;
 /// user does beside the card.
 ///
 /// **Threading:** UI thread only. **Ownership:** a child of the window. The card is the alert's;
-/// the overlay lets go of it when it dies with the window.
+/// the overlay releases it when it is destroyed with the window.
 class AlertOverlay : public Overlay {
   Q_OBJECT
  public:
