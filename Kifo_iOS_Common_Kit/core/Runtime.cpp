@@ -105,7 +105,8 @@ std::shared_ptr<KifoSqliteManager> Runtime::store() {
   const MutexLock lock(mutex_);
   if (!store_) {
     const auto platform = Platform::current();
-    store_ = std::make_shared<KifoSqliteManager>(platform->mainQueue, platform->documentsDirectory);
+    store_ = std::make_shared<KifoSqliteManager>(platform->mainQueue, platform->documentsDirectory,
+                                                 platform->storeFiles);
   }
   return store_;
 }

@@ -15,6 +15,7 @@
 #include "Kifo_iOS_Common_Kit/ports/PositionSource.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+#include "Kifo_iOS_Common_Kit/ports/StoreFiles.h"
 #include "Kifo_iOS_Common_Kit/ports/UserDefaults.h"
 
 namespace kifo {
@@ -26,7 +27,7 @@ namespace kifo {
 ///     kifo::Platform::install(std::move(platform));   // before Kifo::initialize
 ///
 /// A host that installs nothing gets the system's default on first use. `install` fills members
-/// that are null with services that do nothing; only `inspector` may stay null.
+/// that are null with services that do nothing; only `inspector` and `storeFiles` may stay null.
 ///
 /// **Threading:** `current` and `install` are thread-safe. What `current` returned stays alive and
 /// unchanged for as long as the caller holds it.
@@ -46,7 +47,8 @@ struct KIFO_EXPORT Platform {
   std::shared_ptr<Clock> clock;
   std::shared_ptr<RandomIdentifiers> identifiers;
   std::shared_ptr<Inspector> inspector;
-  std::string documentsDirectory;  ///< Of "KifoLog.db". Created when first needed.
+  std::shared_ptr<StoreFiles> storeFiles;  ///< Null: the disk.
+  std::string documentsDirectory;          ///< Of "KifoLog.db". Created when first needed.
   std::string
       temporaryDirectory;  ///< Of images that notifications show. Created when first needed.
 

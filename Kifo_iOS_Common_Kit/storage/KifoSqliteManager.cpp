@@ -1,11 +1,10 @@
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
 #include <filesystem>
-#include <fstream>
-#include <mutex>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/storage/DiskStoreFiles.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
 
 namespace kifo {
@@ -22,48 +21,9 @@ std::string withoutOuterNewlines(const std::string& text) {
   return text.substr(first, text.find_last_not_of(newlines) - first + 1);
 }
 
-Error fileError(const std::error_code& code) {
-  return {"file", code.value(), code.message()};
-}
-
-/// Makes `directory` and whatever is missing above it, for this user alone.
-void makeDirectories(const fs::path& directory) {
-  std::error_code error;
-  if (directory.empty() || fs::exists(directory, error)) return;
-  makeDirectories(directory.parent_path());
-  if (fs::create_directory(directory, error)) {
-    fs::permissions(directory, fs::perms::owner_all, error);
-  }
-}
-
-/// Makes a file that is missing, for this user alone. SQLite gives a journal the permissions of its
-/// file.
-bool makeFile(const fs::path& path) {
-  std::error_code error;
-  if (!std::ofstream(path, std::ios::app)) return false;
-  fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, error);
-  return !error;
-}
-
-/// Moves a file, but never onto one that exists.
-std::error_code move(const fs::path& from, const fs::path& to) {
-  std::error_code error;
-  fs::create_hard_link(from, to, error);
-  if (!error) {
-    fs::remove(from, error);
-    return error;
-  }
-  std::error_code unknown;
-  const bool isMissing = !fs::exists(from, unknown);
-  const bool isTaken = fs::exists(fs::symlink_status(to, unknown));
-  // A file system without links.
-  if (!isMissing && !isTaken) fs::rename(from, to, error);
-  return error;
-}
-
 /// Fills an empty file with the table in one transaction.
-void makeTable(const fs::path& path, const std::atomic<bool>& waitsForLocks) {
-  StoreConnection file(path.string(), StoreConnection::Mode::existing, waitsForLocks);
+void makeTable(const std::string& path, const std::atomic<bool>& waitsForLocks) {
+  StoreConnection file(path, StoreConnection::Mode::existing, waitsForLocks);
   file.run("BEGIN");
   file.run(LogTable::kCreate);
   for (const char* index : LogTable::kIndexes) file.run(index);
@@ -76,8 +36,10 @@ std::shared_ptr<KifoSqliteManager> KifoSqliteManager::sharedManager() {
   return Runtime::current()->store();
 }
 
-KifoSqliteManager::KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std::string directory)
+KifoSqliteManager::KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std::string directory,
+                                     std::shared_ptr<StoreFiles> files)
     : mainQueue_(std::move(mainQueue)),
+      files_(files ? std::move(files) : std::make_shared<DiskStoreFiles>()),
       directory_(std::move(directory)),
       databasePath_((fs::path(directory_) / kFileName).string()) {}
 
@@ -89,26 +51,24 @@ void KifoSqliteManager::post(std::function<void()> work) {
 
 void KifoSqliteManager::prepareDb() {
   post([this] {
-    std::error_code error;
-    if (fs::exists(databasePath_, error)) {
-      fs::permissions(databasePath_, fs::perms::owner_read | fs::perms::owner_write, error);
+    if (files_->exists(databasePath_)) {
+      files_->makePrivate(databasePath_);
       return;
     }
-    makeDirectories(directory_);
+    files_->makeDirectories(databasePath_);
     // Built under another name: the file is never there without its table, and one that another
     // process has just made is not replaced.
-    const fs::path draft = databasePath_ + ".new";
-    fs::remove(draft, error);
-    if (!makeFile(draft)) return;
+    const std::string draft = databasePath_ + ".new";
+    files_->remove(draft);
+    if (!files_->makePrivate(draft)) return;
     makeTable(draft, waitsForLocks_);
-    move(draft, databasePath_);
-    fs::remove(draft, error);
+    files_->move(draft, databasePath_, /*replaces=*/false);
+    files_->remove(draft);
   });
 }
 
 bool KifoSqliteManager::open() {
-  std::error_code error;
-  if (!fs::exists(databasePath_, error)) makeFile(databasePath_);
+  if (!files_->exists(databasePath_)) files_->makePrivate(databasePath_);
   database_.emplace(databasePath_, StoreConnection::Mode::madeWhenMissing, waitsForLocks_);
   return database_->isOpen();
 }
@@ -194,16 +154,20 @@ std::string KifoSqliteManager::resource(const std::string& name) const {
 void KifoSqliteManager::createDatabaseWithName(const std::string& name, bool openImmediately,
                                                StatusBlock statusBlock) {
   post([this, name, openImmediately, statusBlock = std::move(statusBlock)] {
-    const fs::path path = resource(name);
-    const fs::path draft = path.string() + ".new";
-    std::error_code error;
-    fs::remove(draft, error);
-    if (!makeFile(draft)) error = std::make_error_code(std::errc::io_error);
-    if (!error) fs::rename(draft, path, error);
+    const std::string path = resource(name);
+    const std::string draft = path + ".new";
+    files_->remove(draft);
+    std::optional<Error> error;
+    if (files_->makePrivate(draft)) {
+      error = files_->move(draft, path, /*replaces=*/true);
+    } else {
+      const auto code = std::make_error_code(std::errc::io_error);
+      error = Error{"file", code.value(), code.message()};
+    }
     const auto report = [&](bool success, std::optional<Error> failure) {
       if (statusBlock) statusBlock(success, std::move(failure));
     };
-    if (error) return report(false, fileError(error));
+    if (error) return report(false, error);
     if (!openImmediately) return report(true, std::nullopt);
     const bool success = open();
     if (success) currentDbInfo_ = name;
@@ -217,24 +181,20 @@ void KifoSqliteManager::renameDatabaseWithName(const std::string& oldName,
   post([this, oldName, newName, statusBlock = std::move(statusBlock)] {
     const bool isCurrent = currentDbInfo_ && *currentDbInfo_ == oldName;
     if (isCurrent) close();
-    const auto error = move(resource(oldName), resource(newName));
+    const auto error = files_->move(resource(oldName), resource(newName), /*replaces=*/false);
     if (!isCurrent) return;
     open();
     if (!error) currentDbInfo_ = newName;
     // Success is said in both cases; the error alone tells them apart.
-    if (statusBlock) statusBlock(true, error ? std::optional(fileError(error)) : std::nullopt);
+    if (statusBlock) statusBlock(true, error);
   });
 }
 
 void KifoSqliteManager::deleteDatabaseWithName(const std::string& name, StatusBlock statusBlock) {
   post([this, name, statusBlock = std::move(statusBlock)] {
     if (currentDbInfo_ && *currentDbInfo_ == name) close();
-    std::error_code error;
-    if (!fs::remove(resource(name), error) && !error) {
-      error = std::make_error_code(std::errc::no_such_file_or_directory);
-    }
-    if (error) {
-      if (statusBlock) statusBlock(false, fileError(error));
+    if (const auto error = files_->remove(resource(name))) {
+      if (statusBlock) statusBlock(false, error);
       open();
       return;
     }

@@ -9,6 +9,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/Error.h"
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+#include "Kifo_iOS_Common_Kit/ports/StoreFiles.h"
 #include "Kifo_iOS_Common_Kit/storage/PendingWrites.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreConnection.h"
 
@@ -39,7 +40,9 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   static std::shared_ptr<KifoSqliteManager> sharedManager();
 
   /// `directory` is where the file lies; it is made with the file.
-  KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std::string directory);
+  /// `files` may be null: the disk's.
+  KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std::string directory,
+                    std::shared_ptr<StoreFiles> files = nullptr);
 
   /// Makes the file with its table when there is no file yet, both readable by this user alone. The
   /// file appears whole: a process that dies here leaves either none or a complete one.
@@ -94,6 +97,7 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
 
   // Constant after construction.
   const std::shared_ptr<SerialQueue> mainQueue_;
+  const std::shared_ptr<StoreFiles> files_;
   const std::string directory_;
   const std::string databasePath_;
 
