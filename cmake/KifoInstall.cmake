@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 
 set(_targets kifo_kit)
 if(KIFO_WITH_UI)
-  list(APPEND _targets kifo_ui)
+  list(APPEND _targets kifo_gui kifo_ui)
 endif()
 install(TARGETS ${_targets} EXPORT kifoTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}

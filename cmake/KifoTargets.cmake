@@ -57,22 +57,35 @@ kifo_library(kifo_kit kit)
 target_link_libraries(kifo_kit PUBLIC Threads::Threads
   PRIVATE SQLite::SQLite3 CURL::libcurl OpenSSL::Crypto ${MNL_LIBRARY})
 
+# kifo_qt_objects(<target> <folder>...): a library's objects whose folders list their own sources;
+# moc looks for new ones only when these lists change.
+function(kifo_qt_objects name)
+  kifo_object_library(${name})
+  list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/)
+  list(TRANSFORM ARGN APPEND /CMakeLists.txt)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOGEN_TARGET_DEPENDS "${ARGN}")
+  target_compile_definitions(${name} PRIVATE QT_NO_KEYWORDS)
+endfunction()
+
 if(KIFO_WITH_UI)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus)
   find_package(Qt6 6.4 QUIET COMPONENTS Positioning)
-  kifo_object_library(kifo_ui_objects)
-  file(GLOB _lists "${PROJECT_SOURCE_DIR}/Kifo_iOS_Common_Kit/inapp/views/*/CMakeLists.txt"
-    "${PROJECT_SOURCE_DIR}/platform/qt/CMakeLists.txt")
-  # The folders list their own sources, and moc looks for new ones only when these lists change.
-  set_target_properties(kifo_ui_objects PROPERTIES AUTOMOC ON AUTOGEN_TARGET_DEPENDS
-    "${_lists}")
-  target_compile_definitions(kifo_ui_objects PRIVATE QT_NO_KEYWORDS)
-  target_link_libraries(kifo_ui_objects
-    PUBLIC Qt6::Widgets Qt6::DBus
+  set(_views Kifo_iOS_Common_Kit/inapp/views)
+
+  # What kifo::ui and kifo::quick share. It needs Qt Gui only.
+  kifo_qt_objects(kifo_gui_objects ${_views}/looks ${_views}/images platform/qt)
+  target_link_libraries(kifo_gui_objects PUBLIC Qt6::Gui Qt6::DBus
     PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
+  target_precompile_headers(kifo_gui_objects PRIVATE
+    <functional> <memory> <optional> <string> <vector> <QtGui>)
+  kifo_library(kifo_gui gui)
+  target_link_libraries(kifo_gui PUBLIC kifo_kit Qt6::Gui Qt6::DBus
+    PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
+
+  kifo_qt_objects(kifo_ui_objects ${_views}/shared ${_views}/popup ${_views}/alert platform/qt)
+  target_link_libraries(kifo_ui_objects PUBLIC Qt6::Widgets Qt6::DBus)
   target_precompile_headers(kifo_ui_objects PRIVATE
     <functional> <memory> <optional> <string> <vector> <QtWidgets>)
   kifo_library(kifo_ui ui)
-  target_link_libraries(kifo_ui PUBLIC kifo_kit Qt6::Widgets Qt6::DBus
-    PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
+  target_link_libraries(kifo_ui PUBLIC kifo_gui Qt6::Widgets)
 endif()

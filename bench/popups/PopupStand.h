@@ -7,7 +7,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 #include "bench/popups/WatchedApplication.h"
 
 namespace kifo {

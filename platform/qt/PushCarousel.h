@@ -3,7 +3,7 @@
 #include <QString>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
 #include "Kifo_iOS_Common_Kit/ports/CollectionView.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"

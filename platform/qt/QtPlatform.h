@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/ports/PopupPresenter.h"
 
 namespace kifo {

@@ -14,7 +14,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageShrinker.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
 #include "tests/views/PopupFixture.h"
 

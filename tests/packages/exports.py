@@ -4,7 +4,7 @@
     exports.py PREFIX SOURCES LIBRARY... [--clang COMPILER] [--qt FOLDER:FOLDER…]
 
 Each exported name belongs to a class or a function that an installed header marks KIFO_EXPORT, or
-that a header of SOURCES marks KIFO_SHARED, which is for kifo::ui's use of kifo::kit. With clang,
+that a header of SOURCES marks KIFO_SHARED, which is for the SDK's other libraries. With clang,
 each function that an installed header declares and does not define is exported.
 """
 import argparse
@@ -86,7 +86,8 @@ def main():
     headers = sorted(include.rglob("*.h"))
     public = {name for header in headers
               for name in marked(header.read_text(encoding="utf-8"), "KIFO_EXPORT")}
-    shared = {name for header in (options.sources / "Kifo_iOS_Common_Kit").rglob("*.h")
+    shared = {name for folder in ("Kifo_iOS_Common_Kit", "platform")
+              for header in (options.sources / folder).rglob("*.h")
               for name in marked(header.read_text(encoding="utf-8"), "KIFO_SHARED")}
     found = []
     for library in options.libraries:

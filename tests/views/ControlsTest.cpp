@@ -10,7 +10,7 @@ class CustomSliderTest : public ::testing::Test {
  protected:
   CustomSliderTest() { slider.resize(220, 30); }
 
-  CustomSlider slider{PopupTheme::of({}, {}, nullptr), nullptr};
+  CustomSlider slider{PopupTheme::of({}, {}, {}), nullptr};
 };
 
 TEST_F(CustomSliderTest, SurvivesRangesThatNoScoreHas) {

@@ -19,7 +19,7 @@ class FreeTextFieldTest : public ::testing::Test {
     field.paste();
   }
 
-  FreeTextField field{PopupTheme::of({}, {}, nullptr), nullptr};
+  FreeTextField field{PopupTheme::of({}, {}, {}), nullptr};
 };
 
 TEST_F(FreeTextFieldTest, RefusesABlankAtTheStartAndOnlyThere) {

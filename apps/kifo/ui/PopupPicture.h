@@ -5,7 +5,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 #include "apps/kifo/preview/PreviewOptions.h"
 
 class QWidget;

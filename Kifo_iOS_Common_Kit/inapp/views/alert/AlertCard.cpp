@@ -11,9 +11,9 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertStyleSheet.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupScrollArea.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {

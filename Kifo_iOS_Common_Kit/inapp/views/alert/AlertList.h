@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/TypeData.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/WrappedText.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/WrappedText.h"
 
 namespace kifo {
 

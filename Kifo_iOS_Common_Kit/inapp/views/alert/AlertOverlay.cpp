@@ -13,8 +13,8 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertCard.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
 
 namespace kifo {

@@ -16,10 +16,10 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertOverlay.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertTimeout.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {

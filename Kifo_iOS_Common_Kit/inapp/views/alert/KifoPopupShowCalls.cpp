@@ -1,6 +1,6 @@
 // The show calls of KifoPopup, which all come down to one.
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 namespace kifo {
 

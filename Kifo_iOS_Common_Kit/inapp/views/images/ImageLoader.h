@@ -19,7 +19,7 @@ namespace kifo {
 /// **Ownership:** deleting the loader, or the `context` of a call, drops the calls that wait.
 /// **Errors:** quiet: a null image for a URL that is neither http nor https, an answer that does
 /// not come, more than 10 MB, and whatever `decodeImage` refuses.
-class ImageLoader : public QObject {
+class KIFO_SHARED ImageLoader : public QObject {
   Q_OBJECT
 
  public:

@@ -8,8 +8,8 @@
 #include <QPainter>
 #include <QWheelEvent>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
 namespace {

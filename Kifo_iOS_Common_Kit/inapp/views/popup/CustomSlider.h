@@ -6,7 +6,7 @@
 #include <QSlider>
 #include <QVariantAnimation>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

@@ -7,9 +7,9 @@
 #include <QValidator>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/HostStyleSheet.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 
 namespace kifo {
 namespace {

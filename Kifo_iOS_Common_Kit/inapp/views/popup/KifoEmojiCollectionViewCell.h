@@ -7,7 +7,7 @@
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

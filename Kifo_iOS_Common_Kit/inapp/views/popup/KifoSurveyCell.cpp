@@ -5,8 +5,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QApplication>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -11,6 +12,8 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
@@ -21,8 +24,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
@@ -40,12 +41,18 @@ const QColor kWarning(0xC1, 0x27, 0x2D);  ///< Little is left to type.
 constexpr int kGap = 8;                   ///< Around a submit button that stays in sight.
 constexpr int kScrolledInset = 14;  ///< Keeps scrolled content clear of the panel's round corners.
 
+/// The host's colours, over which the popup is seen.
+QPalette paletteUnder(const QWidget* popup) {
+  const QWidget* host = popup ? popup->parentWidget() : nullptr;
+  return host ? host->palette() : QApplication::palette();
+}
+
 }  // namespace
 
 PopUpWindowView::PopUpWindowView(PopupState& state, const PopUpOptions& options, QWidget* parent)
     : QWidget(parent),
       state_(&state),
-      theme_(PopupTheme::of(state.preferences, options, parent ? parent->parentWidget() : nullptr)),
+      theme_(PopupTheme::of(state.preferences, options, paletteUnder(parent))),
       elements_(PopupElements::build(state, theme_, this)),
       openness_(state.isFreeTextOpen ? 1 : 0) {
   if (elements_.fieldView) elements_.fieldView->setVisible(openness_ > 0);

@@ -9,9 +9,9 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupElements.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 
 class QDataStream;
 class QTimer;

@@ -4,7 +4,7 @@
 
 #include <QPaintEvent>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 namespace kifo {
 namespace {

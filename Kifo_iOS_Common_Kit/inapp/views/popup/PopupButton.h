@@ -4,9 +4,9 @@
 
 #include <QPushButton>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/WrappedText.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/WrappedText.h"
 
 namespace kifo {
 

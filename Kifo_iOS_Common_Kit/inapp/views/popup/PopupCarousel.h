@@ -8,7 +8,7 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/ports/CollectionView.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 

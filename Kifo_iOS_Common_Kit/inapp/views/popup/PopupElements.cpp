@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/DashedLabel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
@@ -16,7 +17,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {

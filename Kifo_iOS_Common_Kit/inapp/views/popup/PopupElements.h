@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 
 class QWidget;
 

@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 
 class QTimer;
 

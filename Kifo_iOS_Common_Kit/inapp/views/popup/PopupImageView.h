@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 
 namespace kifo {
 

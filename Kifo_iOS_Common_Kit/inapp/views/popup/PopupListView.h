@@ -3,8 +3,8 @@
 #include <functional>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupScrollArea.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/RovingFocus.h"
 
 namespace kifo {

@@ -1,6 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 namespace kifo {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupPalette.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 namespace kifo {
 

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/WrappedText.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/WrappedText.h"
 
 namespace kifo {
 

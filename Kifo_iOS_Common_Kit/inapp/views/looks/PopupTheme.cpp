@@ -1,26 +1,26 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include <QApplication>
 #include <QFontInfo>
+#include <QGuiApplication>
 #include <QPalette>
-#include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 namespace kifo {
+
 PopupTheme PopupTheme::of(const PopupPreferences& preferences, const PopUpOptions& options,
-                          const QWidget* host) {
+                          const QPalette& window) {
   PopupTheme theme;
   theme.options = options;
   theme.options.fontScale =
       std::clamp(std::isfinite(options.fontScale) ? options.fontScale : 1.0, 1.0, 2.0);
   // The host's font by the name it resolves to, so that what it lacks, and only that, comes in
   // colour.
-  theme.families = {QFontInfo(QApplication::font()).family(), QStringLiteral("Noto Color Emoji")};
-  const QPalette window = host ? host->palette() : QApplication::palette();
+  theme.families = {QFontInfo(QGuiApplication::font()).family(),
+                    QStringLiteral("Noto Color Emoji")};
   theme.palette =
       PopupPalette::of(preferences, options.contrast, toColor(window.color(QPalette::Window)));
   theme.takeColors();
@@ -46,7 +46,7 @@ void PopupTheme::takeColors() {
 
 QFont PopupTheme::font(TextRole role) const {
   const TextFace face = faceOf(role);
-  QFont font = QApplication::font();
+  QFont font = QGuiApplication::font();
   font.setFamilies(families);
   font.setPixelSize(static_cast<int>(std::lround(face.pixels * options.fontScale)));
   font.setWeight(static_cast<QFont::Weight>(face.weight));

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 #include <algorithm>
 

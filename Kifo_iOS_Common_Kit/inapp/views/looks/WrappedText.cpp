@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/WrappedText.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/WrappedText.h"
 
 #include <algorithm>
 #include <cmath>

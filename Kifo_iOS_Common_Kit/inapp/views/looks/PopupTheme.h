@@ -5,17 +5,16 @@
 #include <QStringList>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupPalette.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopUpOptions.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 
 class QPalette;
-class QWidget;
 
 namespace kifo {
 
 /// What all elements of one popup share: the host's options, the palette, and the fonts.
 ///
 /// **Threading:** a plain value; fonts are made on the UI thread.
-struct PopupTheme {
+struct KIFO_SHARED PopupTheme {
   PopUpOptions options;
   QStringList families;
   PopupPalette palette;
@@ -25,9 +24,9 @@ struct PopupTheme {
   QColor ink;
   QColor accent;
 
-  /// The theme of a campaign shown over `host`.
+  /// The theme of a campaign shown over a window with the colours `window`.
   static PopupTheme of(const PopupPreferences& preferences, const PopUpOptions& options,
-                       const QWidget* host);
+                       const QPalette& window);
   /// A theme in the host's own colours, for what lies in a panel of the host's.
   static PopupTheme ofHost(const QPalette& colors, const PopUpOptions& options);
 

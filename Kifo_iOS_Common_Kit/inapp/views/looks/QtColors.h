@@ -14,12 +14,12 @@
 /// **Threading:** pure functions.
 namespace kifo {
 
-QColor toQColor(const Color& color);
-std::optional<QColor> toQColor(const std::optional<Color>& color);
-Color toColor(const QColor& color);
+KIFO_SHARED QColor toQColor(const Color& color);
+KIFO_SHARED std::optional<QColor> toQColor(const std::optional<Color>& color);
+KIFO_SHARED Color toColor(const QColor& color);
 
 /// The colour of a 24-bit RGB number; higher bits are ignored.
-QColor colorFromInt(std::uint32_t rgb);
+KIFO_SHARED QColor colorFromInt(std::uint32_t rgb);
 
 inline QColor over(const QColor& top, const QColor& behind) {
   return toQColor(over(toColor(top), toColor(behind)));
@@ -39,6 +39,6 @@ inline QColor legibleOn(const QColor& wanted, const QColor& behind, double minim
 
 /// `wanted` as text in `font` may be painted on the opaque `behind`: with 3:1 of contrast for large
 /// or bold text, 4.5:1 for all other. An invalid colour counts as white.
-QColor textOn(const QColor& behind, const QColor& wanted, const QFont& font);
+KIFO_SHARED QColor textOn(const QColor& behind, const QColor& wanted, const QFont& font);
 
 }  // namespace kifo

@@ -2,6 +2,8 @@
 
 #include <QRectF>
 
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
 class QPainter;
 
 namespace kifo {
@@ -11,7 +13,7 @@ namespace kifo {
 /// of a larger panel repeat the middle of that picture.
 ///
 /// **Threading:** UI thread only.
-struct PanelShadow {
+struct KIFO_SHARED PanelShadow {
   static constexpr int reach = 32;  ///< How far the shadow extends beyond the panel.
 
   static void paint(QPainter& painter, const QRectF& panel, double cornerRadius);

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PanelShadow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
 
 #include <algorithm>
 #include <cmath>

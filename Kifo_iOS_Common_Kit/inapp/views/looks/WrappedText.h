@@ -6,6 +6,8 @@
 #include <QString>
 #include <QTextLayout>
 
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
 class QPainter;
 
 namespace kifo {
@@ -17,7 +19,7 @@ namespace kifo {
 /// the leading edge. Text beyond what `shownText` keeps is not laid out.
 ///
 /// **Threading:** UI thread only.
-class WrappedText {
+class KIFO_SHARED WrappedText {
  public:
   enum class Alignment { center, leading, trailing };
   /// Where a text that is lower than its place stands in it.
