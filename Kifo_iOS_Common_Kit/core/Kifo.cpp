@@ -88,6 +88,11 @@ void chooseActorShortForm(Session& session, const std::string& given) {
   setActor(session, stored.empty() ? newIdentifier() : stored);
 }
 
+void prepareStore(Runtime& runtime) {
+  DataManager(runtime.store()).createTable();
+  runtime.store()->findCounters();
+}
+
 /// What both forms end with: the time-out, the first query, the network.
 void startUp(const std::shared_ptr<Runtime>& runtime, std::function<void(bool)> fetched) {
   runtime->session.requestTimeout = PreferencesManager::requestTimeout();
@@ -193,7 +198,7 @@ void Kifo::initialize(const KifoInitConfig& configuration, OnSuccess onSuccess) 
   session.offlineCachingDisabled = configuration.offlineCachingDisabled;
   runtime->resend->enable(configuration.resendsWhenServerReturns);
   refreshNotificationPermissionStatus(runtime);
-  DataManager(runtime->store()).createTable();
+  prepareStore(*runtime);
   chooseActor(session, configuration.actorId.value_or(""));
   startUp(runtime, startUpCompletion(runtime, configuration.actorId, std::move(onSuccess)));
   session.isStarted = true;
@@ -214,7 +219,7 @@ void Kifo::initialize(const std::string& apiUri, const std::string& listenerUri,
     identity.applicationName = applicationName;
   });
   runtime->session.offlineCachingDisabled = offlineCachingDisabled;
-  DataManager(runtime->store()).createTable();
+  prepareStore(*runtime);
   chooseActorShortForm(runtime->session, actorId.value_or(""));
   startUp(runtime, {});
 }
@@ -369,6 +374,11 @@ bool Kifo::isStarted() {
 std::optional<double> Kifo::requestTimeout() {
   const double seconds = Runtime::current()->session.requestTimeout;
   return seconds > 0.0 ? std::optional(seconds) : std::nullopt;
+}
+
+Statistics Kifo::statistics() {
+  const auto runtime = Runtime::existing();
+  return runtime ? runtime->counters->read() : Statistics();
 }
 
 bool Kifo::waitUntilIdle(double bound) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/KifoInitConfig.h"
+#include "Kifo_iOS_Common_Kit/core/Statistics.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -104,6 +105,10 @@ class KIFO_EXPORT Kifo {
   static bool isStarted();
   /// Seconds; none before initialisation.
   static std::optional<double> requestTimeout();
+
+  /// What the SDK has counted: what became of each event and each popup. Takes no lock that a
+  /// sender takes. Without a session, before the first call and after `shutdown`, all are 0.
+  static Statistics statistics();
 
   /// Waits until everything that was sent has been stored and answered, `bound` seconds at most
   /// (a day at most). True when nothing is left to do; timers (a popup that is due in half a

@@ -106,9 +106,13 @@ std::shared_ptr<KifoSqliteManager> Runtime::store() {
   if (!store_) {
     const auto platform = Platform::current();
     store_ = std::make_shared<KifoSqliteManager>(platform->mainQueue, platform->documentsDirectory,
-                                                 platform->storeFiles);
+                                                 platform->storeFiles, counters);
   }
   return store_;
+}
+
+void count(Counter counter) {
+  Runtime::current()->counters->add(counter);
 }
 
 bool waitUntilIdle(Runtime& runtime, double bound) {
@@ -126,8 +130,9 @@ bool shutDownRuntime(double bound) {
   // The last tenth of the time is kept for ending the threads.
   const bool isIdle = drainAll(*runtime, *platform, Deadline(bounded(bound) * 0.9));
   platform->http->stop();
-  if (!isIdle) runtime->store()->stopWaitingForLocks();
+  runtime->store()->stopWaitingForLocks();
   const bool answersDone = platform->answerQueue->stop(deadline.left());
+  runtime->store()->writeCounters();
   const bool statementsDone = platform->mainQueue->stop(deadline.left());
   platform->reachabilityQueue->stop(deadline.left());
   // Both hold callbacks, which may hold the runtime.

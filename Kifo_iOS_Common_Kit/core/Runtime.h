@@ -3,8 +3,10 @@
 #include <atomic>
 #include <memory>
 
+#include "Kifo_iOS_Common_Kit/core/Counters.h"
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
@@ -41,6 +43,7 @@ class Runtime {
 
   Session session;
   TokenFetch tokenFetch;
+  const std::shared_ptr<Counters> counters = std::make_shared<Counters>();
   const std::unique_ptr<InFlightRequests> inFlight;
   const std::unique_ptr<InAppTrigger> inAppTrigger;
   const std::unique_ptr<ResendSchedule> resend;
@@ -56,6 +59,9 @@ class Runtime {
   Mutex mutex_;
   std::shared_ptr<KifoSqliteManager> store_ KIFO_GUARDED_BY(mutex_);
 };
+
+/// Counts for the runtime in force.
+KIFO_SHARED void count(Counter counter);
 
 /// Waits until nothing is queued on the SDK's queues and no request is under way, `bound` seconds
 /// at most.

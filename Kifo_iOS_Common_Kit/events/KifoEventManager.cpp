@@ -61,6 +61,7 @@ RequestParameters parametersOf(BaseEvent event, const std::string& requestId) {
 void dispatch(const std::shared_ptr<Runtime>& runtime, BaseEvent event, bool isNotificationEvent) {
   refreshNotificationPermissionStatus(runtime);
   if (isBlocked(runtime->session, event.name)) {
+    runtime->counters->add(Counter::blocked);
     KIFO_INSPECT("blocked", {{"event", event.name}});
     return;
   }
@@ -101,6 +102,7 @@ struct DuePopup {
 void show(PopupType type, const DuePopup& due) {
   const auto controller = due.controller.lock();
   if (!controller) {
+    count(Counter::popupsRefusedNoScreen);
     KIFO_INSPECT("campaign", {{"uuid", due.item->uuid.value_or("")}, {"outcome", "screen gone"}});
     return;
   }
@@ -147,6 +149,7 @@ class Reporter final : public InAppReporter {
                 std::shared_ptr<ViewController> controller,
                 std::optional<std::string> pageName) override {
     inspect(item.get(), isEmpty(answer) ? "closed" : "answered");
+    count(isEmpty(answer) ? Counter::popupsClosed : Counter::popupsAnswered);
     const auto page = pageName ? PageContext::named(std::move(*pageName))
                                : PageContext(controller.get(), std::nullopt);
     send(inAppMessageEvent(item.get(), answer, page));
@@ -218,6 +221,8 @@ void KifoEventManager::sendEvent(std::shared_ptr<ViewController> controller,
   const auto runtime = Runtime::current();
   if (!controller) {
     return runtime->inAppTrigger->eventSent(runtime, eventName, [](const auto& item) {
+      count(Counter::popupsDue);
+      count(Counter::popupsRefusedNoScreen);
       inspect(item.get(), "refused", "controller is nil, couldn't call handlePopupAction");
       print("controller is nil, couldn't call handlePopupAction");
     });
@@ -227,7 +232,11 @@ void KifoEventManager::sendEvent(std::shared_ptr<ViewController> controller,
       [screen = std::weak_ptr(controller), pageName,
        onActionRequired = std::move(onActionRequired)](const auto& item) {
         const auto stillThere = screen.lock();
-        if (!stillThere) return inspect(item.get(), "screen gone");
+        if (!stillThere) {
+          count(Counter::popupsDue);
+          count(Counter::popupsRefusedNoScreen);
+          return inspect(item.get(), "screen gone");
+        }
         handlePopupAction(stillThere, pageName, item, false, onActionRequired);
       });
 }
@@ -301,8 +310,10 @@ void KifoEventManager::handlePopupAction(std::shared_ptr<ViewController> control
                                          ButtonAction onActionRequired) {
   const std::string type = action ? action->type.value_or("") : "";
   if (action) print("handlePopupAction: " + type);
+  count(Counter::popupsDue);
   const auto kind = popupType(type);
   if (!kind) {
+    count(Counter::popupsRefusedUnknownType);
     inspect(action.get(), "refused", "couldn't get a actionType for popup");
     return print("couldn't get a actionType for popup");
   }

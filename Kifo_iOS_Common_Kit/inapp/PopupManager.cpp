@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
@@ -230,6 +231,7 @@ bool open(const Kind& kind, const std::shared_ptr<AppCommunicationItem>& item, R
   rules::spendShow(*item, *left);
   if (kind.isPlain) print("appCommunicationItem: " + description(item));
   report.opened();
+  count(Counter::popupsShown);
   rules::inspect(*item, "shown", "");
   return true;
 }

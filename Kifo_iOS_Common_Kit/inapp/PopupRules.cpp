@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo::rules {
@@ -15,7 +16,8 @@ void print(std::string_view message) {
   Console::print(logTag("PopupManager"), message);
 }
 
-void refuse(const AppCommunicationItem& item, std::string_view message) {
+void refuse(const AppCommunicationItem& item, Counter reason, std::string_view message) {
+  count(reason);
   print(message);
   inspect(item, "refused", message);
 }
@@ -41,6 +43,7 @@ bool isIdentified(const std::shared_ptr<AppCommunicationItem>& item, bool silent
   if (item && item->uuid && item->maxShowCount) return true;
   constexpr std::string_view message = "uuid or maxShowCount couldn't be assigned";
   if (!silently) print(message);
+  count(Counter::popupsRefusedUnidentified);
   inspect(item ? *item : AppCommunicationItem(), "refused", message);
   return false;
 }
@@ -52,6 +55,7 @@ bool hasScoreRange(const AppCommunicationItem& item) {
   }
   constexpr std::string_view message = "Maximumscore or Minimumscore are not validation";
   Console::printBare(message);
+  count(Counter::popupsRefusedScoreRange);
   inspect(item, "refused", message);
   return false;
 }
@@ -61,7 +65,8 @@ std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item) {
   const std::int64_t left =
       defaults->value(*item.uuid) ? defaults->integer(*item.uuid) : *item.maxShowCount;
   if (left >= 1) return left;
-  refuse(item, "maxShowCount <= 0 -> maxShowCount = " + std::to_string(left));
+  refuse(item, Counter::popupsRefusedNoShowsLeft,
+         "maxShowCount <= 0 -> maxShowCount = " + std::to_string(left));
   return std::nullopt;
 }
 
@@ -72,11 +77,11 @@ void spendShow(const AppCommunicationItem& item, std::int64_t left) {
 bool accepts(const ListRule& rule, const std::optional<Buttons>& list,
              const AppCommunicationItem& item) {
   if (!list) {
-    refuse(item, std::string(rule.word) + " couldn't be assigned");
+    refuse(item, Counter::popupsRefusedOptions, std::string(rule.word) + " couldn't be assigned");
     return false;
   }
   if (list->size() < rule.fewest) {
-    refuse(item, countMessage(rule, "<", rule.fewest, list->size()));
+    refuse(item, Counter::popupsRefusedOptions, countMessage(rule, "<", rule.fewest, list->size()));
     return false;
   }
   if (list->size() > rule.most) {

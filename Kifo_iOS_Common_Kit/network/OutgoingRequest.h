@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/Statistics.h"
 #include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
 
 namespace kifo {
@@ -40,6 +41,7 @@ struct OutgoingRequest {
   /// stored row, which carries those of the moment at which it is sent again.
   std::shared_ptr<const Session::Identity> sender;
   bool isNotificationEvent = false;
+  bool isGated = false;  ///< Does not go out now; its copy may.
   /// Gets the answer's body, or none when there is no answer to decode. Answer queue.
   std::function<void(std::optional<std::string_view> data)> complete;
   /// Runs when `complete` never will: gated, or answered without a body.
@@ -47,6 +49,9 @@ struct OutgoingRequest {
 
   /// Main queue only: whether its row is in the table and not yet marked as delivered.
   bool hasRow = false;
+  /// Of an event without a row: how it counts unless it is delivered. Main queue, or before the
+  /// request is handed over.
+  Counter whenNotDelivered = Counter::droppedByStore;
 
   // Guarded by InFlightRequests.
   State state = State::underWay;

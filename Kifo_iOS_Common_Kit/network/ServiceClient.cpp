@@ -1,6 +1,7 @@
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
@@ -109,12 +110,13 @@ void ServiceClient::getInAppCommunication(
 // Sending ----------------------------------------------------------------------------------------
 
 void ServiceClient::send(const std::shared_ptr<OutgoingRequest>& request) {
+  if (request->origin == Origin::event) runtime_->counters->add(Counter::composed);
   // Under way before its copy can be seen in the store, so that no pass takes the copy for a
   // request that nobody is sending.
   runtime_->inFlight->begin(request);
-  const bool goesOut = request->isStored() || mayGoOut(*request);
+  request->isGated = !request->isStored() && !mayGoOut(*request);
   if (request->origin == Origin::event) storeCopy(request);
-  if (goesOut) return handOver(request);
+  if (!request->isGated) return handOver(request);
   settle(*request);
   if (request->whenUnanswered) request->whenUnanswered();
 }
@@ -139,19 +141,44 @@ bool ServiceClient::mayGoOut(const OutgoingRequest& request) const {
 void ServiceClient::storeCopy(const std::shared_ptr<OutgoingRequest>& request) const {
   const bool isOnline = runtime_->session.networkStatus == KifoNetworkStatus::ONLINE;
   const std::int64_t date = Platform::current()->clock->millisecondsSince1970() / 1000;
-  db().cacheLog(
+  const bool hasCap = runtime_->session.appCommunication() != nullptr;
+  const bool isQueued = db().cacheLog(
       queueLimit(runtime_->session), request->id,
       [request, isOnline, date] { return copyOf(*request, isOnline, date); },
-      [request](bool stored) {
-        request->hasRow = stored;
-        if (stored) KIFO_INSPECT("stored", {{"requestId", request->id}});
+      [self = shared_from_this(), request, hasCap](CopyOutcome outcome) {
+        self->copied(*request, outcome, hasCap);
       });
+  if (!isQueued) copied(*request, CopyOutcome::cap, hasCap);
+}
+
+void ServiceClient::copied(OutgoingRequest& request, CopyOutcome outcome, bool hasCap) const {
+  constexpr std::array drops = {Counter::droppedByStore, Counter::droppedByCap,
+                                Counter::droppedUnquotable, Counter::droppedByLock,
+                                Counter::droppedByStore};
+  const bool isRefusedByCap = outcome == CopyOutcome::cap && hasCap;
+  request.hasRow = outcome == CopyOutcome::stored;
+  request.whenNotDelivered = outcome == CopyOutcome::cap && !hasCap
+                                 ? Counter::droppedWithoutAnswer
+                                 : drops[static_cast<std::size_t>(outcome)];
+  if (isRefusedByCap) runtime_->counters->add(Counter::refusedByCap);
+  if (request.isGated) countUndelivered(request);
+  if (!request.hasRow) return;
+  runtime_->counters->add(Counter::stored);
+  KIFO_INSPECT("stored", {{"requestId", request.id}});
+}
+
+void ServiceClient::countUndelivered(const OutgoingRequest& request) const {
+  if (request.hasRow) return runtime_->counters->toWaiting();
+  runtime_->counters->add(request.whenNotDelivered);
 }
 
 void ServiceClient::handOver(const std::shared_ptr<OutgoingRequest>& request) {
   KIFO_INSPECT(request->isStored() ? "resent" : "sent",
                {{"requestId", request->id}, {"url", request->texts->url()}});
   if (!request->isStored()) runtime_->resend->requestSent();
+  if (request->origin != Origin::query) {
+    runtime_->counters->add(request->isStored() ? Counter::resent : Counter::sent);
+  }
   const auto platform = Platform::current();
   platform->http->send(
       [self = shared_from_this(), request] { return self->httpRequest(*request); },
@@ -186,6 +213,7 @@ void ServiceClient::handleAnswer(const std::shared_ptr<OutgoingRequest>& request
                             {"status", std::to_string(answer.status)},
                             {"error", answer.error ? answer.error->message : ""}});
   const bool isOk = !answer.error && answer.status == kOk;
+  countAnswer(*request, isOk);
   if (answer.error) {
     db().updateSyncStatus(request->id, 0);
     request->complete(std::nullopt);
@@ -204,8 +232,10 @@ void ServiceClient::handleAnswer(const std::shared_ptr<OutgoingRequest>& request
     KIFO_INSPECT("givenUp", {{"requestId", request->id}, {"reason", "not answered 200"}});
   }
   // Behind the statements of above: a pass that waits for this request finds them done.
-  Platform::current()->mainQueue->post(
-      [self = shared_from_this(), request] { self->settle(*request); });
+  Platform::current()->mainQueue->post([self = shared_from_this(), request, isOk] {
+    if (!isOk && request->origin == Origin::event) self->countUndelivered(*request);
+    self->settle(*request);
+  });
 }
 
 void ServiceClient::handleSuccess(const std::shared_ptr<OutgoingRequest>& request,
@@ -245,6 +275,15 @@ void ServiceClient::countRefusal() {
     fatalError("too many unauthorized answers to count");
   }
   if (++count > 1) runtime_->session.initializeStatus = InitializeStatusType::TOKEN_FAILED;
+}
+
+/// Before the statements that the answer leads to, so that their transaction keeps it.
+void ServiceClient::countAnswer(const OutgoingRequest& request, bool isOk) const {
+  if (request.origin == Origin::query) return;
+  Counters& counters = *runtime_->counters;
+  if (isOk) return counters.add(Counter::delivered);
+  counters.add(Counter::failed);
+  if (request.isStored()) counters.add(Counter::givenUpNotAnswered);
 }
 
 void ServiceClient::settle(OutgoingRequest& request) {
@@ -349,11 +388,13 @@ void ServiceClient::retryWhenLocked() {
 }
 
 void ServiceClient::resend(const KifoLog& log) {
+  runtime_->counters->takeWaiting();
   const bool isText = isUtf8(log._paramaters);
   if (!isText) print("data is nil");
   const auto parameters = isText ? parametersFromText(log._paramaters) : nullptr;
   if (!parameters || !isUrl(log._url)) {
     runtime_->resend->passEnded();
+    runtime_->counters->add(Counter::givenUpUnreadable);
     KIFO_INSPECT("givenUp", {{"requestId", log._requestId}, {"reason", "unreadable"}});
     return;
   }

@@ -95,6 +95,8 @@ class ServiceClient final : public ServiceClientProtocol,
   void send(const std::shared_ptr<OutgoingRequest>& request);
   bool mayGoOut(const OutgoingRequest& request) const;
   void storeCopy(const std::shared_ptr<OutgoingRequest>& request) const;
+  void copied(OutgoingRequest& request, CopyOutcome outcome, bool hasCap) const;
+  void countUndelivered(const OutgoingRequest& request) const;
   void handOver(const std::shared_ptr<OutgoingRequest>& request);
   HttpRequest httpRequest(const OutgoingRequest& request) const;
 
@@ -102,6 +104,7 @@ class ServiceClient final : public ServiceClientProtocol,
   void handleSuccess(const std::shared_ptr<OutgoingRequest>& request, const std::string& data);
   void handleRefusal(const OutgoingRequest& request, int status);
   void countRefusal();
+  void countAnswer(const OutgoingRequest& request, bool isOk) const;
   void settle(OutgoingRequest& request);
 
   bool canSync() const;

@@ -6,6 +6,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
+#include "Kifo_iOS_Common_Kit/storage/StoreTransaction.h"
 
 namespace kifo {
 namespace {
@@ -38,20 +39,23 @@ KifoLog logOf(const KifoSqliteManager::Row& row) {
 }
 
 /// The transaction of `takeNext`. Either id may be empty.
-Result deleteAndMark(StoreConnection& file, const std::string& delivered, const std::string& next) {
-  auto result = file.run("BEGIN IMMEDIATE");
+Result deleteAndMark(StoreConnection& file, const std::shared_ptr<Counters>& counters,
+                     const std::string& delivered, const std::string& next) {
+  StoreTransaction transaction(file, counters);
+  auto result = transaction.begun();
   // The deletion takes every tried row: it comes before the mark.
   if (result.isDone && !delivered.empty()) result = file.run(LogTable::remove(delivered));
   if (result.isDone && !next.empty()) {
     result = file.run(LogTable::markTried(next));
     result.isDone = result.rowsChanged > 0;
   }
-  if (result.isDone) result = file.run("COMMIT");
-  if (!result.isDone) file.run("ROLLBACK");
+  if (result.isDone) return transaction.commit(/*changes=*/true);
+  transaction.rollback();
   return result;
 }
 
-DataManager::Taken takeFrom(StoreConnection& file, const std::string& delivered,
+DataManager::Taken takeFrom(StoreConnection& file, const std::shared_ptr<Counters>& counters,
+                            const std::string& delivered,
                             const std::function<bool(const std::optional<KifoLog>&)>& chooses) {
   DataManager::Taken taken;
   bool isChosen = false;
@@ -64,7 +68,7 @@ DataManager::Taken takeFrom(StoreConnection& file, const std::string& delivered,
   isChosen = isChosen && taken.row && isId(taken.row->_requestId);
   if (!isChosen) taken.row.reset();
   if (result.isDone && (isChosen || !delivered.empty())) {
-    result = deleteAndMark(file, delivered, isChosen ? taken.row->_requestId : "");
+    result = deleteAndMark(file, counters, delivered, isChosen ? taken.row->_requestId : "");
   }
   if (!result.isDone) return {.isDeleted = false, .row = {}, .isLocked = result.isLocked};
   taken.isDeleted = !delivered.empty();
@@ -97,13 +101,12 @@ void DataManager::insertLog(std::int64_t count, std::int64_t limit, const KifoLo
 
 bool DataManager::cacheLog(std::int64_t limit, const std::string& requestId,
                            std::function<KifoLog()> compose,
-                           std::function<void(bool)> stored) const {
+                           std::function<void(CopyOutcome)> copied) const {
   if (!manager_) return false;
-  PendingWrite copy{.compose = std::move(compose), .limit = limit, .requestId = requestId};
-  copy.done = [stored = std::move(stored)](const Result& result) {
-    if (stored) stored(result.isDone);
-  };
-  const bool isQueued = manager_->write(std::move(copy));
+  const bool isQueued = manager_->write({.compose = std::move(compose),
+                                         .limit = limit,
+                                         .requestId = requestId,
+                                         .copied = std::move(copied)});
   if (!isQueued) tellNotStored(requestId, "cap", limit, limit);
   return isQueued;
 }
@@ -139,8 +142,9 @@ void DataManager::takeNext(const std::string& delivered,
                            std::function<void(const Taken&)> done) const {
   if (!manager_) return;
   const std::string removed = isId(delivered) ? delivered : "";
-  manager_->perform([removed, chooses = std::move(chooses), done = std::move(done)](auto& file) {
-    const Taken taken = takeFrom(file, removed, chooses);
+  manager_->perform([removed, chooses = std::move(chooses), done = std::move(done),
+                     counters = manager_->counters()](auto& file) {
+    const Taken taken = takeFrom(file, counters, removed, chooses);
     file.close();
     done(taken);
   });

@@ -56,10 +56,10 @@ class DataManager {
   /// Stores a request's copy, unless `limit` never-tried rows wait. Copies that wait for the main
   /// queue are stored in one transaction.
   /// `compose` makes the row on the main queue, where writing its texts costs no caller anything.
-  /// `stored` runs after the commit and learns whether the copy is in the file.
+  /// `copied` runs after the commit and learns whether the copy is in the file.
   /// False, and nothing is kept or called, when `limit` copies wait for the main queue already.
   bool cacheLog(std::int64_t limit, const std::string& requestId, std::function<KifoLog()> compose,
-                std::function<void(bool)> stored = {}) const;
+                std::function<void(CopyOutcome)> copied = {}) const;
 
   /// Removes the request's row and every row that was tried. `removed` runs when that has been
   /// done, not when it failed.

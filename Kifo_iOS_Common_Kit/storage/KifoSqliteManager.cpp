@@ -6,6 +6,7 @@
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/storage/DiskStoreFiles.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
+#include "Kifo_iOS_Common_Kit/storage/StoreTransaction.h"
 
 namespace kifo {
 namespace {
@@ -26,6 +27,7 @@ void makeTable(const std::string& path, const std::atomic<bool>& waitsForLocks) 
   StoreConnection file(path, StoreConnection::Mode::existing, waitsForLocks);
   file.run("BEGIN");
   file.run(LogTable::kCreate);
+  file.run(StoreTransaction::kCreateTable);
   for (const char* index : LogTable::kIndexes) file.run(index);
   file.run("COMMIT");
 }
@@ -37,11 +39,14 @@ std::shared_ptr<KifoSqliteManager> KifoSqliteManager::sharedManager() {
 }
 
 KifoSqliteManager::KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std::string directory,
-                                     std::shared_ptr<StoreFiles> files)
+                                     std::shared_ptr<StoreFiles> files,
+                                     std::shared_ptr<Counters> counters)
     : mainQueue_(std::move(mainQueue)),
       files_(files ? std::move(files) : std::make_shared<DiskStoreFiles>()),
       directory_(std::move(directory)),
-      databasePath_((fs::path(directory_) / kFileName).string()) {}
+      databasePath_((fs::path(directory_) / kFileName).string()),
+      counters_(std::move(counters)),
+      pendingWrites_(counters_) {}
 
 void KifoSqliteManager::post(std::function<void()> work) {
   mainQueue_->post([self = shared_from_this(), work = std::move(work)] { work(); });
@@ -140,6 +145,19 @@ void KifoSqliteManager::rowCount(const std::string& statement, CountBlock block)
     const auto count = file.count(text, &result);
     file.close();
     if (result.isPrepared && block) block(count.value_or(0), std::nullopt, true);
+  });
+}
+
+void KifoSqliteManager::findCounters() {
+  if (!counters_) return;
+  perform([this](auto& file) { kifo::findCounters(file, *counters_); });
+}
+
+void KifoSqliteManager::writeCounters() {
+  if (!counters_) return;
+  perform([this](auto& file) {
+    StoreTransaction transaction(file, counters_);
+    if (transaction.begun().isDone) transaction.commit(/*changes=*/true);
   });
 }
 

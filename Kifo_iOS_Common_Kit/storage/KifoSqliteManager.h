@@ -40,9 +40,10 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   static std::shared_ptr<KifoSqliteManager> sharedManager();
 
   /// `directory` is where the file lies; it is made with the file.
-  /// `files` may be null: the disk's.
+  /// `files` may be null: the disk's. `counters`, unless null, are kept in the file.
   KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std::string directory,
-                    std::shared_ptr<StoreFiles> files = nullptr);
+                    std::shared_ptr<StoreFiles> files = nullptr,
+                    std::shared_ptr<Counters> counters = nullptr);
 
   /// Makes the file with its table when there is no file yet, both readable by this user alone. The
   /// file appears whole: a process that dies here leaves either none or a complete one.
@@ -76,6 +77,12 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   /// nothing is kept or called, for a copy when as many copies as its limit wait already.
   bool write(PendingWrite write);
 
+  /// Reads what the file held before this session, if it is there.
+  void findCounters();
+  /// Writes what has been counted since the last change of the file. For shutdown.
+  void writeCounters();
+  [[nodiscard]] const std::shared_ptr<Counters>& counters() const { return counters_; }
+
   /// From now on a locked file is not waited for. For shutdown.
   void stopWaitingForLocks() { waitsForLocks_ = false; }
 
@@ -100,6 +107,7 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   const std::shared_ptr<StoreFiles> files_;
   const std::string directory_;
   const std::string databasePath_;
+  const std::shared_ptr<Counters> counters_;  ///< May be null.
 
   // Thread-safe.
   std::atomic<bool> waitsForLocks_ = true;

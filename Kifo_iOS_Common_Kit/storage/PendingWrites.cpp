@@ -1,11 +1,13 @@
 #include "Kifo_iOS_Common_Kit/storage/PendingWrites.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
+#include "Kifo_iOS_Common_Kit/storage/StoreTransaction.h"
 
 namespace kifo {
 namespace {
@@ -16,20 +18,26 @@ constexpr std::size_t kLargestTransaction = 256;
 /// What a write came to. `refusal` is the reason for which a copy was not tried.
 struct Outcome {
   StoreConnection::Result result;
-  const char* refusal = nullptr;
+  std::optional<CopyOutcome> refusal = {};
+
+  [[nodiscard]] CopyOutcome ofCopy() const {
+    if (result.isDone) return CopyOutcome::stored;
+    return refusal.value_or(result.isLocked ? CopyOutcome::locked : CopyOutcome::failed);
+  }
 };
 
 /// One transaction's way through its writes.
 class Transaction {
  public:
-  Transaction(StoreConnection& file, std::optional<KnownCount>& known)
+  Transaction(StoreConnection& file, std::optional<KnownCount>& known,
+              const std::shared_ptr<Counters>& counters)
       : file_(file),
         known_(known),
-        begun_(file.run("BEGIN IMMEDIATE")),
-        changeCounter_(begun_.isDone ? file.changeCounter() : std::nullopt) {}
+        transaction_(file, counters),
+        changeCounter_(begun().isDone ? file.changeCounter() : std::nullopt) {}
 
   Outcome apply(const PendingWrite& write) {
-    if (!begun_.isDone) return {begun_};
+    if (!begun().isDone) return {begun()};
     // Some failures, a full disk for one, end the transaction.
     if (!file_.isInTransaction()) return {};
     const Outcome outcome = write.compose ? insertCopy(write) : applyStatement(write);
@@ -39,9 +47,8 @@ class Transaction {
 
   /// How the whole of it ended.
   StoreConnection::Result commit() {
-    if (!begun_.isDone) return begun_;
-    const auto committed = file_.run("COMMIT");
-    if (!committed.isDone) file_.run("ROLLBACK");
+    if (!begun().isDone) return begun();
+    const auto committed = transaction_.commit(hasChanged_);
     keepCount(committed.isDone);
     // Kept for compatibility: a second count, whose result is not used. One that is known is not
     // taken.
@@ -53,6 +60,8 @@ class Transaction {
   [[nodiscard]] std::int64_t waiting() const { return waiting_; }
 
  private:
+  [[nodiscard]] const StoreConnection::Result& begun() const { return transaction_.begun(); }
+
   Outcome applyStatement(const PendingWrite& write) {
     isCounted_ = false;  // the statement may change it
     known_.reset();
@@ -63,14 +72,14 @@ class Transaction {
     hasCopies_ = true;
     Outcome outcome;
     if (!isCounted_ && !count(outcome.result)) return outcome;
-    if (waiting_ >= copy.limit) return {{}, "cap"};
+    if (waiting_ >= copy.limit) return {{}, CopyOutcome::cap};
     // What composing throws costs this copy alone.
     callHost(logTag("DataManager"), [&] {
       const KifoLog log = copy.compose();
       if (LogTable::isQuotable(log)) {
         outcome.result = file_.run(LogTable::insert(log));
       } else {
-        outcome.refusal = "apostrophe";
+        outcome.refusal = CopyOutcome::apostrophe;
       }
     });
     waiting_ += outcome.result.rowsChanged;
@@ -101,7 +110,7 @@ class Transaction {
 
   StoreConnection& file_;
   std::optional<KnownCount>& known_;
-  const StoreConnection::Result begun_;
+  StoreTransaction transaction_;
   const std::optional<std::uint32_t> changeCounter_;
   std::int64_t waiting_ = 0;
   bool isCounted_ = false;  ///< `waiting_` is right: it is counted when it is needed.
@@ -110,21 +119,21 @@ class Transaction {
 };
 
 void report(const PendingWrite& write, const Outcome& outcome, std::int64_t waiting) {
-  if (write.compose && !outcome.result.isDone) {
-    const char* reason = outcome.refusal           ? outcome.refusal
-                         : outcome.result.isLocked ? "locked"
-                                                   : "failed";
+  constexpr std::array reasons = {"stored", "cap", "apostrophe", "locked", "failed"};
+  if (!write.compose) return callHost(logTag("DataManager"), write.done, outcome.result);
+  if (!outcome.result.isDone) {
     KIFO_INSPECT("notStored", {{"requestId", write.requestId},
-                               {"reason", reason},
+                               {"reason", reasons[static_cast<std::size_t>(outcome.ofCopy())]},
                                {"waiting", std::to_string(waiting)},
                                {"limit", std::to_string(write.limit)}});
   }
-  callHost(logTag("DataManager"), write.done, outcome.result);
+  callHost(logTag("DataManager"), write.copied, outcome.ofCopy());
 }
 
 void runTransaction(StoreConnection& file, std::optional<KnownCount>& known,
+                    const std::shared_ptr<Counters>& counters,
                     std::span<const PendingWrite> writes) {
-  Transaction transaction(file, known);
+  Transaction transaction(file, known, counters);
   std::vector<Outcome> outcomes;
   for (const PendingWrite& write : writes) outcomes.push_back(transaction.apply(write));
   const auto committed = transaction.commit();
@@ -176,7 +185,7 @@ void PendingWrites::run(StoreConnection& file, Groups groups) {
   while (const auto group = take(groups)) {
     for (std::span<const PendingWrite> left = *group; !left.empty();) {
       const auto writes = left.first(std::min(left.size(), kLargestTransaction));
-      runTransaction(file, knownCount_, writes);
+      runTransaction(file, knownCount_, counters_, writes);
       finish(writes);
       left = left.subspan(writes.size());
     }

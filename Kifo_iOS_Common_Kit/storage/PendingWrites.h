@@ -4,28 +4,41 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/core/Counters.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoLog.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreConnection.h"
 
 namespace kifo {
 
+/// What became of a request's copy.
+enum class CopyOutcome {
+  stored,
+  cap,         ///< As many rows wait as the server allows.
+  apostrophe,  ///< A text cannot be quoted.
+  locked,      ///< Another process kept the file locked.
+  failed,      ///< The file cannot be written.
+};
+
 /// A change of the table that waits for the main queue: a statement, or a request's copy, which has
 /// `compose` instead.
 struct PendingWrite {
   std::string statement = {};
-  std::function<KifoLog()> compose =
-      {};                      ///< Runs on the main queue, where there is room for the row.
+  /// Runs on the main queue, once there is space for the row.
+  std::function<KifoLog()> compose = {};
   std::int64_t limit = 0;      ///< Of a copy: the cap when its request was sent.
   std::string requestId = {};  ///< Of a copy.
-  /// Gets what the write came to, after the commit, on the main queue. A copy that was refused is
-  /// not done.
+  /// These get what the write came to, after the commit, on the main queue: `done` a statement's
+  /// result, `copied` a copy's outcome.
   std::function<void(const StoreConnection::Result&)> done = {};
+  std::function<void(CopyOutcome)> copied = {};
 };
 
 /// How many rows wait, for as long as the file's change counter stays the same: a deep table is not
@@ -42,6 +55,8 @@ struct KnownCount {
 /// **Threading:** thread-safe; `run` on the main queue alone.
 class PendingWrites {
  public:
+  explicit PendingWrites(std::shared_ptr<Counters> counters) : counters_(std::move(counters)) {}
+
   using Groups = std::uint64_t;  ///< A number of groups, counted from the first one on.
 
   struct Added {
@@ -62,7 +77,8 @@ class PendingWrites {
   std::optional<std::vector<PendingWrite>> take(Groups groups) KIFO_EXCLUDES(mutex_);
   void finish(std::span<const PendingWrite> writes) KIFO_EXCLUDES(mutex_);
 
-  std::optional<KnownCount> knownCount_;  ///< Main queue only.
+  const std::shared_ptr<Counters> counters_;  ///< May be null.
+  std::optional<KnownCount> knownCount_;      ///< Main queue only.
 
   Mutex mutex_;
   std::deque<std::vector<PendingWrite>> waiting_ KIFO_GUARDED_BY(mutex_);

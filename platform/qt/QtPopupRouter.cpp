@@ -8,6 +8,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "platform/qt/QtPopupQueue.h"
 #include "platform/qt/QtWindowProvider.h"
 
@@ -71,6 +72,7 @@ void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
 }
 
 void QtPopupRouter::notShown(const PopupRequest& request, const std::string& reason) {
+  count(Counter::popupsRefusedNotShowable);
   Console::print(logTag("QtPopupPresenter"), "the popup is not shown: " + reason);
   const auto& item = request.preferences.appCommunicationItem;
   KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},

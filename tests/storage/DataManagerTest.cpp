@@ -196,9 +196,9 @@ TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
   const int before = commits();
   std::string seen;
   const auto store = [&](const std::string& id, std::int64_t limit, std::function<KifoLog()> make) {
-    return data.cacheLog(limit, id, std::move(make), [&, id](bool stored) {
+    return data.cacheLog(limit, id, std::move(make), [&, id](CopyOutcome outcome) {
       EXPECT_EQ(commits(), before + 1) << "told after the commit";
-      seen += id + (stored ? "+" : "-");
+      seen += id + (outcome == CopyOutcome::stored ? "+" : "-");
     });
   };
   store("b", 10, [] { return log("b", "it's"); });
