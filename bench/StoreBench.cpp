@@ -147,14 +147,15 @@ double syncCost(const std::string& path) {
 }
 
 /// A copy as an event's request makes it: its texts are written on the main queue.
-void storeEvent(const std::string& url, const std::string& id, std::function<void(bool)> stored) {
+void storeEvent(const std::string& url, const std::string& id,
+                std::function<void(CopyOutcome)> copied) {
   DataManager().cacheLog(
       1000000, id,
       [url, id, parameters = BenchHost::parameters()]() mutable {
         const RequestTexts texts = textsOf(url, std::move(parameters));
         return sample(texts, id);
       },
-      std::move(stored));
+      std::move(copied));
 }
 
 void burst(const BenchHost& host, const std::string& url) {
@@ -171,7 +172,8 @@ void burst(const BenchHost& host, const std::string& url) {
   int stored = 0;
   const double ours = took([&] {
     for (int i = 0; i < kBurst; ++i) {
-      storeEvent(url, requestId(kRounds + i), [&](bool isStored) { stored += isStored ? 1 : 0; });
+      storeEvent(url, requestId(kRounds + i),
+                 [&](CopyOutcome outcome) { stored += outcome == CopyOutcome::stored ? 1 : 0; });
     }
     Platform::current()->mainQueue->sync([] {});
   });
@@ -190,8 +192,8 @@ Samples commitTimes(const std::string& url, int count) {
   auto due = Clock::now();
   for (std::size_t i = 0; i < handedOver.size(); ++i) {
     std::this_thread::sleep_until(due += std::chrono::milliseconds(1));
-    storeEvent(url, requestId(static_cast<int>(i)), [&, i](bool isStored) {
-      if (isStored) committed[i] = Clock::now();
+    storeEvent(url, requestId(static_cast<int>(i)), [&, i](CopyOutcome outcome) {
+      if (outcome == CopyOutcome::stored) committed[i] = Clock::now();
     });
     handedOver[i] = Clock::now();
   }
