@@ -53,9 +53,7 @@ class AlertTimeoutTest : public AlertFixture {
                        KifoTimeoutConfiguration{seconds, std::move(action), pauses});
     return alert;
   }
-  static bool isHeld(const KifoPopup& alert) {
-    return alert.baseView()->findChild<AlertTimeout*>()->isHeld();
-  }
+  static bool isHeld(const KifoPopup& alert) { return alert.findChild<AlertTimeout*>()->isHeld(); }
   static void point(QWidget* widget, QPoint at) {
     QTest::mouseMove(widget, at);
     QCoreApplication::processEvents();
@@ -109,7 +107,7 @@ TEST_F(AlertTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
 TEST_F(AlertTimeoutTest, AButtonThatComesLaterCountsDownToo) {
   const auto alert = makeAlert();
   alert->showInfo("Later", "", "OK", KifoTimeoutConfiguration{60, {}});
-  const auto* clock = alert->baseView()->findChild<AlertTimeout*>();
+  const auto* clock = alert->findChild<AlertTimeout*>();
   EXPECT_FALSE(clock->showTimeoutTimer().isActive()) << "nobody wants to know";
   KifoButton* button =
       alert->addButton("Wait", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});

@@ -1,7 +1,9 @@
 #include <QDialog>
 #include <QTimer>
 
+#include <QProxyStyle>
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
+
 #include "tests/alert/AlertFixture.h"
 
 /// Who may take an alert away, and when.
@@ -13,6 +15,26 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
 class KifoPopupLifeTest : public AlertFixture {};
+
+class MotionlessStyle : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_Widget_Animation_Duration) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+TEST_F(KifoPopupLifeTest, NothingMovesWhereTheDesktopWantsNoMotion) {
+  const QString before = QApplication::style()->name();
+  QApplication::setStyle(new MotionlessStyle);
+  const auto alert = makeAlert();
+  alert->motion = {std::chrono::hours(1), std::chrono::hours(1), std::chrono::hours(1)};
+  alert->showInfo("Still", "", "OK");
+  alert->hideView();
+  EXPECT_THAT(overlays(), IsEmpty());
+  QApplication::setStyle(before);
+}
 
 TEST_F(KifoPopupLifeTest, AnAlertThatNobodyHoldsLivesUntilItIsHiddenAndTellsOnce) {
   std::weak_ptr<KifoPopup> life;

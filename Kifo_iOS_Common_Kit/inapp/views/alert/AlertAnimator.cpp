@@ -1,8 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
 
-#include <QApplication>
 #include <QEasingCurve>
-#include <QStyle>
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
@@ -13,11 +11,6 @@ namespace kifo {
 namespace {
 
 constexpr int kLongestWay = 200;
-
-bool movesAtAll(const AlertMotion& motion) {
-  return !motion.reduced &&
-         QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
-}
 
 // A spring that is let go at 0 and comes to rest at 1: past it by a tenth once, then back.
 double spring(double time) {
@@ -48,14 +41,14 @@ AlertAnimator::AlertAnimator(QObject* parent) : QObject(parent) {
 
 void AlertAnimator::enter(KifoAnimationStyle style, bool spring, const AlertMotion& motion) {
   style_ = style;
-  const bool moves = style != KifoAnimationStyle::noAnimation && movesAtAll(motion);
+  const bool moves = style != KifoAnimationStyle::noAnimation && !motion.reduced;
   const auto duration = spring ? motion.springDuration : motion.showDuration;
   run(1, moves ? duration : std::chrono::milliseconds::zero(),
       spring ? springCurve() : QEasingCurve(QEasingCurve::OutCubic));
 }
 
 void AlertAnimator::leave(const AlertMotion& motion) {
-  const bool moves = style_ != KifoAnimationStyle::noAnimation && movesAtAll(motion);
+  const bool moves = style_ != KifoAnimationStyle::noAnimation && !motion.reduced;
   // A card that had hardly come need not take the whole time to go.
   const auto duration = std::chrono::milliseconds(
       std::llround(static_cast<double>(motion.hideDuration.count()) * opacity()));
@@ -95,19 +88,19 @@ double AlertAnimator::opacity() const {
   return std::clamp(position_, 0.0, 1.0);
 }
 
-QPoint AlertAnimator::offset(const QRect& place, const QRect& room) const {
+QPoint AlertAnimator::offset(const QRect& place, const QRect& window) const {
   const auto away = [this](int outside) {
     return static_cast<int>(std::lround(std::min(outside, kLongestWay) * (1 - position_)));
   };
   switch (style_) {
     case KifoAnimationStyle::topToBottom:
-      return {0, -away(place.bottom() - room.top())};
+      return {0, -away(place.bottom() - window.top())};
     case KifoAnimationStyle::bottomToTop:
-      return {0, away(room.bottom() - place.top())};
+      return {0, away(window.bottom() - place.top())};
     case KifoAnimationStyle::leftToRight:
-      return {-away(place.right() - room.left()), 0};
+      return {-away(place.right() - window.left()), 0};
     case KifoAnimationStyle::rightToLeft:
-      return {away(room.right() - place.left()), 0};
+      return {away(window.right() - place.left()), 0};
     case KifoAnimationStyle::noAnimation:
       break;
   }

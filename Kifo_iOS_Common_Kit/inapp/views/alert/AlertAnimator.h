@@ -31,8 +31,8 @@ class AlertAnimator : public QObject {
 
   /// How much of the card and of the dimming is to be seen, 0 to 1.
   [[nodiscard]] double opacity() const;
-  /// How far the card stands from its place, for a card that rests at `place` in `room`.
-  [[nodiscard]] QPoint offset(const QRect& place, const QRect& room) const;
+  /// How far the card stands from its place, for a card that rests at `place` in `window`.
+  [[nodiscard]] QPoint offset(const QRect& place, const QRect& window) const;
   [[nodiscard]] bool isRunning() const { return animation_.state() == QAbstractAnimation::Running; }
   [[nodiscard]] const QVariantAnimation& animation() const { return animation_; }
 

@@ -2,11 +2,11 @@
 
 #include <QEvent>
 #include <QPainter>
-#include <QStyle>
 #include <algorithm>
 #include <limits>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertDisc.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIcon.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIconView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertStyleSheet.h"
@@ -20,20 +20,7 @@ namespace kifo {
 namespace {
 
 constexpr int kBorder = 1;
-constexpr int kCloseButton = 36;
-constexpr double kTint = 0.12;        ///< Of the alert's colour in a button that stands back.
-constexpr double kSeenSurface = 1.1;  ///< Contrast below which a button needs an outline.
-constexpr int kRoomForCircle = 220;   // A lower room is for the words.
-
-int whole(double length) {
-  return AlertRows::whole(length);
-}
-
-TextLabel::Alignment alignmentOf(Qt::Alignment alignment) {
-  if (alignment & Qt::AlignLeft) return TextLabel::Alignment::leading;
-  if (alignment & Qt::AlignRight) return TextLabel::Alignment::trailing;
-  return TextLabel::Alignment::center;
-}
+static_assert(AlertLayout::kScrollBar == ScrollIndicator::thickness);
 
 }  // namespace
 
@@ -54,7 +41,7 @@ AlertCard::AlertCard() : scroll_(new PopupScrollArea(false, this)) {
   circleIconView = new AlertIconView(circleView);
   closeImage = new CloseButton(this);
   closeImage->setAccessibleName(tr("Close"));
-  closeImage->setFixedSize(kCloseButton, kCloseButton);
+  closeImage->setFixedSize(AlertLayout::kCloseButton, AlertLayout::kCloseButton);
   closeImage->setVisible(false);
 }
 
@@ -100,11 +87,11 @@ void AlertCard::removeButton(KifoButton* button) {
 }
 
 void AlertCard::setCustomSubview(QWidget* view) {
-  if (view == customSubview) return;
-  if (customSubview != nullptr) customSubview->setParent(nullptr);
-  customSubview = view;
+  if (view == customSubview_) return;
+  if (customSubview_ != nullptr) customSubview_->setParent(nullptr);
+  customSubview_ = view;
   if (view == nullptr) return;
-  customSize = view->testAttribute(Qt::WA_Resized) ? view->size() : QSize(0, 0);
+  customSize_ = view->testAttribute(Qt::WA_Resized) ? view->size() : QSize(0, 0);
   view->setParent(contentView);
   view->setVisible(true);
 }
@@ -112,123 +99,98 @@ void AlertCard::setCustomSubview(QWidget* view) {
 void AlertCard::dress(const KifoAppearance& appearance, const QColor& color,
                       const QColor& buttonText) {
   appearance_ = appearance;
-  const QColor card = appearance.contentViewColor;
-  const QColor ink = textOn(card, appearance.subTitleColor, appearance.kTextFont);
-  // A line or a ring in a colour that the card swallows would not be seen.
-  const QColor accent = contrastRatio(color, card) < Contrast::mark ? ink : color;
-  setStyleSheet(AlertStyleSheet::forCard(appearance, accent));
-  scroll_->setColors(card, ink);
-  labelTitle->setFace(appearance.kTitleFont,
-                      textOn(card, appearance.titleColor, appearance.kTitleFont));
-  viewText->setFace(appearance.kTextFont, ink, alignmentOf(appearance.textViewAlignment));
+  colors_ = AlertColors::of(appearance, color);
+  setStyleSheet(AlertStyleSheet::forCard(appearance, colors_));
+  scroll_->setColors(colors_.card, colors_.text);
+  labelTitle->setFace(appearance.kTitleFont, colors_.title);
+  viewText->setFace(appearance.kTextFont, colors_.text,
+                    AlertLayout::alignmentOf(appearance.textViewAlignment));
   circleBG->setColor(appearance.circleBackgroundColor);
   circleView->setColor(color);
-  for (KifoButton* button : buttons) dressButton(button, color, buttonText);
+  list->setContents(heading_, rows_, appearance, colors_);
+  for (KifoButton* button : buttons) {
+    const bool standsBack = button->onlyCloses && buttons.size() > 1;
+    button->setLook(lookOf(*button, standsBack, appearance, color, buttonText));
+  }
   update();
 }
 
-void AlertCard::dressButton(KifoButton* button, const QColor& color, const QColor& text) const {
-  KifoButton::Look look;
-  const QColor card = appearance_.contentViewColor;
-  const bool standsBack = button == closingButton && buttons.size() > 1;
-  look.background = button->customBackgroundColor.isValid() ? button->customBackgroundColor
-                    : standsBack                            ? mixed(card, color, kTint)
-                                                            : color;
-  look.text = textOn(look.background,
-                     button->customTextColor.isValid() ? button->customTextColor
-                     : standsBack                      ? color
-                                                       : text,
-                     appearance_.kButtonFont);
-  if (contrastRatio(look.background, card) < kSeenSurface) {
-    look.border = mixed(card, look.text, 0.3);
+void AlertCard::setIcon(const AlertIcon& icon) {
+  hasCircle_ = icon.kind != AlertIcon::Kind::none;
+  iconScale_ = icon.scale;
+  circleIconView->setIcon(icon);
+}
+
+void AlertCard::setList(const QString& heading, const std::vector<TypeData>& rows) {
+  heading_ = heading;
+  rows_ = rows;
+}
+
+AlertContents AlertCard::contents() const {
+  AlertContents contents;
+  contents.title = labelTitle->text();
+  contents.text = viewText->text();
+  contents.heading = heading_;
+  contents.rows = rows_;
+  for (QWidget* field : fields) {
+    contents.fields.push_back(qobject_cast<QLineEdit*>(field) != nullptr);
   }
-  look.font = appearance_.kButtonFont;
-  look.cornerRadius = appearance_.buttonCornerRadius;
-  look.leastHeight = whole(appearance_.kButtonHeight);
-  button->setLook(look);
+  for (const KifoButton* button : buttons) contents.buttons.push_back(button->text());
+  if (customSubview_ != nullptr) contents.custom = customView();
+  contents.hasCircle = hasCircle_;
+  contents.hasCross = !closeImage->isHidden();
+  contents.iconScale = iconScale_;
+  contents.direction = layoutDirection();
+  return contents;
 }
 
-int AlertCard::overhang() const {
-  if (!circleShown_) return 0;
-  const double radius = appearance_.kCircleHeight / 2 + appearance_.kCircleBackgroundTopPosition;
-  return whole(radius - appearance_.kCircleTopPosition);
+AlertContents::Custom AlertCard::customView() const {
+  const QWidget* view = customSubview_;
+  const QSize hint = view->sizeHint();
+  AlertContents::Custom custom;
+  custom.leastWidth = std::max(view->minimumWidth(), view->minimumSizeHint().width());
+  if (!hint.isValid()) custom.leastWidth = std::max(custom.leastWidth, customSize_.width());
+  custom.heightFor = [view, hint, given = customSize_.height()](int width) {
+    int height = hint.isValid() ? hint.height() : given;
+    if (view->sizePolicy().hasHeightForWidth()) height = view->heightForWidth(width);
+    return std::clamp(height, view->minimumHeight(), view->maximumHeight());
+  };
+  return custom;
 }
 
-int AlertCard::contentTop() const {
-  if (!circleShown_) return whole(appearance_.margin.titleTop / 2);
-  return whole(std::max(appearance_.margin.titleTop,
-                        appearance_.kCircleHeight / 2 + appearance_.kCircleTopPosition + 2));
-}
-
-int AlertCard::titleInset() const {
-  const int margin = whole(appearance_.margin.horizontal);
-  return circleShown_ || closeImage->isHidden() ? margin : std::max(margin, closeImage->width());
-}
-
-AlertRows AlertCard::rows() const {
-  return {appearance_, *this, titleInset()};
-}
-
-void AlertCard::arrange(const QSize& room) {
-  const int width = rows().chooseWidth(room.width());
-  circleShown_ = circleWanted_;
-  int natural = contentTop() + rows().height(width);
-  if (circleShown_ && overhang() + natural > room.height() && room.height() < kRoomForCircle) {
-    circleShown_ = false;
-    natural = contentTop() + rows().height(width);
-  }
-  const int least = whole(appearance_.kWindowHeight);
-  const int height = std::min(std::max(natural, least), std::max(1, room.height() - overhang()));
-  resize(width, overhang() + height);
-  placeContents(width, height, natural);
-  placeCircle(width);
-  placeCross(width);
+void AlertCard::arrange(const QSize& available) {
+  const AlertContents contents = this->contents();
+  places_ = AlertLayout(appearance_, contents).place(available);
+  resize(places_.card);
+  scroll_->setGeometry(places_.viewport);
+  contentView->resize(places_.contents);
+  placeContents();
+  placeCircle();
+  closeImage->move(places_.cross.topLeft());
   outline_ = makeOutline();
   update();
 }
 
-void AlertCard::placeContents(int width, int height, int natural) {
-  const bool tooHigh = natural > height;
-  // Only what scrolls is kept off the border: contents that fit reach it with their own margin.
-  const int border = tooHigh ? kBorder : 0;
-  scroll_->setGeometry(0, overhang() + contentTop(), width,
-                       std::max(0, height - contentTop() - border));
-  const int contentWidth = tooHigh ? width - ScrollIndicator::thickness : width;
-  contentView->resize(contentWidth, rows().place(contentWidth, std::max(0, height - natural)));
+void AlertCard::placeContents() {
+  labelTitle->setFace(places_.titleFont, colors_.title);
+  labelTitle->setGeometry(places_.title);
+  viewText->setGeometry(places_.text);
+  list->place(places_);
+  for (std::size_t i = 0; i < fields.size(); ++i) fields[i]->setGeometry(places_.fields[i]);
+  if (customSubview_ != nullptr) customSubview_->setGeometry(places_.custom);
+  for (std::size_t i = 0; i < buttons.size(); ++i) buttons[i]->setGeometry(places_.buttons[i]);
 }
 
-void AlertCard::placeCross(int width) {
-  const QRect corner(QPoint(width - closeImage->width(), overhang()), closeImage->size());
-  closeImage->move(QStyle::visualRect(layoutDirection(), QRect(0, 0, width, 1), corner).topLeft());
-}
-
-void AlertCard::placeCircle(int width) {
-  circleBG->setVisible(circleShown_);
-  const int ring = whole(appearance_.kCircleBackgroundTopPosition);
-  const int circle = whole(appearance_.kCircleHeight);
-  const int disc = circle + 2 * ring;
-  const int top = overhang() - disc / 2 + whole(appearance_.kCircleTopPosition);
-  circleBG->setGeometry((width - disc) / 2, std::max(0, top), disc, disc);
-  circleBG->setRim(appearance_.contentViewBorderColor, overhang() - std::max(0, top));
-  circleView->setGeometry(ring, ring, circle, circle);
-  const int icon = whole(appearance_.kCircleIconHeight * iconScale_);
-  circleIconView->setGeometry((circle - icon) / 2, (circle - icon) / 2, icon, icon);
+void AlertCard::placeCircle() {
+  circleBG->setVisible(!places_.disc.isEmpty());
+  circleBG->setGeometry(places_.disc);
+  circleBG->setRim(appearance_.contentViewBorderColor, places_.panel.top() - places_.disc.top());
+  circleView->setGeometry(places_.circle);
+  circleIconView->setGeometry(places_.icon);
 }
 
 void AlertCard::reveal(QWidget* part) {
-  if (scrolls() && contentView->isAncestorOf(part)) scroll_->reveal(part);
-}
-
-QRect AlertCard::panel() const {
-  return rect().adjusted(0, overhang(), 0, 0);
-}
-
-QRect AlertCard::disc() const {
-  return circleShown_ ? circleBG->geometry() : QRect();
-}
-
-bool AlertCard::scrolls() const {
-  return scroll_->isScrollable();
+  if (places_.scrolls && contentView->isAncestorOf(part)) scroll_->reveal(part);
 }
 
 std::pair<int, int> AlertCard::placeInReading(const QWidget* widget) const {
@@ -247,9 +209,9 @@ QPainterPath AlertCard::makeOutline() const {
   QPainterPath path;
   const double radius = appearance_.contentViewCornerRadius;
   path.addRoundedRect(panel(), radius, radius);
-  if (!circleShown_) return path;
+  if (places_.disc.isEmpty()) return path;
   QPainterPath disc;
-  disc.addEllipse(circleBG->geometry());
+  disc.addEllipse(places_.disc);
   return path.united(disc);
 }
 

@@ -8,25 +8,27 @@
 #include <utility>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertRows.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertLayout.h"
 
 namespace kifo {
 
 class AlertDisc;
 class AlertIconView;
+class AlertList;
 class CloseButton;
+class KifoButton;
 class PopupScrollArea;
+class TextLabel;
+struct AlertIcon;
 
 /// The card of an alert and everything on it. It knows how it looks and how it is laid out; where
 /// it stands and what its buttons do is for others to say.
 ///
-/// From top to bottom: circle, title, text, list, fields in the order in which they were added, the
-/// host's custom view, buttons. A card that is too high for its room scrolls; in very little room
-/// it goes without the circle.
+/// `AlertLayout` says where each of them lies.
 ///
 /// **Threading:** UI thread only. **Ownership:** the parts are the card's children.
-class AlertCard : public QWidget, public AlertParts {
+class AlertCard : public QWidget {
   Q_OBJECT
  public:
   AlertCard();
@@ -40,22 +42,20 @@ class AlertCard : public QWidget, public AlertParts {
 
   /// Gives every part its look. `color` is the alert's, `buttonText` that of the buttons' titles.
   void dress(const KifoAppearance& appearance, const QColor& color, const QColor& buttonText);
-  void showCircle(bool shown) { circleWanted_ = shown; }
-  /// How large the icon is in relation to the appearance's; 1 by default.
-  void scaleIcon(double scale) { iconScale_ = scale; }
-  /// Lays the card out in a room of `room` and takes the size that it needs.
-  void arrange(const QSize& room);
+  void setIcon(const AlertIcon& icon);
+  void setList(const QString& heading, const std::vector<TypeData>& rows);
+  /// Lays the card out in a window that has `available` for it, and takes the size that it needs.
+  void arrange(const QSize& available);
   /// Scrolls so that `part` is seen, if it is on the card and the card scrolls.
   void reveal(QWidget* part);
 
   /// The card without the circle's upper half, in its own coordinates.
-  [[nodiscard]] QRect panel() const;
+  [[nodiscard]] QRect panel() const { return places_.panel; }
   [[nodiscard]] double cornerRadius() const { return appearance_.contentViewCornerRadius; }
   /// The circle, in the card's coordinates; empty without one.
-  [[nodiscard]] QRect disc() const;
+  [[nodiscard]] QRect disc() const { return places_.disc; }
   /// The outline of the card with its circle.
   [[nodiscard]] const QPainterPath& outline() const { return outline_; }
-  [[nodiscard]] bool scrolls() const;
   /// The uppermost field; null without one.
   [[nodiscard]] QWidget* firstField() const { return fields.empty() ? nullptr : fields.front(); }
   /// Whether `former` comes before `latter` for somebody who reads the card; the cross comes last.
@@ -66,7 +66,11 @@ class AlertCard : public QWidget, public AlertParts {
   AlertDisc* circleView;
   AlertIconView* circleIconView;
   CloseButton* closeImage;
-  QPointer<KifoButton> closingButton;  ///< Only closes; stands back behind the others.
+  TextLabel* labelTitle;
+  TextLabel* viewText;
+  AlertList* list;
+  std::vector<KifoButton*> buttons;
+  std::vector<QWidget*> fields;  ///< In the order in which they were added.
   std::vector<QLineEdit*> inputs;
   std::vector<QPlainTextEdit*> input;
 
@@ -88,24 +92,25 @@ class AlertCard : public QWidget, public AlertParts {
   void addField(QWidget* field);
   /// A part was deleted or taken away by the host.
   void forget(const QObject* part);
-  void dressButton(KifoButton* button, const QColor& color, const QColor& text) const;
-  void placeContents(int width, int height, int natural);
-  void placeCircle(int width);
-  void placeCross(int width);
-  [[nodiscard]] AlertRows rows() const;
+  [[nodiscard]] AlertContents contents() const;
+  [[nodiscard]] AlertContents::Custom customView() const;
+  void placeCircle();
+  void placeContents();
   [[nodiscard]] QPainterPath makeOutline() const;
-  [[nodiscard]] int overhang() const;
-  [[nodiscard]] int contentTop() const;
-  [[nodiscard]] int titleInset() const;
   /// Where the part that holds `widget` lies: row first, then place in the row.
   [[nodiscard]] std::pair<int, int> placeInReading(const QWidget* widget) const;
 
   KifoAppearance appearance_;
+  AlertColors colors_;
+  AlertPlaces places_;
   PopupScrollArea* scroll_;
+  QPointer<QWidget> customSubview_;
+  QSize customSize_;  ///< What the host gave that view; for one that asks for no size itself.
+  QString heading_;
+  std::vector<TypeData> rows_;
   QPainterPath outline_;
   double iconScale_ = 1;
-  bool circleWanted_ = true;
-  bool circleShown_ = true;
+  bool hasCircle_ = true;
 };
 
 }  // namespace kifo

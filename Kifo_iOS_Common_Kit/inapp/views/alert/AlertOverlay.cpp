@@ -131,28 +131,28 @@ QList<QWidget*> AlertOverlay::focusStops() const {
   return stops;
 }
 
-QRect AlertOverlay::room() const {
-  QRect room = rect();
-  if (keyboard_.intersects(room)) room.setBottom(keyboard_.top() - 1);
-  const int gap = std::min({kWidestGap, room.width() / 20, room.height() / 20});
-  return room.adjusted(gap, gap, -gap, -gap);
+QRect AlertOverlay::available() const {
+  QRect available = rect();
+  if (keyboard_.intersects(available)) available.setBottom(keyboard_.top() - 1);
+  const int gap = std::min({kWidestGap, available.width() / 20, available.height() / 20});
+  return available.adjusted(gap, gap, -gap, -gap);
 }
 
 void AlertOverlay::place() {
   if (card_ == nullptr || placing_) return;
   const QScopedValueRollback rollback(placing_, true);
-  card_->arrange(room().size());
+  card_->arrange(available().size());
   moveCard();
 }
 
 void AlertOverlay::moveCard() {
   if (card_ == nullptr) return;
-  const QRect room = this->room();
+  const QRect available = this->available();
   QRect place = card_->rect();
-  place.moveCenter(room.center());
-  if (type_ == ScreenType::notification) place.moveTop(room.top());
-  // Above the room rather than below it: the title is read first.
-  if (place.top() < room.top()) place.moveTop(room.top());
+  place.moveCenter(available.center());
+  if (type_ == ScreenType::notification) place.moveTop(available.top());
+  // What does not fit is cut off below: the title is read first.
+  if (place.top() < available.top()) place.moveTop(available.top());
   card_->move(place.topLeft() + animator_->offset(place, rect()));
   setPaintedOpacity(*card_, animator_->opacity());
   setDimming(fullDimming_ * animator_->opacity());

@@ -63,7 +63,7 @@ class AlertOverlay : public Overlay {
   void moveCard();
   void paintShadow(QPainter& painter) const;
   void releaseCard();
-  [[nodiscard]] QRect room() const;
+  [[nodiscard]] QRect available() const;
   [[nodiscard]] bool isOnCard(const QPointF& position) const;
 
   QPointer<AlertCard> card_;

@@ -1,7 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertStyleSheet.h"
 
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
-
 namespace kifo {
 namespace {
 
@@ -26,24 +24,22 @@ QString shield() {
       "kifo--KifoButton, kifo--CloseButton { margin: 0; min-width: 0; min-height: 0; }");
 }
 
-QString fields(const KifoAppearance& appearance, const QColor& accent) {
-  const QColor card = appearance.contentViewColor;
-  const QColor ink = textOn(card, appearance.subTitleColor, appearance.kTextFont);
+QString fields(const KifoAppearance& appearance, const AlertColors& colors) {
   return QStringLiteral(
              "#kifoPopupField { %1 color: %2; background: %3; border: 1px solid %4;"
              "  border-radius: %5px; padding: 0 6px; margin: 0; min-width: 0; min-height: 0;"
              "  selection-background-color: %6; selection-color: %7; }"
              "#kifoPopupField:focus { border: 2px solid %6; padding: 0 5px; }")
-      .arg(css(appearance.kTextFont), ink.name(), mixed(card, ink, 0.03).name(),
-           mixed(card, ink, 0.35).name())
+      .arg(css(appearance.kTextFont), colors.text.name(), colors.field.name(),
+           colors.fieldBorder.name())
       .arg(appearance.fieldCornerRadius)
-      .arg(accent.name(), legibleOn(Qt::white, accent, Contrast::text).name());
+      .arg(colors.accent.name(), colors.selectedText.name());
 }
 
 }  // namespace
 
-QString AlertStyleSheet::forCard(const KifoAppearance& appearance, const QColor& accent) {
-  return shield() + fields(appearance, accent);
+QString AlertStyleSheet::forCard(const KifoAppearance& appearance, const AlertColors& colors) {
+  return shield() + fields(appearance, colors);
 }
 
 }  // namespace kifo

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertColors.h"
 
 namespace kifo {
 
@@ -18,8 +18,7 @@ class AlertStyleSheet {
   static constexpr const char* kFieldName = "kifoPopupField";
   static constexpr const char* kScrollName = "kifoPopupScroll";
 
-  /// `accent` marks the field that has the focus.
-  static QString forCard(const KifoAppearance& appearance, const QColor& accent);
+  static QString forCard(const KifoAppearance& appearance, const AlertColors& colors);
 };
 
 }  // namespace kifo

@@ -1,26 +1,17 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
 
-#include <QFontMetrics>
 #include <QKeySequence>
 #include <QPainter>
 #include <QStyleOption>
-#include <algorithm>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/ShownText.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertLayout.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 
 namespace kifo {
-namespace {
-
-constexpr int kSidePadding = 12;
-constexpr int kUpperPadding = 6;
-constexpr int kTextFlags = Qt::AlignCenter | Qt::TextWordWrap;
-
-}  // namespace
-
-KifoButton::KifoButton(const QString& title, QWidget* parent)
-    : QPushButton(parent), initialTitle(title) {
-  setTitle(title);
+KifoButton::KifoButton(const QString& title, QWidget* parent) : QPushButton(parent) {
+  initialTitle = title;
+  showSeconds(std::nullopt);
   setAccessibleName(title);
   setAutoDefault(false);
   setFocusPolicy(Qt::StrongFocus);
@@ -28,18 +19,9 @@ KifoButton::KifoButton(const QString& title, QWidget* parent)
   setAttribute(Qt::WA_Hover);
 }
 
-void KifoButton::showSeconds(std::optional<int> seconds) {
-  if (!showTimeout || !seconds) {
-    setAccessibleDescription({});
-    return setTitle(initialTitle);
-  }
-  const QString countdown = showTimeout->prefix + locale().toString(*seconds) + showTimeout->suffix;
-  // The name stays: a screen reader would otherwise speak the button anew every second.
+/// The name stays: a screen reader would otherwise speak the button anew every second.
+void KifoButton::setTitle(const QString& title, const QString& countdown) {
   setAccessibleDescription(countdown);
-  setTitle(initialTitle.isEmpty() ? countdown : initialTitle + QLatin1Char(' ') + countdown);
-}
-
-void KifoButton::setTitle(const QString& title) {
   setText(QString::fromStdString(shownText(title.toStdString())));
   // An ampersand in the title would otherwise make a shortcut.
   setShortcut(QKeySequence());
@@ -57,20 +39,15 @@ void KifoButton::setDimmed(bool dimmed) {
 }
 
 QSize KifoButton::sizeHint() const {
-  const QFontMetrics metrics(look_.font);
-  // One pixel more than measured: text of exactly the measured width may still be wrapped.
-  const int width = metrics.boundingRect(QRect(), Qt::AlignCenter, text()).width() + 1;
-  return {width + 2 * kSidePadding, look_.leastHeight};
+  return {AlertLayout::buttonWidth(text(), look_.font), look_.leastHeight};
 }
 
 QSize KifoButton::minimumSizeHint() const {
-  return {2 * kSidePadding, look_.leastHeight};
+  return {2 * AlertLayout::kButtonPadding, look_.leastHeight};
 }
 
 int KifoButton::heightForWidth(int width) const {
-  const QRect room(0, 0, std::max(1, width - 2 * kSidePadding), 1 << 16);
-  const int text = QFontMetrics(look_.font).boundingRect(room, kTextFlags, this->text()).height();
-  return std::max(look_.leastHeight, text + 2 * kUpperPadding);
+  return AlertLayout::buttonHeight(text(), look_.font, width, look_.leastHeight);
 }
 
 QColor KifoButton::paintedBackground() const {
@@ -95,7 +72,8 @@ void KifoButton::paintEvent(QPaintEvent* /*event*/) {
   }
   painter.setPen(look_.text);
   painter.setFont(look_.font);
-  painter.drawText(rect().adjusted(kSidePadding, 0, -kSidePadding, 0), kTextFlags, text());
+  painter.drawText(rect().adjusted(AlertLayout::kButtonPadding, 0, -AlertLayout::kButtonPadding, 0),
+                   AlertLayout::kButtonText, text());
 }
 
 }  // namespace kifo

@@ -1,14 +1,8 @@
 #pragma once
 
-#include <QByteArray>
-#include <QColor>
-#include <QPointer>
 #include <QPushButton>
-#include <functional>
-#include <optional>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButtonActionType.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/ShowTimeoutConfiguration.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertButton.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
@@ -19,33 +13,13 @@ namespace kifo {
 /// Long titles wrap and make the button higher. An ampersand in a title is an ampersand.
 ///
 /// **Threading:** UI thread only. **Ownership:** the alert's; `target` is held weakly.
-class KIFO_EXPORT KifoButton : public QPushButton {
+class KIFO_EXPORT KifoButton : public QPushButton, public AlertButton {
   Q_OBJECT
  public:
-  /// How the button is painted, worked out by the alert from its appearance.
-  struct Look {
-    QColor background;
-    QColor text;
-    QColor border;  ///< For a button that has the colour of what lies behind it; invalid: none.
-    QFont font;
-    double cornerRadius = 0;
-    int leastHeight = 0;
-  };
+  using Look = AlertButtonLook;
 
   explicit KifoButton(const QString& title, QWidget* parent = nullptr);
 
-  KifoButtonActionType actionType = KifoButtonActionType::none;
-  QPointer<QObject> target;
-  QByteArray selector;  ///< The name of a slot or invokable without arguments.
-  std::function<void()> action;
-  QColor customBackgroundColor;  ///< Invalid: the alert's colour.
-  QColor customTextColor;        ///< Invalid: the colour that the show call names.
-  QString initialTitle;          ///< The title without a countdown.
-  std::optional<ShowTimeoutConfiguration> showTimeout;
-
-  /// Writes `initialTitle` with `seconds` counted behind it, or alone where there is nothing to
-  /// count.
-  void showSeconds(std::optional<int> seconds);
   void setLook(const Look& look);
   [[nodiscard]] const Look& look() const { return look_; }
   /// Darkens the button while a finger or key holds it down.
@@ -58,9 +32,9 @@ class KIFO_EXPORT KifoButton : public QPushButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void setTitle(const QString& title, const QString& countdown) override;
 
  private:
-  void setTitle(const QString& title);
   [[nodiscard]] QColor paintedBackground() const;
 
   Look look_;

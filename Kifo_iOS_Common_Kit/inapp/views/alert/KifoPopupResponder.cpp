@@ -2,13 +2,13 @@
 
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAlert.h"
 
 namespace kifo {
 
-KifoPopupResponder::KifoPopupResponder(KifoPopup* alertview) : alertview_(alertview) {}
+KifoPopupResponder::KifoPopupResponder(KifoAlert* alertview) : alertview_(alertview) {}
 
-KifoPopup* KifoPopupResponder::alertview() const {
+KifoAlert* KifoPopupResponder::alertview() const {
   return alertview_;
 }
 

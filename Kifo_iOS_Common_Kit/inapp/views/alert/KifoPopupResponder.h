@@ -8,9 +8,9 @@
 
 namespace kifo {
 
-class KifoPopup;
+class KifoAlert;
 
-/// What every show call of a `KifoPopup` returns: closes the alert, changes it, asks about it.
+/// What every show call of an alert returns: closes the alert, changes it, asks about it.
 ///
 ///     const auto responder = alert->showWait("One moment", "Looking for the printer");
 ///     …
@@ -20,10 +20,10 @@ class KifoPopup;
 /// without effect once it is gone.
 class KIFO_EXPORT KifoPopupResponder {
  public:
-  explicit KifoPopupResponder(KifoPopup* alertview);
+  explicit KifoPopupResponder(KifoAlert* alertview);
 
   /// The alert, or null when it is gone.
-  [[nodiscard]] KifoPopup* alertview() const;
+  [[nodiscard]] KifoAlert* alertview() const;
   void setTitle(const QString& title) const;
   void setSubTitle(const QString& subTitle) const;
   /// Hides the alert.
@@ -34,7 +34,7 @@ class KIFO_EXPORT KifoPopupResponder {
   [[nodiscard]] bool isShowing() const;
 
  private:
-  QPointer<KifoPopup> alertview_;
+  QPointer<KifoAlert> alertview_;
 };
 
 }  // namespace kifo

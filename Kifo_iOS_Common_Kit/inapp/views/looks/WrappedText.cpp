@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QFontInfo>
 #include <QPainter>
 #include <QTextOption>
 
@@ -14,6 +15,15 @@ namespace {
 constexpr int kMostCentredLines = 4;
 constexpr int kWidest = 1 << 20;  ///< Logical pixels; no text is wider.
 constexpr int kTopInset = 4;      ///< Of a text at the top or the bottom of its place.
+
+QFont scaled(QFont font, double scale) {
+  if (font.pixelSize() > 0) {
+    font.setPixelSize(std::max(1, static_cast<int>(std::floor(font.pixelSize() * scale))));
+  } else {
+    font.setPointSizeF(std::max(1.0, font.pointSizeF() * scale));
+  }
+  return font;
+}
 
 QString prepared(const QString& text) {
   QString shown = QString::fromStdString(shownText(text.toStdString()));
@@ -42,6 +52,12 @@ void WrappedText::setAlignment(Alignment alignment, Qt::LayoutDirection directio
   alignment_ = alignment;
   direction_ = direction;
   forget();
+}
+
+void WrappedText::shrinkToFit(int width, double leastPixels) {
+  const double least = leastPixels / std::max(QFontInfo(font_).pixelSize(), 1);
+  const int natural = least < 1 ? naturalWidth() : 0;
+  if (natural > width) setFont(scaled(font_, std::max({least, 0.1, (width - 1.0) / natural})));
 }
 
 int WrappedText::heightFor(int width) const {

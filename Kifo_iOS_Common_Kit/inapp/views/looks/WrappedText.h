@@ -37,6 +37,10 @@ class KIFO_SHARED WrappedText {
   /// The least width at which the text stands on one line.
   [[nodiscard]] int naturalWidth() const;
 
+  /// Makes the font smaller, but not below `leastPixels`, until the text fits on one line of
+  /// `width`.
+  void shrinkToFit(int width, double leastPixels);
+
   /// Draws the text in `rect`; only the lines that `clip` touches cost anything.
   void draw(QPainter& painter, const QRectF& rect, const QColor& color, const QRectF& clip,
             Vertical vertical = Vertical::middle) const;

@@ -1,27 +1,10 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
-#include <algorithm>
-#include <cmath>
-
-#include <QFontInfo>
 #include <QFontMetrics>
 #include <QPaintEvent>
 #include <QPainter>
 
 namespace kifo {
-namespace {
-
-QFont scaled(QFont font, double scale) {
-  if (font.pixelSize() > 0) {
-    font.setPixelSize(std::max(1, static_cast<int>(std::floor(font.pixelSize() * scale))));
-  } else {
-    font.setPointSizeF(std::max(1.0, font.pointSizeF() * scale));
-  }
-  return font;
-}
-
-}  // namespace
-
 TextLabel::TextLabel(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
   setFocusPolicy(Qt::NoFocus);
@@ -61,9 +44,9 @@ int TextLabel::heightForWidth(int width) const {
 
 void TextLabel::shrinkToFit(int width, double leastPixels) {
   shrunk_ = font_;
-  const double least = leastPixels / std::max(QFontInfo(font_).pixelSize(), 1);
-  const int natural = least < 1 ? naturalWidth() : 0;
-  if (natural > width) shrunk_ = scaled(font_, std::max({least, 0.1, (width - 1.0) / natural}));
+  content();
+  content_.shrinkToFit(width, leastPixels);
+  shrunk_ = content_.font();
   update();
 }
 
