@@ -73,7 +73,8 @@ if(KIFO_WITH_UI)
   set(_views Kifo_iOS_Common_Kit/inapp/views)
 
   # What kifo::ui and kifo::quick share. It needs Qt Gui only.
-  kifo_qt_objects(kifo_gui_objects ${_views}/looks ${_views}/images platform/qt)
+  kifo_qt_objects(kifo_gui_objects ${_views}/looks ${_views}/images ${_views}/alertcore
+    platform/qt)
   target_link_libraries(kifo_gui_objects PUBLIC Qt6::Gui Qt6::DBus
     PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
   target_precompile_headers(kifo_gui_objects PRIVATE

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertAnimator.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertTimeout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertTimeout.h"
 
 #include <QSignalSpy>
 #include <limits>

@@ -23,6 +23,7 @@ LAYERS = [
     [KIT + "inapp/"],
     [KIT + "inapp/popup/"],
     [KIT + "inapp/views/images/", KIT + "inapp/views/looks/"],
+    [KIT + "inapp/views/alertcore/"],
     [KIT + "inapp/views/shared/", KIT + "inapp/quick/"],
     [KIT + "inapp/views/popup/", KIT + "inapp/views/alert/", KIT + "network/"],
     [KIT + "events/"],

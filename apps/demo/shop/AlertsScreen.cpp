@@ -4,7 +4,7 @@
 #include <QPlainTextEdit>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyleKit.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyleKit.h"
 #include "apps/demo/shop/AlertsScreenTile.h"
 #include "apps/demo/shop/Picture.h"
 #include "apps/demo/shop/Shelf.h"

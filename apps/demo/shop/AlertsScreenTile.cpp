@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyleKit.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyleKit.h"
 #include "apps/demo/shop/Theme.h"
 
 namespace kifo::shop {

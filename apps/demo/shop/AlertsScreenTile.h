@@ -2,7 +2,7 @@
 
 #include <QPushButton>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyle.h"
 
 namespace kifo::shop {
 

@@ -6,11 +6,11 @@
 #include <limits>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertDisc.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIcon.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIconView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertStyleSheet.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertIcon.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupScrollArea.h"

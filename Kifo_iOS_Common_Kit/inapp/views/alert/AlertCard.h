@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertLayout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertLayout.h"
 
 namespace kifo {
 

@@ -3,7 +3,7 @@
 #include <QBasicTimer>
 #include <QWidget>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIcon.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertIcon.h"
 
 namespace kifo {
 

@@ -5,8 +5,8 @@
 #include <QWidget>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertLayout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertLayout.h"
 
 namespace kifo {
 

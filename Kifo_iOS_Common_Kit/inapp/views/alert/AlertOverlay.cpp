@@ -11,10 +11,10 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertCard.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertAnimator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/DisposeLater.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
 
 namespace kifo {

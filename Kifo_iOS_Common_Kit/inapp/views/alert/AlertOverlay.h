@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/ScreenType.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/ScreenType.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Overlay.h"
 
 namespace kifo {

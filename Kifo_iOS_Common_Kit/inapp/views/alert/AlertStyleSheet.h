@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertColors.h"
 
 namespace kifo {
 

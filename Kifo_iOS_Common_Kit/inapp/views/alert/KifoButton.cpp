@@ -5,7 +5,7 @@
 #include <QStyleOption>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/ShownText.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertLayout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertLayout.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 
 namespace kifo {

@@ -2,7 +2,7 @@
 
 #include <QPushButton>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertButton.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

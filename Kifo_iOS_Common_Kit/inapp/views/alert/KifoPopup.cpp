@@ -9,14 +9,14 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertCard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertDisc.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIcon.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIconView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertOverlay.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertIcon.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/DisposeLater.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 
 namespace kifo {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAlert.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAlert.h"
 
 class QDataStream;
 class QLabel;

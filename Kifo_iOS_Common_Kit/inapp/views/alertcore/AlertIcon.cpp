@@ -1,9 +1,9 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIcon.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertIcon.h"
 
 #include <QPixmap>
 #include <algorithm>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyleKit.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyleKit.h"
 
 namespace kifo {
 

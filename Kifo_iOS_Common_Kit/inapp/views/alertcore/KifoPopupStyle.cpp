@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyle.h"
 
 namespace kifo {
 

@@ -5,8 +5,9 @@
 #include <QRect>
 #include <QVariantAnimation>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertMotion.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAnimationStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertMotion.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAnimationStyle.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 
@@ -19,7 +20,7 @@ namespace kifo {
 ///
 /// **Threading:** UI thread only. **Errors:** none; a duration of zero or reduced motion ends at
 /// once, before the call returns.
-class AlertAnimator : public QObject {
+class KIFO_SHARED AlertAnimator : public QObject {
   Q_OBJECT
  public:
   explicit AlertAnimator(QObject* parent = nullptr);

@@ -1,7 +1,7 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertColors.h"
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertLayout.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertLayout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 namespace kifo {
 namespace {

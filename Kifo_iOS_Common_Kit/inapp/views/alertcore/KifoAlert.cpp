@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAlert.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAlert.h"
 
 #include <QGuiApplication>
 #include <QMetaMethod>
@@ -8,12 +8,12 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertAnimator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertIcon.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertTimeout.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertAnimator.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertIcon.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertTimeout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/DisposeLater.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
 namespace kifo {
 namespace {

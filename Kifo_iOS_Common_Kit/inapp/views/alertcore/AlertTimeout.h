@@ -4,12 +4,14 @@
 #include <QTimer>
 #include <optional>
 
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
 namespace kifo {
 
 /// The clock of an alert's time-out: counts seconds for the buttons' titles, and can be held.
 ///
 /// **Threading:** UI thread only.
-class AlertTimeout : public QObject {
+class KIFO_SHARED AlertTimeout : public QObject {
   Q_OBJECT
  public:
   explicit AlertTimeout(QObject* parent = nullptr);

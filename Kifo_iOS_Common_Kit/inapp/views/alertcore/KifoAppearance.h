@@ -3,8 +3,8 @@
 #include <QColor>
 #include <QFont>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAlertButtonLayout.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/Margin.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAlertButtonLayout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/Margin.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

@@ -8,8 +8,8 @@
 #include <functional>
 #include <optional>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButtonActionType.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/ShowTimeoutConfiguration.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoButtonActionType.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/ShowTimeoutConfiguration.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

@@ -1,8 +1,8 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupResponder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupResponder.h"
 
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAlert.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAlert.h"
 
 namespace kifo {
 

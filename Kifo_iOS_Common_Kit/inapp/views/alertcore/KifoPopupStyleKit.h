@@ -5,7 +5,7 @@
 #include <QPixmap>
 #include <QRectF>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyle.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

@@ -12,15 +12,15 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertMotion.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAnimationStyle.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupResponder.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoTimeoutConfiguration.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/ScreenType.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/ShowTimeoutConfiguration.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/TypeData.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertMotion.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAnimationStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAppearance.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupResponder.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoTimeoutConfiguration.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/ScreenType.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/ShowTimeoutConfiguration.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/TypeData.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {

@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
 namespace kifo {
 
 /// Deletes `object` once nothing on the stack can be using it any more; a null one is fine.
@@ -10,6 +12,6 @@ namespace kifo {
 /// alert that is still open when `main` returns. These are deleted with the application instead.
 ///
 /// **Threading:** UI thread only.
-void disposeLater(QObject* object);
+KIFO_SHARED void disposeLater(QObject* object);
 
 }  // namespace kifo

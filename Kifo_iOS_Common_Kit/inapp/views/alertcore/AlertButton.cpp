@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertButton.h"
 
 #include <QLocale>
 

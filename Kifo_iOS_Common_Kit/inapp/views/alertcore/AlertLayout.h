@@ -7,9 +7,9 @@
 #include <optional>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/TypeData.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/WrappedText.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAppearance.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/TypeData.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/WrappedText.h"
 
 namespace kifo {
 
@@ -77,7 +77,7 @@ struct AlertPlaces {
 /// it goes without the circle.
 ///
 /// **Threading:** UI thread only. **Ownership:** refers to what it is given.
-class AlertLayout {
+class KIFO_SHARED AlertLayout {
  public:
   static constexpr int kCloseButton = 36;  ///< The side of the cross's target.
   static constexpr int kScrollBar = 4;     ///< The width of the sign of scrolling.

@@ -2,15 +2,15 @@
 
 #include <QColor>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAppearance.h"
 
 namespace kifo {
 
 /// The colours of an alert's card, made legible where the appearance's own would not be.
 ///
 /// **Threading:** a plain value.
-struct AlertColors {
+struct KIFO_SHARED AlertColors {
   QColor card;
   QColor border;
   QColor title;
@@ -27,7 +27,8 @@ struct AlertColors {
 
 /// How `button` looks on the card of an alert of the colour `color`. `text`: that of the titles.
 /// `standsBack`: it is the close button behind others.
-AlertButtonLook lookOf(const AlertButton& button, bool standsBack, const KifoAppearance& appearance,
-                       const QColor& color, const QColor& text);
+KIFO_SHARED AlertButtonLook lookOf(const AlertButton& button, bool standsBack,
+                                   const KifoAppearance& appearance, const QColor& color,
+                                   const QColor& text);
 
 }  // namespace kifo

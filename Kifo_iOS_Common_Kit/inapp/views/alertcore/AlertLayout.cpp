@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertLayout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertLayout.h"
 
 #include <QFontInfo>
 #include <QFontMetrics>

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/DisposeLater.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/DisposeLater.h"
 
 #include <QCoreApplication>
 #include <QList>

@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <QRectF>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopupStyle.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyle.h"
 
 namespace kifo {
 
@@ -13,7 +13,7 @@ namespace kifo {
 /// indicator.
 ///
 /// **Threading:** UI thread only.
-struct AlertIcon {
+struct KIFO_SHARED AlertIcon {
   enum class Kind { none, image, icon, indicator };
 
   /// The indicator's spokes: one turn in about a second is smooth to the eye and next to nothing

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoAppearance.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoAppearance.h"
 
 namespace kifo {
 
