@@ -33,6 +33,7 @@ class Popup {
   static constexpr QAccessible::Role role = QAccessible::Dialog;
 
   QWidget* overlay() { return window_; }
+  auto animations() { return window_->findChildren<QVariantAnimation*>(); }
   QAbstractButton* button() { return window_->findChild<KifoPopupCell*>()->titleLbl(); }
   QRect card() { return window_->popUpWindowView()->elements().popupView->geometry(); }
   bool isOpen() { return window_ && !window_->isDismissing(); }
@@ -56,6 +57,7 @@ class Alert {
   static constexpr QAccessible::Role role = QAccessible::AlertMessage;
 
   QWidget* overlay() { return alert_->baseView()->parentWidget(); }
+  auto animations() { return alert_->findChildren<QVariantAnimation*>(); }
   QAbstractButton* button() { return alert_->buttons().front(); }
   QRect card() { return alert_->baseView()->geometry(); }
   bool isOpen() { return alert_->isShowing(); }
@@ -194,7 +196,7 @@ TYPED_TEST(OverlayContractTest, HalfwayThroughAFadeNoShadowIsSeenInsideTheCard) 
   TypeParam shown(
       this->host.get(), [] {}, true);
   int running = 0;
-  for (auto* animation : shown.overlay()->template findChildren<QVariantAnimation*>()) {
+  for (auto* animation : shown.animations()) {
     if (animation->state() != QAbstractAnimation::Running) continue;
     animation->setCurrentTime(animation->duration() / 3);
     ++running;
