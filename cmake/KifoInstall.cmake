@@ -6,6 +6,9 @@ set(_targets kifo_kit)
 if(KIFO_WITH_UI)
   list(APPEND _targets kifo_gui kifo_ui)
 endif()
+if(KIFO_WITH_QUICK)
+  list(APPEND _targets kifo_quick)
+endif()
 install(TARGETS ${_targets} EXPORT kifoTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   FILE_SET HEADERS DESTINATION include/kifo)

@@ -13,7 +13,9 @@ target_compile_options(kifo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow
                        -Woverloaded-virtual $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
 
 function(kifo_object_library name)
-  add_library(${name} OBJECT)
+  if(NOT TARGET ${name})
+    add_library(${name} OBJECT)
+  endif()
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
   target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:kifo_warnings>)
   target_compile_definitions(${name} PRIVATE KIFO_BUILDING)

@@ -1,0 +1,5 @@
+// One campaign.
+import QtQuick
+
+Item {
+}
