@@ -1,8 +1,10 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
@@ -10,6 +12,12 @@ namespace kifo {
 namespace {
 
 std::atomic<void (*)(std::string_view)> fatalErrorHandler = nullptr;
+
+/// Whether a control character may start with this byte; sorts out nearly every line in one loop.
+bool mayBeginControl(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < 0x20 || byte == 0x7F || byte == 0xC2;
+}
 
 /// Whether a control character starts at `index`: ASCII's, or one of U+0080 to U+009F as UTF-8.
 bool isControl(std::string_view text, std::size_t index) {
@@ -19,11 +27,11 @@ bool isControl(std::string_view text, std::size_t index) {
          byte(index + 1) < 0xA0;
 }
 
-/// One line, as it is but for control characters, which are shown as "\n" or "\x1b": a text from a
+/// `line` as it is but for control characters, which are shown as "\n" or "\x1b": a text from a
 /// server or a host can neither forge a line nor steer a terminal.
-std::string escaped(std::string_view text) {
-  std::string line;
-  line.reserve(text.size());
+std::string escaped(std::string line) {
+  if (std::ranges::none_of(line, mayBeginControl)) return line;
+  const std::string text = std::exchange(line, {});
   for (std::size_t index = 0; index < text.size(); ++index) {
     if (!isControl(text, index)) {
       line += text[index];
@@ -49,11 +57,11 @@ void Console::print(std::string_view tag, std::string_view message) {
   std::string line;
   line.reserve(tag.size() + 1 + message.size());
   line.append(tag).append(" ").append(message);
-  Platform::current()->console->write(escaped(line));
+  Platform::current()->console->write(escaped(std::move(line)));
 }
 
 void Console::printBare(std::string_view line) {
-  Platform::current()->console->write(escaped(line));
+  Platform::current()->console->write(escaped(std::string(line)));
 }
 
 void fatalError(std::string_view message) {

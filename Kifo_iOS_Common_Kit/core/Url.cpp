@@ -19,16 +19,25 @@ constexpr bool isUnreserved(char c) {
   return isLetter(c) || isDigit(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
+/// By byte, whether it may stand in a URL bare; looked up once for each character of each event's
+/// address.
+constexpr auto kMayStandBare = [] {
+  std::array<bool, 256> may{};
+  for (std::size_t byte = 0; byte < may.size(); ++byte) {
+    may[byte] = isUnreserved(static_cast<char>(byte));
+  }
+  for (const char reserved : std::string_view(":/?#[]@!$&'()*+,;=")) {
+    may[static_cast<unsigned char>(reserved)] = true;
+  }
+  return may;
+}();
+
 bool hasOnlyUrlCharacters(std::string_view text) {
-  constexpr std::string_view reserved = ":/?#[]@!$&'()*+,;=";
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (c == '%') {
-      if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2]))
-        return false;
-    } else if (!isUnreserved(c) && reserved.find(c) == std::string_view::npos) {
-      return false;
-    }
+    if (kMayStandBare[static_cast<unsigned char>(text[i])]) continue;
+    const bool isEscape =
+        text[i] == '%' && i + 2 < text.size() && isHexDigit(text[i + 1]) && isHexDigit(text[i + 2]);
+    if (!isEscape) return false;
   }
   return true;
 }
@@ -51,14 +60,19 @@ bool hasSoundPort(std::string_view authority) {
   return std::all_of(port.begin(), port.end(), isDigit);
 }
 
+/// `text` up to its path, query or fragment.
+std::string_view upToPath(std::string_view text) {
+  const auto isDelimiter = [](char c) { return c == '/' || c == '?' || c == '#'; };
+  return {text.begin(), std::find_if(text.begin(), text.end(), isDelimiter)};
+}
+
 constexpr auto kHexDigits = std::string_view("0123456789ABCDEF");
 
 }  // namespace
 
 bool isUrl(std::string_view text) {
   if (text.empty() || !hasOnlyUrlCharacters(text)) return false;
-  const auto end = text.find_first_of("/?#");
-  const auto colon = text.substr(0, end).find(':');
+  const auto colon = upToPath(text).find(':');
   std::string_view rest = text;
   if (colon != std::string_view::npos) {
     if (!isScheme(text.substr(0, colon))) return false;
@@ -66,7 +80,7 @@ bool isUrl(std::string_view text) {
   }
   if (rest.substr(0, 2) != "//") return true;
   rest.remove_prefix(2);
-  return hasSoundPort(rest.substr(0, rest.find_first_of("/?#")));
+  return hasSoundPort(upToPath(rest));
 }
 
 void appendPercentEncoded(std::string& target, std::string_view text) {

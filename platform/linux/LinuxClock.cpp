@@ -77,12 +77,12 @@ std::string uuidOf(std::array<std::uint8_t, 16> bytes) {
   constexpr auto kDigits = "0123456789ABCDEF";
   bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);
   bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);
-  std::string text;
-  text.reserve(36);
+  std::string text(36, '-');
+  std::size_t at = 0;
   for (std::size_t index = 0; index < bytes.size(); ++index) {
-    if (index == 4 || index == 6 || index == 8 || index == 10) text += '-';
-    text += kDigits[bytes[index] >> 4];
-    text += kDigits[bytes[index] & 0x0F];
+    if (index == 4 || index == 6 || index == 8 || index == 10) ++at;
+    text[at++] = kDigits[bytes[index] >> 4];
+    text[at++] = kDigits[bytes[index] & 0x0F];
   }
   return text;
 }
