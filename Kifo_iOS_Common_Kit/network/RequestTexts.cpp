@@ -41,31 +41,35 @@ std::string withQuery(const std::string& base, const EventParameters& parameters
 }  // namespace
 
 const RequestParameters::Dictionary& RequestTexts::dictionary() const {
-  std::call_once(dictionaryOnce_, [this] {
-    if (!parameters_.compose) return;
+  if (parameters_.compose) {
     parameters_.dictionary = std::make_shared<const EventParameters>(parameters_.compose());
     parameters_.compose = nullptr;
-  });
+  }
   return parameters_.dictionary;
 }
 
+const std::string& RequestTexts::jsonText() const {
+  if (!json_) json_ = dictionary() ? jsonFromValue(*dictionary()) : std::string("{}");
+  return *json_;
+}
+
 const std::string& RequestTexts::url() const {
-  std::call_once(urlOnce_, [this] {
+  const MutexLock lock(mutex_);
+  if (!url_) {
     const bool isWritten = serviceUrl_.hasQuery && dictionary();
     url_ = isWritten ? withQuery(serviceUrl_.base, *dictionary()) : serviceUrl_.base;
-  });
-  return url_;
+  }
+  return *url_;
 }
 
 const std::string& RequestTexts::json() const {
-  std::call_once(jsonOnce_, [this] {
-    json_ = dictionary() ? jsonFromValue(*dictionary()) : std::string("{}");
-  });
-  return json_;
+  const MutexLock lock(mutex_);
+  return jsonText();
 }
 
 std::optional<std::string> RequestTexts::body() const {
-  return dictionary() ? std::optional(json()) : std::nullopt;
+  const MutexLock lock(mutex_);
+  return dictionary() ? std::optional(jsonText()) : std::nullopt;
 }
 
 RequestParameters::Dictionary parametersFromText(std::string_view text) {

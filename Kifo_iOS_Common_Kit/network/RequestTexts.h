@@ -2,12 +2,12 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
+#include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 
 namespace kifo {
 
@@ -53,15 +53,16 @@ class RequestTexts {
   std::optional<std::string> body() const;
 
  private:
-  const RequestParameters::Dictionary& dictionary() const;
+  const RequestParameters::Dictionary& dictionary() const KIFO_REQUIRES(mutex_);
+  const std::string& jsonText() const KIFO_REQUIRES(mutex_);
 
   const ServiceUrl serviceUrl_;
-  mutable std::once_flag dictionaryOnce_;
-  mutable RequestParameters parameters_;  ///< `compose` is empty once it has run.
-  mutable std::once_flag urlOnce_;
-  mutable std::once_flag jsonOnce_;
-  mutable std::string url_;
-  mutable std::string json_;
+  mutable Mutex mutex_;
+  /// `compose` is empty once it has run.
+  mutable RequestParameters parameters_ KIFO_GUARDED_BY(mutex_);
+  // Never changed again once written: they are handed out by reference.
+  mutable std::optional<std::string> url_ KIFO_GUARDED_BY(mutex_);
+  mutable std::optional<std::string> json_ KIFO_GUARDED_BY(mutex_);
 };
 
 /// The dictionary that a stored body text holds; null when it holds none.
