@@ -11,8 +11,8 @@
 
 namespace kifo::testing {
 
-/// A presenter that keeps what it was given. It shows each popup at once, until `hold` makes popups
-/// wait as they do behind another one.
+/// A presenter that keeps what it was given. It shows each popup whose screen is there at once,
+/// until `hold` makes popups wait as they do behind another one.
 class FakePopupPresenter final : public PopupPresenter {
  public:
   using Requests = std::vector<std::shared_ptr<const PopupRequest>>;
@@ -26,12 +26,14 @@ class FakePopupPresenter final : public PopupPresenter {
   }
 
   void hold() { isHeld_ = true; }
+  /// The popups that are held, for a test that is the presenter itself.
+  Requests takeHeld() {
+    return held_.update([](Requests& all) { return std::exchange(all, {}); });
+  }
   /// Popups that were held are shown, in order.
   void release() {
     isHeld_ = false;
-    for (const auto& request : held_.update([](Requests& all) { return std::exchange(all, {}); })) {
-      show(request);
-    }
+    for (const auto& request : takeHeld()) show(request);
   }
 
   /// Everything shown so far, in order.
@@ -43,6 +45,7 @@ class FakePopupPresenter final : public PopupPresenter {
 
  private:
   void show(const std::shared_ptr<const PopupRequest>& request) {
+    if (request->preferences.controller.expired()) return;
     if (request->open && !request->open()) return;
     requests_.update([&](Requests& all) { all.push_back(request); });
   }

@@ -9,6 +9,7 @@
 #include "Kifo_iOS_Common_Kit/core/PreferencesManager.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "Kifo_iOS_Common_Kit/network/ResendSchedule.h"
@@ -323,6 +324,19 @@ bool Kifo::isLocationRequired() {
 }
 void Kifo::setIsLocationRequired(bool isRequired) {
   Runtime::current()->session.isLocationRequired = isRequired;
+}
+
+void Kifo::setPopupGate(PopupDecider gate) {
+  Runtime::current()->popupGate->setDecider(std::move(gate));
+}
+void Kifo::setPopupsPaused(bool isPaused) {
+  Runtime::current()->popupGate->setPaused(isPaused);
+}
+bool Kifo::popupsPaused() {
+  return Runtime::current()->popupGate->isPaused();
+}
+void Kifo::popupsMayShow() {
+  if (const auto runtime = Runtime::existing()) runtime->popupGate->askAgain();
 }
 
 std::shared_ptr<TokenServiceProtocol> Kifo::tokenService() {

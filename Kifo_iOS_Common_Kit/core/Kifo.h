@@ -12,6 +12,7 @@
 #include "Kifo_iOS_Common_Kit/core/Statistics.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupInfo.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
@@ -84,6 +85,20 @@ class KIFO_EXPORT Kifo {
   static void setIsBatteryStatusRequired(bool isRequired);
   static bool isLocationRequired();
   static void setIsLocationRequired(bool isRequired);
+
+  /// The host's gate, asked on the UI thread each time a popup is due; an empty one lets all show,
+  /// as without a gate. It is not asked while popups are paused. It may call the SDK, replace
+  /// itself and close the screen; one that throws is a console line and counts as "later". After
+  /// "later" the popup keeps its place among those that were due and is asked for again when the
+  /// switch changes, a screen appears or the host calls `popupsMayShow`. Nothing of the campaign is
+  /// spent or reported until it shows.
+  static void setPopupGate(PopupDecider gate);
+  /// Holds all popups back, as during a film, a drive or a payment, or lets them show again: each
+  /// campaign that became due meanwhile and is still valid, once. A popup that is shown stays.
+  static void setPopupsPaused(bool isPaused);
+  static bool popupsPaused();
+  /// Has popups that wait for "later" asked for again. A call from inside the gate does nothing.
+  static void popupsMayShow();
 
   /// The service that is asked for a token when the server refuses one. May be null.
   static std::shared_ptr<TokenServiceProtocol> tokenService();

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "Kifo_iOS_Common_Kit/network/ResendSchedule.h"
@@ -97,7 +98,8 @@ Runtime::Runtime()
     : inFlight(std::make_unique<InFlightRequests>()),
       inAppTrigger(std::make_unique<InAppTrigger>()),
       resend(std::make_unique<ResendSchedule>()),
-      network(std::make_shared<NetworkManager>()) {}
+      network(std::make_shared<NetworkManager>()),
+      popupGate(std::make_shared<PopupGate>()) {}
 
 Runtime::~Runtime() = default;
 
@@ -135,9 +137,10 @@ bool shutDownRuntime(double bound) {
   runtime->store()->writeCounters();
   const bool statementsDone = platform->mainQueue->stop(deadline.left());
   platform->reachabilityQueue->stop(deadline.left());
-  // Both hold callbacks, which may hold the runtime.
+  // They hold callbacks, which may hold the runtime.
   runtime->inFlight->clear();
   runtime->inAppTrigger->clear();
+  runtime->popupGate->close();
   Runtime::detach();
   Platform::release();
   return isIdle && answersDone && statementsDone;

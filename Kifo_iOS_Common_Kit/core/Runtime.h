@@ -15,6 +15,7 @@ class InAppTrigger;
 class InFlightRequests;
 class KifoSqliteManager;
 class NetworkManager;
+class PopupGate;
 class ResendSchedule;
 
 /// Everything that lives between `Kifo::initialize` and `Kifo::shutdown`. The static classes look
@@ -48,6 +49,7 @@ class Runtime {
   const std::unique_ptr<InAppTrigger> inAppTrigger;
   const std::unique_ptr<ResendSchedule> resend;
   const std::shared_ptr<NetworkManager> network;
+  const std::shared_ptr<PopupGate> popupGate;
 
   /// The store of requests, made on first use for the platform that is then in force.
   std::shared_ptr<KifoSqliteManager> store();

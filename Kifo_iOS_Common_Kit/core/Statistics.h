@@ -60,6 +60,8 @@ enum class Counter : std::uint8_t {
   popupsRefusedNoScreen,     ///< Its screen was closed before its turn, or there was none.
   popupsRefusedNotShowable,  ///< The presenter has no window for it.
   popupsRefusedByHost,       ///< The host's gate said never.
+  popupsRefusedExpired,      ///< Its campaign expired before its turn.
+  popupsRefusedRepeated,     ///< The same campaign was held back already.
   popupsRefusedNoConsent,    ///< The consent was revoked before its turn.
   popupsPaused,              ///< Held back at their turn. Beside the sum: one may be so repeatedly.
   popupsAnswered,

@@ -4,29 +4,12 @@
 
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
 
 namespace kifo {
 namespace {
-
-/// Expiry dates below this are seconds since 1970, from it on milliseconds.
-constexpr double kFirstMilliseconds = 1e11;
-
-bool isExpired(const AppCommunicationItem& item) {
-  if (!item.expireDate) return false;
-  const double milliseconds =
-      *item.expireDate < kFirstMilliseconds ? *item.expireDate * 1000.0 : *item.expireDate;
-  return milliseconds < static_cast<double>(Platform::current()->clock->millisecondsSince1970());
-}
-
-void consider(const std::shared_ptr<AppCommunicationItem>& item, const InAppTrigger::Due& due) {
-  if (isExpired(*item)) {
-    KIFO_INSPECT("campaign", {{"uuid", item->uuid.value_or("")}, {"outcome", "expired"}});
-    return;
-  }
-  due(item);
-}
 
 /// Queues the choice among the campaigns of the present answer.
 void chooseCampaigns(const Runtime& runtime, const std::string& eventName, InAppTrigger::Due due) {
@@ -43,7 +26,7 @@ void chooseCampaigns(const Runtime& runtime, const std::string& eventName, InApp
         for (const auto& item : *answer->model) {
           if (item->triggeringEventName != eventName) continue;
           found = true;
-          consider(item, due);
+          if (!rules::isExpired(*item)) due(item);
         }
         if (!found) KIFO_INSPECT("campaign", {{"event", eventName}, {"outcome", "no match"}});
       });

@@ -11,6 +11,7 @@
 #include "Kifo_iOS_Common_Kit/events/EventKinds.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManagerLogic.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
@@ -196,6 +197,7 @@ void KifoEventManager::sendPageInEvent(std::shared_ptr<ViewController> controlle
   const auto runtime = Runtime::current();
   sendGate(runtime->session);
   runtime->inAppTrigger->refresh(runtime);
+  runtime->popupGate->askAgain();
   dispatch(runtime, pageEvent(KifoEventType::PAGE_IN, {controller.get(), std::move(pageName)}),
            false);
 }

@@ -3,6 +3,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 
 namespace kifo {
 namespace {
@@ -29,6 +30,7 @@ void KifoViewController::viewDidLoad() {}
 void KifoViewController::viewWillAppear(bool) {}
 
 void KifoViewController::viewDidAppear(bool) {
+  Runtime::current()->popupGate->askAgain();
   if (sendsPageEvents()) KifoEventManager::sendPageInEvent(held(*this), std::nullopt);
 }
 

@@ -5,10 +5,10 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
-#include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
 namespace {
@@ -223,18 +223,46 @@ PopupPreferences preferencesOf(const Kind& kind, const Trigger& trigger) {
   return preferences;
 }
 
-/// The checks that may come out otherwise when the popup's turn comes, the spending and the report.
-bool open(const Kind& kind, const std::shared_ptr<AppCommunicationItem>& item, Report& report) {
-  const auto left = rules::showsLeft(*item);
-  if (!left) return false;
-  if (kind.rule && !rules::accepts(*kind.rule, kind.options(*item), *item)) return false;
-  rules::spendShow(*item, *left);
-  if (kind.isPlain) print("appCommunicationItem: " + description(item));
-  report.opened();
-  count(Counter::popupsShown);
-  rules::inspect(*item, "shown", "");
-  return true;
-}
+/// What is done when a popup's turn comes, on the presenter's UI thread.
+struct Turn {
+  const Kind& kind;
+  const std::shared_ptr<AppCommunicationItem> item;
+  const ReportPointer report;
+  const std::weak_ptr<PopupGate> gate;
+  std::weak_ptr<const PopupRequest> request;
+  bool isAllowed = false;
+
+  /// The checks that may come out otherwise than when the popup became due, and the host's gate.
+  bool mayShow() {
+    isAllowed = false;
+    if (rules::isExpired(*item)) {
+      count(Counter::popupsRefusedExpired);
+      return false;
+    }
+    if (!rules::showsLeft(*item)) return false;
+    if (kind.rule && !rules::accepts(*kind.rule, kind.options(*item), *item)) return false;
+    const auto asked = gate.lock();
+    const auto self = request.lock();
+    isAllowed = asked && self && asked->allows(self);
+    return isAllowed;
+  }
+
+  /// The spending and the report.
+  bool open() {
+    if (!isAllowed && !mayShow()) return false;
+    isAllowed = false;
+    // Read again: another popup of the campaign may have shown while the host decided.
+    const auto left = rules::showsLeft(*item);
+    if (!left) return false;
+    if (kind.rule) rules::sayCut(*kind.rule, kind.options(*item), *item);
+    rules::spendShow(*item, *left);
+    if (kind.isPlain) print("appCommunicationItem: " + description(item));
+    report->opened();
+    count(Counter::popupsShown);
+    rules::inspect(*item, "shown", "");
+    return true;
+  }
+};
 
 void present(const Kind& kind, const std::shared_ptr<InAppReporter>& reporter,
              const Trigger& trigger) {
@@ -242,13 +270,17 @@ void present(const Kind& kind, const std::shared_ptr<InAppReporter>& reporter,
   if (!rules::isIdentified(trigger.item, /*silently=*/kind.isPlain)) return;
   // The range is checked before the budget: a campaign with a wrong one never touches its budget.
   if (kind.hasRange && !rules::hasScoreRange(*trigger.item)) return;
+  const auto gate = Runtime::current()->popupGate;
   const auto report = std::make_shared<Report>(reporter, trigger);
   const auto request = std::make_shared<PopupRequest>();
+  const auto turn = std::make_shared<Turn>(Turn{kind, trigger.item, report, gate, request});
   request->preferences = preferencesOf(kind, trigger);
   request->reporter = report;
-  request->open = [&kind, item = trigger.item, report] { return open(kind, item, *report); };
+  request->order = gate->nextOrder();
+  request->mayShow = [turn] { return turn->mayShow(); };
+  request->open = [turn] { return turn->open(); };
   kind.installCallbacks(*request, report, trigger.handler);
-  Platform::current()->popups->present(request);
+  gate->present(request);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -15,8 +16,15 @@ struct PopupRequest {
   using ButtonCallback = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
 
   PopupPreferences preferences;
-  /// The popup's turn has come, and nothing keeps the presenter from showing it: checks the
-  /// campaign, spends one of its shows and reports the opening. False: it is not to be shown.
+  /// Grows with the order in which popups became due. One that the host's gate held back is
+  /// presented again later and belongs before those that became due after it.
+  std::uint64_t order = 0;
+  /// Checks the campaign and asks the host's gate, which may close the window or the screen. False:
+  /// the presenter drops the popup; the SDK presents it again by itself if it is only held back.
+  std::function<bool()> mayShow;
+  /// The popup's turn has come, and nothing keeps the presenter from showing it: calls `mayShow`,
+  /// unless the presenter has just done so, spends one of the campaign's shows and reports the
+  /// opening. False: it is not to be shown.
   std::function<bool()> open;
   ButtonCallback actionItem;        ///< A button of a plain popup was pressed.
   ButtonCallback actionBodyItem;    ///< The popup's body was touched and the item has an action.

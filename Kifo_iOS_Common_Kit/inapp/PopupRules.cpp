@@ -12,6 +12,9 @@
 namespace kifo::rules {
 namespace {
 
+/// Expiry dates below this are seconds since 1970, from it on milliseconds.
+constexpr double kFirstMilliseconds = 1e11;
+
 void print(std::string_view message) {
   Console::print(logTag("PopupManager"), message);
 }
@@ -60,6 +63,16 @@ bool hasScoreRange(const AppCommunicationItem& item) {
   return false;
 }
 
+bool isExpired(const AppCommunicationItem& item) {
+  if (!item.expireDate) return false;
+  const double milliseconds =
+      *item.expireDate < kFirstMilliseconds ? *item.expireDate * 1000.0 : *item.expireDate;
+  const auto now = static_cast<double>(Platform::current()->clock->millisecondsSince1970());
+  if (milliseconds >= now) return false;
+  KIFO_INSPECT("campaign", {{"uuid", item.uuid.value_or("")}, {"outcome", "expired"}});
+  return true;
+}
+
 std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item) {
   const auto defaults = Platform::current()->userDefaults;
   const std::int64_t left =
@@ -84,12 +97,15 @@ bool accepts(const ListRule& rule, const std::optional<Buttons>& list,
     refuse(item, Counter::popupsRefusedOptions, countMessage(rule, "<", rule.fewest, list->size()));
     return false;
   }
-  if (list->size() > rule.most) {
-    const std::string message = countMessage(rule, ">", rule.most, list->size());
-    print(message);
-    inspect(item, "clamped", message);
-  }
   return true;
+}
+
+void sayCut(const ListRule& rule, const std::optional<Buttons>& list,
+            const AppCommunicationItem& item) {
+  if (!list || list->size() <= rule.most) return;
+  const std::string message = countMessage(rule, ">", rule.most, list->size());
+  print(message);
+  inspect(item, "clamped", message);
 }
 
 Buttons firstOf(const ListRule& rule, std::optional<Buttons> list) {

@@ -37,6 +37,9 @@ bool isIdentified(const std::shared_ptr<AppCommunicationItem>& item, bool silent
 /// Whether the lowest and the highest score are there, in order and within 0 to `kHighestScore`.
 bool hasScoreRange(const AppCommunicationItem& item);
 
+/// Whether the campaign's `expireDate` has passed; the inspector is told.
+bool isExpired(const AppCommunicationItem& item);
+
 /// How many shows are left, or none when there are none. What this device has stored counts for
 /// more than what the server says now.
 std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item);
@@ -44,9 +47,13 @@ std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item);
 /// Stores that one of `left` shows is gone.
 void spendShow(const AppCommunicationItem& item, std::int64_t left);
 
-/// Whether `list` is there with enough options. That some are left out is said, but accepted.
+/// Whether `list` is there with enough options.
 bool accepts(const ListRule& rule, const std::optional<Buttons>& list,
              const AppCommunicationItem& item);
+
+/// Says that `list` has more options than are shown, if it has.
+void sayCut(const ListRule& rule, const std::optional<Buttons>& list,
+            const AppCommunicationItem& item);
 
 /// The first options of `list`, as many as may be shown.
 Buttons firstOf(const ListRule& rule, std::optional<Buttons> list);

@@ -1,9 +1,6 @@
 #include "platform/qt/QtPopupQueue.h"
 
-#include <utility>
-
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
-#include "platform/qt/QtPopupRouter.h"
 #include "platform/qt/QtWindowFollower.h"
 
 namespace kifo {
@@ -14,24 +11,27 @@ QtPopupQueue::QtPopupQueue(QWidget* window, const PopUpOptions& options)
 QtPopupQueue::QtPopupQueue(QWindow* window, const PopUpOptions& options)
     : options_(options), window_(window) {}
 
-void QtPopupQueue::enqueue(Request request) {
-  waiting_.push_back(std::move(request));
+void QtPopupQueue::enqueue(const Request& request) {
+  queue_->enqueue(request);
   showNext();
 }
 
 std::deque<QtPopupQueue::Request> QtPopupQueue::takeWaiting() {
-  return std::exchange(waiting_, {});
+  return queue_->takeWaiting();
+}
+
+bool QtPopupQueue::canShow() const {
+  return current_.isNull() && (widget_ || window_);
 }
 
 void QtPopupQueue::showNext() {
-  while (current_.isNull() && !waiting_.empty() && (widget_ || window_)) {
-    const Request request = std::move(waiting_.front());
-    waiting_.pop_front();
-    if (request->preferences.controller.expired()) {
-      QtPopupRouter::notShown(*request, "its screen is gone");
-    } else if (!request->open || request->open()) {
-      show(request);
-    }
+  const auto queue = queue_;
+  const QPointer<QtPopupQueue> self(this);
+  const auto request = queue->takeNext([&] { return self && canShow(); });
+  if (request) return show(request);
+  if (self) return;
+  for (const auto& orphan : queue->takeWaiting()) {
+    sayNotShown("QtPopupPresenter", *orphan, "its window is gone");
   }
 }
 

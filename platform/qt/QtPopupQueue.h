@@ -7,7 +7,7 @@
 #include <deque>
 #include <memory>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupQueue.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 
 namespace kifo {
@@ -21,7 +21,7 @@ class QtPopupQueue : public QObject {
   Q_OBJECT
 
  public:
-  using Request = std::shared_ptr<const PopupRequest>;
+  using Request = PopupQueue::Request;
 
   /// Popups are laid inside the widget's window.
   QtPopupQueue(QWidget* window, const PopUpOptions& options);
@@ -29,12 +29,13 @@ class QtPopupQueue : public QObject {
   QtPopupQueue(QWindow* window, const PopUpOptions& options);
 
   /// Shows the popup, at once or when those before it have closed.
-  void enqueue(Request request);
+  void enqueue(const Request& request);
 
   /// What still waits; the queue forgets it.
   std::deque<Request> takeWaiting();
 
  private:
+  [[nodiscard]] bool canShow() const;
   void showNext();
   void show(const Request& request);
 
@@ -42,7 +43,8 @@ class QtPopupQueue : public QObject {
   QPointer<QWidget> widget_;
   QPointer<QWindow> window_;
   QPointer<QWidget> current_;
-  std::deque<Request> waiting_;
+  /// Shared with the call that asks the host's gate, which may destroy this.
+  const std::shared_ptr<PopupQueue> queue_ = std::make_shared<PopupQueue>("QtPopupPresenter");
 };
 
 }  // namespace kifo

@@ -6,20 +6,11 @@
 #include <QWindow>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "platform/qt/QtPopupQueue.h"
 #include "platform/qt/QtWindowProvider.h"
 
 namespace kifo {
 namespace {
-
-/// Whether a screen was ever set, even if it is destroyed by now.
-bool wasSet(const std::weak_ptr<ViewController>& screen) {
-  const std::weak_ptr<ViewController> never;
-  return screen.owner_before(never) || never.owner_before(screen);
-}
 
 /// The QWidget or QWindow that a popup covers, or null.
 QObject* windowOf(const ViewController& screen) {
@@ -52,10 +43,9 @@ QtPopupRouter::~QtPopupRouter() {
 }
 
 void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
-  const std::weak_ptr<ViewController>& controller = request->preferences.controller;
-  const auto screen = controller.lock();
+  const auto screen = request->preferences.controller.lock();
   if (!screen) {
-    notShown(*request, wasSet(controller) ? "its screen is gone" : "no screen was given");
+    notShown(*request, isScreenGone(*request) ? "its screen is gone" : "no screen was given");
     return;
   }
   QObject* window = windowOf(*screen);
@@ -72,12 +62,7 @@ void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
 }
 
 void QtPopupRouter::notShown(const PopupRequest& request, const std::string& reason) {
-  count(Counter::popupsRefusedNotShowable);
-  Console::print(logTag("QtPopupPresenter"), "the popup is not shown: " + reason);
-  const auto& item = request.preferences.appCommunicationItem;
-  KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
-                         {"outcome", "not shown"},
-                         {"reason", reason}});
+  sayNotShown("QtPopupPresenter", request, reason);
 }
 
 QtPopupQueue* QtPopupRouter::queueOf(QObject* window) {
