@@ -6,13 +6,16 @@
 #include <QDialog>
 #include <QPointer>
 #include <QRasterWindow>
+#include <QSignalSpy>
 #include <QTest>
 #include <thread>
 
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/QtPopupRouter.h"
+#include "platform/qt/QtPopupSwitch.h"
 #include "platform/qt/QtWindowProvider.h"
 #include "testing/FakePlatform.h"
 
@@ -195,6 +198,34 @@ TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesMakesRoomForTheNext) {
   EXPECT_TRUE(waitForPopup(window_, "c"));
   EXPECT_TRUE(said("its screen is gone"));
   EXPECT_EQ(opened_, "ac");
+}
+
+TEST_F(QtPopupPresenterTest, AGateThatClosesTheWindowLeavesItsPopupsUnopened) {
+  auto window = std::make_unique<QWidget>();
+  const auto screen = std::make_shared<WidgetScreen>(window.get());
+  const auto request = requestFor(screen, "a");
+  request->mayShow = [&] {
+    window.reset();
+    return true;
+  };
+  request->open = [&] { return opened_ += "a", true; };
+  presenter_->present(request);
+  ASSERT_TRUE(waitFor([&] { return said("its window is gone"); }));
+  EXPECT_EQ(opened_, "");
+}
+
+TEST(QtPopupSwitch, IsThePropertyOfTheOneSwitchAndSaysWhoeverChangedIt) {
+  const kifo::testing::InstalledFakePlatform fake;
+  QtPopupSwitch popups;
+  const QtPopupSwitch other;
+  QSignalSpy changes(&popups, &QtPopupSwitch::popupsPausedChanged);
+  EXPECT_TRUE(popups.setProperty("popupsPaused", true));
+  EXPECT_TRUE(Kifo::popupsPaused());
+  EXPECT_TRUE(other.popupsPaused());
+  ASSERT_TRUE(waitFor([&] { return changes.size() == 1; }));
+  std::thread([] { Kifo::setPopupsPaused(false); }).join();
+  ASSERT_TRUE(waitFor([&] { return changes.size() == 2; }));
+  EXPECT_EQ(changes[1].front(), false);
 }
 
 TEST_F(QtPopupPresenterTest, APageThatIsDeletedUnderItsPopupLeavesItToTheUser) {
