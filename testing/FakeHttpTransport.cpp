@@ -50,6 +50,10 @@ void FakeHttpTransport::stop() {
     const std::lock_guard lock(mutex_);
     stopped_ = true;
   }
+  cancelOpen();
+}
+
+void FakeHttpTransport::cancelOpen() {
   for (const std::size_t index : open()) answer(index, cancelled());
 }
 

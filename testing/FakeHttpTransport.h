@@ -33,6 +33,7 @@ class FakeHttpTransport final : public HttpTransport {
 
   void send(Make make, Done done) override;
   void networkChanged() override;
+  void cancelOpen() override;
   void stop() override;
 
   void setHandler(Handler handler);

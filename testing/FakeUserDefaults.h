@@ -24,6 +24,11 @@ class FakeUserDefaults final : public UserDefaults {
     values_.update([&](Values& values) { values[key] = std::move(value); });
   }
 
+  bool removeAll() override {
+    values_.set({});
+    return true;
+  }
+
   [[nodiscard]] Values values() const { return values_.get(); }
   void removeValue(const std::string& key) {
     values_.update([&](Values& values) { values.erase(key); });

@@ -43,22 +43,25 @@ void networkStatusChanged(const std::shared_ptr<Runtime>& runtime, bool isOnline
   print(std::string("KifoNetworkStatus: ") + (isOnline ? "ONLINE" : "OFFLINE"));
 }
 
-/// Reports a push token that differs from the one last reported; true when it did.
-bool reportToken(TokenProviderType provider, PreferencesKey key, const std::string& token) {
-  if (PreferencesManager::token(key) == token) return false;
+/// Reports a push token that differs from the one last reported.
+void reportToken(Runtime& runtime, TokenProviderType provider, PreferencesKey key,
+                 const std::string& token) {
+  if (PreferencesManager::token(key) == token) return;
   KifoEventManager::sendTokenChangeEvent(provider);
-  PreferencesManager::setToken(key, token);
-  return true;
+  runtime.consent.unlessWithheld([&] { PreferencesManager::setToken(key, token); });
 }
 
-void checkTokens(const Session& session) {
-  const auto identity = session.identity();
-  if (!session.isStarted || identity->apnsToken.empty() || identity->pushToken.empty()) return;
-  reportToken(TokenProviderType::apns, PreferencesKey::apnsToken, identity->apnsToken);
-  reportToken(TokenProviderType::firebase, PreferencesKey::pushToken, identity->pushToken);
+void checkTokens(Runtime& runtime) {
+  const auto identity = runtime.session.identity();
+  if (!runtime.session.isStarted || identity->apnsToken.empty() || identity->pushToken.empty()) {
+    return;
+  }
+  reportToken(runtime, TokenProviderType::apns, PreferencesKey::apnsToken, identity->apnsToken);
+  reportToken(runtime, TokenProviderType::firebase, PreferencesKey::pushToken, identity->pushToken);
 }
 
-void setActor(Session& session, const std::string& newActorId) {
+void setActor(Runtime& runtime, const std::string& newActorId) {
+  Session& session = runtime.session;
   print("actorId is being updated");
   if (PreferencesManager::actorId() != newActorId) {
     print("Prefactor is not equal new actor id");
@@ -67,26 +70,26 @@ void setActor(Session& session, const std::string& newActorId) {
     print("Prefactor is equal new actor id");
   }
   session.updateIdentity([&](Session::Identity& identity) { identity.actorId = newActorId; });
-  PreferencesManager::setActorId(newActorId);
+  runtime.consent.unlessWithheld([&] { PreferencesManager::setActorId(newActorId); });
 }
 
 /// The host's choice, else the user of before, else a new one, which makes this an installation.
-void chooseActor(Session& session, const std::string& configured) {
+void chooseActor(Runtime& runtime, const std::string& configured) {
   const std::string stored = PreferencesManager::actorId();
-  if (!stored.empty()) return setActor(session, configured.empty() ? stored : configured);
-  session.isInstall = true;
+  if (!stored.empty()) return setActor(runtime, configured.empty() ? stored : configured);
+  runtime.session.isInstall = true;
   print("Local actor id is empty. If Configuration id is empty, a new Actor id will be created");
-  setActor(session, configured.empty() ? newIdentifier() : configured);
+  setActor(runtime, configured.empty() ? newIdentifier() : configured);
 }
 
-void chooseActorShortForm(Session& session, const std::string& given) {
+void chooseActorShortForm(Runtime& runtime, const std::string& given) {
   if (!given.empty()) {
     print("actorId is available and id.count > 0");
-    return setActor(session, given);
+    return setActor(runtime, given);
   }
   const std::string stored = PreferencesManager::actorId();
   print(stored.empty() ? "Prefactor id count <= 0" : "Prefactor id count > 0");
-  setActor(session, stored.empty() ? newIdentifier() : stored);
+  setActor(runtime, stored.empty() ? newIdentifier() : stored);
 }
 
 void prepareStore(Runtime& runtime) {
@@ -100,13 +103,13 @@ void startUp(const std::shared_ptr<Runtime>& runtime, std::function<void(bool)> 
   fetchInAppCommunication(runtime, std::move(fetched));
   // Held weakly: the runtime owns the network manager, which keeps these.
   const std::weak_ptr<Runtime> weak = runtime;
-  runtime->network->startMonitoring(
-      [weak](bool isOnline) {
-        if (const auto held = weak.lock()) networkStatusChanged(held, isOnline);
-      },
-      [weak](bool isOnline) {
-        if (const auto held = weak.lock()) networkStatusRead(held->session, isOnline);
-      });
+  const auto changed = [weak](bool isOnline) {
+    if (const auto held = weak.lock()) networkStatusChanged(held, isOnline);
+  };
+  const auto read = [weak](bool isOnline) {
+    if (const auto held = weak.lock()) networkStatusRead(held->session, isOnline);
+  };
+  runtime->consent.unlessWithheld([&] { runtime->network->startMonitoring(changed, read); });
 }
 
 /// The authorization that the configuration gives, or that its token service has; false without
@@ -149,6 +152,54 @@ std::function<void(bool)> startUpCompletion(const std::shared_ptr<Runtime>& runt
   };
 }
 
+/// What both forms do once they may: docs/privacy.md says when.
+void begin(const std::shared_ptr<Runtime>& runtime, const KifoInitConfig& configuration,
+           const Kifo::OnSuccess& onSuccess) {
+  Session& session = runtime->session;
+  session.isInstall = false;
+  session.initializeStatus = InitializeStatusType::INITIALIZING;
+  print("Kifo is being initialized");
+  session.updateIdentity([&](Session::Identity& identity) {
+    identity.apiUri = configuration.apiUri;
+    identity.listenerUri = configuration.listenerUri;
+  });
+  copySwitches(session, configuration);
+  if (!authorize(runtime, configuration) || !configuration.bundle.bundleIdentifier) {
+    session.initializeStatus = InitializeStatusType::INITIALIZE_FAILED;
+    return;
+  }
+  // The consent may have been revoked during the wait for a token.
+  if (runtime->consent.isWithheld()) return;
+  session.updateIdentity([&](Session::Identity& identity) {
+    identity.localOrigin = *configuration.bundle.bundleIdentifier;
+    identity.applicationName = configuration.applicationName;
+  });
+  session.offlineCachingDisabled = configuration.offlineCachingDisabled;
+  runtime->resend->enable(configuration.resendsWhenServerReturns);
+  refreshNotificationPermissionStatus(runtime);
+  prepareStore(*runtime);
+  chooseActor(*runtime, configuration.actorId.value_or(""));
+  startUp(runtime, startUpCompletion(runtime, configuration.actorId, onSuccess));
+  session.isStarted = true;
+  checkTokens(*runtime);
+}
+
+void beginShortForm(const std::shared_ptr<Runtime>& runtime, const Session::Identity& given,
+                    bool offlineCachingDisabled) {
+  print("Kifo is being initialized");
+  runtime->session.updateIdentity([&](Session::Identity& identity) {
+    identity.apiUri = given.apiUri;
+    identity.listenerUri = given.listenerUri;
+    identity.authorization = given.authorization;
+    identity.localOrigin = given.localOrigin;
+    identity.applicationName = given.applicationName;
+  });
+  runtime->session.offlineCachingDisabled = offlineCachingDisabled;
+  prepareStore(*runtime);
+  chooseActorShortForm(*runtime, given.actorId);
+  startUp(runtime, {});
+}
+
 void sendLifeCycleEvent(void (*sendEvent)()) {
   if (Kifo::sendApplicationLifeCycleEventStatus() == SendLifeCycleEventStatus::DISABLED) {
     return print("send application lifecycle events disabled!");
@@ -174,55 +225,28 @@ const Kifo& Kifo::sharedInstance() {
 }
 
 void Kifo::initialize(const KifoInitConfig& configuration, OnSuccess onSuccess) {
-  const auto runtime = Runtime::current();
-  Session& session = runtime->session;
-  if (session.initializeStatus == InitializeStatusType::INITIALIZED &&
-      !configuration.forceInitialize) {
-    return print("already initialized!");
-  }
-  session.isInstall = false;
-  session.initializeStatus = InitializeStatusType::INITIALIZING;
-  print("Kifo is being initialized");
-  session.updateIdentity([&](Session::Identity& identity) {
-    identity.apiUri = configuration.apiUri;
-    identity.listenerUri = configuration.listenerUri;
-  });
-  copySwitches(session, configuration);
-  if (!authorize(runtime, configuration) || !configuration.bundle.bundleIdentifier) {
-    session.initializeStatus = InitializeStatusType::INITIALIZE_FAILED;
-    return;
-  }
-  session.updateIdentity([&](Session::Identity& identity) {
-    identity.localOrigin = *configuration.bundle.bundleIdentifier;
-    identity.applicationName = configuration.applicationName;
-  });
-  session.offlineCachingDisabled = configuration.offlineCachingDisabled;
-  runtime->resend->enable(configuration.resendsWhenServerReturns);
-  refreshNotificationPermissionStatus(runtime);
-  prepareStore(*runtime);
-  chooseActor(session, configuration.actorId.value_or(""));
-  startUp(runtime, startUpCompletion(runtime, configuration.actorId, std::move(onSuccess)));
-  session.isStarted = true;
-  checkTokens(session);
+  if (isInitialized() && !configuration.forceInitialize) return print("already initialized!");
+  startWithConsent(configuration.requiresConsent,
+                   [configuration, onSuccess = std::move(onSuccess)](const auto& runtime) {
+                     begin(runtime, configuration, onSuccess);
+                   });
 }
 
 void Kifo::initialize(const std::string& apiUri, const std::string& listenerUri,
                       const std::string& authorization, const std::string& localOrigin,
                       const std::optional<std::string>& actorId, const std::string& applicationName,
                       bool offlineCachingDisabled) {
-  const auto runtime = Runtime::current();
-  print("Kifo is being initialized");
-  runtime->session.updateIdentity([&](Session::Identity& identity) {
-    identity.apiUri = apiUri;
-    identity.listenerUri = listenerUri;
-    identity.authorization = authorization;
-    identity.localOrigin = localOrigin;
-    identity.applicationName = applicationName;
+  const Session::Identity given{.apiUri = apiUri,
+                                .listenerUri = listenerUri,
+                                .authorization = authorization,
+                                .localOrigin = localOrigin,
+                                .actorId = actorId.value_or(""),
+                                .applicationName = applicationName,
+                                .pushToken = {},
+                                .apnsToken = {}};
+  startWithConsent(/*needsConsent=*/false, [given, offlineCachingDisabled](const auto& runtime) {
+    beginShortForm(runtime, given, offlineCachingDisabled);
   });
-  runtime->session.offlineCachingDisabled = offlineCachingDisabled;
-  prepareStore(*runtime);
-  chooseActorShortForm(runtime->session, actorId.value_or(""));
-  startUp(runtime, {});
 }
 
 bool Kifo::isInitialized() {
@@ -233,28 +257,44 @@ InitializeStatusType Kifo::getInitializeStatusType() {
   return Runtime::current()->session.initializeStatus;
 }
 
+void Kifo::giveConsent() {
+  kifo::giveConsent();
+}
+void Kifo::revokeConsent() {
+  kifo::revokeConsent();
+}
+ConsentStatus Kifo::consent() {
+  return consentChoice();
+}
+
 void Kifo::updateActorId(const std::string& newActorId) {
-  setActor(Runtime::current()->session, newActorId);
+  const auto runtime = Runtime::current();
+  if (runtime->consent.drops("updateActorId")) return;
+  setActor(*runtime, newActorId);
 }
 
 void Kifo::setPushToken(const std::string& token) {
   const auto runtime = Runtime::current();
+  if (runtime->consent.drops("setPushToken")) return;
   runtime->session.updateIdentity([&](Session::Identity& identity) { identity.pushToken = token; });
   print("Push token set complete");
-  checkTokens(runtime->session);
+  checkTokens(*runtime);
 }
 
 void Kifo::setApnsToken(const std::vector<std::uint8_t>& deviceToken) {
   const auto runtime = Runtime::current();
+  if (runtime->consent.drops("setApnsToken")) return;
   runtime->session.updateIdentity(
       [&](Session::Identity& identity) { identity.apnsToken = hexadecimal(deviceToken); });
   print("Kifo apns token set complete");
-  checkTokens(runtime->session);
+  checkTokens(*runtime);
 }
 
 void Kifo::setAuthorizationToken(const std::string& token) {
   if (token.empty()) return print("Authorization token cannot be empty");
-  Runtime::current()->session.updateIdentity(
+  const auto runtime = Runtime::current();
+  if (runtime->consent.drops("setAuthorizationToken")) return;
+  runtime->session.updateIdentity(
       [&](Session::Identity& identity) { identity.authorization = token; });
   print("Authorization token set complete");
 }

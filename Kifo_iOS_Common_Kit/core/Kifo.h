@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/core/ConsentStatus.h"
 #include "Kifo_iOS_Common_Kit/core/KifoInitConfig.h"
 #include "Kifo_iOS_Common_Kit/core/Statistics.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
@@ -30,7 +31,8 @@ namespace kifo {
 ///     kifo::Kifo::shutdown();
 ///
 /// **Threading:** every operation is thread-safe. `initialize` waits on the calling thread only for
-/// a token service; nothing else here touches disk or network there, but for one small file read.
+/// a token service; nothing else here touches disk or network there, but for one small file read
+/// and, when the user's consent is told, one small file's name.
 /// **Errors:** nothing throws. What went wrong shows in `getInitializeStatusType` and on the
 /// console.
 class KIFO_EXPORT Kifo {
@@ -55,6 +57,23 @@ class KIFO_EXPORT Kifo {
 
   static bool isInitialized();
   static InitializeStatusType getInitializeStatusType();
+
+  /// The user agrees that the SDK works; remembered from now on. An initialisation that waits for
+  /// it
+  /// (`KifoInitConfig::requiresConsent`) goes on as if it came now, on the calling thread; on the
+  /// answer queue when an erasing has to be finished first.
+  static void giveConsent();
+  /// The user does not agree, or not any more: requests under way are cancelled, and the main queue
+  /// erases what was kept: requests, counters, actor, tokens, budgets and pictures. From the call
+  /// on nothing leaves and nothing is kept, as before `giveConsent`, which initialises anew with
+  /// the last configuration, whether or not that one required consent. Remembered from now on; a
+  /// process that is killed before all is erased erases the rest at the next initialisation.
+  ///
+  /// May be called at any time, also from callbacks. A popup that is open stays open; its answer is
+  /// dropped. `statistics` begins anew.
+  static void revokeConsent();
+  /// What the user has chosen, in this process or an earlier one.
+  static ConsentStatus consent();
 
   /// Makes `newActorId` the user and remembers it; a change of user is sent as an event.
   static void updateActorId(const std::string& newActorId);

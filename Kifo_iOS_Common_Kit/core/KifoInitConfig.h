@@ -67,6 +67,11 @@ class KifoInitConfig {
   bool isLocationRequired = false;       ///< Adds "longitude" and "latitude" when they are known.
   bool forceInitialize = false;          ///< Initialises again even when already initialised.
 
+  /// Until `Kifo::giveConsent` nothing leaves the process, nothing is written, no identifier is
+  /// made or read and the network is not watched; calls of the host are dropped. docs/privacy.md
+  /// says more.
+  bool requiresConsent = false;
+
   /// Stored requests are sent again not only when the network returns, but also when a server that
   /// was away answers: once a fresh request is answered with 200, and, while nothing is sent, by
   /// trying one stored request after 30 seconds, then at doubling intervals up to 10 minutes.

@@ -88,10 +88,10 @@ std::shared_ptr<Runtime> Runtime::current() {
   return s.runtime;
 }
 
-std::shared_ptr<Runtime> Runtime::detach() {
+std::shared_ptr<Runtime> Runtime::exchange(std::shared_ptr<Runtime> next) {
   Slot& s = slot();
   const WriterLock lock(s.mutex);
-  return std::exchange(s.runtime, nullptr);
+  return std::exchange(s.runtime, std::move(next));
 }
 
 Runtime::Runtime()

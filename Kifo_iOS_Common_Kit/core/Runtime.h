@@ -3,6 +3,7 @@
 #include <atomic>
 #include <memory>
 
+#include "Kifo_iOS_Common_Kit/core/Consent.h"
 #include "Kifo_iOS_Common_Kit/core/Counters.h"
 #include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
@@ -35,13 +36,16 @@ class Runtime {
   /// The runtime in force; null when there is none.
   static std::shared_ptr<Runtime> existing();
   /// Takes the runtime in force out of the process; null when there is none.
-  static std::shared_ptr<Runtime> detach();
+  static std::shared_ptr<Runtime> detach() { return exchange(nullptr); }
+  /// The same, and puts `next` in its place.
+  static std::shared_ptr<Runtime> exchange(std::shared_ptr<Runtime> next);
 
   Runtime();
   ~Runtime();
   Runtime(const Runtime&) = delete;
   Runtime& operator=(const Runtime&) = delete;
 
+  Consent consent;
   Session session;
   TokenFetch tokenFetch;
   const std::shared_ptr<Counters> counters = std::make_shared<Counters>();

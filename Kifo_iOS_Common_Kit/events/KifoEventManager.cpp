@@ -13,6 +13,7 @@
 #include "Kifo_iOS_Common_Kit/events/KifoEventManagerLogic.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
@@ -58,8 +59,17 @@ RequestParameters parametersOf(BaseEvent event, const std::string& requestId) {
   return {dictionary};
 }
 
+bool isDropped(const Runtime& runtime, const BaseEvent& event) {
+  if (!runtime.consent.isWithheld()) return false;
+  runtime.counters->add(Counter::composed);
+  runtime.counters->add(Counter::droppedWithoutConsent);
+  KIFO_INSPECT("dropped", {{"event", event.name}, {"reason", "no consent"}});
+  return true;
+}
+
 /// The path of every event behind the send gate: block filter, request id, snapshot, hand-over.
 void dispatch(const std::shared_ptr<Runtime>& runtime, BaseEvent event, bool isNotificationEvent) {
+  if (isDropped(*runtime, event)) return;
   refreshNotificationPermissionStatus(runtime);
   if (isBlocked(runtime->session, event.name)) {
     runtime->counters->add(Counter::blocked);
@@ -94,6 +104,7 @@ KifoNotificationPermissionStatusType statusOf(const UserInfo& userInfo) {
 
 /// A campaign that is shown half a second after its event.
 struct DuePopup {
+  std::shared_ptr<Runtime> runtime;
   std::weak_ptr<ViewController> controller;
   std::optional<std::string> pageName;  ///< Known from the start: the screen may go.
   std::shared_ptr<AppCommunicationItem> item;
@@ -101,6 +112,7 @@ struct DuePopup {
 };
 
 void show(PopupType type, const DuePopup& due) {
+  if (!rules::hasConsent(*due.runtime, *due.item)) return;
   const auto controller = due.controller.lock();
   if (!controller) {
     count(Counter::popupsRefusedNoScreen);
@@ -196,7 +208,7 @@ void KifoEventManager::sendPageInEvent(std::shared_ptr<ViewController> controlle
                                        std::optional<std::string> pageName) {
   const auto runtime = Runtime::current();
   sendGate(runtime->session);
-  runtime->inAppTrigger->refresh(runtime);
+  if (!runtime->consent.isWithheld()) runtime->inAppTrigger->refresh(runtime);
   runtime->popupGate->askAgain();
   dispatch(runtime, pageEvent(KifoEventType::PAGE_IN, {controller.get(), std::move(pageName)}),
            false);
@@ -221,6 +233,7 @@ void KifoEventManager::sendEvent(std::shared_ptr<ViewController> controller,
                                  EventParameters initialParameters, ButtonAction onActionRequired) {
   send(customEvent(eventName, std::move(initialParameters), {controller.get(), pageName}));
   const auto runtime = Runtime::current();
+  if (runtime->consent.isWithheld()) return;
   if (!controller) {
     return runtime->inAppTrigger->eventSent(runtime, eventName, [](const auto& item) {
       count(Counter::popupsDue);
@@ -247,6 +260,7 @@ void KifoEventManager::sendEvent(const std::string& eventName, std::optional<std
                                  EventParameters initialParameters, ItemAction onActionRequired) {
   send(customEvent(eventName, std::move(initialParameters), {nullptr, std::move(pageName)}));
   const auto runtime = Runtime::current();
+  if (runtime->consent.isWithheld()) return;
   runtime->inAppTrigger->eventSent(
       runtime, eventName, [onActionRequired = std::move(onActionRequired)](const auto& item) {
         if (!item->type) {
@@ -319,8 +333,8 @@ void KifoEventManager::handlePopupAction(std::shared_ptr<ViewController> control
     inspect(action.get(), "refused", "couldn't get a actionType for popup");
     return print("couldn't get a actionType for popup");
   }
-  DuePopup due{controller, PageContext(controller.get(), std::move(pageName)).name,
-               std::move(action),
+  DuePopup due{Runtime::current(), controller,
+               PageContext(controller.get(), std::move(pageName)).name, std::move(action),
                [onActionRequired = std::move(onActionRequired)](const auto& button) {
                  callHost(LOG_TAG, onActionRequired, button);
                }};

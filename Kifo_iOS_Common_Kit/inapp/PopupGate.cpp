@@ -196,6 +196,19 @@ void PopupGate::presentHeld() {
   }
 }
 
+void PopupGate::takeSettings(const PopupGate& other) {
+  std::shared_ptr<const PopupDecider> decider;
+  bool isPaused = false;
+  {
+    const MutexLock lock(other.mutex_);
+    decider = other.decider_;
+    isPaused = other.isPaused_;
+  }
+  const MutexLock lock(mutex_);
+  decider_.swap(decider);
+  isPaused_ = isPaused;
+}
+
 void PopupGate::close() {
   std::shared_ptr<const PopupDecider> decider;
   std::vector<Request> held;

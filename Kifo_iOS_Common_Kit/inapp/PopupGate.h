@@ -40,6 +40,9 @@ class PopupGate : public std::enable_shared_from_this<PopupGate> {
   /// are paused, or when the host's gate itself calls it.
   void askAgain();
 
+  /// Takes over the host's gate and switch from a gate that is to be closed.
+  void takeSettings(const PopupGate& other);
+
   /// Forgets the host's gate and what is held back; from now on no popup may show.
   void close();
 

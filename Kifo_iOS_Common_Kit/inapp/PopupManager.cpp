@@ -228,22 +228,23 @@ struct Turn {
   const Kind& kind;
   const std::shared_ptr<AppCommunicationItem> item;
   const ReportPointer report;
-  const std::weak_ptr<PopupGate> gate;
+  const std::weak_ptr<Runtime> runtime;
   std::weak_ptr<const PopupRequest> request;
   bool isAllowed = false;
 
   /// The checks that may come out otherwise than when the popup became due, and the host's gate.
   bool mayShow() {
     isAllowed = false;
+    const auto owner = runtime.lock();
+    if (!owner || !rules::hasConsent(*owner, *item)) return false;
     if (rules::isExpired(*item)) {
       count(Counter::popupsRefusedExpired);
       return false;
     }
     if (!rules::showsLeft(*item)) return false;
     if (kind.rule && !rules::accepts(*kind.rule, kind.options(*item), *item)) return false;
-    const auto asked = gate.lock();
     const auto self = request.lock();
-    isAllowed = asked && self && asked->allows(self);
+    isAllowed = self && owner->popupGate->allows(self);
     return isAllowed;
   }
 
@@ -251,6 +252,8 @@ struct Turn {
   bool open() {
     if (!isAllowed && !mayShow()) return false;
     isAllowed = false;
+    const auto owner = runtime.lock();
+    if (!owner || !rules::hasConsent(*owner, *item)) return false;
     // Read again: another popup of the campaign may have shown while the host decided.
     const auto left = rules::showsLeft(*item);
     if (!left) return false;
@@ -270,17 +273,17 @@ void present(const Kind& kind, const std::shared_ptr<InAppReporter>& reporter,
   if (!rules::isIdentified(trigger.item, /*silently=*/kind.isPlain)) return;
   // The range is checked before the budget: a campaign with a wrong one never touches its budget.
   if (kind.hasRange && !rules::hasScoreRange(*trigger.item)) return;
-  const auto gate = Runtime::current()->popupGate;
+  const auto runtime = Runtime::current();
   const auto report = std::make_shared<Report>(reporter, trigger);
   const auto request = std::make_shared<PopupRequest>();
-  const auto turn = std::make_shared<Turn>(Turn{kind, trigger.item, report, gate, request});
+  const auto turn = std::make_shared<Turn>(Turn{kind, trigger.item, report, runtime, request});
   request->preferences = preferencesOf(kind, trigger);
   request->reporter = report;
-  request->order = gate->nextOrder();
+  request->order = runtime->popupGate->nextOrder();
   request->mayShow = [turn] { return turn->mayShow(); };
   request->open = [turn] { return turn->open(); };
   kind.installCallbacks(*request, report, trigger.handler);
-  gate->present(request);
+  runtime->popupGate->present(request);
 }
 
 }  // namespace

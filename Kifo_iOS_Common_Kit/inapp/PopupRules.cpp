@@ -51,6 +51,15 @@ bool isIdentified(const std::shared_ptr<AppCommunicationItem>& item, bool silent
   return false;
 }
 
+bool hasConsent(const Runtime& runtime, const AppCommunicationItem& item) {
+  if (!runtime.consent.isWithheld()) return true;
+  runtime.counters->add(Counter::popupsRefusedNoConsent);
+  constexpr std::string_view message = "the user's consent was revoked";
+  print(message);
+  inspect(item, "refused", message);
+  return false;
+}
+
 bool hasScoreRange(const AppCommunicationItem& item) {
   if (item.minScore && item.maxScore && *item.maxScore >= 1 && *item.minScore >= 0 &&
       *item.minScore < *item.maxScore && *item.maxScore <= kHighestScore) {
@@ -84,7 +93,8 @@ std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item) {
 }
 
 void spendShow(const AppCommunicationItem& item, std::int64_t left) {
-  Platform::current()->userDefaults->setValue(*item.uuid, left - 1);
+  Runtime::current()->consent.unlessWithheld(
+      [&] { Platform::current()->userDefaults->setValue(*item.uuid, left - 1); });
 }
 
 bool accepts(const ListRule& rule, const std::optional<Buttons>& list,

@@ -8,6 +8,10 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 
+namespace kifo {
+class Runtime;
+}
+
 /// The checks that a campaign passes before it is shown. Each says on the console, and to the
 /// inspector, what it refuses or cuts short; none changes the campaign.
 ///
@@ -33,6 +37,10 @@ inline constexpr std::int64_t kHighestScore = 100000;
 /// Whether the campaign has an identity and a show count; `silently` prints nothing when it has
 /// not.
 bool isIdentified(const std::shared_ptr<AppCommunicationItem>& item, bool silently = false);
+
+/// Whether the user still agrees: the consent may have been revoked since the campaign was chosen,
+/// in the session of `runtime`.
+bool hasConsent(const Runtime& runtime, const AppCommunicationItem& item);
 
 /// Whether the lowest and the highest score are there, in order and within 0 to `kHighestScore`.
 bool hasScoreRange(const AppCommunicationItem& item);

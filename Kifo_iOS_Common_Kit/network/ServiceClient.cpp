@@ -189,6 +189,7 @@ void ServiceClient::handOver(const std::shared_ptr<OutgoingRequest>& request) {
 }
 
 HttpRequest ServiceClient::httpRequest(const OutgoingRequest& request) const {
+  if (runtime_->consent.isWithheld()) return {};
   const Session& session = runtime_->session;
   const auto sender = request.sender ? request.sender : session.identity();
   HttpRequest http;

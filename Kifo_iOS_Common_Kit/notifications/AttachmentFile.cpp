@@ -108,6 +108,22 @@ std::shared_ptr<const AttachmentFile> AttachmentFile::write(std::string_view byt
   return file;
 }
 
+bool AttachmentFile::removeAll() {
+  std::set<std::string> directories;
+  {
+    const MutexLock lock(own().mutex);
+    directories = own().directories;
+  }
+  bool isGone = true;
+  for (const std::string& directory : directories) {
+    std::error_code error;
+    fs::remove_all(directory, error);
+    if (error) isGone = false;
+  }
+  removeLeftovers(Platform::current()->temporaryDirectory);
+  return isGone;
+}
+
 void AttachmentFile::removeLeftovers(const std::string& temporaryDirectory) {
   std::error_code error;
   const fs::path parent = orSystems(temporaryDirectory);

@@ -25,6 +25,10 @@ class AttachmentFile {
   /// system's. Reads the directory.
   KIFO_SHARED static void removeLeftovers(const std::string& temporaryDirectory);
 
+  /// Removes this process's files and those of processes that are no more, also while contents
+  /// refer to them. False when something is left.
+  static bool removeAll();
+
   ~AttachmentFile();
   AttachmentFile(const AttachmentFile&) = delete;
   AttachmentFile& operator=(const AttachmentFile&) = delete;

@@ -50,7 +50,9 @@ void reportReceived(const NotificationAppCommunicationItem& item) {
 }  // namespace
 
 void NotificationManager::refreshNotificationPermissionStatusType() {
-  kifo::refreshNotificationPermissionStatus(Runtime::current());
+  const auto runtime = Runtime::current();
+  if (runtime->consent.drops("refreshNotificationPermissionStatusType")) return;
+  kifo::refreshNotificationPermissionStatus(runtime);
 }
 
 void NotificationManager::handleNotification(const UserInfo& userInfo,

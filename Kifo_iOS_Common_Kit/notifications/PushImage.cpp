@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
@@ -38,7 +39,7 @@ std::optional<HttpAnswer> fetch(const std::string& url, double limit) {
         request.url = url;
         request.timeout = limit;
         request.maximumBodySize = MAXIMUM_SIZE;
-        return request;
+        return withConsent(std::move(request));
       },
       [pending](HttpAnswer answer) {
         const MutexLock lock(pending->mutex);
@@ -54,7 +55,9 @@ std::optional<HttpAnswer> fetch(const std::string& url, double limit) {
 
 std::vector<NotificationAttachment> attachmentsOf(std::string_view bytes) {
   try {
-    auto file = AttachmentFile::write(bytes);
+    std::shared_ptr<const AttachmentFile> file;
+    Runtime::current()->consent.unlessWithheld([&] { file = AttachmentFile::write(bytes); });
+    if (!file) return {};
     return {{AttachmentFile::NAME, file->path(), file}};
   } catch (const std::exception& error) {
     Console::print(logTag("NotificationManager"), std::string("error ") + error.what());
@@ -66,6 +69,7 @@ std::vector<NotificationAttachment> attachmentsOf(std::string_view bytes) {
 
 PushImage loadPushImage(const std::string& url, double limit) {
   if (!hasWebScheme(url)) return {std::nullopt, "only http and https are loaded"};
+  if (Runtime::current()->consent.isWithheld()) return {std::nullopt, "no consent"};
   auto answer = fetch(url, limit);
   if (!answer) return {std::nullopt, "timed out"};
   if (answer->error) return {std::nullopt, answer->error->message};

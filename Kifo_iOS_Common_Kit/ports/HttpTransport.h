@@ -54,6 +54,10 @@ class KIFO_EXPORT HttpTransport {
   /// The network came back: connections from before are not used for later requests.
   virtual void networkChanged() = 0;
 
+  /// Answers all open requests with the error "cancelled". Requests sent afterwards go out. Here it
+  /// does nothing: a transport that cannot cancel lets them end, and their answers are ignored.
+  virtual void cancelOpen() {}
+
   /// Answers all open requests with the error "cancelled" and ends. Later sends are answered so at
   /// once.
   virtual void stop() = 0;

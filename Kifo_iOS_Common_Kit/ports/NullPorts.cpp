@@ -26,6 +26,7 @@ class NullUserDefaults final : public UserDefaults {
  public:
   std::optional<DefaultsValue> value(const std::string&) const override { return std::nullopt; }
   void setValue(const std::string&, DefaultsValue) override {}
+  bool removeAll() override { return true; }
 };
 
 class NullReachabilityService final : public ReachabilityService {

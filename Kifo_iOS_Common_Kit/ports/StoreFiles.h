@@ -11,7 +11,8 @@ namespace kifo {
 /// The files of the store apart from what is in them, which SQLite reads and writes through its
 /// default VFS. Paths are absolute.
 ///
-/// **Threading:** called on the main queue alone.
+/// **Threading:** called on the main queue; on other threads besides, for the files that remember
+/// the user's consent.
 /// **Errors:** values of the domain "file".
 class KIFO_EXPORT StoreFiles {
  public:

@@ -23,6 +23,9 @@ class KIFO_EXPORT UserDefaults {
 
   [[nodiscard]] virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
   virtual void setValue(const std::string& key, DefaultsValue value) = 0;
+  /// Forgets every value and erases what was written, before it returns. False when something that
+  /// was written may still be there. Called on the main queue.
+  virtual bool removeAll() = 0;
 
   /// The text stored under `key`; none when nothing is stored or it is no text.
   [[nodiscard]] std::optional<std::string> string(const std::string& key) const;

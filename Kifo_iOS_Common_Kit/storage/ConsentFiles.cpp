@@ -1,14 +1,22 @@
 #include "Kifo_iOS_Common_Kit/storage/ConsentFiles.h"
 
+#include <filesystem>
 #include <utility>
 
 namespace kifo {
+namespace {
+
+std::string in(const std::string& directory, const char* name) {
+  return (std::filesystem::path(directory) / name).string();
+}
+
+}  // namespace
 
 ConsentFiles::ConsentFiles(std::shared_ptr<StoreFiles> files, const std::string& directory)
     : files_(std::move(files)),
-      given_(directory + "/consent.given"),
-      refused_(directory + "/consent.refused"),
-      erasing_(directory + "/consent.erasing") {}
+      given_(in(directory, "consent.given")),
+      refused_(in(directory, "consent.refused")),
+      erasing_(in(directory, "consent.erasing")) {}
 
 ConsentStatus ConsentFiles::choice() const {
   if (files_->exists(given_)) return ConsentStatus::GIVEN;

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
+#include "Kifo_iOS_Common_Kit/core/ConsentStatus.h"
 #include "Kifo_iOS_Common_Kit/ports/StoreFiles.h"
 
 namespace kifo {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 namespace kifo {
 namespace {
@@ -39,6 +40,10 @@ std::error_code moveBeside(const fs::path& from, const fs::path& to) {
 }
 
 }  // namespace
+
+std::shared_ptr<StoreFiles> DiskStoreFiles::unlessGiven(std::shared_ptr<StoreFiles> files) {
+  return files ? std::move(files) : std::make_shared<DiskStoreFiles>();
+}
 
 bool DiskStoreFiles::exists(const std::string& path) {
   std::error_code error;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Kifo_iOS_Common_Kit/ports/StoreFiles.h"
 
 namespace kifo {
@@ -7,6 +9,9 @@ namespace kifo {
 /// The store's files on the disk.
 class DiskStoreFiles final : public StoreFiles {
  public:
+  /// `files`; those of the disk when it is null.
+  static std::shared_ptr<StoreFiles> unlessGiven(std::shared_ptr<StoreFiles> files);
+
   bool exists(const std::string& path) override;
   void makeDirectories(const std::string& path) override;
   bool makePrivate(const std::string& path) override;

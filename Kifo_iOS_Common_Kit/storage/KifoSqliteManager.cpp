@@ -42,14 +42,16 @@ KifoSqliteManager::KifoSqliteManager(std::shared_ptr<SerialQueue> mainQueue, std
                                      std::shared_ptr<StoreFiles> files,
                                      std::shared_ptr<Counters> counters)
     : mainQueue_(std::move(mainQueue)),
-      files_(files ? std::move(files) : std::make_shared<DiskStoreFiles>()),
+      files_(DiskStoreFiles::unlessGiven(std::move(files))),
       directory_(std::move(directory)),
       databasePath_((fs::path(directory_) / kFileName).string()),
       counters_(std::move(counters)),
       pendingWrites_(counters_) {}
 
 void KifoSqliteManager::post(std::function<void()> work) {
-  mainQueue_->post([self = shared_from_this(), work = std::move(work)] { work(); });
+  mainQueue_->post([self = shared_from_this(), work = std::move(work)] {
+    if (!self->isAbandoned_) work();
+  });
 }
 
 // The file ---------------------------------------------------------------------------------------
@@ -102,6 +104,7 @@ void KifoSqliteManager::closeLocalDatabaseWithName(const std::string&, StatusBlo
 void KifoSqliteManager::enqueue(PendingWrites::Groups groups,
                                 std::function<void(StoreConnection&)> work) {
   const auto task = [self = shared_from_this(), groups, work = std::move(work)] {
+    if (self->isAbandoned_) return self->pendingWrites_.clear();
     // Never makes the file: an empty one would never get its table.
     StoreConnection file(self->databasePath_, StoreConnection::Mode::existing,
                          self->waitsForLocks_);
@@ -159,6 +162,23 @@ void KifoSqliteManager::writeCounters() {
     StoreTransaction transaction(file, counters_);
     if (transaction.begun().isDone) transaction.commit(/*changes=*/true);
   });
+}
+
+// The end of it ---------------------------------------------------------------------------------
+
+void KifoSqliteManager::abandon() {
+  isAbandoned_ = true;
+  waitsForLocks_ = false;
+}
+
+bool KifoSqliteManager::eraseFiles() {
+  close();
+  bool isGone = true;
+  for (const char* suffix : {"", "-journal", "-wal", "-shm", ".new", ".new-journal"}) {
+    const std::string path = databasePath_ + suffix;
+    if (files_->exists(path) && files_->remove(path)) isGone = false;
+  }
+  return isGone;
 }
 
 // Maintenance ------------------------------------------------------------------------------------

@@ -86,6 +86,12 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   /// From now on a locked file is not waited for. For shutdown.
   void stopWaitingForLocks() { waitsForLocks_ = false; }
 
+  /// From now on nothing is read or written: what is queued is dropped, its completions never run.
+  void abandon();
+  /// Removes the file with all that SQLite keeps beside it; false when something is left. Main
+  /// queue only.
+  bool eraseFiles();
+
   /// The handle that `openLocalDatabaseWithName` left open; null when none is.
   [[nodiscard]] sqlite3* database() const { return database_ ? database_->handle() : nullptr; }
   [[nodiscard]] const std::string& databasePath() const { return databasePath_; }
@@ -111,6 +117,7 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
 
   // Thread-safe.
   std::atomic<bool> waitsForLocks_ = true;
+  std::atomic<bool> isAbandoned_ = false;
   PendingWrites pendingWrites_;
 
   // Main queue only.

@@ -181,6 +181,14 @@ void PendingWrites::finish(std::span<const PendingWrite> writes) {
   copies_ -= std::ranges::count_if(writes, [](const auto& write) { return bool(write.compose); });
 }
 
+void PendingWrites::clear() {
+  std::deque<std::vector<PendingWrite>> dropped;  // destroyed outside the lock
+  const MutexLock lock(mutex_);
+  dropped.swap(waiting_);
+  isOpen_ = false;
+  copies_ = 0;
+}
+
 void PendingWrites::run(StoreConnection& file, Groups groups) {
   while (const auto group = take(groups)) {
     for (std::span<const PendingWrite> left = *group; !left.empty();) {

@@ -70,6 +70,9 @@ class PendingWrites {
   /// The next write begins a new group. Gives the groups up to now.
   Groups endGroup() KIFO_EXCLUDES(mutex_);
 
+  /// Drops every group; no callback runs.
+  void clear() KIFO_EXCLUDES(mutex_);
+
   /// Runs the first `groups` groups, except for those that have been run.
   void run(StoreConnection& file, Groups groups) KIFO_EXCLUDES(mutex_);
 

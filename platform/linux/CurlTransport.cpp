@@ -65,6 +65,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
 
   void send(Make make, Done done);
   void networkChanged();
+  void cancelOpen();
   void stop();
 
  private:
@@ -73,6 +74,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   struct Sent {
     Make make;  ///< Empty once it has run.
     Done done;
+    bool cancelsEarlier = false;  ///< No request: those before it are to be cancelled.
   };
   /// The requests for one host: scheme, name and port.
   struct Host {
@@ -94,6 +96,7 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   void collectFinished();
   void expireWaiting();
   void leaveOldNetwork();
+  void cancelUpTo(Id last);
   void wait();
   CURL* takeHandle();
   void keepHandle(CURL* easy);
@@ -137,6 +140,12 @@ void CurlTransport::Core::send(Make make, Done done) {
 void CurlTransport::Core::networkChanged() {
   networkChanged_ = true;
   mailbox_.wake();
+}
+
+/// By the mailbox, so that what is sent next is not cancelled.
+void CurlTransport::Core::cancelOpen() {
+  if (!worker_.isStarted() || stopping_) return;
+  if (!mailbox_.post({.make = {}, .done = {}, .cancelsEarlier = true})) cancelAll();
 }
 
 void CurlTransport::Core::stop() {
@@ -191,11 +200,19 @@ bool CurlTransport::Core::takePosted() {
   if (stopping_) return false;
   if (networkChanged_.exchange(false)) leaveOldNetwork();
   std::vector<std::pair<Id, Make>> round;
+  Id cancelled = 0;
   MutexLock lock(mutex_);
   for (Sent& sent : mailbox_.take()) {
+    if (sent.cancelsEarlier) {
+      cancelled = last_;
+      continue;
+    }
     incoming_.push_back(++last_);
     unanswered_.emplace_hint(unanswered_.end(), last_, std::move(sent));
   }
+  lock.unlock();
+  if (cancelled != 0) cancelUpTo(cancelled);
+  lock.lock();
   for (; !incoming_.empty() && round.size() < kRoundSize; incoming_.pop_front()) {
     const auto sent = unanswered_.find(incoming_.front());
     // A stop that did not wait for this thread has cancelled the others.
@@ -309,6 +326,24 @@ void CurlTransport::Core::leaveOldNetwork() {
   }
 }
 
+void CurlTransport::Core::cancelUpTo(Id last) {
+  std::erase_if(incoming_, [&](Id id) { return id <= last; });
+  for (auto& [authority, host] : hosts_) {
+    std::erase_if(host.waiting, [&](const Transfer& transfer) { return transfer->id() <= last; });
+  }
+  std::vector<Id> ids;
+  for (const auto& [id, transfer] : active_) ids.push_back(id);
+  std::erase_if(ids, [&](Id id) { return id > last; });
+  for (const Id id : ids) finish(id, CURLE_ABORTED_BY_CALLBACK, cancelledAnswer());
+  // Those that waited.
+  ids.clear();
+  MutexLock lock(mutex_);
+  for (const auto& [id, sent] : unanswered_) ids.push_back(id);
+  lock.unlock();
+  std::erase_if(ids, [&](Id id) { return id > last; });
+  for (const Id id : ids) answer(id, cancelledAnswer());
+}
+
 /// Polls the transfers and the mailbox until there is something to do.
 void CurlTransport::Core::wait() {
   auto longest = Wakeups::kForever;
@@ -362,6 +397,10 @@ void CurlTransport::send(Make make, Done done) {
 
 void CurlTransport::networkChanged() {
   core_->networkChanged();
+}
+
+void CurlTransport::cancelOpen() {
+  core_->cancelOpen();
 }
 
 void CurlTransport::stop() {

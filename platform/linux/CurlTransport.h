@@ -37,6 +37,7 @@ class CurlTransport final : public HttpTransport {
 
   void send(Make make, Done done) override;
   void networkChanged() override;
+  void cancelOpen() override;
   /// Called from `make` or `done` it returns at once, and the end follows.
   void stop() override;
 

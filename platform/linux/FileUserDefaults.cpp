@@ -167,6 +167,14 @@ bool DefaultsFile::setAside() const {
   return rename(path("").c_str(), path(".bad").c_str()) == 0;
 }
 
+bool DefaultsFile::remove() const {
+  bool isGone = true;
+  for (const char* suffix : {"", ".tmp", ".bad", ".lock"}) {
+    if (unlink(path(suffix).c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) isGone = false;
+  }
+  return isGone;
+}
+
 /// Shared with the tasks that write, which may outlive the defaults.
 class FileUserDefaults::Store : public std::enable_shared_from_this<Store> {
  public:
@@ -177,6 +185,7 @@ class FileUserDefaults::Store : public std::enable_shared_from_this<Store> {
 
   std::optional<DefaultsValue> value(const std::string& key);
   void setValue(const std::string& key, DefaultsValue value);
+  bool removeAll();
 
  private:
   void load() KIFO_REQUIRES(mutex_);
@@ -211,6 +220,17 @@ void FileUserDefaults::Store::setValue(const std::string& key, DefaultsValue val
   values_[key] = value;
   changes_[key] = std::move(value);
   scheduleWrite();
+}
+
+/// On the queue, where no write is under way.
+bool FileUserDefaults::Store::removeAll() {
+  {
+    const MutexLock lock(mutex_);
+    values_.clear();
+    changes_.clear();
+    loaded_ = true;
+  }
+  return file_.remove();
 }
 
 void FileUserDefaults::Store::load() {
@@ -290,6 +310,10 @@ std::optional<DefaultsValue> FileUserDefaults::value(const std::string& key) con
 
 void FileUserDefaults::setValue(const std::string& key, DefaultsValue value) {
   store_->setValue(key, std::move(value));
+}
+
+bool FileUserDefaults::removeAll() {
+  return store_->removeAll();
 }
 
 }  // namespace kifo

@@ -50,6 +50,8 @@ class DefaultsFile {
   void makePrivate() const { kifo::makePrivate(path("")); }
   /// Moves a corrupt file out of the way, to "defaults.json.bad"; false when that fails.
   [[nodiscard]] bool setAside() const;
+  /// Removes the file with all that was made beside it; false when something is left.
+  [[nodiscard]] bool remove() const;
   [[nodiscard]] const std::string& directory() const { return directory_; }
 
  private:
@@ -76,6 +78,7 @@ class FileUserDefaults final : public UserDefaults {
 
   [[nodiscard]] std::optional<DefaultsValue> value(const std::string& key) const override;
   void setValue(const std::string& key, DefaultsValue value) override;
+  bool removeAll() override;
 
  private:
   class Store;

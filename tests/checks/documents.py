@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Holds the documents to what the code says.
 
-    documents.py ROOT
+    documents.py ROOT            prints what differs; exit status 1 when something does
+    documents.py ROOT --write    writes the table of keys in docs/privacy.md anew
 """
 import pathlib
 import re
@@ -51,6 +52,37 @@ def inspector_lists_every_decision():
         yield f"docs/inspector.md knows the decision {kind}, which nobody takes"
 
 
+def table_of_keys():
+    """The keys of payloads with which events carry them and what they tell, from the header."""
+    header = (ROOT / "Kifo_iOS_Common_Kit/core/PayloadKeys.h").read_text(encoding="utf-8")
+    keys = header.split("class Constants")[1].split("\n\n")[0]
+    rows = {}
+    for key, carriers, meaning in re.findall(r'=\s*"(\w+)"; *///< ([^:\n]*): ([^\n]*)', keys):
+        rows.setdefault(key, []).append((carriers, meaning))
+    assert sum(map(len, rows.values())) == keys.count("constexpr"), "a key without a comment"
+    lines = ["| key | carried by | tells |", "|---|---|---|"]
+    for key, meanings in sorted(rows.items()):
+        carriers, telling = ("; ".join(dict.fromkeys(texts)) for texts in zip(*meanings))
+        lines.append(f"| `{key}` | {carriers} | {telling} |")
+    return "\n".join(lines) + "\n"
+
+
+KEYS = re.compile(r"(<!-- keys -->\n).*?(<!-- end of keys -->)", re.DOTALL)
+
+
+def privacy_lists_every_key():
+    text = (ROOT / "docs/privacy.md").read_text(encoding="utf-8")
+    if KEYS.sub(lambda found: found[1] + table_of_keys() + found[2], text) != text:
+        yield "docs/privacy.md has another table of keys: run documents.py with --write"
+
+
+def write_table_of_keys():
+    path = ROOT / "docs/privacy.md"
+    text = path.read_text(encoding="utf-8")
+    path.write_text(KEYS.sub(lambda found: found[1] + table_of_keys() + found[2], text),
+                    encoding="utf-8")
+
+
 def links_lead_somewhere():
     for document in [ROOT / "README.md", *(ROOT / "docs").glob("*.md")]:
         for target in re.findall(r"\]\(([^)#:]+)\)", document.read_text(encoding="utf-8")):
@@ -59,8 +91,11 @@ def links_lead_somewhere():
 
 
 def main():
+    if "--write" in sys.argv:
+        write_table_of_keys()
     found = [problem for check in (readme_shows_the_sample, storage_shows_the_statement,
-                                   inspector_lists_every_decision, links_lead_somewhere)
+                                   inspector_lists_every_decision, privacy_lists_every_key,
+                                   links_lead_somewhere)
              for problem in check()]
     print(*found, sep="\n")
     return 1 if found else 0

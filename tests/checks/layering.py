@@ -40,8 +40,8 @@ BESIDE = {
     "testing/": [KIT + "ports/", KIT + "core/", KIT + "core/Kifo.", KIT + "inapp/"],
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
-# The facade, and the source that makes the runtime's parts, know every other module.
-FACADE = (KIT + "core/Kifo.", KIT + "core/Runtime.cpp")
+# The facade, and the sources that make and end the runtime's parts, know every other module.
+FACADE = (KIT + "core/Kifo.", KIT + "core/Runtime.cpp", KIT + "core/Consent.cpp")
 MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
 # kifo::kit is linked without Qt, so nothing of it includes these folders.

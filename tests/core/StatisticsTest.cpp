@@ -66,18 +66,9 @@ class StatisticsTest : public SdkTest {
 
   /// The process ends, and the next one begins on the same files.
   void beginAgain(bool isKilled) {
-    const auto queues = {&fake.mainQueue, &fake.answerQueue, &fake.reachabilityQueue,
-                         &fake.transportQueue};
     if (!isKilled) Runtime::current()->store()->writeCounters();
     if (!isKilled) fake.runUntilIdle();
-    for (auto* queue : queues) {
-      (*queue)->discard();
-      *queue = std::make_shared<testing::FakeSerialQueue>(fake.executor);
-    }
-    Runtime::detach();
-    fake.http = std::make_shared<testing::FakeHttpTransport>(fake.transportQueue);
-    fake.reachability->setFlags(2);
-    Platform::install(fake.platform());
+    restartProcess();
     before_ = {};
   }
 

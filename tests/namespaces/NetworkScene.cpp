@@ -66,18 +66,22 @@ Platform NetworkScene::platform() {
   return platform;
 }
 
+KifoInitConfig NetworkScene::configuration(const std::string& address) const {
+  KifoInitConfig config;
+  config.bundle = {"com.example.kiosk"};
+  config.apiUri = endpoint(address, "/getInAppCommunication");
+  config.listenerUri = endpoint(address, kServerPath);
+  config.authorization = "token";
+  config.actorId = "actor";
+  config.isWifiStatusRequired = true;
+  return config;
+}
+
 void NetworkScene::start(const std::string& address, double timeout) {
   Platform::install(platform());
   fake_.userDefaults->setValue(TokenConstant::TIMEOUT, timeout);
-  KifoInitConfig configuration;
-  configuration.bundle = {"com.example.kiosk"};
-  configuration.apiUri = endpoint(address, "/getInAppCommunication");
-  configuration.listenerUri = endpoint(address, kServerPath);
-  configuration.authorization = "token";
-  configuration.actorId = "actor";
-  configuration.isWifiStatusRequired = true;
   std::promise<void> answered;
-  Kifo::initialize(configuration, [&] { answered.set_value(); });
+  Kifo::initialize(configuration(address), [&] { answered.set_value(); });
   ASSERT_EQ(answered.get_future().wait_for(ConsoleLog::kBound), std::future_status::ready);
   ASSERT_TRUE(goesOnline());
   ASSERT_TRUE(awaitReceived("sdk_initialize", 1));

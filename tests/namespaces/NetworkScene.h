@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/core/KifoInitConfig.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
@@ -23,6 +24,9 @@ class NetworkScene : public CabledTest {
   /// From now on the cable swallows whatever the host sends, or lets it through again.
   void setBlackHole(bool swallows);
 
+  /// Real queues, sockets and a real database, with the fakes for everything else.
+  Platform platform();
+  [[nodiscard]] KifoInitConfig configuration(const std::string& address = "10.99.0.1") const;
   /// Initialises the SDK and waits until it is online and its start-up events have arrived.
   /// `timeout`: seconds that a request may take.
   void start(const std::string& address = "10.99.0.1", double timeout = 60.0);
@@ -66,13 +70,13 @@ class NetworkScene : public CabledTest {
   std::unique_ptr<LocalServer> server_;
   const std::shared_ptr<ConsoleLog> console_ = std::make_shared<ConsoleLog>();
 
+  /// In memory, for it is not the disk that is looked at here.
+  const TemporaryDirectory documents_{"/dev/shm"};
+
  private:
-  Platform platform();
   bool awaitStatus(const std::string& status);
 
   FakePlatform fake_;
-  /// In memory, for it is not the disk that is looked at here.
-  const TemporaryDirectory documents_{"/dev/shm"};
   std::size_t statusMark_ = 0;
 };
 

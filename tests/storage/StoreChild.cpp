@@ -1,18 +1,25 @@
 // A process that stores requests on the real main queue until it is killed:
 //   kifo_store_child events DIRECTORY   sends an event each millisecond, one '.' for each
 //   kifo_store_child group DIRECTORY    dies within a transaction
+//   kifo_store_child revoke DIRECTORY STEP
+//       revokes the consent and dies before that step of the erasing
+//   kifo_store_child begin DIRECTORY    begins where another process ended, and ends
 #include <signal.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <future>
 #include <string>
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "Kifo_iOS_Common_Kit/storage/DataManager.h"
+#include "Kifo_iOS_Common_Kit/storage/DiskStoreFiles.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "testing/FakeHttpTransport.h"
 
@@ -38,14 +45,18 @@ void install(const std::string& directory) {
   Platform::install(std::move(platform));
 }
 
+KifoInitConfig configuration() {
+  KifoInitConfig config;
+  config.bundle = {"com.example.test"};
+  config.apiUri = kApi;
+  config.listenerUri = "http://listener.test/events";
+  config.authorization = "token";
+  return config;
+}
+
 void sendEvents() {
-  KifoInitConfig configuration;
-  configuration.bundle = {"com.example.test"};
-  configuration.apiUri = kApi;
-  configuration.listenerUri = "http://listener.test/events";
-  configuration.authorization = "token";
   std::promise<void> answered;
-  Kifo::initialize(configuration, [&] { answered.set_value(); });
+  Kifo::initialize(configuration(), [&] { answered.set_value(); });
   answered.get_future().wait();
   auto due = std::chrono::steady_clock::now();
   for (int number = 0;; ++number) {
@@ -76,11 +87,106 @@ void dieWithinGroup() {
   pause();
 }
 
+/// The steps of an erasing, of which one is the process's last.
+class Steps {
+ public:
+  static void begin(int last) { left = last; }
+  static void take() {
+    if (left > 0 && --left == 0) raise(SIGKILL);
+  }
+
+ private:
+  static inline std::atomic<int> left = 0;
+};
+
+class KillingFiles final : public StoreFiles {
+ public:
+  bool exists(const std::string& path) override { return disk_.exists(path); }
+  void makeDirectories(const std::string& path) override { disk_.makeDirectories(path); }
+  bool makePrivate(const std::string& path) override {
+    Steps::take();
+    return disk_.makePrivate(path);
+  }
+  std::optional<Error> move(const std::string& from, const std::string& to,
+                            bool replaces) override {
+    Steps::take();
+    return disk_.move(from, to, replaces);
+  }
+  std::optional<Error> remove(const std::string& path) override {
+    Steps::take();
+    return disk_.remove(path);
+  }
+
+ private:
+  DiskStoreFiles disk_;
+};
+
+class KillingDefaults final : public UserDefaults {
+ public:
+  explicit KillingDefaults(std::shared_ptr<UserDefaults> file) : file_(std::move(file)) {}
+  std::optional<DefaultsValue> value(const std::string& key) const override {
+    return file_->value(key);
+  }
+  void setValue(const std::string& key, DefaultsValue value) override {
+    file_->setValue(key, std::move(value));
+  }
+  bool removeAll() override {
+    Steps::take();
+    const bool isDone = file_->removeAll();
+    Steps::take();
+    return isDone;
+  }
+
+ private:
+  const std::shared_ptr<UserDefaults> file_;
+};
+
+void installKilling(const std::string& directory) {
+  install(directory);
+  Platform platform = *Platform::current();
+  platform.temporaryDirectory = directory + "/cache";
+  platform.storeFiles = std::make_shared<KillingFiles>();
+  platform.userDefaults = std::make_shared<KillingDefaults>(platform.userDefaults);
+  Platform::install(std::move(platform));
+}
+
+void initialize() {
+  auto config = configuration();
+  config.requiresConsent = true;
+  Kifo::initialize(config);
+  Kifo::waitUntilIdle(20.0);
+}
+
+/// A host with rows, defaults and a picture, whose consent is then revoked.
+int revoke(int lastStep) {
+  Kifo::giveConsent();
+  initialize();
+  Kifo::setPushToken("push");
+  Kifo::setApnsToken({1});
+  KifoEventManager::sendEvent("kept", std::nullopt);
+  Kifo::waitUntilIdle(20.0);
+  const auto picture = AttachmentFile::write("pixels");
+  Steps::begin(lastStep);
+  Kifo::revokeConsent();
+  Kifo::waitUntilIdle(20.0);
+  return Kifo::shutdown() ? 0 : 1;
+}
+
+int begin() {
+  initialize();
+  return Kifo::shutdown() ? 0 : 1;
+}
+
 }  // namespace
 }  // namespace kifo
 
 int main(int count, char** texts) {
-  if (count != 3) return 64;
+  if (count < 3) return 64;
+  const std::string mode = texts[1];
+  if (mode == "revoke" || mode == "begin") {
+    kifo::installKilling(texts[2]);
+    return mode == "begin" ? kifo::begin() : kifo::revoke(count > 3 ? std::atoi(texts[3]) : 0);
+  }
   kifo::install(texts[2]);
-  std::string(texts[1]) == "group" ? kifo::dieWithinGroup() : kifo::sendEvents();
+  mode == "group" ? kifo::dieWithinGroup() : kifo::sendEvents();
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 
 #include "testing/ChildProgram.h"
 #include "testing/TemporaryDirectory.h"
@@ -46,6 +47,30 @@ TEST_F(StoreKillTest, AHostThatDiesWithinAGroupKeepsTheGroupsBeforeAndNothingOfT
       << "pages had reached the file";
   expectSoundFile();
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"10"});
+}
+
+TEST_F(StoreKillTest, AHostThatDiesBetweenAnyTwoStepsOfAnErasingHasErasedAllAtItsNextStart) {
+  for (int step = 1, end = 0; end == 0; ++step) {
+    SCOPED_TRACE(step);
+    const TemporaryDirectory home;
+    ChildProgram host;
+    host.start({KIFO_STORE_CHILD, "revoke", home.path(), std::to_string(step)});
+    // A host that lives on has fewer steps.
+    if (const auto status = host.wait()) end = *status == 0 ? step : -1;
+    ASSERT_GE(end, 0);
+    host.start({KIFO_STORE_CHILD, "begin", home.path()});
+    ASSERT_EQ(host.wait(), 0);
+    std::set<std::string> left;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path())) {
+      if (entry.is_regular_file()) left.insert(entry.path().filename());
+    }
+    if (step == 1) {
+      EXPECT_TRUE(left.contains("consent.given")) << "killed before it had refused";
+    } else {
+      EXPECT_EQ(left, std::set<std::string>{"consent.refused"});
+    }
+    EXPECT_TRUE(end == 0 || step > 5) << "there were steps to die between";
+  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "tests/support/SdkTest.h"
 
+#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo {
@@ -50,6 +51,18 @@ void SdkTest::answerNothing() {
 void SdkTest::setOnline(bool online) {
   fake.reachability->change(online ? 2 : 0);
   fake.runUntilIdle();
+}
+
+void SdkTest::restartProcess() {
+  for (auto* queue :
+       {&fake.mainQueue, &fake.answerQueue, &fake.reachabilityQueue, &fake.transportQueue}) {
+    (*queue)->discard();
+    *queue = std::make_shared<testing::FakeSerialQueue>(fake.executor);
+  }
+  Runtime::detach();
+  fake.http = std::make_shared<testing::FakeHttpTransport>(fake.transportQueue);
+  fake.reachability->setFlags(2);
+  Platform::install(fake.platform());
 }
 
 std::vector<nlohmann::json> SdkTest::events() const {

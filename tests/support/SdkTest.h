@@ -28,6 +28,9 @@ class SdkTest : public ::testing::Test {
   /// Requests stay open from now on.
   void answerNothing();
   void setOnline(bool online);
+  /// As if the process were killed and begun again on the same files: what is queued or under way
+  /// is lost, and nothing is initialised.
+  void restartProcess();
 
   /// The events that reached the transport so far, as their bodies.
   std::vector<nlohmann::json> events() const;

@@ -18,6 +18,7 @@ class LocalPictures final : public HttpTransport {
 
   void send(Make make, Done done) override;
   void networkChanged() override { network_->networkChanged(); }
+  void cancelOpen() override { network_->cancelOpen(); }
   void stop() override { network_->stop(); }
 
  private:

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QUrl>
 
+#include "Kifo_iOS_Common_Kit/core/Consent.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
@@ -119,7 +120,7 @@ void ImageLoader::fetch(const std::string& url) {
     request.url = url;
     request.timeout = kTimeout;
     request.maximumBodySize = kMaximumBytes;
-    return request;
+    return withConsent(std::move(request));
   };
   // The transport's thread hands the bytes on at once: decoding may take a while.
   const auto done = [url, inbox = inbox_, bounds = bounds_](HttpAnswer answer) {
