@@ -379,10 +379,26 @@ class Log(ToolCase):
         self.assertEqual(table.returncode, 0, table.stderr)
         self.assertIn("kept", table.stdout)
         self.assertRegex(table.stdout, r"campaign-uuid +3")
+        self.assertIn("the user was not asked", table.stdout)
+        self.assertRegex(table.stdout, r"kifo_actorId +[0-9A-Fa-f-]{36}")
+        self.assertRegex(table.stdout, r"composed +[1-9]")
         with sqlite3.connect(os.path.join(home, "KifoLog.db")) as database:
             row = database.execute("select max(ID) from KifoLog").fetchone()[0]
         whole = run("log", "--home", home, "--row", str(row))
         self.assertIn('"name": "kept"', whole.stdout)
+
+    def test_a_home_whose_user_refused_holds_the_refusal_alone(self):
+        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        home = self.home()
+        output = self.host(server.initialize(), IDLE, {"call": "Kifo.revokeConsent"}, IDLE,
+                           {"call": "Kifo.consent"}, {"call": "Kifo.statistics"},
+                           arguments=["--home", home])
+        self.assertEqual(self.of("value", output)[0], "REFUSED")
+        self.assertEqual(os.listdir(home), ["consent.refused"])
+        done = run("log", "--home", home)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("refused", done.stdout)
+        self.assertIn("nothing is known of the user", done.stdout)
 
     def test_no_database_and_a_damaged_one_are_said(self):
         home = self.home()

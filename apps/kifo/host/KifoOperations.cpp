@@ -1,3 +1,4 @@
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -65,6 +66,7 @@ KifoInitConfig configuration(Arguments fields, Host& host) {
   c.isLocationRequired = fields.flag("isLocationRequired", false);
   c.forceInitialize = fields.flag("forceInitialize", false);
   c.resendsWhenServerReturns = fields.flag("resendsWhenServerReturns", false);
+  c.requiresConsent = fields.flag("requiresConsent", false);
   fields.finish();
   return c;
 }
@@ -126,6 +128,25 @@ void addKifoOperations(Operations& all) {
   all["Kifo.isInitialized"] = answer(&Kifo::isInitialized);
   all["Kifo.getInitializeStatusType"] =
       answer([] { return std::string(rawValue(Kifo::getInitializeStatusType())); });
+  all["Kifo.giveConsent"] = hook(&Kifo::giveConsent);
+  all["Kifo.revokeConsent"] = hook(&Kifo::revokeConsent);
+  all["Kifo.consent"] = answer([] {
+    constexpr std::array words = {"UNKNOWN", "GIVEN", "REFUSED"};
+    return std::string(words[static_cast<std::size_t>(Kifo::consent())]);
+  });
+  all["Kifo.statistics"] = [](Arguments&, Host& host) -> Action {
+    return [output = host.output()] {
+      const auto [session, life, isKept] = Kifo::statistics();
+      Output::Line line{{"isLifeKept", isKept}};
+      for (std::size_t index = 0; index < kCounters; ++index) {
+        const auto counter = static_cast<Counter>(index);
+        const std::string key(name(counter));
+        line["sinceInitialize"][key] = session[counter];
+        line["overLife"][key] = life[counter];
+      }
+      output->line({{"value", line}});
+    };
+  };
   all["Kifo.updateActorId"] = withText("newActorId", &Kifo::updateActorId);
   all["Kifo.setPushToken"] = withText("token", &Kifo::setPushToken);
   all["Kifo.setAuthorizationToken"] = withText("token", &Kifo::setAuthorizationToken);

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -79,20 +80,55 @@ void printWhole(const StoredRequest& request) {
             << parameters << '\n';
 }
 
-/// What the user defaults hold: the user, and the shows that are left of each campaign.
+/// A campaign's budget is a whole number, kept under its uuid alone.
+bool isBudget(const std::string& key, const nlohmann::json& value) {
+  return value.is_number_integer() && !key.starts_with("kifo_");
+}
+
+/// Prints the values for which `belongs` holds, or `none`.
+void printValues(const nlohmann::json& values, const char* none,
+                 const std::function<bool(const std::string&, const nlohmann::json&)>& belongs) {
+  bool hasAny = false;
+  for (const auto& [key, value] : values.items()) {
+    if (!belongs(key, value)) continue;
+    const std::string text = value.is_string() ? value.get<std::string>() : value.dump();
+    std::cout << "  " << Terminal::fitted(key, 40) << "  " << Terminal::plain(text) << '\n';
+    hasAny = true;
+  }
+  if (!hasAny) std::cout << "  " << none << '\n';
+}
+
+/// What the user defaults hold: who the user is taken for, and the shows that are left of each
+/// campaign.
 void printDefaults(const std::string& home) {
   std::ifstream file(home + "/defaults.json");
   auto values = nlohmann::json::parse(file, nullptr, /*allow_exceptions=*/false);
   if (!values.is_object()) values = nlohmann::json::object();
+  std::cout << "\nThe user\n";
+  printValues(values, "nothing is known of the user", std::not_fn(isBudget));
   std::cout << "\nShows left\n";
-  bool hasAny = false;
-  for (const auto& [key, value] : values.items()) {
-    // A campaign's budget is kept under its uuid alone; the SDK's own keys start otherwise.
-    if (!value.is_number_integer() || key.starts_with("kifo_")) continue;
-    std::cout << "  " << Terminal::fitted(key, 40) << "  " << value << '\n';
-    hasAny = true;
+  printValues(values, "no campaign was shown yet", isBudget);
+}
+
+/// False when the user has not chosen there.
+bool printConsent(const std::string& home) {
+  const auto has = [&](const char* name) { return std::filesystem::exists(home + "/" + name); };
+  const bool isErasing = has("consent.erasing");
+  const char* choice = has("consent.given")                  ? "given"
+                       : has("consent.refused") || isErasing ? "refused"
+                                                             : nullptr;
+  std::cout << "Consent\n  " << (choice ? choice : "the user was not asked")
+            << (isErasing ? "; the next start of the host erases what is left here" : "") << "\n\n";
+  return choice != nullptr;
+}
+
+void printCounters(const StoredRequests& stored) {
+  std::cout << "\nCounted since the file was made\n";
+  const auto counters = stored.counters();
+  for (const auto& [name, value] : counters) {
+    std::cout << "  " << Terminal::fitted(name, 40) << "  " << value << '\n';
   }
-  if (!hasAny) std::cout << "  no campaign was shown yet\n";
+  if (counters.empty()) std::cout << "  nothing\n";
 }
 
 bool printHealth(const StoredRequests& stored, std::size_t rows, const Terminal& terminal) {
@@ -113,6 +149,11 @@ bool printHealth(const StoredRequests& stored, std::size_t rows, const Terminal&
 
 int run(const Options& options) {
   const Terminal terminal(STDOUT_FILENO);
+  if (!options.row && printConsent(options.home) && !StoredRequests::exist(options.home)) {
+    std::cout << "No requests are stored.\n";
+    printDefaults(options.home);
+    return 0;
+  }
   const StoredRequests stored(options.home);
   if (options.row) {
     const auto request = stored.row(*options.row);
@@ -126,6 +167,7 @@ int run(const Options& options) {
   const auto requests = stored.all();
   printTable(requests, terminal);
   printDefaults(options.home);
+  printCounters(stored);
   return printHealth(stored, requests.size(), terminal) ? 0 : 1;
 }
 
@@ -133,7 +175,7 @@ int run(const Options& options) {
 
 void addLogCommand(CLI::App& program, int& status) {
   const auto options = std::make_shared<Options>();
-  CLI::App* command = program.add_subcommand("log", "What a host has stored; reads only");
+  CLI::App* command = program.add_subcommand("log", "All that a host has stored; reads only");
   command->add_option("--home", options->home, "The folder of the host's KifoLog.db")->required();
   command->add_option("--row", options->row, "Prints the request with this id as a whole");
   command->footer(

@@ -71,8 +71,12 @@ std::optional<std::string> StoredRequest::event() const {
   return json["name"].get<std::string>();
 }
 
+bool StoredRequests::exist(const std::string& home) {
+  return std::filesystem::exists(home + "/" + FILE);
+}
+
 StoredRequests::StoredRequests(const std::string& home) : path_(home + "/" + FILE) {
-  if (!std::filesystem::exists(path_)) {
+  if (!exist(home)) {
     throw std::runtime_error("there is no " + std::string(FILE) + " in " + home +
                              ": no host was started there yet");
   }
@@ -123,6 +127,13 @@ std::vector<StoredRequest> StoredRequests::all() const {
 std::optional<StoredRequest> StoredRequests::row(std::int64_t id) const {
   const auto found = select("where ID = " + std::to_string(id));
   return found.empty() ? std::nullopt : std::optional(found.front());
+}
+
+std::map<std::string, std::int64_t> StoredRequests::counters() const {
+  std::map<std::string, std::int64_t> counters;
+  query(database_, "select NAME, VALUE from KifoStatistics",
+        [&](sqlite3_stmt* row) { counters.emplace(text(row, 0), sqlite3_column_int64(row, 1)); });
+  return counters;
 }
 
 std::string StoredRequests::integrity() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,6 +38,9 @@ class StoredRequests {
  public:
   static constexpr auto FILE = "KifoLog.db";
 
+  /// Whether there is a database in that home.
+  static bool exist(const std::string& home);
+
   explicit StoredRequests(const std::string& home);
   ~StoredRequests();
   StoredRequests(const StoredRequests&) = delete;
@@ -44,6 +48,9 @@ class StoredRequests {
 
   [[nodiscard]] std::vector<StoredRequest> all() const;
   [[nodiscard]] std::optional<StoredRequest> row(std::int64_t id) const;
+
+  /// The host's counters by their names; none in a file that keeps none.
+  [[nodiscard]] std::map<std::string, std::int64_t> counters() const;
 
   /// What SQLite says of the file: "ok", or what is wrong with it.
   [[nodiscard]] std::string integrity() const;
