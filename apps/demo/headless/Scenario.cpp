@@ -45,6 +45,7 @@ KifoInitConfig configurationFor(const testing::LocalServer& server) {
   configuration.applicationName = "kiosk";
   configuration.isDiskCapacityRequired = true;
   configuration.resendsWhenServerReturns = true;
+  configuration.requiresConsent = true;
   return configuration;
 }
 
@@ -104,7 +105,7 @@ bool Scenario::firstMorning() {
   expectations_.expect("install", {{"anonymous", true}}, Sending::FRESH);
   expectations_.expect("sdk_initialize", {}, Sending::FRESH);
   switchOn();
-  if (!initialize() || !settle()) return false;
+  if (!askForConsent() || !settle()) return false;
   expectations_.expect("push_token_change", {{"token_provider", "apns"}}, Sending::FRESH);
   expectations_.expect("push_token_change", {{"token_provider", "firebase"}}, Sending::FRESH);
   Kifo::setApnsToken({0x0A, 0xFF, 0x42});
@@ -112,6 +113,20 @@ bool Scenario::firstMorning() {
   expectations_.expect("app_foreground", {}, Sending::FRESH);
   Kifo::applicationDidBecomeActive();
   return settle();
+}
+
+bool Scenario::askForConsent() {
+  print("Its user is asked first: until the answer nothing leaves, and nothing is kept.");
+  if (!initialize()) return false;
+  KifoEventManager::sendEvent("looked_at", std::nullopt);
+  Kifo::setPushToken("dropped");
+  if (!Kifo::waitUntilIdle(kBound.count())) return false;
+  const bool isQuiet = server_.requests().count() == 0 && std::filesystem::is_empty(home_);
+  print(isQuiet ? "  The server has seen no request, and the home is empty."
+                : "  wrong: something was sent or kept");
+  print("The user agrees.");
+  Kifo::giveConsent();
+  return isQuiet && awaitOnline();
 }
 
 bool Scenario::customers() {
@@ -210,7 +225,7 @@ bool Scenario::nightAndNextMorning() {
   network_.plugIn();
   expectations_.expect("sdk_initialize", {{"actorId", "customer-4711"}}, Sending::FRESH);
   switchOn();
-  return initialize() && settle() && Kifo::shutdown();
+  return initialize() && awaitOnline() && settle() && Kifo::shutdown();
 }
 
 void Scenario::switchOn() {
@@ -228,6 +243,10 @@ bool Scenario::initialize() {
   if (!awaitNetwork()) return false;
   host_->mark();
   Kifo::initialize(configurationFor(server_), [] { print("  The server has answered."); });
+  return true;
+}
+
+bool Scenario::awaitOnline() {
   return host_->waitForLine("Kifo Kifo: KifoNetworkStatus: ONLINE", kBound);
 }
 

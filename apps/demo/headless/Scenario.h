@@ -44,6 +44,8 @@ class Scenario {
 
   void switchOn();
   bool initialize();
+  bool awaitOnline();
+  bool askForConsent();
   bool startServer();
   /// Changes the network and waits until the SDK says what has become of it.
   bool change(const std::function<void()>& change, const std::string& status);
