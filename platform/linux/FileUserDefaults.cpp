@@ -229,6 +229,7 @@ bool FileUserDefaults::Store::removeAll() {
     values_.clear();
     changes_.clear();
     loaded_ = true;
+    scheduled_ = false;
   }
   return file_.remove();
 }
@@ -247,6 +248,10 @@ void FileUserDefaults::Store::scheduleWrite() {
 
 /// On the queue.
 void FileUserDefaults::Store::write(int retries) {
+  {
+    const MutexLock lock(mutex_);
+    if (!scheduled_) return;  // what was to be written is erased
+  }
   const DefaultsFile::Lock lock(file_);
   if (lock.isBusy() && retries > 0) {
     const auto retry = [self = shared_from_this(), retries] { self->write(retries - 1); };

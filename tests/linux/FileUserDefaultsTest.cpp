@@ -68,6 +68,20 @@ TEST_F(FileUserDefaultsTest, ValuesOutliveTheProcessWithTheirTypes) {
   for (const auto& [key, value] : values) EXPECT_EQ(second->value(key), value) << key;
 }
 
+TEST_F(FileUserDefaultsTest, RemovedTheyLeaveNoFileAlsoBehindAWriteThatWaits) {
+  write("no JSON");
+  const auto defaults = open();
+  defaults->setValue("key", true);
+  fake_.runUntilIdle();
+  EXPECT_TRUE(fs::exists(path("defaults.json.bad")));
+  defaults->setValue("other", true);
+  EXPECT_TRUE(defaults->removeAll());
+  fake_.runUntilIdle();
+  EXPECT_TRUE(fs::is_empty(directory_));
+  fs::create_directory(path());
+  EXPECT_FALSE(defaults->removeAll()) << "what cannot be removed is said";
+}
+
 TEST_F(FileUserDefaultsTest,
        FilesAndDirectoriesAreThisUsersAloneWhateverTheUmaskAndWhoeverMadeThem) {
   const auto modes = [this] {

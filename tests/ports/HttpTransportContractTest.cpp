@@ -134,6 +134,16 @@ TYPED_TEST(HttpTransportContract, StoppingCancelsWhatIsOpenAndWhatComesLaterAtOn
   }
 }
 
+TYPED_TEST(HttpTransportContract, CancellingAnswersWhatIsOpenAndNothingThatIsSentAfterwards) {
+  for (int index = 0; index < 20; ++index) this->send(kMutePath);  // more than run at once
+  this->bench_.transport->cancelOpen();
+  this->send(kGoodPath, "later");
+  const auto all = this->waitFor(21);
+  ASSERT_EQ(all.size(), 21u);
+  EXPECT_EQ(std::ranges::count(all, kCancelled, &HttpAnswer::error), 20);
+  EXPECT_EQ(std::ranges::count(all, "later", &HttpAnswer::body), 1);
+}
+
 TYPED_TEST(HttpTransportContract, WhatIsSentWhileItStopsIsAnsweredOnceAllTheSame) {
   std::vector<std::thread> threads;
   for (int index = 0; index < 4; ++index) {

@@ -67,6 +67,14 @@ TYPED_TEST(UserDefaultsContract, ReadsANumberFromWhateverIsWhollyOne) {
   EXPECT_EQ(defaults.string("key"), std::nullopt) << "a number is no text";
 }
 
+TYPED_TEST(UserDefaultsContract, RemovedNothingIsLeftAndANewValueIsKept) {
+  this->defaults_.setValue("key", true);
+  EXPECT_TRUE(this->defaults_.removeAll());
+  EXPECT_EQ(this->defaults_.value("key"), std::nullopt);
+  this->defaults_.setValue("next", true);
+  EXPECT_EQ(this->defaults_.value("next"), DefaultsValue(true));
+}
+
 TYPED_TEST(UserDefaultsContract, ThreadsThatWriteDifferentKeysLoseNothing) {
   std::vector<std::thread> threads;
   for (int index = 0; index < 4; ++index) {
