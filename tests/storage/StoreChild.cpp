@@ -4,6 +4,9 @@
 //   kifo_store_child revoke DIRECTORY STEP
 //       revokes the consent and dies before that step of the erasing
 //   kifo_store_child begin DIRECTORY    begins where another process ended, and ends
+//   kifo_store_child count DIRECTORY URI COUNT
+//       sends COUNT events to the server there, one '.' for each, while the network comes and goes;
+//       then has every row sent again and prints the counters over the store's life
 #include <signal.h>
 #include <unistd.h>
 
@@ -22,6 +25,7 @@
 #include "Kifo_iOS_Common_Kit/storage/DiskStoreFiles.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "testing/FakeHttpTransport.h"
+#include "testing/FakeReachability.h"
 
 namespace kifo {
 namespace {
@@ -172,6 +176,58 @@ int revoke(int lastStep) {
   return Kifo::shutdown() ? 0 : 1;
 }
 
+constexpr int kReachable = 2;  // a flag of the reachability port
+
+/// A real platform but for the state of the network.
+std::shared_ptr<testing::FakeReachability> installScripted(const std::string& directory) {
+  Platform platform = makeLinuxPlatform({.documentsDirectory = directory});
+  const auto reachability = std::make_shared<testing::FakeReachability>();
+  reachability->setFlags(kReachable);
+  platform.reachability = reachability;
+  platform.console = nullPlatform().console;
+  Platform::install(std::move(platform));
+  return reachability;
+}
+
+/// Changes the network and waits until the SDK has read it.
+void setNetwork(testing::FakeReachability& network, int flags) {
+  network.change(static_cast<std::uint32_t>(flags));
+  Platform::current()->reachabilityQueue->sync([] {});
+  Platform::current()->mainQueue->sync([] {});
+}
+
+void printCounters() {
+  const Counts life = Kifo::statistics().overLife;
+  std::printf("\n");
+  for (std::size_t index = 0; index < kCounters; ++index) {
+    const auto counter = static_cast<Counter>(index);
+    std::printf("%s %lld\n", std::string(name(counter)).c_str(),
+                static_cast<long long>(life[counter]));
+  }
+}
+
+int countEvents(const std::string& directory, const std::string& uri, int events) {
+  const auto network = installScripted(directory);
+  auto config = configuration();
+  config.apiUri = uri + "/getInAppCommunication";
+  config.listenerUri = uri + "/sdkListenerEvent";
+  std::promise<void> answered;
+  Kifo::initialize(config, [&] { answered.set_value(); });
+  answered.get_future().wait();
+  for (int number = 0; number < events; ++number) {
+    if (number % 10 == 5) setNetwork(*network, number % 20 == 5 ? 0 : kReachable);
+    KifoEventManager::sendEvent("tap", std::nullopt, {{"number", number}});
+    if (::write(STDOUT_FILENO, ".", 1) != 1) return 1;
+  }
+  do {
+    setNetwork(*network, 0);
+    setNetwork(*network, kReachable);
+    if (!Kifo::waitUntilIdle(20.0)) return 1;
+  } while (Kifo::statistics().sinceInitialize[Counter::waiting] > 0);
+  printCounters();
+  return Kifo::shutdown() ? 0 : 1;
+}
+
 int begin() {
   initialize();
   return Kifo::shutdown() ? 0 : 1;
@@ -183,6 +239,9 @@ int begin() {
 int main(int count, char** texts) {
   if (count < 3) return 64;
   const std::string mode = texts[1];
+  if (mode == "count" && count == 5) {
+    return kifo::countEvents(texts[2], texts[3], std::atoi(texts[4]));
+  }
   if (mode == "revoke" || mode == "begin") {
     kifo::installKilling(texts[2]);
     return mode == "begin" ? kifo::begin() : kifo::revoke(count > 3 ? std::atoi(texts[3]) : 0);

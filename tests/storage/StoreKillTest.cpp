@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <map>
+#include <optional>
 #include <set>
+#include <sstream>
 
 #include "testing/ChildProgram.h"
 #include "testing/TemporaryDirectory.h"
+#include "testing/server/LocalServer.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo::testing {
@@ -71,6 +76,86 @@ TEST_F(StoreKillTest, AHostThatDiesBetweenAnyTwoStepsOfAnErasingHasErasedAllAtIt
     }
     EXPECT_TRUE(end == 0 || step > 5) << "there were steps to die between";
   }
+}
+
+/// Hosts on one home, whose counters are compared with what their server saw.
+class CountedHost : public ::testing::Test {
+ protected:
+  using Counters = std::map<std::string, std::int64_t>;
+
+  CountedHost() {
+    server_.campaigns().serveText(
+        R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":100000}})");
+    server_.start();
+  }
+
+  void start(ChildProgram& host, int events) const {
+    host.start({KIFO_STORE_CHILD, "count", home_.path(), server_.uri(), std::to_string(events)});
+  }
+  /// Sends many events; what the host prints at its end, over the life of its store.
+  Counters counted(int events) const {
+    ChildProgram host;
+    start(host, events);
+    std::istringstream output(host.readAll());
+    EXPECT_EQ(host.wait(), 0);
+    std::string dots;
+    std::getline(output, dots);
+    Counters counters;
+    std::int64_t value = 0;
+    for (std::string name; output >> name >> value;) counters[name] = value;
+    return counters;
+  }
+  static void expectSum(const Counters& counters) {
+    std::int64_t ended = 0;
+    for (const auto& [name, value] : counters) {
+      if (name == "delivered" || name.starts_with("givenUp") || name.starts_with("dropped")) {
+        ended += value;
+      }
+    }
+    EXPECT_EQ(counters.at("composed") + counters.at("found"), ended);
+    EXPECT_EQ(counters.at("waiting"), 0);
+    EXPECT_EQ(counters.at("underWay"), 0);
+  }
+  /// Events that the server received and, unless `status` is none, answered so.
+  std::int64_t received(std::optional<int> status = std::nullopt) {
+    return std::ranges::count_if(server_.requests().on("/sdkListenerEvent"), [&](const auto& each) {
+      return !status || each->status == *status;
+    });
+  }
+
+  const TemporaryDirectory home_;
+  LocalServer server_;
+};
+
+TEST_F(CountedHost, ThroughFaultsAndCutsCountsWhatTheServerCounts) {
+  server_.setFaults({.everyOther = 500, .on = Faults::On::LISTENER, .times = 300});
+  const Counters counters = counted(400);
+  ASSERT_FALSE(counters.empty());
+  expectSum(counters);
+  EXPECT_EQ(counters.at("delivered"), received(200));
+  EXPECT_EQ(counters.at("failed"), received(500));
+  EXPECT_EQ(counters.at("sent") + counters.at("resent"), received());
+  EXPECT_GT(counters.at("givenUpNotAnswered"), 0);
+  EXPECT_GT(counters.at("resent"), 0);
+}
+
+TEST_F(CountedHost, KilledAndBegunAgainExplainsEveryEventThatItHadStored) {
+  server_.setFaults(
+      {.connection = Faults::Connection::DROP, .on = Faults::On::LISTENER, .times = 100});
+  for (const std::size_t moment : {37U, 148U, 260U}) {
+    ChildProgram host;
+    start(host, 400);
+    ASSERT_TRUE(host.awaitOutput(moment));
+    host.kill();
+  }
+  const auto rows = databaseRows(home_.file("KifoLog.db"),
+                                 "select count(*) from KifoLog where TRYCOUNT = 0 and "
+                                 "ISSYNC_SUCCESS = 0");
+  const Counters counters = counted(10);
+  ASSERT_FALSE(counters.empty());
+  expectSum(counters);
+  EXPECT_GE(counters.at("composed"), std::stoll(rows.at(0)));
+  EXPECT_LE(counters.at("delivered"), received(200));
 }
 
 }  // namespace
