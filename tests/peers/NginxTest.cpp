@@ -1,0 +1,142 @@
+// The whole SDK on this system's services, against a server that others wrote.
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <future>
+#include <map>
+#include <set>
+
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "platform/linux/CurlTransport.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "testing/FakePlatform.h"
+#include "testing/server/LocalServer.h"
+#include "tests/peers/Nginx.h"
+
+namespace kifo::testing {
+namespace {
+
+using ::testing::Each;
+
+constexpr auto kBound = std::chrono::seconds(30);
+
+struct Manner {
+  const char* name;
+  Nginx::Options nginx;
+  const char* protocol;
+  std::size_t mostConnections;
+};
+
+class NginxTest : public ::testing::TestWithParam<Manner> {
+ protected:
+  void SetUp() override {
+    if (!Nginx::whyNot().empty()) GTEST_SKIP() << Nginx::whyNot();
+    server_.start();
+    ASSERT_TRUE(nginx_.start(server_.port(), GetParam().nginx));
+    Platform platform = makeLinuxPlatform({.documentsDirectory = directory_.path(),
+                                           .certificateAuthorities = nginx_.authorities(),
+                                           .reachabilityTargets = {nginx_.uri()}});
+    platform.console = console_;
+    Platform::install(std::move(platform));
+    KifoInitConfig configuration;
+    configuration.bundle = {"com.example.kiosk"};
+    configuration.apiUri = nginx_.uri() + "/getInAppCommunication";
+    configuration.listenerUri = nginx_.uri() + "/sdkListenerEvent";
+    configuration.authorization = "token";
+    configuration.resendsWhenServerReturns = true;
+    std::promise<void> answered;
+    Kifo::initialize(configuration, [&] { answered.set_value(); });
+    ASSERT_EQ(answered.get_future().wait_for(kBound), std::future_status::ready);
+  }
+  void TearDown() override {
+    if (!IsSkipped()) EXPECT_TRUE(Kifo::shutdown(10.0));
+  }
+
+  /// How often each of the events named so arrived.
+  std::map<std::string, int> arrivals() const {
+    std::map<std::string, int> counts;
+    for (const auto& request : server_.requests().on("/sdkListenerEvent")) {
+      const std::string name = request->text("name");
+      if (name.starts_with("event")) ++counts[name];
+    }
+    return counts;
+  }
+  void awaitArrivals(std::size_t count) const {
+    server_.requests().waitFor(
+        [count](const RequestLog::Requests& requests) {
+          std::set<std::string> names;
+          for (const auto& request : requests) {
+            if (request->text("name").starts_with("event")) names.insert(request->text("name"));
+          }
+          return names.size() >= count;
+        },
+        kBound);
+  }
+
+  const TemporaryDirectory directory_;
+  const std::shared_ptr<RecordingConsole> console_ = std::make_shared<RecordingConsole>();
+  mutable LocalServer server_;
+  Nginx nginx_;
+};
+
+TEST_P(NginxTest, EachOf300EventsArrivesOnceOverFewConnections) {
+  constexpr int kAtOnce = 200;
+  constexpr int kInAll = 300;
+  for (int index = 0; index < kAtOnce; ++index) {
+    KifoEventManager::sendEvent("event" + std::to_string(index));
+  }
+  // One after another, each about when the server may close the connection of the one before.
+  for (int index = kAtOnce; index < kInAll; ++index) {
+    KifoEventManager::sendEvent("event" + std::to_string(index));
+    Kifo::waitUntilIdle(1.0);
+  }
+  awaitArrivals(kInAll);
+  const auto counts = arrivals();
+  EXPECT_EQ(counts.size(), std::size_t{kInAll});
+  for (const auto& [name, count] : counts) EXPECT_EQ(count, 1) << name;
+  std::set<std::string> connections;
+  for (const auto& request : nginx_.requests()) {
+    connections.insert(request.connection);
+    EXPECT_EQ(request.protocol, GetParam().protocol);
+  }
+  EXPECT_LE(connections.size(), GetParam().mostConnections);
+}
+
+constexpr std::size_t kAny = 1000;
+
+INSTANTIATE_TEST_SUITE_P(
+    Manners, NginxTest,
+    ::testing::Values(Manner{"Http2", {}, "HTTP/2.0", 6},
+                      Manner{"Http11", {.speaksHttp2 = false}, "HTTP/1.1", 6},
+                      Manner{"Http2ThatClosesEarly",
+                             {.requestsPerConnection = 7, .idleTimeout = "5ms"},
+                             "HTTP/2.0",
+                             kAny},
+                      Manner{
+                          "Http11ThatClosesEarly",
+                          {.speaksHttp2 = false, .requestsPerConnection = 7, .idleTimeout = "5ms"},
+                          "HTTP/1.1",
+                          kAny}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(NginxProxyTest, TheProxyOfTheEnvironmentIsUsed) {
+  if (!Nginx::whyNot().empty()) GTEST_SKIP() << Nginx::whyNot();
+  const InstalledFakePlatform fake;
+  LocalServer server;
+  server.start();
+  Nginx nginx;
+  ASSERT_TRUE(nginx.start(server.port(), {}));
+  setenv("http_proxy", nginx.proxy().c_str(), 1);
+  CurlTransport transport;
+  std::promise<HttpAnswer> answer;
+  transport.send([&] { return HttpRequest{.method = "POST", .url = server.listenerUri()}; },
+                 [&](HttpAnswer given) { answer.set_value(std::move(given)); });
+  EXPECT_EQ(answer.get_future().get().status, 200);
+  unsetenv("http_proxy");
+  const auto requests = server.requests().all();
+  ASSERT_EQ(requests.size(), 1u);
+  EXPECT_EQ(requests.front()->header("X-Proxy"), "nginx");
+}
+
+}  // namespace
+}  // namespace kifo::testing
