@@ -61,8 +61,8 @@ void librarySize() {
   const std::string command = "strip -o " + stripped + " " + KIFO_LIBRARY;
   if (std::system(command.c_str()) != 0) return;
   row("the stripped shared library",
-      std::to_string(std::filesystem::file_size(stripped) / 1024) + " KiB",
-      "wanted at most 600 KB");
+      std::to_string(std::filesystem::file_size(stripped) / 1024) + " KiB", "wanted at most 600 KB",
+      {{"KiB", static_cast<double>(std::filesystem::file_size(stripped)) / 1024}});
   std::filesystem::remove(stripped);
 }
 
@@ -86,16 +86,19 @@ void footprintBench() {
   row("resident: a host's own use of libcurl and SQLite", std::to_string(floor) + " kB",
       "the floor");
   row("resident: and the SDK, after 100 events", std::to_string(ours) + " kB",
-      "adds " + std::to_string(ours - floor) + " kB; wanted at most 4096");
-  row("threads added", std::to_string(status("Threads") - threads), "wanted at most 4");
+      "adds " + std::to_string(ours - floor) + " kB; wanted at most 4096",
+      {{"kB added", static_cast<double>(ours - floor)}});
+  row("threads added", std::to_string(status("Threads") - threads), "wanted at most 4",
+      {{"threads", static_cast<double>(status("Threads") - threads)}});
   // Threads that had a sender's work look for more for a moment before they sleep.
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   const long before = wakeUps();
   constexpr int seconds = 5;
   std::this_thread::sleep_for(std::chrono::seconds(seconds));
   // The one that this bench's own sleep makes is not the SDK's.
-  row("wake-ups in " + std::to_string(seconds) + " idle seconds",
-      std::to_string(wakeUps() - before - 1), "wanted 0");
+  const long wakes = wakeUps() - before - 1;
+  row("wake-ups in " + std::to_string(seconds) + " idle seconds", std::to_string(wakes), "wanted 0",
+      {{"wake-ups", static_cast<double>(wakes)}});
   librarySize();
 }
 

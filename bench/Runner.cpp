@@ -6,10 +6,13 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "bench/Table.h"
+
 namespace kifo::bench {
 
 int runBenches(int argc, char** argv, const Benches& benches) {
-  const std::vector<std::string> wanted(argv + 1, argv + argc);
+  std::vector<std::string> wanted(argv + 1, argv + argc);
+  if (std::erase(wanted, "--json") > 0) printJson();
   int result = 0;
   for (const auto& [name, run] : benches) {
     if (!wanted.empty() && std::ranges::find(wanted, name) == wanted.end()) continue;
@@ -23,7 +26,7 @@ int runBenches(int argc, char** argv, const Benches& benches) {
     int status = 0;
     waitpid(child, &status, 0);
     if (status != 0) {
-      std::printf("  the bench %s broke off\n", name.c_str());
+      std::fprintf(stderr, "the bench %s broke off\n", name.c_str());
       result = 1;
     }
   }

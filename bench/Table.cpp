@@ -2,8 +2,15 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 namespace kifo::bench {
+namespace {
+
+bool asJson = false;
+std::string currentSection;
+
+}  // namespace
 
 void Samples::add(const Samples& others) {
   values_.insert(values_.end(), others.values_.begin(), others.values_.end());
@@ -18,12 +25,32 @@ double Samples::quantile(double share) const {
   return values_[index];
 }
 
-void section(const std::string& title) {
-  std::printf("\n%s\n", title.c_str());
+void printJson() {
+  asJson = true;
 }
 
-void row(const std::string& what, const std::string& figure, const std::string& beside) {
-  std::printf("  %-58s %-26s %s\n", what.c_str(), figure.c_str(), beside.c_str());
+void section(const std::string& title) {
+  currentSection = title;
+  if (!asJson) std::printf("\n%s\n", title.c_str());
+}
+
+void row(const std::string& what, const std::string& figure, const std::string& beside,
+         const std::vector<Compared>& compared) {
+  if (asJson) {
+    nlohmann::json line = {{"section", currentSection},
+                           {"row", what.substr(what.find_first_not_of(' '))},
+                           {"figure", figure},
+                           {"beside", beside},
+                           {"compared", nlohmann::json::array()}};
+    for (const auto& each : compared) {
+      const bool isLower = each.better == Compared::Better::lower;
+      line["compared"].push_back(
+          {{"name", each.name}, {"value", each.value}, {"better", isLower ? "lower" : "higher"}});
+    }
+    std::printf("%s\n", line.dump().c_str());
+  } else {
+    std::printf("  %-58s %-26s %s\n", what.c_str(), figure.c_str(), beside.c_str());
+  }
   std::fflush(stdout);
 }
 

@@ -136,8 +136,10 @@ void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy_, CURLOPT_DNS_CACHE_TIMEOUT, sockets.nameLifetime());
-  // HTTP/2 would put the request on an old connection while others still use it.
-  curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, sockets.hasStale() && isSecure() ? 1L : 0L);
+  // HTTP/2 would put the request on an old connection while others still use it. A second attempt
+  // must not meet another kept connection that has ended.
+  const bool isFresh = isRepeated_ || (sockets.hasStale() && isSecure());
+  curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, isFresh ? 1L : 0L);
   setMethod();
   setHeaders();
   setSafety();
@@ -215,20 +217,30 @@ std::size_t CurlTransfer::take(char* data, std::size_t, std::size_t size, void* 
 }
 
 /// Before each request on a connection. When a kept connection ends without a byte, libcurl sends
-/// the request again by itself, up to five times, and has no option against it.
+/// the request again by itself, up to five times, on whatever connection it has kept, and has no
+/// option against it.
 int CurlTransfer::sending(void* self, char*, char* local, int, int localPort) {
   auto& transfer = *static_cast<CurlTransfer*>(self);
-  if (!transfer.mayBeSentAgain()) return CURL_PREREQFUNC_ABORT;
+  if (!transfer.isFirstSending()) return CURL_PREREQFUNC_ABORT;
   transfer.sockets_->connected(transfer.id_, local, localPort);
   return CURL_PREREQFUNC_OK;
 }
 
-bool CurlTransfer::mayBeSentAgain() {
+bool CurlTransfer::isFirstSending() {
   long redirects = 0;
   curl_easy_getinfo(easy_, CURLINFO_REDIRECT_COUNT, &redirects);
-  if (std::exchange(redirects_, redirects) != redirects) sent_ = 0;
+  return std::exchange(redirects_, redirects) != redirects;
+}
+
+bool CurlTransfer::repeats(CURLcode result) {
   const bool isRead = request_.method == "GET" || request_.method == "HEAD";
-  return ++sent_ <= (request_.mayRepeat || isRead ? 2 : 1);
+  // Nothing else aborts a transfer than its second sending.
+  if (result != CURLE_ABORTED_BY_CALLBACK || !(request_.mayRepeat || isRead)) return false;
+  if (deadline_ <= Clock::now() || std::exchange(isRepeated_, true)) return false;
+  easy_ = nullptr;
+  headers_.reset();
+  redirects_ = -1;
+  return true;
 }
 
 HttpAnswer CurlTransfer::end(CURLcode result) {

@@ -46,13 +46,16 @@ class CurlTransfer {
   /// Sets up a fresh handle for the request and registers it with `sockets`.
   void begin(CURL* easy, CurlSockets& sockets);
   [[nodiscard]] CURL* easy() const { return easy_; }
+  /// Whether the request is to be begun once more, over a connection of its own: a kept one ended
+  /// without a byte, and the request may be repeated. True once at most; the handle is done with.
+  bool repeats(CURLcode result);
   /// The answer, once libcurl has finished with the handle.
   HttpAnswer end(CURLcode result);
 
  private:
   static std::size_t take(char* data, std::size_t, std::size_t size, void* self);
   static int sending(void* self, char* remote, char* local, int remotePort, int localPort);
-  [[nodiscard]] bool mayBeSentAgain();
+  [[nodiscard]] bool isFirstSending();
   [[nodiscard]] bool isSecure() const;
   void setMethod();
   void setHeaders();
@@ -71,8 +74,8 @@ class CurlTransfer {
   const CURLcode fault_;
   CURL* easy_ = nullptr;
   CurlSockets* sockets_ = nullptr;
-  long redirects_ = 0;  ///< Followed so far; each leads to a request of its own.
-  int sent_ = 0;        ///< How often the present one was begun.
+  long redirects_ = -1;      ///< Followed when a request last went out; each leads to another one.
+  bool isRepeated_ = false;  ///< This is the second attempt.
   std::unique_ptr<curl_slist, FreeList> headers_;
   std::array<char, CURL_ERROR_SIZE> detail_{};
   std::string body_;

@@ -265,9 +265,14 @@ void CurlTransport::Core::start(Transfer transfer) {
 }
 
 void CurlTransport::Core::finish(Id id, CURLcode result, std::optional<HttpAnswer> instead) {
-  const Transfer transfer = std::move(active_.extract(id).mapped());
+  Transfer transfer = std::move(active_.extract(id).mapped());
   CURL* easy = transfer->easy();
   curl_multi_remove_handle(multi_, easy);
+  if (easy && transfer->repeats(result)) {
+    sockets_.forget(id);
+    keepHandle(easy);
+    return start(std::move(transfer));
+  }
   HttpAnswer given = easy ? transfer->end(result) : HttpAnswer{};
   sockets_.forget(id);
   keepHandle(easy);

@@ -1,8 +1,10 @@
 // The transport over TLS: whom it trusts and where it lets itself be led.
 #include <curl/curl.h>
+#include <gtest/gtest.h>
 
 #include <fstream>
 #include <future>
+#include <map>
 #include <memory>
 #include <string>
 

@@ -168,7 +168,7 @@ TEST_P(HostileServerTest, TakesNeitherMemoryNorTimeBeyondTheirBounds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, HostileServerTest, ::testing::ValuesIn(kHostilities),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& each) { return each.param.name; });
 
 TEST(HostileHeadersTest, TenThousandSmallHeadersAreNoReasonToLoseTheAnswer) {
   const InstalledFakePlatform fake;
