@@ -39,6 +39,10 @@ bool FakeSerialQueue::stop(Duration) {
   return true;
 }
 
+bool FakeSerialQueue::runOne() {
+  return executor_->runFirst(executor_->now(), this);
+}
+
 void FakeSerialQueue::discard() {
   stopped_ = true;
   shut();

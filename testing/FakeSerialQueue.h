@@ -28,6 +28,8 @@ class FakeSerialQueue final : public SerialQueue {
 
   /// Stops without running anything more.
   void discard();
+  /// Runs the first task that is due on this queue; false when there is none.
+  bool runOne();
   /// Tasks and timers of this queue that wait.
   [[nodiscard]] std::size_t pending() const { return executor_->pendingOf(this); }
   [[nodiscard]] bool isStopped() const { return stopped_; }

@@ -27,14 +27,23 @@ std::size_t ManualExecutor::advance(double seconds) {
   const double end = now() + std::max(seconds, 0.0);
   std::size_t count = 0;
   while (runFirst(end, nullptr)) ++count;
-  const std::lock_guard lock(mutex_);
-  now_ = std::max(now_, end);
+  passTime(end - now());
   return count;
+}
+
+void ManualExecutor::passTime(double seconds) {
+  const std::lock_guard lock(mutex_);
+  now_ += std::max(seconds, 0.0);
 }
 
 std::size_t ManualExecutor::pending() const {
   const std::lock_guard lock(mutex_);
   return entries_.size();
+}
+
+bool ManualExecutor::hasDue() const {
+  const std::lock_guard lock(mutex_);
+  return !entries_.empty() && entries_.begin()->first.first <= now_;
 }
 
 double ManualExecutor::now() const {

@@ -32,8 +32,12 @@ class ManualExecutor {
   bool runOne();
   /// Moves the time on, stopping at each timer to run what it made due; gives the tasks run.
   std::size_t advance(double seconds);
+  /// Moves the time on and runs nothing: what is due by then runs when it is asked for.
+  void passTime(double seconds);
   /// Tasks and timers that wait, of all queues.
   [[nodiscard]] std::size_t pending() const;
+  /// Whether `runOne` would run something.
+  [[nodiscard]] bool hasDue() const;
   /// Seconds that the time has been moved on.
   [[nodiscard]] double now() const;
 

@@ -22,14 +22,14 @@ std::string withoutOuterNewlines(const std::string& text) {
   return text.substr(first, text.find_last_not_of(newlines) - first + 1);
 }
 
-/// Fills an empty file with the table in one transaction.
-void makeTable(const std::string& path, const std::atomic<bool>& waitsForLocks) {
+/// Fills an empty file with the table in one transaction; whether the file holds it.
+bool makeTable(const std::string& path, const std::atomic<bool>& waitsForLocks) {
   StoreConnection file(path, StoreConnection::Mode::existing, waitsForLocks);
   file.run("BEGIN");
-  file.run(LogTable::kCreate);
-  file.run(StoreTransaction::kCreateTable);
-  for (const char* index : LogTable::kIndexes) file.run(index);
-  file.run("COMMIT");
+  bool isMade = file.run(LogTable::kCreate).isDone;
+  isMade = isMade && file.run(StoreTransaction::kCreateTable).isDone;
+  for (const char* index : LogTable::kIndexes) isMade = isMade && file.run(index).isDone;
+  return isMade && file.run("COMMIT").isDone;
 }
 
 }  // namespace
@@ -68,8 +68,10 @@ void KifoSqliteManager::prepareDb() {
     const std::string draft = databasePath_ + ".new";
     files_->remove(draft);
     if (!files_->makePrivate(draft)) return;
-    makeTable(draft, waitsForLocks_);
-    files_->move(draft, databasePath_, /*replaces=*/false);
+    // A full disk may keep the table out: the next start makes the file then.
+    if (makeTable(draft, waitsForLocks_)) {
+      files_->move(draft, databasePath_, /*replaces=*/false);
+    }
     files_->remove(draft);
   });
 }

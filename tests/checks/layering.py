@@ -38,6 +38,9 @@ LAYER = {module: number for number, modules in enumerate(LAYERS) for module in m
 BESIDE = {
     "platform/linux/": [KIT + "ports/", KIT + "core/"],
     "testing/": [KIT + "ports/", KIT + "core/", KIT + "core/Kifo.", KIT + "inapp/"],
+    # Looks inside the SDK.
+    "testing/simulation/": [KIT + "ports/", KIT + "core/", KIT + "core/Kifo.", KIT + "inapp/",
+                            KIT + "inapp/model/", KIT + "network/", KIT + "events/", "testing/"],
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
 # The facade, and the sources that make and end the runtime's parts, know every other module.

@@ -8,6 +8,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/Last.h"
 
 namespace kifo {
 namespace {
@@ -91,7 +92,7 @@ class PopupManagerTest : public ::testing::Test {
     fake_.console->clear();
     (manager_.*operations[kind])(screen_, "Home", item, std::move(handler));
     Lines lines = fake_.console->take();
-    EXPECT_EQ(lines.front(), "Kifo PopupManager: " + std::string(kNames[kind]));
+    EXPECT_EQ(lines.at(0), "Kifo PopupManager: " + std::string(kNames[kind]));
     lines.erase(lines.begin());
     return lines;
   }
@@ -106,7 +107,7 @@ class PopupManagerTest : public ::testing::Test {
     const auto requests = fake_.popups->take();
     if (requests.size() != 1) throw std::logic_error("not presented: " + json.dump());
     fake_.console->clear();
-    return requests.front();
+    return requests.at(0);
   }
 
   static constexpr std::array kNames{
@@ -155,7 +156,7 @@ TEST_F(PopupManagerTest, APopupThatWaitsHasNotBeenShown) {
               ElementsAre("Kifo PopupManager: choices.count > 20 -> choices count = 21",
                           "Kifo PopupManager: maxShowCount <= 0 -> maxShowCount = 0"));
   ASSERT_EQ(reporter_->openings.size(), 1u);
-  const Report& opening = reporter_->openings.front();
+  const Report& opening = reporter_->openings.at(0);
   EXPECT_EQ(opening.item, item);
   EXPECT_EQ(opening.controller, screen_);
   EXPECT_EQ(opening.pageName, "Home");
@@ -180,8 +181,7 @@ TEST_P(RefusedCampaign, IsConsoleLinesAndNothingElse) {
   EXPECT_THAT(reporter_->openings, IsEmpty());
   EXPECT_THAT(reporter_->answers, IsEmpty());
   ASSERT_EQ(fake_.inspector->ofKind("campaign").size(), 1u);
-  EXPECT_THAT(fake_.inspector->ofKind("campaign").front().particulars[2],
-              Pair("outcome", "refused"));
+  EXPECT_THAT(fake_.inspector->ofKind("campaign").at(0).particulars[2], Pair("outcome", "refused"));
 }
 
 const Lines kNoIdentity{"Kifo PopupManager: uuid or maxShowCount couldn't be assigned"};
@@ -276,7 +276,7 @@ TEST_P(AcceptedCampaign, ShowsTheFirstOptionsAndLeavesTheCampaignAsItIs) {
   });
   EXPECT_EQ(lines, GetParam().lines);
   ASSERT_EQ(fake_.popups->requests().size(), 1u);
-  const PopupPreferences& preferences = fake_.popups->requests().front()->preferences;
+  const PopupPreferences& preferences = fake_.popups->requests().at(0)->preferences;
   EXPECT_EQ(ids(preferences.buttons),
             ids(*itemFrom({{"buttons", options(int(GetParam().buttons))}})->buttons));
   EXPECT_EQ(ids(preferences.choices),
@@ -363,7 +363,7 @@ TEST_F(PopupManagerTest, APlainPopupsButtonGoesToTheHostAndThenToTheServer) {
   std::vector<std::size_t> answersBefore;
   const auto request = presented(campaign("POPUP", {{"buttons", options(1)}}),
                                  [&](auto) { answersBefore.push_back(reporter_->answers.size()); });
-  const auto button = request->preferences.buttons.front();
+  const auto button = request->preferences.buttons.at(0);
   request->actionItem(button);
   EXPECT_THAT(answersBefore, ElementsAre(0u));
   ASSERT_EQ(reporter_->answers.size(), 1u);
@@ -399,8 +399,8 @@ TEST_F(PopupManagerTest, TheOtherKindsSendTheirButtonAsAChoiceAndTheirSubmission
     const auto button = std::make_shared<AppCommunicationItemButton>();
     request->actionItem(button);
     EXPECT_EQ(submitted, nullptr);
-    EXPECT_EQ(reporter_->answers.back().answer.choice, button);
-    EXPECT_EQ(reporter_->answers.back().answer.button, nullptr);
+    EXPECT_EQ(testing::last(reporter_->answers).answer.choice, button);
+    EXPECT_EQ(testing::last(reporter_->answers).answer.button, nullptr);
     request->submitButtonItem(button);
     EXPECT_EQ(submitted, button);
     EXPECT_FALSE(request->actionBodyItem);
@@ -420,7 +420,7 @@ TEST_F(PopupManagerTest, AnOpenEndedPopupsActionAnswersWithNothing) {
 TEST_F(PopupManagerTest, AHostThatThrowsIsSaidSoAndTheAnswerStillGoesOut) {
   const auto request = presented(campaign("POPUP", {{"buttons", options(1)}}),
                                  [](auto) { throw std::runtime_error("no such page"); });
-  request->actionItem(request->preferences.buttons.front());
+  request->actionItem(request->preferences.buttons.at(0));
   EXPECT_EQ(reporter_->answers.size(), 1u);
   EXPECT_EQ(fake_.console->count("Kifo PopupManager: a host callback threw: no such page"), 1u);
 }
@@ -430,7 +430,7 @@ TEST_F(PopupManagerTest, AScreenThatIsClosedUnderItsPopupLeavesItsNameToTheAnswe
   reporter_->openings.clear();
   screen_.reset();
   EXPECT_TRUE(request->preferences.controller.expired()) << "a popup keeps no screen alive";
-  request->actionItem(request->preferences.buttons.front());
+  request->actionItem(request->preferences.buttons.at(0));
   request->reporter->answered(request->preferences.appCommunicationItem, {}, nullptr, "Home");
   ASSERT_EQ(reporter_->answers.size(), 2u) << "the button's and the close";
   for (const Report& answer : reporter_->answers) {
@@ -452,7 +452,7 @@ TEST_F(PopupManagerTest, TheInspectorHearsOfTheCutAndOfTheShow) {
 
 TEST_F(PopupManagerTest, NoCampaignAtAllIsRefusedLikeOneWithoutIdentity) {
   manager_.showNotificationEmojiPopUpWindow(screen_, std::nullopt, nullptr, {});
-  EXPECT_EQ(fake_.console->lines().back(), kNoIdentity.front());
+  EXPECT_EQ(testing::last(fake_.console->lines()), kNoIdentity.at(0));
 }
 
 }  // namespace

@@ -10,15 +10,13 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/ConsoleSink.h"
+#include "tests/namespaces/Patience.h"
 
 namespace kifo::testing {
 
 /// A console whose lines can be waited for.
 class ConsoleLog final : public ConsoleSink {
  public:
-  /// How long a wait takes when what it waits for does not come.
-  static constexpr std::chrono::seconds kBound{20};
-
   void write(std::string line) override {
     const std::lock_guard lock(mutex_);
     lines_.push_back(std::move(line));
@@ -31,12 +29,12 @@ class ConsoleLog final : public ConsoleSink {
     return lines_.size();
   }
 
-  /// Waits for a line behind `mark` that is exactly `line`; the mark behind it. None after
-  /// kBound.
+  /// Waits for a line behind `mark` that is exactly `line`; the mark behind it. None when
+  /// it does not come.
   [[nodiscard]] std::optional<std::size_t> await(std::string_view line, std::size_t mark) const {
     std::unique_lock lock(mutex_);
     auto found = lines_.end();
-    const bool came = written_.wait_for(lock, kBound, [&] {
+    const bool came = written_.wait_for(lock, patience(), [&] {
       found = std::find(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(), line);
       return found != lines_.end();
     });
@@ -44,10 +42,10 @@ class ConsoleLog final : public ConsoleSink {
     return static_cast<std::size_t>(found - lines_.begin()) + 1;
   }
 
-  /// Waits for any line behind `mark`. False after kBound.
+  /// Waits for any line behind `mark`. False when none comes.
   bool awaitMore(std::size_t mark) const {
     std::unique_lock lock(mutex_);
-    return written_.wait_for(lock, kBound, [&] { return lines_.size() > mark; });
+    return written_.wait_for(lock, patience(), [&] { return lines_.size() > mark; });
   }
 
   /// How many lines behind `mark` are exactly `line`.

@@ -178,7 +178,7 @@ TEST_F(NetlinkReachabilityTest, ASourceMayGoWhileNewsComeAndFromItsOwnCallback) 
     if (i % 2 == 0) source->setCallback({}, {});
   }
   flaps.join();
-  ASSERT_EQ(called.get_future().wait_for(SourceWatcher::kBound), std::future_status::ready);
+  ASSERT_EQ(called.get_future().wait_for(patience()), std::future_status::ready);
   EXPECT_EQ(own, nullptr);
   EXPECT_TRUE(queue->stop(SerialQueue::Duration(10)));
 }
@@ -195,7 +195,7 @@ TEST_F(NetlinkReachabilityTest, AnotherQueueThanTheOneThatListensMayBeChosen) {
   watcher.source().setDispatchQueue(elsewhere);
   host("route add default via 10.7.0.1");
   auto called = there.get_future();
-  ASSERT_EQ(called.wait_for(SourceWatcher::kBound), std::future_status::ready);
+  ASSERT_EQ(called.wait_for(patience()), std::future_status::ready);
   EXPECT_TRUE(called.get());
   watcher.source().setDispatchQueue(nullptr);
   EXPECT_TRUE(elsewhere->stop(SerialQueue::Duration(10)));

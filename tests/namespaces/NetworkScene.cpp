@@ -82,7 +82,7 @@ void NetworkScene::start(const std::string& address, double timeout) {
   fake_.userDefaults->setValue(TokenConstant::TIMEOUT, timeout);
   std::promise<void> answered;
   Kifo::initialize(configuration(address), [&] { answered.set_value(); });
-  ASSERT_EQ(answered.get_future().wait_for(ConsoleLog::kBound), std::future_status::ready);
+  ASSERT_EQ(answered.get_future().wait_for(patience()), std::future_status::ready);
   ASSERT_TRUE(goesOnline());
   ASSERT_TRUE(awaitReceived("sdk_initialize", 1));
 }
@@ -96,7 +96,7 @@ void NetworkScene::setBlackHole(bool swallows) {
 }
 
 bool NetworkScene::awaitAnswers() {
-  return Kifo::waitUntilIdle(std::chrono::duration<double>(ConsoleLog::kBound).count());
+  return Kifo::waitUntilIdle(std::chrono::duration<double>(patience()).count());
 }
 
 void NetworkScene::loseTheRoute() {
@@ -116,7 +116,7 @@ bool NetworkScene::awaitStatus(const std::string& status) {
 }
 
 bool NetworkScene::isOnlineAtLast() {
-  const auto end = Clock::now() + ConsoleLog::kBound;
+  const auto end = Clock::now() + patience();
   while (Clock::now() < end) {
     statusMark_ = console_->mark();
     if (Kifo::networkStatus() == KifoNetworkStatus::ONLINE) return true;
@@ -127,7 +127,7 @@ bool NetworkScene::isOnlineAtLast() {
 
 bool NetworkScene::becomes(KifoNetworkStatus status) {
   const auto platform = Platform::current();
-  const auto end = Clock::now() + ConsoleLog::kBound;
+  const auto end = Clock::now() + patience();
   while (Kifo::networkStatus() != status && Clock::now() < end) {
     platform->reachabilityQueue->sync([] {});  // that is where it changes
   }
@@ -135,7 +135,7 @@ bool NetworkScene::becomes(KifoNetworkStatus status) {
 }
 
 bool NetworkScene::drains() {
-  const auto end = Clock::now() + ConsoleLog::kBound;
+  const auto end = Clock::now() + patience();
   while (Clock::now() < end) {
     const std::size_t mark = console_->mark();
     if (rowCount() == "0") return true;
@@ -171,7 +171,7 @@ bool NetworkScene::awaitReceived(const std::string& name, std::size_t count) con
       [&](const auto& all) {
         return static_cast<std::size_t>(std::ranges::count_if(all, isOne)) >= count;
       },
-      ConsoleLog::kBound);
+      patience());
 }
 
 std::vector<std::string> NetworkScene::values(const std::string& name, const char* key) const {

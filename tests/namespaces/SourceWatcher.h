@@ -11,15 +11,13 @@
 
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkReachability.h"
+#include "tests/namespaces/Patience.h"
 
 namespace kifo::testing {
 
 /// Starts a real reachability source in the namespace of the calling thread and keeps what it says.
 class SourceWatcher {
  public:
-  /// How long a wait takes when what it waits for does not come.
-  static constexpr std::chrono::seconds kBound{20};
-
   explicit SourceWatcher(std::vector<std::string> targets = {})
       : service_(queue_, std::move(targets)), source_(service_.createWithAddress({16, 2}, error_)) {
     if (!source_) return;
@@ -49,7 +47,7 @@ class SourceWatcher {
   /// Waits until a change was told after which the flags read as `expected`; the flags at last.
   std::uint32_t await(std::uint32_t expected) {
     std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, kBound, [&] { return last_ == expected; });
+    changed_.wait_for(lock, patience(), [&] { return last_ == expected; });
     return last_.value_or(~std::uint32_t{0});
   }
 

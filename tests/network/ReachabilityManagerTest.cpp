@@ -5,6 +5,7 @@
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/Last.h"
 
 namespace kifo {
 namespace {
@@ -125,7 +126,7 @@ TEST_F(ReachabilityManagerTest, AnyWatchersNoteCountsAndAnythingElseIsFatal) {
   other->refreshFlags();
   platform_.runUntilIdle();
   EXPECT_THAT(told_, ElementsAre(true, false));
-  EXPECT_EQ(read_.back(), false);
+  EXPECT_EQ(testing::last(read_), false);
 
   setFatalErrorHandler(
       [](std::string_view message) { throw std::logic_error(std::string(message)); });

@@ -6,6 +6,7 @@
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/ForeignLock.h"
+#include "tests/support/Last.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -24,7 +25,7 @@ class ServiceClientTest : public SdkTest {
     fake.runUntilIdle();
   }
 
-  HttpRequest lastRequest() const { return fake.http->requests().back(); }
+  HttpRequest lastRequest() const { return testing::last(fake.http->requests()); }
   std::size_t lines(const std::string& message) const {
     return fake.console->count("Kifo ServiceClient: " + message);
   }
@@ -127,10 +128,18 @@ TEST_F(ServiceClientTest, A200WithoutABodyMarksTheRowAndKeepsIt) {
   EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 1) << "it was answered";
 }
 
+/// Never has a token, which is waited for no time.
+class NoTokens : public TokenServiceProtocol {
+ public:
+  NoTokens() { kifoTimeout = 0.0; }
+  void getToken(Completion) override {}
+};
+
 class FailedAnswer : public ServiceClientTest, public ::testing::WithParamInterface<int> {};
 
 TEST_P(FailedAnswer, KeepsTheRowForOneMoreTry) {
   start(kCounted);
+  Kifo::setTokenService(std::make_shared<NoTokens>());
   answerNothing();
   send("tap");
   if (GetParam() == 0) {
@@ -210,7 +219,7 @@ TEST_F(SyncTest, StoredRowsGoOutOneAfterAnotherInOrderUntilNoneIsLeft) {
   setOnline(true);
   for (const char* next : {"one", "two", "three"}) {
     EXPECT_EQ(fake.http->open().size(), 1U) << "one at a time";
-    EXPECT_EQ(resent().back(), next);
+    EXPECT_EQ(testing::last(resent()), next);
     EXPECT_EQ(rows("select count(*) from KifoLog where TRYCOUNT = 1"), Lines{"1"})
         << "marked first";
     fake.http->answerNext(200, "{}");
@@ -298,7 +307,7 @@ TEST_P(WaitingPass, StartsOverWhenItsRequestFailsSoThatTheRowsBehindItGoOutOnThi
   if (failure.status > 0) {
     fake.http->answerNext(failure.status);
   } else {
-    fake.http->fail(fake.http->open().front(), failure.code, failure.name);
+    fake.http->fail(fake.http->open().at(0), failure.code, failure.name);
   }
   fake.runUntilIdle();
   EXPECT_EQ(resent(), (Lines{"one", "one", "two", "three"}));
@@ -380,7 +389,7 @@ TEST_F(ServiceClientTest, AnEventKeepsTheTokenAndTheOriginOfItsMoment) {
   send("tap");
   Kifo::setAuthorizationToken("the second user's");
   ASSERT_EQ(late->kept.size(), 1U);
-  EXPECT_EQ(late->kept.front()().headers[0].second, "BearerMOBILE token");
+  EXPECT_EQ(late->kept.at(0)().headers[0].second, "BearerMOBILE token");
   late->stop();
 }
 

@@ -1,4 +1,5 @@
 #include "testing/server/LocalServer.h"
+#include "tests/support/Last.h"
 
 #include <curl/curl.h>
 #include <gtest/gtest.h>
@@ -90,7 +91,7 @@ TEST_F(LocalServerTest, keeps_what_was_received_as_it_was_sent) {
   EXPECT_EQ(answer.status, 200);
   EXPECT_EQ(answer.body, R"({"code":0,"message":"ok"})");
   ASSERT_TRUE(server_.requests().waitFor(1, 0s));
-  const auto request = server_.requests().on(eventPath).front();
+  const auto request = server_.requests().on(eventPath).at(0);
   EXPECT_EQ(request->method, "POST");
   EXPECT_EQ(request->target, "/sdkListenerEvent?name=a%20%26%2Bb&name2=%C3%A9");
   EXPECT_EQ(request->query,
@@ -106,9 +107,9 @@ TEST_F(LocalServerTest, takes_a_query_of_a_whole_event_however_long) {
   for (int i = 0; i < 2; ++i) {
     ASSERT_EQ(connection.post("/sdkListenerEvent?text=" + value, eventBody).status, 200);
   }
-  EXPECT_EQ(server_.requests().all().back()->query.at("text"), value);
-  EXPECT_EQ(server_.requests().all().front()->remotePort,
-            server_.requests().all().back()->remotePort);
+  EXPECT_EQ(testing::last(server_.requests().all())->query.at("text"), value);
+  EXPECT_EQ(server_.requests().all().at(0)->remotePort,
+            testing::last(server_.requests().all())->remotePort);
   EXPECT_FALSE(post("/sdkListenerEvent?text=" + std::string(4u << 20, 'x')).isWhole)
       << "too long even for it";
 }
@@ -159,7 +160,7 @@ TEST_F(LocalServerTest, misbehaves_as_told_and_only_where_and_as_often_as_told) 
   const auto dropped = postEvent();
   EXPECT_FALSE(dropped.isWhole);
   EXPECT_EQ(dropped.status, 0);
-  EXPECT_EQ(server_.requests().all().back()->status, 0);
+  EXPECT_EQ(testing::last(server_.requests().all())->status, 0);
   server_.setFaults({.connection = Faults::Connection::DIE});
   const auto cut = postEvent();
   EXPECT_FALSE(cut.isWhole);

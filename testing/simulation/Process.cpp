@@ -1,0 +1,46 @@
+#include "testing/simulation/Process.h"
+
+#include <utility>
+
+namespace kifo::testing::simulation {
+
+std::optional<DefaultsValue> Defaults::value(const std::string& key) const {
+  const auto found = values_.find(key);
+  return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void Defaults::setValue(const std::string& key, DefaultsValue value) {
+  if (disk_.health() != Disk::Health::off) values_[key] = std::move(value);
+}
+
+Process::Process(const Platform& lasting, std::function<void(const HttpRequest&)> composed)
+    : network(std::make_shared<Network>(std::move(composed))) {
+  Platform platform = lasting;
+  platform.mainQueue = main;
+  platform.answerQueue = answers;
+  platform.reachabilityQueue = reaches;
+  platform.http = network;
+  platform.reachability = reachability;
+  platform.popups = presenter;
+  Platform::install(std::move(platform));
+}
+
+bool Process::runOne(std::uint32_t number) {
+  const auto all = queues();
+  for (std::size_t tried = 0; tried <= all.size(); ++tried) {
+    const std::size_t which = (number + tried) % (all.size() + 1);
+    if (which < all.size() ? all[which]->runOne() : network->composeNext()) return true;
+  }
+  return false;
+}
+
+bool Process::isIdle() const {
+  return !executor->hasDue() && network->waiting() == 0;
+}
+
+void Process::die() {
+  network->die();
+  for (FakeSerialQueue* queue : queues()) queue->discard();
+}
+
+}  // namespace kifo::testing::simulation
