@@ -119,6 +119,22 @@ std::optional<std::string> brokenWhenIdle(Ledger& ledger) {
 
 }  // namespace
 
+std::optional<std::string> wrongCounter(const Ledger& ledger, const Counts& counts,
+                                        const UnderWay& underWay) {
+  using Expected = std::pair<Counter, std::int64_t>;
+  for (const auto& [counter, expected] : {Expected{Counter::sent, ledger.sentDirectly},
+                                          Expected{Counter::resent, ledger.sentFromStore},
+                                          Expected{Counter::delivered, ledger.delivered},
+                                          Expected{Counter::underWay, underWay.requests}}) {
+    if (counts[counter] != expected) return "the counter " + std::string(name(counter));
+  }
+  // A row whose deletion failed stays in the table, but does not count as waiting.
+  const bool isOrderly = ledger.isUndisturbed(ledger.firstStep);
+  const std::int64_t waiting = ledger.waiting - underWay.rows;
+  if (isOrderly && counts[Counter::waiting] != waiting) return "the counter waiting";
+  return std::nullopt;
+}
+
 std::optional<std::string> brokenInvariant(Ledger& ledger, bool isIdle) {
   if (!ledger.faults.empty()) return ledger.faults.front();
   for (const auto& [name, holds] : kOfTheSession) {

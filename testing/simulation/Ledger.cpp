@@ -35,6 +35,8 @@ void Ledger::beginProcess() {
   ++process;
   token.clear();
   refusals = 0;
+  sentDirectly = sentFromStore = delivered = 0;
+  firstStep = step + 1;
   hasCampaigns = false;
 }
 
@@ -64,6 +66,7 @@ void Ledger::sent(std::string_view body, bool fromStore, std::string_view sentTo
   Event& event = eventOf(body);
   touch(event);
   ++(fromStore ? event.sentFromStore : event.sentDirectly);
+  ++(fromStore ? sentFromStore : sentDirectly);
   event.isSentAfterAnswer |= event.answeredIn == process;
   if (event.number > 0) {
     event.hasWrongMoment |= numberIn<std::int64_t>(member(body, "timestamp")) != event.timestamp;
@@ -82,6 +85,7 @@ void Ledger::sent(std::string_view body, bool fromStore, std::string_view sentTo
 void Ledger::answered(std::string_view body, bool isOk) {
   Event& event = eventOf(body);
   touch(event);
+  if (isOk) ++delivered;
   if (!isOk) {
     event.hasFailed = true;
   } else if (event.answeredIn == 0) {

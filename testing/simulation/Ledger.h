@@ -70,6 +70,10 @@ struct Ledger {
   std::map<std::string, Budget> budgets;
   std::string token;                ///< The session's, as the world knows it.
   std::string sessionsToken;        ///< As the SDK says.
+  std::int64_t sentDirectly = 0;    ///< Requests of this process…
+  std::int64_t sentFromStore = 0;   ///< … that went out,
+  std::int64_t delivered = 0;       ///< … and those that were answered 200.
+  std::uint64_t firstStep = 0;      ///< Of this process.
   int refusals = 0;                 ///< 401 answers since the last 200, in this process.
   bool hasCampaigns = false;        ///< This process got an in-app answer.
   std::vector<std::string> faults;  ///< What else was found to be wrong.

@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/Counters.h"
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
@@ -78,6 +79,7 @@ class World {
   void answerAll();
   void answerToken(std::uint32_t argument);
   void changeNetwork(std::uint32_t argument);
+  void pausePopups(bool isPaused);
   void showPopup();
   void answerPopup(std::uint32_t argument);
   void breakDisk(std::uint32_t argument);
@@ -105,6 +107,7 @@ class World {
   std::shared_ptr<Screen> screen_ = std::make_shared<Screen>();
   InitializeStatusType status_ = InitializeStatusType::NOT_INITIALIZED;
   bool isCachingDisabled_ = false;
+  bool isPaused_ = false;              ///< The host holds popups back.
   bool isBlind_ = false;               ///< Reading the network has failed: its watcher has stopped.
   std::uint64_t idleIdentifiers_ = 0;  ///< Identifiers given out when all work had last ended.
   int chosen_ = 0;                     ///< Calls of handlers of chosen buttons.
@@ -131,6 +134,7 @@ void World::start(std::uint32_t argument) {
 
   status_ = InitializeStatusType::NOT_INITIALIZED;
   isBlind_ = false;
+  isPaused_ = false;
   tokens_->process = ledger_.process;
   Platform lasting = nullPlatform();
   lasting.userDefaults = defaults_;
@@ -230,6 +234,9 @@ void World::perform(const Operation& operation) {
       break;
     case Kind::changeCampaigns:
       campaigns_ = argument;
+      break;
+    case Kind::pausePopups:
+      pausePopups(argument % 3 == 0);
       break;
     case Kind::showPopup:
       showPopup();
@@ -406,6 +413,11 @@ void World::changeNetwork(std::uint32_t argument) {
   process_->reachability->change(flags[argument % flags.size()]);
 }
 
+void World::pausePopups(bool isPaused) {
+  isPaused_ = isPaused;
+  Kifo::setPopupsPaused(isPaused);
+}
+
 void World::showPopup() {
   auto& waiting = process_->presenter->waiting;
   if (waiting.empty()) return;
@@ -416,6 +428,7 @@ void World::showPopup() {
   auto& budget = ledger_.budgets.try_emplace(*item.uuid, Budget{*item.maxShowCount}).first->second;
   if (isOn()) budget.isOverspent |= --budget.left < 0;
   if (*item.uuid == "P-EXPIRED") fail("an expired campaign was shown");
+  if (isPaused_) fail("a popup was shown while popups are paused");
   process_->presenter->shown.push_back(request);
 }
 
@@ -490,9 +503,19 @@ void World::check() {
 void World::checkIdle() {
   idleIdentifiers_ = identifiers_->issued();
   ledger_.idleStep = ledger_.step;
-  if (Runtime::current()->inFlight->count() != process_->network->open().size()) {
+  const auto runtime = Runtime::current();
+  if (runtime->inFlight->count() != process_->network->open().size()) {
     violation_ = "the requests under way are those that the network has";
   }
+  if (violation_ || !runtime->counters->isFound()) return;
+  const Counts counts = Kifo::statistics().sinceInitialize;
+  UnderWay underWay;
+  for (const auto& [request, done] : process_->network->open()) {
+    if (isQuery(request)) continue;
+    ++underWay.requests;
+    underWay.rows += ledger_.eventOf(*request.body).isWaiting ? 1 : 0;
+  }
+  if (auto wrong = wrongCounter(ledger_, counts, underWay)) violation_ = std::move(wrong);
 }
 
 void World::finish() {

@@ -153,6 +153,10 @@ TEST_P(ActorChoice, TakesTheHostsElseTheStoredElseANewOne) {
   start("{}", config);
   EXPECT_EQ(Kifo::isInstall(), c.isInstall);
   EXPECT_EQ(storedActor(), Kifo::actorId());
+  const std::string sentActor = Session::withoutCommas(Kifo::actorId());
+  EXPECT_TRUE(fake.http->requests().at(0).url.starts_with(
+      "http://api.test/inapp?actor-id=" + sentActor + "&"));
+  EXPECT_EQ(lastEvent("sdk_initialize")["actorId"], sentActor);
   if (c.chosen.empty()) {
     EXPECT_EQ(Kifo::actorId().size(), 36U);
     EXPECT_EQ(lastEvent("install")["anonymous"], true);
@@ -163,9 +167,10 @@ TEST_P(ActorChoice, TakesTheHostsElseTheStoredElseANewOne) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kifo, ActorChoice,
-    ::testing::Values(ActorCase{"A", "B", "B", false}, ActorCase{"A", "", "A", false},
-                      ActorCase{"A", std::nullopt, "A", false}, ActorCase{"", "B", "B", true},
-                      ActorCase{nullptr, "B", "B", true}, ActorCase{nullptr, "", "", true}));
+    ::testing::Values(ActorCase{"A", "B", "B", false}, ActorCase{"A", "B,1", "B,1", false},
+                      ActorCase{"A", "", "A", false}, ActorCase{"A", std::nullopt, "A", false},
+                      ActorCase{"", "B", "B", true}, ActorCase{nullptr, "B", "B", true},
+                      ActorCase{nullptr, "", "", true}));
 
 TEST_F(KifoTest, TheShortFormSaysWhereTheActorCameFromAndLeavesTheRestAlone) {
   const auto initialize = [this](const std::optional<std::string>& actor) {
@@ -191,10 +196,9 @@ TEST_F(KifoTest, TheShortFormSaysWhereTheActorCameFromAndLeavesTheRestAlone) {
 }
 
 TEST_F(KifoTest, TokensAreReportedOnceBothAreThereAndOnlyWhenTheyChange) {
-  start();
   Kifo::setPushToken("push");
-  fake.runUntilIdle();
-  EXPECT_TRUE(lastEvent("push_token_change").is_null());
+  start();
+  EXPECT_EQ(fake.userDefaults->string("PUSH_TOKEN"), std::nullopt) << "one is not enough";
   Kifo::setApnsToken({0x0A, 0xFF});
   fake.runUntilIdle();
   EXPECT_EQ(Kifo::apnsToken(), "0aff");
@@ -206,6 +210,12 @@ TEST_F(KifoTest, TokensAreReportedOnceBothAreThereAndOnlyWhenTheyChange) {
   fake.runUntilIdle();
   EXPECT_EQ(std::ranges::count(eventNames(), "push_token_change"), 3);
   EXPECT_EQ(lastEvent("push_token_change")["token_provider"], "firebase");
+  Runtime::detach();
+  Kifo::setPushToken("set early");
+  Kifo::setApnsToken({1});
+  EXPECT_EQ(fake.userDefaults->string("PUSH_TOKEN"), "other") << "not before the start";
+  start();
+  EXPECT_EQ(fake.userDefaults->string("PUSH_TOKEN"), "set early");
 }
 
 TEST_F(KifoTest, AnEmptyAuthorizationTokenIsRefused) {
@@ -261,15 +271,30 @@ TEST_F(KifoTest, AnAddressThatIsNoUrlEndsTheProcessWhereNothingElseCanBeDone) {
   EXPECT_DEATH(Kifo::initialize(config), "Fatal error: the server's address is no URL: not a url");
 }
 
-TEST_F(KifoTest, ForcedItInitialisesAgainAndKeepsOneWatcher) {
+TEST_F(KifoTest, ForcedItInitialisesAgainWithTheNewSwitchesAndKeepsOneWatcher) {
   start();
   auto config = configuration();
   config.forceInitialize = true;
+  config.isWifiStatusRequired = config.isDiskCapacityRequired = true;
+  config.isBatteryStatusRequired = config.isLocationRequired = true;
+  config.offlineCachingDisabled = true;
+  config.sendApplicationLifeCycleEventEnabled = SendLifeCycleEventStatus::DISABLED;
+  config.sendActivityLifeCycleEventStatus = SendLifeCycleEventStatus::DISABLED;
   start("{}", config);
+  EXPECT_TRUE(Kifo::isWifiStatusRequired());
+  EXPECT_TRUE(Kifo::isDiskCapacityRequired());
+  EXPECT_TRUE(Kifo::isBatteryStatusRequired());
+  EXPECT_TRUE(Kifo::isLocationRequired());
+  EXPECT_TRUE(Kifo::offlineCachingDisabled());
+  EXPECT_EQ(Kifo::sendApplicationLifeCycleEventStatus(), SendLifeCycleEventStatus::DISABLED);
+  EXPECT_EQ(Kifo::sendActivityLifeCycleEventStatus(), SendLifeCycleEventStatus::DISABLED);
+  EXPECT_EQ(std::ranges::count(eventNames(), "install"), 1) << "it is installed already";
   EXPECT_EQ(fake.reachability->listening(), 1U);
   fake.console->clear();
   setOnline(false);
   EXPECT_EQ(said(), Lines{"KifoNetworkStatus: OFFLINE"});
+  setOnline(true);
+  EXPECT_EQ(fake.http->networkChanges(), 1) << "connections of before the loss lead nowhere";
 }
 
 TEST_F(KifoTest, ANetworkThatNobodyCanWatchCountsAsThere) {

@@ -17,13 +17,14 @@ class HomeScreen : public KifoViewController {
 
 constexpr auto kCampaigns = R"({
   "configuration": {"stopAllEvents": false, "offlineQueueSize": 10},
-  "blockedEvents": [{"name": "login"}, {}],
+  "blockedEvents": [{"name": "login"}, {}, {"name": "blocked"}],
   "model": [
     {"type": "POPUP", "uuid": "first", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": []},
     {"type": "POPUP", "uuid": "other", "maxShowCount": 5, "triggeringEventName": "Tap", "buttons": []},
     {"type": "POPUP", "uuid": "expired", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": [], "expireDate": 1000},
     {"type": "popup", "uuid": "unknown", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": []},
-    {"type": "POPUP", "uuid": "second", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": [], "expireDate": 99999999999999}]})";
+    {"type": "POPUP", "uuid": "second", "maxShowCount": 5, "triggeringEventName": "tap", "buttons": [], "expireDate": 4102444800},
+    {"type": "POPUP", "uuid": "of a blocked one", "maxShowCount": 5, "triggeringEventName": "blocked", "buttons": [], "expireDate": 4102444800000}]})";
 
 class EventManagerTest : public SdkTest {
  protected:
@@ -62,7 +63,10 @@ TEST_F(EventManagerTest, ABlockedEventIsDroppedWithoutATrace) {
   KifoEventManager::sendLoginEvent(screen, std::nullopt);
   fake.runUntilIdle();
   EXPECT_TRUE(fake.console->lines().empty());
-  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+  tap(screen, "blocked");
+  fake.advance(1.0);
+  EXPECT_EQ(shown(), Lines{"of a blocked one"}) << "it chooses its campaigns all the same";
+  EXPECT_EQ(rows("select count(*) from KifoLog where PARAMETERS like '%\"blocked\"%'"), Lines{"0"});
 }
 
 TEST_F(EventManagerTest, CampaignsOfTheEventShowHalfASecondLaterInTheServersOrder) {
@@ -121,6 +125,11 @@ TEST_F(EventManagerTest, WhileAPageQueriesOnlyTheLastEventsPopupWaitsForTheAnswe
   tap(screen, "Tap");
   fake.advance(1.0);
   EXPECT_EQ(shown().size(), 2U) << "nothing waits any more";
+  screen->viewDidAppear(false);
+  fake.runUntilIdle();
+  for (const auto index : fake.http->open()) fake.http->answer(index, 200, kCampaigns);
+  fake.advance(1.0);
+  EXPECT_EQ(shown().size(), 2U) << "what was deferred comes once";
 }
 
 TEST_F(EventManagerTest, ACampaignThatIsNotShownIsSaidToTheInspector) {
@@ -146,7 +155,7 @@ TEST_F(EventManagerTest, AnAnswerNamesItsPageAlsoWhenTheScreenIsGone) {
   fake.advance(1.0);
   ASSERT_EQ(fake.popups->requests().size(), 1U);
   screen.reset();
-  const auto request = fake.popups->requests().front();
+  const auto request = fake.popups->requests().at(0);
   const auto& preferences = request->preferences;
   request->reporter->answered(preferences.appCommunicationItem, {}, preferences.controller.lock(),
                               preferences.pageName);
@@ -155,7 +164,12 @@ TEST_F(EventManagerTest, AnAnswerNamesItsPageAlsoWhenTheScreenIsGone) {
 
 TEST_F(EventManagerTest, AFailedQueryDoesNotHoldPopupsBackForGood) {
   start(kCampaigns);
+  setOnline(false);
+  screen->viewDidAppear(false);
+  fake.runUntilIdle();
+  EXPECT_TRUE(Kifo::isInitialized()) << "a query that cannot go out is no failure";
   answerNothing();
+  setOnline(true);
   screen->viewDidAppear(false);
   tap(screen, "Tap");
   fake.runUntilIdle();

@@ -160,6 +160,8 @@ TEST(CachedReadingTest, TheFirstIsTakenOnTheSpotAndOldOnesAreRenewedOnTheQueue) 
   EXPECT_EQ(queue->pending(), 1u) << "one renewal at a time";
   queue->runUntilIdle();
   EXPECT_EQ(always.get(), 2);
+  queue->runUntilIdle();
+  EXPECT_EQ(always.get(), 3) << "and so on";
   const CachedReading<int> fresh(queue, [&] { return ++taken; });
   EXPECT_EQ(fresh.get(), fresh.get());
 }

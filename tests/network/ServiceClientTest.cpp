@@ -4,6 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+#include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/ForeignLock.h"
 #include "tests/support/Last.h"
@@ -32,7 +33,9 @@ class ServiceClientTest : public SdkTest {
 };
 
 TEST_F(ServiceClientTest, ARequestCarriesTheFourHeadersAndItsParametersInQueryAndBody) {
-  start();
+  auto config = configuration();
+  config.listenerUri = "http://listener.test/events?of=its-own#part";
+  start("{}", config);
   answerNothing();
   send("tap", {{"b c", "ü/?&="}, {"a", 7}, {"deep", {{"x", Value::list({1, 2})}}}, {"yes", true}});
   const HttpRequest request = lastRequest();
@@ -47,6 +50,8 @@ TEST_F(ServiceClientTest, ARequestCarriesTheFourHeadersAndItsParametersInQueryAn
   EXPECT_THAT(request.url, HasSubstr("&b%20c=%C3%BC%2F%3F%26%3D&"));
   EXPECT_THAT(request.url, HasSubstr("&deep=%7B%22x%22%3A%5B1%2C2%5D%7D&"));
   EXPECT_THAT(request.url, HasSubstr("&yes=true"));
+  EXPECT_TRUE(request.url.ends_with("#part"));
+  EXPECT_FALSE(request.mayRepeat) << "its copy is what is sent again";
   const auto body = nlohmann::json::parse(request.body.value());
   EXPECT_EQ(body["b c"], "ü/?&=");
   EXPECT_EQ(request.body->find(' '), request.body->find(" c\"")) << "compact";
@@ -81,16 +86,9 @@ TEST_F(ServiceClientTest, OfflineAnEventIsStoredAndNotSent) {
   const auto sent = fake.http->count();
   send("tap");
   EXPECT_EQ(fake.http->count(), sent);
-  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT, HTTPMETHOD from KifoLog"),
-            Lines{"1|0|0|POST"});
+  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT, HTTPMETHOD, DATE from KifoLog"),
+            Lines{"1|0|0|POST|1700000000"});
   EXPECT_EQ(lines("Kifo online status is not ONLINE"), 1U);
-}
-
-TEST_F(ServiceClientTest, TheServerSaysHowManyRequestsMayWait) {
-  start(kCounted);
-  setOnline(false);
-  for (int i = 0; i < 5; ++i) send("tap");
-  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"3"});
 }
 
 TEST_F(ServiceClientTest, BeforeTheFirstAnswerOnlyTheQueryAndPushEventsGoOut) {
@@ -98,23 +96,16 @@ TEST_F(ServiceClientTest, BeforeTheFirstAnswerOnlyTheQueryAndPushEventsGoOut) {
   Kifo::initialize(configuration());
   send("tap");
   KifoEventManager::sendPushNotificationReceivedEvent("t", "a", "c", "code", "s");
+  KifoEventManager::sendPushNotificationClickedEvent("t", "a", "c", "code", "s", {}, {});
+  KifoEventManager::sendPushNotificationDismissedEvent({});
   fake.runUntilIdle();
-  EXPECT_EQ(eventNames(), Lines{"push_notification_received"});
+  EXPECT_EQ(eventNames(), (Lines{"push_notification_received", "push_notification_clicked",
+                                 "push_notification_dismissed"}));
   EXPECT_GE(
       lines("App communication is nil or is app communication itemLog is false or Notification "
             "event is false"),
       1U);
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
-}
-
-TEST_F(ServiceClientTest, AnAnswered200LeavesNoRowEvenWhenItIsFasterThanTheInsert) {
-  start(kCounted);
-  answerNothing();
-  KifoEventManager::sendEvent("tap", std::nullopt);
-  fake.http->answerNext(200, "{}");  // before any statement of this event has run
-  fake.runUntilIdle();
-  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
-  EXPECT_GE(lines("apiRequest is not cached"), 1U);
 }
 
 TEST_F(ServiceClientTest, A200WithoutABodyMarksTheRowAndKeepsIt) {
@@ -126,6 +117,14 @@ TEST_F(ServiceClientTest, A200WithoutABodyMarksTheRowAndKeepsIt) {
   setOnline(false);
   setOnline(true);
   EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 1) << "it was answered";
+  for (const char* name : {"one", "two"}) {
+    setOnline(false);
+    send(name);
+  }
+  setOnline(true);
+  EXPECT_EQ(rows("select ISSYNC_SUCCESS, TRYCOUNT from KifoLog order by ID"),
+            (Lines{"1|0", "1|1", "0|0"}))
+      << "and the chain ends with it";
 }
 
 /// Never has a token, which is waited for no time.
@@ -230,6 +229,10 @@ TEST_F(SyncTest, StoredRowsGoOutOneAfterAnotherInOrderUntilNoneIsLeft) {
   EXPECT_EQ(lines("sync is online online"), 4U);
   EXPECT_EQ(lines("log is nil"), 1U);
   EXPECT_EQ(lines("lastSyncRequestIds contains log requestId"), 3U);
+  for (const Decision& sent : fake.inspector->ofKind("resent")) {
+    EXPECT_FALSE(Runtime::current()->inFlight->isDelivered(sent.particulars.at(0).second))
+        << "nothing is remembered of a row that is gone";
+  }
 }
 
 TEST_F(SyncTest, TheFirstFailureEndsTheChainAndTheNextTriggerTakesTheNextRow) {
@@ -247,17 +250,6 @@ TEST_F(SyncTest, TheFirstFailureEndsTheChainAndTheNextTriggerTakesTheNextRow) {
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"}) << "and goes with the next success";
 }
 
-TEST_F(SyncTest, TwoChainsAtOnceNeverSendOneRowTwice) {
-  storeThree();
-  fake.reachability->change(2);
-  ServiceClient::make()->syncLogs();
-  ServiceClient::make()->syncLogs();
-  fake.runUntilIdle();
-  Lines names = resent();
-  std::ranges::sort(names);
-  EXPECT_EQ(names, (Lines{"one", "three", "two"}));
-}
-
 TEST_F(SyncTest, NothingIsSentAgainWhenCachingIsDisabled) {
   auto config = configuration();
   config.offlineCachingDisabled = true;
@@ -266,22 +258,6 @@ TEST_F(SyncTest, NothingIsSentAgainWhenCachingIsDisabled) {
   EXPECT_TRUE(resent().empty());
   EXPECT_EQ(lines("offlineCachingDisabled"), 1U);
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"3"});
-}
-
-TEST_F(SyncTest, ARequestThatStillWaitsForItsAnswerIsNotSentFromTheStore) {
-  start(kCounted);
-  answerNothing();
-  send("one");
-  setOnline(false);
-  setOnline(true);
-  EXPECT_EQ(resent(), Lines{"one"});
-  send("two");
-  fake.http->answerNext(200, "{}");
-  fake.runUntilIdle();
-  EXPECT_EQ(resent(), (Lines{"one", "two"})) << "the pass waits for the second as well";
-  fake.http->answerNext(500);
-  fake.runUntilIdle();
-  EXPECT_EQ(resent(), (Lines{"one", "two", "two"})) << "after a failure the pass starts over";
 }
 
 /// How the request that a pass waits for fails.
@@ -460,14 +436,6 @@ TEST_F(SyncTest, AGetRowIsSentWithoutABody) {
   EXPECT_EQ(lastRequest().method, "GET");
   EXPECT_EQ(lastRequest().url, "http://h/p?a=1");
   EXPECT_FALSE(lastRequest().body);
-}
-
-TEST_F(SyncTest, WhatAnEarlierRunStoredGoesOutOnceTheServerHasAnswered) {
-  storeThree();
-  Runtime::detach();
-  fake.reachability->setFlags(2);
-  start(kCounted);
-  EXPECT_EQ(resent(), (Lines{"one", "two", "three"}));
 }
 
 }  // namespace
