@@ -13,6 +13,12 @@ void Defaults::setValue(const std::string& key, DefaultsValue value) {
   if (disk_.health() != Disk::Health::off) values_[key] = std::move(value);
 }
 
+bool Defaults::removeAll() {
+  if (disk_.health() == Disk::Health::off) return false;
+  values_.clear();
+  return true;
+}
+
 Process::Process(const Platform& lasting, std::function<void(const HttpRequest&)> composed)
     : network(std::make_shared<Network>(std::move(composed))) {
   Platform platform = lasting;

@@ -24,6 +24,7 @@ class Defaults final : public UserDefaults {
   explicit Defaults(const Disk& disk) : disk_(disk) {}
   [[nodiscard]] std::optional<DefaultsValue> value(const std::string& key) const override;
   void setValue(const std::string& key, DefaultsValue value) override;
+  bool removeAll() override;
 
  private:
   const Disk& disk_;
