@@ -38,7 +38,7 @@ TEST_F(CustomSliderTest, AKeyAfterADragLandsOnAWholeScore) {
 TEST(DashedLabelTest, StrokesItsBoundsInItsTint) {
   DashedLabel label(nullptr);
   label.resize(200, 50);
-  label.setTintColor(Qt::blue);
+  label.setShape({Qt::transparent, Qt::blue, 4});
   const QImage image = label.grab().toImage();
   for (const int y : {0, 3}) {
     EXPECT_EQ(image.pixelColor(5, y), QColor(Qt::blue)) << "the whole thickness is seen";

@@ -2,11 +2,10 @@
 
 #include <cstdint>
 
-#include <QRectF>
 #include <QSlider>
 #include <QVariantAnimation>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/ControlLooks.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
@@ -21,10 +20,6 @@ class CustomSlider : public QSlider {
   Q_OBJECT
 
  public:
-  /// Above and below the bounds, for the focus ring and the larger thumb; the slider is so much
-  /// higher than its bounds.
-  static constexpr int room = 6;
-
   CustomSlider(const PopupTheme& theme, QWidget* parent);
 
   /// The range of scores. Scores beyond 2^30 count as that; a maximum below the
@@ -34,8 +29,8 @@ class CustomSlider : public QSlider {
   /// Where the thumb stands, between `minimum` and `maximum`. The whole part is `value`.
   [[nodiscard]] float position() const { return position_; }
 
-  /// The track within `bounds`: full width, 10 high, from the middle line down.
-  [[nodiscard]] static QRectF trackRect(const QRectF& bounds);
+  /// What is painted.
+  [[nodiscard]] ScoreLook look() const;
   /// Whether the user has moved or pressed the thumb.
   [[nodiscard]] bool isTouched() const { return touched_; }
 
@@ -54,18 +49,9 @@ class CustomSlider : public QSlider {
   void sliderChange(SliderChange change) override;
 
  private:
-  [[nodiscard]] bool rightToLeft() const { return layoutDirection() == Qt::RightToLeft; }
-  [[nodiscard]] QRectF track() const;
   [[nodiscard]] double span() const { return static_cast<double>(maximum()) - minimum(); }
-  /// Where `score` lies along the track.
-  [[nodiscard]] double across(double score) const;
-  [[nodiscard]] QPointF thumbCentre() const;
   void moveTo(float position);
-  void follow(double x);
   void glideToWhole();
-  void paintTrack(QPainter& painter) const;
-  void paintTicks(QPainter& painter) const;
-  void paintThumb(QPainter& painter) const;
 
   PopupTheme theme_;
   float position_ = 0;

@@ -7,14 +7,12 @@
 #include <QValidator>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelLooks.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/HostStyleSheet.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 
 namespace kifo {
 namespace {
-
-constexpr double kCorner = 8;
 
 /// What was put in between `before` and `after`, where the caret ends behind it.
 QString insertion(const QString& before, const QString& after, int caret) {
@@ -98,11 +96,7 @@ FreeTextField::FreeTextField(const PopupTheme& theme, QWidget* parent)
 void FreeTextField::paintEvent(QPaintEvent* event) {
   {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(theme_.shade(0.05));
-    painter.setPen(QPen(theme_.shade(underMouse() ? 0.55 : 0.4), 1));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
-    if (hasFocus()) paintFocusRing(painter, rect(), kCorner, theme_.shade(0.05), theme_.accent);
+    paintField(painter, theme_, rect(), underMouse(), hasFocus());
   }
   QLineEdit::paintEvent(event);
 }

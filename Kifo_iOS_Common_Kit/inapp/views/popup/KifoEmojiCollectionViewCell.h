@@ -3,11 +3,10 @@
 #include <functional>
 #include <memory>
 
-#include <QImage>
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
@@ -26,12 +25,12 @@ class KifoEmojiCollectionViewCell : public QWidget {
   using Action = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
 
   static constexpr const char* identifier = "KifoEmojiCollectionViewCell";
-  static constexpr double selectedAlpha = 1.0;
-  static constexpr double otherAlpha = 0.4;
+  static constexpr double selectedAlpha = EmojiLook::selectedAlpha;
+  static constexpr double otherAlpha = EmojiLook::otherAlpha;
 
   KifoEmojiCollectionViewCell(const PopupTheme& theme,
-                              std::shared_ptr<AppCommunicationItemButton> emoji, int row, int rows,
-                              QWidget* parent);
+                              std::shared_ptr<AppCommunicationItemButton> emoji, int row,
+                              const OptionText& text, QWidget* parent);
 
   [[nodiscard]] const std::shared_ptr<AppCommunicationItemButton>& appCommunicationItemButton()
       const {
@@ -58,15 +57,10 @@ class KifoEmojiCollectionViewCell : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  void paintEmoji(QPainter& painter) const;
-  void paintSubstitute(QPainter& painter, const QRectF& place) const;
-
   PopupTheme theme_;
   std::shared_ptr<AppCommunicationItemButton> appCommunicationItemButton_;
   int indexPath_;
-  QString substitute_;
-  QImage image_;
-  bool loading_ = false;
+  EmojiLook look_;
   OptionButton* emojiButton_;
 };
 

@@ -2,7 +2,6 @@
 
 #include <QPainter>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
 
 namespace kifo {
@@ -27,7 +26,7 @@ class Line : public QWidget {
 
 KifoPopupCell::KifoPopupCell(const PopupTheme& theme,
                              std::shared_ptr<AppCommunicationItemButton> button, int index,
-                             int rows, QWidget* parent)
+                             const OptionText& text, QWidget* parent)
     : QWidget(parent),
       button_(std::move(button)),
       index_(index),
@@ -36,10 +35,7 @@ KifoPopupCell::KifoPopupCell(const PopupTheme& theme,
   setObjectName(identifier);
   titleLbl_->setObjectName("titleLbl");
   titleLbl_->setSurfaceInset(surfaceInset);
-  QString caption = QString::fromStdString(button_->text.value_or(""));
-  if (caption.trimmed().isEmpty()) caption = theme.options.texts.option.arg(index + 1).arg(rows);
-  titleLbl_->setCaption(caption);
-  titleLbl_->setColors(toQColor(colorOf(button_->color)), toQColor(colorOf(button_->textColor)));
+  titleLbl_->setOption(text);
   lineView_->hide();
   connect(titleLbl_, &QAbstractButton::clicked, this, [this] {
     if (const auto action = actionItem) action(button_);

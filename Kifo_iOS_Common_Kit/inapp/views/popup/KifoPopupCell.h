@@ -6,7 +6,7 @@
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
@@ -26,7 +26,7 @@ class KifoPopupCell : public QWidget {
   static constexpr int surfaceInset = 3;  ///< Leaves a surface of 44 in a row of 50.
 
   KifoPopupCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> button,
-                int index, int rows, QWidget* parent);
+                int index, const OptionText& text, QWidget* parent);
 
   [[nodiscard]] int index() const { return index_; }
   /// The control that is pressed; its caption is the row's title.

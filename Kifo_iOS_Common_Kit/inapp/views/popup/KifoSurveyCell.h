@@ -2,12 +2,12 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/ControlLooks.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
@@ -27,7 +27,7 @@ class KifoSurveyCell : public QWidget {
   static constexpr const char* identifier = "KifoSurveyCell";
 
   KifoSurveyCell(const PopupTheme& theme, std::shared_ptr<AppCommunicationItemButton> choice,
-                 int row, int rows, QWidget* parent);
+                 int row, const OptionText& text, QWidget* parent);
 
   [[nodiscard]] const std::shared_ptr<AppCommunicationItemButton>& appCommunicationItemButton()
       const {
@@ -49,16 +49,9 @@ class KifoSurveyCell : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  [[nodiscard]] QColor seenSurface() const;
-  [[nodiscard]] QRectF surfaceRect() const;
-  [[nodiscard]] QColor restingSurface() const;
-  void paintSurface(QPainter& painter, const QColor& surface) const;
-  void paintMark(QPainter& painter, const QColor& surface) const;
-
-  PopupTheme theme_;
   std::shared_ptr<AppCommunicationItemButton> appCommunicationItemButton_;
   int indexPath_;
-  std::optional<QColor> surface_;
+  OptionLook look_;
   TextLabel* titleLbl_;
   OptionButton* selectButton_;
 };

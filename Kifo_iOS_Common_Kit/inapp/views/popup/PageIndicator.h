@@ -26,8 +26,6 @@ class PageIndicator : public QWidget {
 
  private:
   void nameIt();
-  void paintDots(QPainter& painter) const;
-  void paintWay(QPainter& painter) const;
 
   PopupTheme theme_;
   int numberOfPages_ = 0;

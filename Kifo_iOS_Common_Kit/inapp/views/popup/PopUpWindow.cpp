@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupAnswers.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoPopupCell.h"
@@ -40,24 +41,6 @@ const std::string& tag() {
   return text;
 }
 
-QString describe(const PopupPreferences& p) {
-  QStringList lines;
-  for (const auto& text : {p.detailText, p.questionText}) {
-    if (text && !text->empty()) lines << QString::fromStdString(*text);
-  }
-  return lines.join(QLatin1Char('\n'));
-}
-
-/// Right to left as soon as the campaign's own words are.
-Qt::LayoutDirection directionOf(const PopupPreferences& p, const PopUpOptions& options,
-                                const QWidget* host) {
-  if (options.layoutDirection != Qt::LayoutDirectionAuto) return options.layoutDirection;
-  for (const auto& text : {p.title, p.detailText, p.questionText}) {
-    if (text && QString::fromStdString(*text).isRightToLeft()) return Qt::RightToLeft;
-  }
-  return host ? host->layoutDirection() : QGuiApplication::layoutDirection();
-}
-
 bool scrolls(int key) {
   return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
          key == Qt::Key_PageDown;
@@ -81,7 +64,8 @@ PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptio
   setFocusPolicy(Qt::ClickFocus);
   const PopupPreferences& p = request_->preferences;
   keepHostStyleOut(*this);
-  setLayoutDirection(directionOf(p, options_, parent));
+  setLayoutDirection(directionOf(
+      p, options_, parent ? parent->layoutDirection() : QGuiApplication::layoutDirection()));
   state_ = PopupState::of(*request_, screenWidth());
   popUpWindowView_ = new PopUpWindowView(state_, options_, this);
   Console::print(tag(), "popup type : " + p.type.value_or("nil"));
@@ -108,10 +92,8 @@ PopUpWindow::PopUpWindow(QDataStream& /*archive*/) : Overlay(nullptr, Qt::Tool) 
 PopUpWindow::~PopUpWindow() = default;
 
 void PopUpWindow::nameIt() {
-  const PopupPreferences& p = request_->preferences;
-  const bool titled = p.title && !p.title->empty();
-  setAccessibleName(titled ? QString::fromStdString(*p.title) : options_.texts.popup);
-  setAccessibleDescription(describe(p));
+  setAccessibleName(popUpWindowView_->content().name);
+  setAccessibleDescription(popUpWindowView_->content().details);
   setAccessibleRole(this, QAccessible::Dialog);
 }
 
@@ -142,19 +124,19 @@ void PopUpWindow::fillList() {
   if (!list) return;
   const PopupTheme& theme = popUpWindowView_->theme();
   const PopupState::Buttons& options = state_.options();
-  const int rows = static_cast<int>(options.size());
-  for (int row = 0; row < rows; ++row) {
-    const PopupState::Button& option = options[static_cast<std::size_t>(row)];
-    if (!option) continue;
+  for (std::size_t i = 0; i < options.size(); ++i) {
+    if (!options[i]) continue;
+    const int row = static_cast<int>(i);
+    const OptionText& text = popUpWindowView_->content().options[i];
     if (state_.popupType == PopupType::popup) {
-      auto* cell = new KifoPopupCell(theme, option, row, rows, list->content());
+      auto* cell = new KifoPopupCell(theme, options[i], row, text, list->content());
       cell->actionItem = [this](const PopupState::Button& button) {
         press(state_.actionItem, button);
       };
-      cell->setLineVisible(row + 1 < rows);
+      cell->setLineVisible(i + 1 < options.size());
       list->add({cell, cell->titleLbl(), [cell](int width) { return cell->heightFor(width); }});
     } else {
-      auto* cell = new KifoSurveyCell(theme, option, row, rows, list->content());
+      auto* cell = new KifoSurveyCell(theme, options[i], row, text, list->content());
       cell->selectItem = [this](const PopupState::Button& button) { choose(button); };
       list->add({cell, cell->selectButton(), [cell](int width) { return cell->heightFor(width); }});
     }
@@ -164,12 +146,11 @@ void PopUpWindow::fillList() {
 void PopUpWindow::fillEmojis() {
   PopupEmojiRow* emojis = popUpWindowView_->elements().emojiCollectionView;
   if (!emojis) return;
-  const int rows = static_cast<int>(state_.choices.size());
-  for (int row = 0; row < rows; ++row) {
-    const PopupState::Button& choice = state_.choices[static_cast<std::size_t>(row)];
-    if (!choice) continue;
-    auto* cell =
-        new KifoEmojiCollectionViewCell(popUpWindowView_->theme(), choice, row, rows, emojis);
+  for (std::size_t i = 0; i < state_.choices.size(); ++i) {
+    if (!state_.choices[i]) continue;
+    auto* cell = new KifoEmojiCollectionViewCell(popUpWindowView_->theme(), state_.choices[i],
+                                                 static_cast<int>(i),
+                                                 popUpWindowView_->content().options[i], emojis);
     cell->selectItem = [this](const PopupState::Button& button) { choose(button); };
     emojis->add(cell);
   }
@@ -221,43 +202,26 @@ void PopUpWindow::choose(const PopupState::Button& button) {
 void PopUpWindow::press(const PopupRequest::ButtonCallback& action,
                         const PopupState::Button& button) {
   if (!takesAnswer()) return;
-  state_.isAnswering = true;
   const QPointer<PopUpWindow> self(this);
-  callHost(tag(), PopupRequest::ButtonCallback(action), button);
+  pressButton(tag(), state_, action, button);
   if (self) dismissView();
 }
 
 void PopUpWindow::submitButtonPressed() {
-  const auto item = state_.appCommunicationItem;
-  if (!item || !popUpWindowView_ || !takesAnswer()) return;
-  state_.isAnswering = true;
+  if (!state_.appCommunicationItem || !popUpWindowView_ || !takesAnswer()) return;
   const QPointer<PopUpWindow> self(this);
-  const auto request = request_;
-  const auto all = state_.answers();
-  // Kept for compatibility: an open-ended answer leaves the carousel running.
-  const bool keepsTimer = all.size() == 1 && all.front().openEndedField;
-  const auto controller = state_.controller;
-  const auto pageName = state_.pageName;
-  const auto callback = state_.submitButtonItem;
-  if (item->submitButton) callHost(tag(), callback, item->submitButton);
-  for (const InAppAnswer& answer : all) {
-    if (request->reporter) request->reporter->answered(item, answer, controller.lock(), pageName);
-  }
+  const SubmitOutcome outcome = submitAnswers(tag(), *request_, state_);
   if (!self) return;
-  if (all.empty()) {
-    state_.isAnswering = false;
-    return;
-  }
-  if (!keepsTimer) stopTimer();
+  state_.isAnswering = outcome.closes;
+  if (!outcome.closes) return;
+  if (!outcome.keepsTimer) stopTimer();
   dismiss();
 }
 
 void PopUpWindow::closeButtonAction() {
   if (!takesAnswer()) return;
   dismissView();
-  const auto item = state_.appCommuncationItem;
-  if (!item || !request_->reporter) return;
-  request_->reporter->answered(item, InAppAnswer{}, state_.controller.lock(), state_.pageName);
+  reportClose(*std::shared_ptr(request_), state_);
 }
 
 void PopUpWindow::touchesBegan() {

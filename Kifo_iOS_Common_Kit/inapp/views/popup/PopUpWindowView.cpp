@@ -1,19 +1,15 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include <QApplication>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyle>
 #include <QTimer>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelLooks.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
@@ -31,16 +27,6 @@
 namespace kifo {
 namespace {
 
-constexpr int kEdge =
-    8;  ///< Least distance from the panel and the close button to the window's edge.
-constexpr int kCloseButton = 40;
-constexpr int kCloseGap = 8;  ///< From the close button down to the panel.
-constexpr int kSmallestPanel = 120;
-constexpr int kSmallestScrolled = 160;    ///< What scrolls above a submit button that stays.
-const QColor kWarning(0xC1, 0x27, 0x2D);  ///< Little is left to type.
-constexpr int kGap = 8;                   ///< Around a submit button that stays in sight.
-constexpr int kScrolledInset = 14;  ///< Keeps scrolled content clear of the panel's round corners.
-
 /// The host's colours, over which the popup is seen.
 QPalette paletteUnder(const QWidget* popup) {
   const QWidget* host = popup ? popup->parentWidget() : nullptr;
@@ -53,7 +39,8 @@ PopUpWindowView::PopUpWindowView(PopupState& state, const PopUpOptions& options,
     : QWidget(parent),
       state_(&state),
       theme_(PopupTheme::of(state.preferences, options, paletteUnder(parent))),
-      elements_(PopupElements::build(state, theme_, this)),
+      content_(PopupContent::of(state, theme_)),
+      elements_(PopupElements::build(state, content_, theme_, this)),
       openness_(state.isFreeTextOpen ? 1 : 0) {
   if (elements_.fieldView) elements_.fieldView->setVisible(openness_ > 0);
   connect(&opening_, &QVariantAnimation::valueChanged, this,
@@ -124,21 +111,14 @@ void PopUpWindowView::sliderValueDidChange(float value) {
 
 /// The value is a little larger while the thumb is held.
 void PopUpWindowView::growScore(bool grows) {
-  QFont font = theme_.font(TextRole::score);
-  if (grows) font.setPixelSize(font.pixelSize() * 6 / 5);
-  elements_.scoreValueLabel->setFace(font, elements_.scoreValueLabel->textColor());
+  const QFont font = grows ? PopupContent::heldScore(theme_) : content_.score.font;
+  elements_.scoreValueLabel->setFace(font, content_.score.color);
   if (!grows) arrange();  // which makes a long number fit again
 }
 
 void PopUpWindowView::textFieldDidChange() {
   state_->freeText = elements_.textField->text().toStdString();
-  const bool nearlyFull = static_cast<int>(state_->freeText.size()) >= FreeTextRule::warnsFrom;
-  const QColor color = nearlyFull ? kWarning : theme_.shade(0.75);
-  elements_.textFieldCountLabel->setFace(theme_.font(TextRole::counter),
-                                         theme_.text(TextRole::counter, color),
-                                         TextLabel::Alignment::trailing);
-  elements_.textFieldCountLabel->setText(
-      QString::fromStdString(FreeTextRule::count(state_->freeText)));
+  elements_.textFieldCountLabel->setLook(PopupContent::counter(theme_, state_->freeText));
 }
 
 void PopUpWindowView::showChoice() {
@@ -163,20 +143,17 @@ void PopUpWindowView::copyButtonPressed() {
   const auto& item = state_->appCommunicationItem;
   if (!item || !item->coupon) return;
   Platform::current()->pasteboard->setString(item->coupon->code.text);
-  const CouponCode& look = item->coupon->button.inactive;
-  QColor surface = toQColor(colorFromHex(look.backgroundColor));
-  surface.setAlphaF(0.5f);
+  const OptionText copied = PopupContent::copied(*item->coupon);
   elements_.copyButton->setEnabled(false);
-  elements_.copyButton->setCaption(QString::fromStdString(look.text));
-  elements_.copyButton->setColors(surface, toQColor(colorFromHex(look.color)));
+  elements_.copyButton->setCaption(copied.caption);
+  elements_.copyButton->setColors(copied.surface, copied.text);
 }
 
 void PopUpWindowView::enableSubmitButton() {
   if (!elements_.submitButton) return;
-  const auto& submit = *state_->preferences.submitButton;
   elements_.submitButton->setDimmed(false);
-  elements_.submitButton->setColors(toQColor(colorOf(submit.color)).value_or(Qt::white),
-                                    toQColor(colorOf(submit.textColor)));
+  elements_.submitButton->setColors(content_.submit.surface.value_or(Qt::white),
+                                    content_.submit.text);
 }
 
 void PopUpWindowView::showFreeTextField() {
@@ -243,28 +220,16 @@ void PopUpWindowView::scrollViewDidScroll(double offset) {
 }
 
 void PopUpWindowView::arrange() {
-  const double screen =
-      std::min<double>(theme_.options.screenWidth.value_or(width()), PopupState::widestScreen);
-  const double margins = PopupState::margins(screen);
-  const int panel = std::max(static_cast<int>(screen - margins), kSmallestPanel);
-  PopupLayout layout(elements_, PopupHeights::of(*state_), theme_.options.keepsFreeTextRoom);
-  placePanel(panel, layout.arrange(panel, openness_));
-}
-
-/// Keeps the submit button in sight at the foot of a panel that scrolls, where there is enough room
-/// for it. Returns the height that it takes there, 0 when it scrolls with the rest.
-int PopUpWindowView::pinSubmit(int panelHeight) {
-  PopupButton* submit = elements_.submitButton;
-  if (!submit) return 0;
-  const int foot = submit->height() + 2 * kGap;
-  if (panelHeight < foot + kSmallestScrolled) return 0;
-  putSubmitInto(elements_.popupView);
-  submit->move(kGap, panelHeight - kGap - submit->height());
-  return foot;
-}
-
-void PopUpWindowView::unpinSubmit() {
-  if (elements_.submitButton) putSubmitInto(elements_.contentView);
+  const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+  const int panel = panelWidth(theme_.options.screenWidth.value_or(width()));
+  const PopupBoxes boxes = PopupLayout(elements_).arrange(
+      PopupHeights::of(*state_), {.width = panel,
+                                  .openness = openness_,
+                                  .keepsFreeTextRoom = theme_.options.keepsFreeTextRoom,
+                                  .isMirrored = isMirrored});
+  const auto [top, bottom] = visibleBand_.value_or(std::pair(0, height()));
+  show(placePanel({width(), height(), top, bottom}, panel, boxes, elements_.submitButton != nullptr,
+                  isMirrored));
 }
 
 void PopUpWindowView::putSubmitInto(QWidget* parent) {
@@ -278,24 +243,17 @@ void PopUpWindowView::putSubmitInto(QWidget* parent) {
   if (focused) submit->setFocus(Qt::OtherFocusReason);
 }
 
-void PopUpWindowView::placePanel(int width, int contentHeight) {
-  const auto [bandTop, bandBottom] = visibleBand_.value_or(std::pair(0, height()));
-  const int highest = bandTop + kEdge + kCloseButton + kCloseGap;
-  const int room = std::max(bandBottom - kEdge - highest, kSmallestPanel);
-  const int panelHeight = std::min(contentHeight, room);
-  const int lowest = std::max(bandBottom - kEdge - panelHeight, highest);
-  const int top = std::clamp((height() - panelHeight) / 2, highest, lowest);
-  const QRect panel((this->width() - width) / 2, top, width, panelHeight);
-  const bool scrolls = contentHeight > panelHeight;
-  const int inset = scrolls ? kScrolledInset : 0;
-  elements_.popupView->setGeometry(panel);
-  const int foot = scrolls ? pinSubmit(panelHeight) : 0;
-  if (foot == 0) unpinSubmit();
-  elements_.contentView->resize(width, contentHeight - foot);
-  elements_.panelScroll->setGeometry(0, inset, width, panelHeight - inset - std::max(inset, foot));
-  const QRect close(panel.right() + 1 - kCloseButton, panel.y() - kCloseGap - kCloseButton,
-                    kCloseButton, kCloseButton);
-  elements_.closeButton->setGeometry(QStyle::visualRect(layoutDirection(), panel, close));
+void PopUpWindowView::show(const PanelPlace& place) {
+  const auto rect = [](const PopupBox& box) { return QRect(box.x, box.y, box.width, box.height); };
+  elements_.popupView->setGeometry(rect(place.panel));
+  if (PopupButton* submit = elements_.submitButton) {
+    putSubmitInto(place.isSubmitFixed ? static_cast<QWidget*>(elements_.popupView)
+                                      : elements_.contentView);
+    if (place.isSubmitFixed) submit->setGeometry(rect(place.submit));
+  }
+  elements_.contentView->resize(place.panel.width, place.contentHeight);
+  elements_.panelScroll->setGeometry(rect(place.scroll));
+  elements_.closeButton->setGeometry(rect(place.close));
   showThatPanelScrolls();
   update();
 }
@@ -308,7 +266,7 @@ void PopUpWindowView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   painter.setOpacity(opacity_);
-  PanelShadow::paint(painter, elements_.popupView->geometry(), PopupPanel::cornerRadius);
+  PanelShadow::paint(painter, elements_.popupView->geometry(), kPanelCorner);
 }
 
 }  // namespace kifo

@@ -8,9 +8,10 @@
 #include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupGeometry.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupElements.h"
 
 class QDataStream;
@@ -42,6 +43,7 @@ class PopUpWindowView : public QWidget {
   [[nodiscard]] const PopupElements& elements() const { return elements_; }
   [[nodiscard]] const PopupState& state() const { return *state_; }
   [[nodiscard]] const PopupTheme& theme() const { return theme_; }
+  [[nodiscard]] const PopupContent& content() const { return content_; }
   [[nodiscard]] float sliderValue() const { return state_->sliderValue; }
   [[nodiscard]] const std::string& freeText() const { return state_->freeText; }
   [[nodiscard]] bool isEnableTimer() const { return isEnableTimer_; }
@@ -81,9 +83,7 @@ class PopUpWindowView : public QWidget {
  private:
   void wire();
   void arrange();
-  void placePanel(int width, int contentHeight);
-  int pinSubmit(int panelHeight);
-  void unpinSubmit();
+  void show(const PanelPlace& place);
   void putSubmitInto(QWidget* parent);
   void showThatPanelScrolls();
   void growScore(bool grows);
@@ -93,6 +93,7 @@ class PopUpWindowView : public QWidget {
 
   PopupState* state_;
   PopupTheme theme_;
+  PopupContent content_;
   PopupElements elements_;
   QVariantAnimation opening_;
   QTimer* timerForShowScrollIndicator_ = nullptr;

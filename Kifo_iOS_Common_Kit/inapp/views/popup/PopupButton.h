@@ -4,8 +4,7 @@
 
 #include <QPushButton>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/WrappedText.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 
 namespace kifo {
@@ -20,6 +19,8 @@ class PopupButton : public PopupControl<QPushButton> {
  public:
   PopupButton(const PopupTheme& theme, TextRole role, QWidget* parent);
 
+  /// Caption, name and colours.
+  void setOption(const OptionText& option);
   /// The caption, which is the accessible name too unless another is set.
   void setCaption(const QString& caption);
   /// Empty colours: no surface, ink for the text.
@@ -29,28 +30,18 @@ class PopupButton : public PopupControl<QPushButton> {
   void setSurfaceInset(int inset);
   /// Looks as if it could not be used yet. Pressing it works all the same.
   void setDimmed(bool dimmed);
-  [[nodiscard]] bool isDimmed() const { return dimmed_; }
+  [[nodiscard]] bool isDimmed() const { return look_.isDimmed; }
 
-  [[nodiscard]] std::optional<QColor> surface() const { return surface_; }
-  [[nodiscard]] QColor captionColor() const;
-  [[nodiscard]] int heightFor(int width) const;
+  [[nodiscard]] std::optional<QColor> surface() const { return look_.surface; }
+  [[nodiscard]] QColor captionColor() const { return look_.captionColor(); }
+  [[nodiscard]] int heightFor(int width) const { return look_.heightFor(width); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  [[nodiscard]] QColor seenSurface() const;
-  [[nodiscard]] QRectF surfaceRect() const;
-  void paintSurface(QPainter& painter) const;
-
-  PopupTheme theme_;
-  TextRole role_;
-  WrappedText caption_;
-  std::optional<QColor> surface_;
-  std::optional<QColor> text_;
-  double radius_ = 8;
-  int inset_ = 0;
-  bool dimmed_ = false;
+  ButtonLook look_;
+  QString chooseFirst_;
 };
 
 }  // namespace kifo

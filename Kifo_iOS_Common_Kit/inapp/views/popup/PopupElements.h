@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupTheme.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
 
 class QWidget;
 
@@ -51,7 +51,8 @@ struct PopupElements {
   CloseButton* closeButton = nullptr;
 
   /// Makes the pieces that the campaign calls for, in the order in which they are read and tabbed.
-  static PopupElements build(const PopupState& state, const PopupTheme& theme, QWidget* view);
+  static PopupElements build(const PopupState& state, const PopupContent& content,
+                             const PopupTheme& theme, QWidget* view);
 };
 
 }  // namespace kifo

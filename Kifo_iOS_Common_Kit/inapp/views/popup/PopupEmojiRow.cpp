@@ -2,11 +2,9 @@
 
 #include <algorithm>
 
-#include <QEvent>
-#include <QStyle>
 #include <QTimer>
 
-#include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupGeometry.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/OptionButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/RovingFocus.h"
@@ -15,11 +13,7 @@
 namespace kifo {
 namespace {
 
-constexpr int kInset = 8;
 constexpr std::chrono::milliseconds kTextShown{1500};
-constexpr int kSpacing = 10;      ///< The least between two emojis.
-constexpr int kWideSpacing = 36;  ///< What they stand apart when there is room.
-constexpr int kCell = static_cast<int>(PopupHeights::emojiCellSize);
 
 }  // namespace
 
@@ -57,26 +51,15 @@ void PopupEmojiRow::add(KifoEmojiCollectionViewCell* cell) {
   roving_->add(cell->emojiButton());
 }
 
-int PopupEmojiRow::columns(int width) const {
-  const int fitting = (width - 2 * kInset + kSpacing) / (kCell + kSpacing);
-  return std::clamp(fitting, 1, std::max(static_cast<int>(cells_.size()), 1));
-}
-
 int PopupEmojiRow::heightFor(int width) const {
-  const int perRow = columns(width);
-  return (static_cast<int>(cells_.size()) + perRow - 1) / perRow * kCell;
+  return emojisHeight(static_cast<int>(cells_.size()), width);
 }
 
 void PopupEmojiRow::resizeEvent(QResizeEvent*) {
-  const int perRow = columns(width());
-  const int room = width() - 2 * kInset - perRow * kCell;
-  const int spacing = perRow > 1 ? std::clamp(room / (perRow - 1), 0, kWideSpacing) : 0;
-  const int used = perRow * kCell + (perRow - 1) * spacing;
+  const auto boxes =
+      emojiBoxes(static_cast<int>(cells_.size()), width(), layoutDirection() == Qt::RightToLeft);
   for (std::size_t i = 0; i < cells_.size(); ++i) {
-    const int column = static_cast<int>(i) % perRow;
-    const QRect place((width() - used) / 2 + column * (kCell + spacing),
-                      static_cast<int>(i) / perRow * kCell, kCell, kCell);
-    cells_[i]->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
+    cells_[i]->setGeometry(boxes[i].x, boxes[i].y, boxes[i].width, boxes[i].height);
   }
 }
 

@@ -33,8 +33,6 @@ class PopupEmojiRow : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  [[nodiscard]] int columns(int width) const;
-
   std::vector<KifoEmojiCollectionViewCell*> cells_;
   RovingFocus* roving_;
   PopupTheme theme_;

@@ -31,9 +31,6 @@ class PopupImageView : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  [[nodiscard]] QRectF pictureRect() const;
-  void paintPlaceholder(QPainter& painter) const;
-
   PopupTheme theme_;
   QImage image_;
   bool asked_ = false;

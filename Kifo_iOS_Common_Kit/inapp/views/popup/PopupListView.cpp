@@ -3,15 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoPopupCell.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupGeometry.h"
 
 namespace kifo {
-namespace {
-
-constexpr int kBeside = 4;  ///< Between the rows and the indicator.
-
-}  // namespace
-
 PopupListView::PopupListView(const PopupTheme& theme, RovingFocus::Stops stops, double cellHeight,
                              QWidget* parent)
     : PopupScrollArea(theme.options.reducedMotion, parent),
@@ -27,35 +21,31 @@ void PopupListView::add(Row row) {
   rows_.push_back(std::move(row));
 }
 
-int PopupListView::rowHeight(const Row& row, int width) const {
-  return std::max(cellHeight_, row.heightFor(width));
+int PopupListView::rowHeight(int row, int width) const {
+  return std::max(cellHeight_, rows_[static_cast<std::size_t>(row)].heightFor(width));
 }
 
 int PopupListView::contentHeightFor(int width) const {
-  int height = 0;
-  for (const Row& row : rows_) height += rowHeight(row, width);
-  return height;
+  return rowsHeight(
+      static_cast<int>(rows_.size()),
+      [this](int row, int across) { return rowHeight(row, across); }, width);
 }
 
-void PopupListView::moveToFoot(int foot) {
-  atFoot_ = true;
-  move(x(), std::max(foot + KifoPopupCell::surfaceInset - height(), y()));
+void PopupListView::setAtFoot(bool atFoot) {
+  if (atFoot == atFoot_) return;
+  atFoot_ = atFoot;
   placeRows();
 }
 
 void PopupListView::placeRows() {
-  const int needed = contentHeightFor(width());
-  // A list that scrolls leaves room for its indicator beside the rows.
-  const bool scrolls = needed > height();
-  const int across = width() - (scrolls ? ScrollIndicator::thickness + kBeside : 0);
-  const int start = layoutDirection() == Qt::RightToLeft ? width() - across : 0;
-  int y = atFoot_ ? std::max(height() - needed, 0) : 0;
-  for (const Row& row : rows_) {
-    const int height = rowHeight(row, across);
-    row.cell->setGeometry(start, y, across, height);
-    y += height;
+  const auto boxes = rowBoxes(
+      static_cast<int>(rows_.size()), [this](int row, int width) { return rowHeight(row, width); },
+      {0, 0, width(), height()}, atFoot_, layoutDirection() == Qt::RightToLeft);
+  for (std::size_t row = 0; row < boxes.size(); ++row) {
+    const PopupBox& box = boxes[row];
+    rows_[row].cell->setGeometry(box.x, box.y, box.width, box.height);
   }
-  widget()->resize(width(), y);
+  widget()->resize(width(), boxes.empty() ? 0 : boxes.back().bottom());
 }
 
 void PopupListView::resizeEvent(QResizeEvent* event) {

@@ -31,20 +31,20 @@ class PopupListView : public PopupScrollArea {
   void add(Row row);
   /// The height of all rows at a width; each has the cell height, or more where its text needs it.
   [[nodiscard]] int contentHeightFor(int width) const;
-  /// Moves the list so that the last row's surface ends at `foot`, in the parent's coordinates.
-  void moveToFoot(int foot);
+  /// Whether rows that do not fill the list stand at its foot.
+  void setAtFoot(bool atFoot);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void placeRows();
-  [[nodiscard]] int rowHeight(const Row& row, int width) const;
+  [[nodiscard]] int rowHeight(int row, int width) const;
 
   std::vector<Row> rows_;
   RovingFocus* roving_;
   int cellHeight_;
-  bool atFoot_ = false;  ///< Rows that do not fill the list stand at its foot.
+  bool atFoot_ = false;
 };
 
 }  // namespace kifo

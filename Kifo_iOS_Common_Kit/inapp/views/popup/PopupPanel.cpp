@@ -3,8 +3,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelLooks.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Accessibility.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupControl.h"
 
 namespace kifo {
 
@@ -18,14 +18,7 @@ void PopupPanel::setPressable(const QString& accessibleName) {
 
 void PopupPanel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setBrush(theme_.panelFill);
-  QColor edge = theme_.ink;
-  edge.setAlphaF(0.08f);
-  painter.setPen(QPen(edge, 1));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
-                          cornerRadius);
-  if (hasFocus()) paintFocusRing(painter, rect(), cornerRadius, theme_.panel, theme_.accent);
+  paintPanel(painter, theme_, rect(), hasFocus());
 }
 
 void PopupPanel::keyPressEvent(QKeyEvent* event) {

@@ -14,8 +14,6 @@ class PopupPanel : public QWidget {
   Q_OBJECT
 
  public:
-  static constexpr int cornerRadius = 16;
-
   PopupPanel(const PopupTheme& theme, QWidget* parent);
 
   void setPressable(const QString& accessibleName);

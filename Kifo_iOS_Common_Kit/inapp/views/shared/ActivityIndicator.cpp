@@ -2,10 +2,11 @@
 
 #include <QPainter>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelLooks.h"
+
 namespace kifo {
 namespace {
 
-constexpr int kSpokes = 8;
 constexpr int kStepMilliseconds = 100;
 
 }  // namespace
@@ -30,24 +31,13 @@ void ActivityIndicator::stopAnimating() {
 }
 
 void ActivityIndicator::timerEvent(QTimerEvent*) {
-  step_ = (step_ + 1) % kSpokes;
+  step_ = (step_ + 1) % kSpinnerSteps;
   update();
 }
 
 void ActivityIndicator::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.translate(QRectF(rect()).center());
-  for (int spoke = 0; spoke < kSpokes; ++spoke) {
-    const int age = (step_ - spoke + kSpokes) % kSpokes;
-    QColor color = color_;
-    color.setAlphaF(static_cast<float>(0.75 - 0.6 * age / kSpokes));
-    painter.setPen(QPen(color, 2.2, Qt::SolidLine, Qt::RoundCap));
-    painter.save();
-    painter.rotate(360.0 / kSpokes * spoke);
-    painter.drawLine(QPointF(0, -5), QPointF(0, -8));
-    painter.restore();
-  }
+  paintSpinner(painter, color_, rect(), step_);
 }
 
 }  // namespace kifo

@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/ControlLooks.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupScrollArea.h"
 
@@ -15,11 +16,6 @@
 ///
 /// **Threading:** UI thread only.
 namespace kifo {
-
-/// Shows that the keyboard is at a control of the colour `surface` that fills `bounds` with corners
-/// of `radius`; `accent` colours the ring where it stands out.
-void paintFocusRing(QPainter& painter, const QRectF& bounds, double radius, const QColor& surface,
-                    const QColor& accent);
 
 /// `Base` (QPushButton, QRadioButton) with a focus ring only for those who use the keyboard, Enter
 /// beside Space, arrows left to the surrounding list, and the whole rectangle as its target
@@ -36,6 +32,9 @@ class PopupControl : public Base {
   }
 
   [[nodiscard]] bool showsFocus() const { return this->hasFocus() && byKeyboard_; }
+  [[nodiscard]] Touch touch() const {
+    return {this->isDown(), this->underMouse() && this->isEnabled(), showsFocus()};
+  }
   [[nodiscard]] QSize sizeHint() const override { return {44, 44}; }
   [[nodiscard]] QSize minimumSizeHint() const override { return {0, 0}; }
 

@@ -1,16 +1,15 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/ScrollIndicator.h"
 
-#include <algorithm>
-
 #include <QPainter>
 #include <QScrollBar>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelLooks.h"
 
 namespace kifo {
 namespace {
 
 constexpr int kFlashMilliseconds = 1000;
 constexpr int kAppearedMilliseconds = 150;
-constexpr double kShortest = 24;  ///< Logical pixels of bar, however long the content.
 
 }  // namespace
 
@@ -48,20 +47,9 @@ double ScrollIndicator::strength() const {
 }
 
 void ScrollIndicator::paintEvent(QPaintEvent*) {
-  const double visible = strength();
-  if (visible <= 0) return;
-  const double whole = bar_->maximum() - bar_->minimum() + bar_->pageStep();
-  const double length =
-      std::max(height() * bar_->pageStep() / whole, std::min(kShortest, 1.0 * height()));
-  const double along =
-      static_cast<double>(bar_->value() - bar_->minimum()) / (bar_->maximum() - bar_->minimum());
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setOpacity(0.45 * visible);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(color_);
-  painter.drawRoundedRect(QRectF(0, along * (height() - length), width(), length), thickness / 2.0,
-                          thickness / 2.0);
+  const ScrollState state{1.0 * bar_->value(), 1.0 * bar_->maximum(), 1.0 * bar_->pageStep()};
+  paintScrollIndicator(painter, rect(), state, color_, strength());
 }
 
 }  // namespace kifo

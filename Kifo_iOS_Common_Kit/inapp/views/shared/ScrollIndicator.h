@@ -4,6 +4,8 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelLooks.h"
+
 class QScrollBar;
 
 namespace kifo {
@@ -16,7 +18,7 @@ class ScrollIndicator : public QWidget {
   Q_OBJECT
 
  public:
-  static constexpr int thickness = 4;
+  static constexpr int thickness = kScrollIndicatorThickness;
 
   /// `still`: the host asks for reduced motion.
   ScrollIndicator(QScrollBar* bar, bool still, QWidget* parent);

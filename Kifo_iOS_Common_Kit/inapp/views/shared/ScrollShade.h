@@ -3,7 +3,6 @@
 #include <QColor>
 #include <QWidget>
 
-class QPainter;
 class QScrollBar;
 
 namespace kifo {
@@ -25,7 +24,6 @@ class ScrollShade : public QWidget {
 
  private:
   void moved();
-  void paintChevron(QPainter& painter) const;
 
   QScrollBar* bar_;
   QColor background_ = Qt::white;

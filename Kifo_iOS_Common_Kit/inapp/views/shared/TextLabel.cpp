@@ -4,6 +4,8 @@
 #include <QPaintEvent>
 #include <QPainter>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
+
 namespace kifo {
 TextLabel::TextLabel(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
@@ -16,6 +18,13 @@ void TextLabel::setFace(const QFont& font, const QColor& color, Alignment alignm
   color_ = color;
   alignment_ = alignment;
   update();
+}
+
+void TextLabel::setLook(const TextLook& look) {
+  setFace(look.font, look.color, look.alignment);
+  setVertical(look.vertical);
+  setDigits(look.isDigits);
+  setText(look.text);
 }
 
 void TextLabel::setVertical(WrappedText::Vertical vertical) {

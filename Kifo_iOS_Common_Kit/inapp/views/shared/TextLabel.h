@@ -6,6 +6,8 @@
 
 namespace kifo {
 
+struct TextLook;
+
 /// A text of a popup or an alert: plain (markup is shown, never followed), wrapped where it must,
 /// and painted by itself, so that no style sheet of the host's can make it unreadable. Its
 /// alignment follows its layout direction.
@@ -20,6 +22,7 @@ class TextLabel : public QLabel {
   explicit TextLabel(QWidget* parent = nullptr);
 
   void setFace(const QFont& font, const QColor& color, Alignment alignment = Alignment::center);
+  void setLook(const TextLook& look);
   [[nodiscard]] QColor textColor() const { return color_; }
 
   /// The height that the text needs at this width.

@@ -1,0 +1,36 @@
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupAnswers.h"
+
+#include <utility>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+
+namespace kifo {
+
+void pressButton(std::string_view tag, PopupState& state, PopupRequest::ButtonCallback action,
+                 const PopupState::Button& button) {
+  state.isAnswering = true;
+  callHost(tag, action, PopupState::Button(button));
+}
+
+SubmitOutcome submitAnswers(std::string_view tag, const PopupRequest& request, PopupState& state) {
+  state.isAnswering = true;
+  const auto reporter = request.reporter;
+  const auto item = state.appCommunicationItem;
+  const auto all = state.answers();
+  const auto controller = state.controller;
+  const auto pageName = state.pageName;
+  const auto callback = state.submitButtonItem;
+  if (item->submitButton) callHost(tag, callback, item->submitButton);
+  for (const InAppAnswer& answer : all) {
+    if (reporter) reporter->answered(item, answer, controller.lock(), pageName);
+  }
+  return {!all.empty(), all.size() == 1 && all.front().openEndedField.has_value()};
+}
+
+void reportClose(const PopupRequest& request, const PopupState& state) {
+  const auto item = state.appCommuncationItem;
+  if (!item || !request.reporter) return;
+  request.reporter->answered(item, InAppAnswer{}, state.controller.lock(), state.pageName);
+}
+
+}  // namespace kifo
