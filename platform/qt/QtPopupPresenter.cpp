@@ -4,6 +4,7 @@
 #include <QThread>
 #include <utility>
 
+#include "platform/qt/QtPopupQueue.h"
 #include "platform/qt/QtPopupRouter.h"
 
 namespace kifo {
@@ -15,12 +16,13 @@ QtPopupPresenter::QtPopupPresenter(PopUpOptions options) {
 }
 
 QtPopupPresenter::~QtPopupPresenter() {
-  if (link_) link_->post([](QtPopupRouter& router) { router.deleteLater(); });
+  if (link_) link_->post([](PopupRouter& router) { router.deleteLater(); });
 }
 
 void QtPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
-  const auto accept = [request](QtPopupRouter& router) { router.accept(request); };
-  if (!link_ || !link_->post(accept)) QtPopupRouter::notShown(*request, "there is no QApplication");
+  const auto accept = [request](PopupRouter& router) { router.accept(request); };
+  if (link_ && link_->post(accept)) return;
+  sayNotShown(QtPopupQueue::presenter, *request, "there is no QApplication");
 }
 
 }  // namespace kifo

@@ -7,7 +7,7 @@
 
 namespace kifo {
 
-class QtPopupRouter;
+class PopupRouter;
 template <class Target>
 class UiLink;
 
@@ -37,7 +37,7 @@ class KIFO_EXPORT QtPopupPresenter final : public PopupPresenter {
   void present(std::shared_ptr<const PopupRequest> request) override;
 
  private:
-  std::shared_ptr<UiLink<QtPopupRouter>> link_;  ///< Null without a QApplication.
+  std::shared_ptr<UiLink<PopupRouter>> link_;  ///< Null without a QApplication.
 };
 
 }  // namespace kifo

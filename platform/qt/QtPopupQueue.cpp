@@ -6,42 +6,24 @@
 namespace kifo {
 
 QtPopupQueue::QtPopupQueue(QWidget* window, const PopUpOptions& options)
-    : options_(options), widget_(window) {}
+    : WindowPopups(presenter, options), widget_(window) {}
 
 QtPopupQueue::QtPopupQueue(QWindow* window, const PopUpOptions& options)
-    : options_(options), window_(window) {}
+    : WindowPopups(presenter, options), window_(window) {}
 
-void QtPopupQueue::enqueue(const Request& request) {
-  queue_->enqueue(request);
-  showNext();
+QWindow* QtPopupQueue::systemWindow() const {
+  return widget_ ? widget_->windowHandle() : window_.data();
 }
 
-std::deque<QtPopupQueue::Request> QtPopupQueue::takeWaiting() {
-  return queue_->takeWaiting();
+bool QtPopupQueue::isReady() const {
+  return widget_ || window_;
 }
 
-bool QtPopupQueue::canShow() const {
-  return current_.isNull() && (widget_ || window_);
-}
-
-void QtPopupQueue::showNext() {
-  const auto queue = queue_;
-  const QPointer<QtPopupQueue> self(this);
-  const auto request = queue->takeNext([&] { return self && canShow(); });
-  if (request) return show(request);
-  if (self) return;
-  for (const auto& orphan : queue->takeWaiting()) {
-    sayNotShown("QtPopupPresenter", *orphan, "its window is gone");
-  }
-}
-
-void QtPopupQueue::show(const Request& request) {
-  auto* popup = new PopUpWindow(request, options_, widget_);
-  current_ = popup;
-  // The next one must not be made inside the destructor of this one or of the host's window.
-  connect(popup, &QObject::destroyed, this, &QtPopupQueue::showNext, Qt::QueuedConnection);
+QObject* QtPopupQueue::show(const Request& request) {
+  auto* popup = new PopUpWindow(request, options(), widget_);
   if (window_) new QtWindowFollower(popup, window_);
   popup->present();
+  return popup;
 }
 
 }  // namespace kifo

@@ -1,50 +1,36 @@
 #pragma once
 
-#include <QObject>
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
-#include <deque>
-#include <memory>
 
-#include "Kifo_iOS_Common_Kit/inapp/popup/PopupQueue.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
+#include "platform/qt/PopupRouter.h"
 
 namespace kifo {
 
-class PopUpWindow;
-
-/// The popups over one window of the host: one is shown, the others wait in order.
+/// The popups over one window of a host that uses Qt Widgets, or of one whose window popups lie
+/// over as windows of their own.
 ///
 /// **Threading:** UI thread only.
-class QtPopupQueue : public QObject {
+class QtPopupQueue : public WindowPopups {
   Q_OBJECT
 
  public:
-  using Request = PopupQueue::Request;
+  static constexpr std::string_view presenter = "QtPopupPresenter";
 
   /// Popups are laid inside the widget's window.
   QtPopupQueue(QWidget* window, const PopUpOptions& options);
   /// Popups are windows of their own, which follow `window`.
   QtPopupQueue(QWindow* window, const PopUpOptions& options);
 
-  /// Shows the popup, at once or when those before it have closed.
-  void enqueue(const Request& request);
-
-  /// What still waits; the queue forgets it.
-  std::deque<Request> takeWaiting();
+ protected:
+  [[nodiscard]] QWindow* systemWindow() const override;
+  [[nodiscard]] bool isReady() const override;
+  QObject* show(const Request& request) override;
 
  private:
-  [[nodiscard]] bool canShow() const;
-  void showNext();
-  void show(const Request& request);
-
-  const PopUpOptions options_;
   QPointer<QWidget> widget_;
   QPointer<QWindow> window_;
-  QPointer<QWidget> current_;
-  /// Shared with the call that asks the host's gate, which may destroy this.
-  const std::shared_ptr<PopupQueue> queue_ = std::make_shared<PopupQueue>("QtPopupPresenter");
 };
 
 }  // namespace kifo

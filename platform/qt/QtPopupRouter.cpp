@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QWidget>
 #include <QWindow>
+#include <string>
 #include <utility>
 
 #include "platform/qt/QtPopupQueue.h"
@@ -34,60 +35,32 @@ bool hasOneWindowOnly() {
 }  // namespace
 
 QtPopupRouter::QtPopupRouter(PopUpOptions options, QObject* parent)
-    : QObject(parent),
-      options_(std::move(options)),
-      link_(std::make_shared<UiLink<QtPopupRouter>>(this)) {}
-
-QtPopupRouter::~QtPopupRouter() {
-  link_->close();
-}
+    : PopupRouter(parent), options_(std::move(options)) {}
 
 void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
+  const auto notShown = [&request](const std::string& reason) {
+    sayNotShown(QtPopupQueue::presenter, *request, reason);
+  };
   const auto screen = request->preferences.controller.lock();
   if (!screen) {
-    notShown(*request, isScreenGone(*request) ? "its screen is gone" : "no screen was given");
-    return;
+    return notShown(isScreenGone(*request) ? "its screen is gone" : "no screen was given");
   }
   QObject* window = windowOf(*screen);
   if (window == nullptr) {
-    notShown(*request, "the screen " + screen->className() + " is in no Qt window");
-    return;
+    return notShown("the screen " + screen->className() + " is in no Qt window");
   }
   if (window->isWindowType() && hasOneWindowOnly()) {
-    notShown(*request, "the platform " + QGuiApplication::platformName().toStdString() +
-                           " has no second window for a popup over the scene");
-    return;
+    return notShown("the platform " + QGuiApplication::platformName().toStdString() +
+                    " has no second window for a popup over the scene");
   }
-  queueOf(window)->enqueue(request);
+  queueOf(window).enqueue(request);
 }
 
-void QtPopupRouter::notShown(const PopupRequest& request, const std::string& reason) {
-  sayNotShown("QtPopupPresenter", request, reason);
-}
-
-QtPopupQueue* QtPopupRouter::queueOf(QObject* window) {
-  auto& queue = queues_[window];
-  if (queue) return queue.get();
+std::unique_ptr<WindowPopups> QtPopupRouter::makeQueue(QObject* window) {
   if (auto* widget = qobject_cast<QWidget*>(window)) {
-    queue = std::make_unique<QtPopupQueue>(widget, options_);
-  } else {
-    queue = std::make_unique<QtPopupQueue>(qobject_cast<QWindow*>(window), options_);
+    return std::make_unique<QtPopupQueue>(widget, options_);
   }
-  connect(window, &QObject::destroyed, this, [this](QObject* gone) { windowGone(gone); });
-  return queue.get();
-}
-
-void QtPopupRouter::windowGone(QObject* window) {
-  const auto found = queues_.find(window);
-  if (found == queues_.end()) return;
-  const auto waiting = found->second->takeWaiting();
-  queues_.erase(found);
-  // A screen may have moved to another window before its own was destroyed. Queued, because the
-  // window is still being destroyed.
-  for (const auto& request : waiting) {
-    QMetaObject::invokeMethod(
-        this, [this, request] { accept(request); }, Qt::QueuedConnection);
-  }
+  return std::make_unique<QtPopupQueue>(qobject_cast<QWindow*>(window), options_);
 }
 
 }  // namespace kifo

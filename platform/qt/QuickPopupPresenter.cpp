@@ -12,25 +12,26 @@
 
 namespace kifo {
 
-QuickPopupPresenter::QuickPopupPresenter(PopUpOptions options) {
+QuickPopupPresenter::QuickPopupPresenter(PopUpOptions options,
+                                         std::shared_ptr<PopupPresenter> widgets) {
   auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
   if (application == nullptr || application->thread() != QThread::currentThread()) return;
-  link_ = (new QuickPopupRouter(std::move(options), application))->link();
+  link_ = (new QuickPopupRouter(std::move(options), std::move(widgets), application))->link();
 }
 
 QuickPopupPresenter::~QuickPopupPresenter() {
-  if (link_) link_->post([](QuickPopupRouter& router) { router.deleteLater(); });
+  if (link_) link_->post([](PopupRouter& router) { router.deleteLater(); });
 }
 
 void QuickPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
-  const auto accept = [request](QuickPopupRouter& router) { router.accept(request); };
-  if (!link_ || !link_->post(accept)) {
-    QuickPopupRouter::notShown(*request, "there is no QGuiApplication");
-  }
+  const auto accept = [request](PopupRouter& router) { router.accept(request); };
+  if (link_ && link_->post(accept)) return;
+  sayNotShown(QuickPopupQueue::presenter, *request, "there is no QGuiApplication");
 }
 
 Platform withQuick(Platform platform, PopUpOptions options) {
-  platform.popups = std::make_shared<QuickPopupPresenter>(std::move(options));
+  platform.popups =
+      std::make_shared<QuickPopupPresenter>(std::move(options), std::move(platform.popups));
   platform.pasteboard = std::make_shared<QtPasteboard>();
 #ifdef KIFO_HAS_QT_POSITIONING
   platform.position = std::make_shared<QtPositionSource>();

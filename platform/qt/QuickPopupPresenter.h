@@ -8,7 +8,7 @@
 
 namespace kifo {
 
-class QuickPopupRouter;
+class PopupRouter;
 template <class Target>
 class UiLink;
 
@@ -29,7 +29,10 @@ class UiLink;
 /// "popup". One for a window that is not seen yet waits until it is.
 class KIFO_EXPORT QuickPopupPresenter final : public PopupPresenter {
  public:
-  explicit QuickPopupPresenter(PopUpOptions options = {});
+  /// `widgets` shows the popups of screens that are in no scene, where the host has widgets as
+  /// well. Over a window that holds both, one popup shows at a time.
+  explicit QuickPopupPresenter(PopUpOptions options = {},
+                               std::shared_ptr<PopupPresenter> widgets = nullptr);
   ~QuickPopupPresenter() override;
   QuickPopupPresenter(const QuickPopupPresenter&) = delete;
   QuickPopupPresenter& operator=(const QuickPopupPresenter&) = delete;
@@ -37,11 +40,13 @@ class KIFO_EXPORT QuickPopupPresenter final : public PopupPresenter {
   void present(std::shared_ptr<const PopupRequest> request) override;
 
  private:
-  std::shared_ptr<UiLink<QuickPopupRouter>> link_;  ///< Null without a QGuiApplication.
+  std::shared_ptr<UiLink<PopupRouter>> link_;  ///< Null without a QGuiApplication.
 };
 
 /// `platform` with the services that Qt gives an application with Qt Quick scenes: popups, the
-/// clipboard and, where the library was built with Qt Positioning, the position.
+/// clipboard and, where the library was built with Qt Positioning, the position. A host with scenes
+/// and widgets calls `withQuick(withQt(platform))`: what is no scene's popup goes to the presenter
+/// that `platform` has.
 ///
 /// **Threading:** UI thread, once the QGuiApplication exists.
 KIFO_EXPORT Platform withQuick(Platform platform, PopUpOptions options = {});

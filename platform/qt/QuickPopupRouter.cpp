@@ -2,22 +2,16 @@
 
 #include <QGuiApplication>
 #include <QQuickItem>
+#include <QQuickRenderControl>
+#include <string>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
 #include "platform/qt/QtWindowProvider.h"
 #include "platform/qt/QuickScreenProvider.h"
 
 namespace kifo {
 namespace {
-
-/// Whether a screen was ever set, even if it is destroyed by now.
-bool wasSet(const std::weak_ptr<ViewController>& screen) {
-  const std::weak_ptr<ViewController> never;
-  return screen.owner_before(never) || never.owner_before(screen);
-}
 
 /// The active scene, otherwise the only one that is seen.
 QQuickWindow* activeScene() {
@@ -32,11 +26,13 @@ QQuickWindow* activeScene() {
   return seen;
 }
 
-QQuickWindow* windowOf(const ViewController* screen) {
+/// The screen's scene; null when it is in none.
+QQuickWindow* sceneOf(const ViewController* screen) {
   if (const auto* provider = dynamic_cast<const QuickScreenProvider*>(screen)) {
     const QQuickItem* item = provider->item();
     return item != nullptr ? item->window() : nullptr;
   }
+  if (dynamic_cast<const QtWidgetProvider*>(screen)) return nullptr;
   if (const auto* provider = dynamic_cast<const QtWindowProvider*>(screen)) {
     return qobject_cast<QQuickWindow*>(provider->window());
   }
@@ -45,66 +41,59 @@ QQuickWindow* windowOf(const ViewController* screen) {
 
 }  // namespace
 
-QuickPopupRouter::QuickPopupRouter(PopUpOptions options, QObject* parent)
-    : QObject(parent),
-      options_(std::move(options)),
-      link_(std::make_shared<UiLink<QuickPopupRouter>>(this)) {}
-
-QuickPopupRouter::~QuickPopupRouter() {
-  link_->close();
+QuickPopupQueue::QuickPopupQueue(QQuickWindow* scene, const PopUpOptions& options)
+    : WindowPopups(presenter, options), scene_(scene) {
+  // One that is rendered into a widget becomes visible with the widget's window.
+  watched_ = systemWindow();
+  if (!watched_) watched_ = scene;
+  watched_->installEventFilter(this);
 }
 
-void QuickPopupRouter::notShown(const PopupRequest& request, const std::string& reason) {
-  Console::print(logTag("QuickPopupPresenter"), "the popup is not shown: " + reason);
-  const auto& item = request.preferences.appCommunicationItem;
-  KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
-                         {"outcome", "not shown"},
-                         {"reason", reason}});
+QWindow* QuickPopupQueue::systemWindow() const {
+  if (!scene_) return nullptr;
+  QWindow* rendered = QQuickRenderControl::renderWindowFor(scene_);
+  QWindow* window = rendered ? rendered : scene_.data();
+  while (QWindow* parent = window->parent()) window = parent;
+  return window;
 }
 
-void QuickPopupRouter::accept(const Request& request) {
-  const std::weak_ptr<ViewController>& controller = request->preferences.controller;
-  const auto screen = controller.lock();
-  if (!screen && wasSet(controller)) return notShown(*request, "its screen is gone");
-  QQuickWindow* window = windowOf(screen.get());
-  if (window == nullptr) return notShown(*request, "there is no Qt Quick window for it");
-  Queue& queue = queues_[window];
-  if (!queue.window) {
-    queue.window = window;
-    connect(window, &QObject::destroyed, this, &QuickPopupRouter::windowGone);
-    connect(window, &QQuickWindow::sceneGraphInitialized, this,
-            [this, window] { showNext(window); });
+bool QuickPopupQueue::isReady() const {
+  const QWindow* window = systemWindow();
+  return window && window->isVisible() && window->isExposed() &&
+         window->visibility() != QWindow::Minimized;
+}
+
+QObject* QuickPopupQueue::show(const Request& request) {
+  auto* popup = new QuickPopup(request, options());
+  popup->present(*scene_);
+  return popup;
+}
+
+bool QuickPopupQueue::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Expose || event->type() == QEvent::WindowStateChange) {
+    QMetaObject::invokeMethod(this, &QuickPopupQueue::showNext, Qt::QueuedConnection);
   }
-  queue.waiting.push_back(request);
-  showNext(window);
+  return WindowPopups::eventFilter(watched, event);
 }
 
-void QuickPopupRouter::showNext(QQuickWindow* window) {
-  const auto found = queues_.find(window);
-  if (found == queues_.end()) return;
-  Queue& queue = found->second;
-  while (queue.current.isNull() && !queue.waiting.empty() && queue.window) {
-    const Request request = std::move(queue.waiting.front());
-    queue.waiting.pop_front();
-    if (request->open && !request->open()) continue;
-    auto* popup = new QuickPopup(request, options_);
-    queue.current = popup;
-    connect(
-        popup, &QObject::destroyed, this, [this, window] { showNext(window); },
-        Qt::QueuedConnection);
-    popup->present(*window);
+QuickPopupRouter::QuickPopupRouter(PopUpOptions options, std::shared_ptr<PopupPresenter> widgets,
+                                   QObject* parent)
+    : PopupRouter(parent), options_(std::move(options)), widgets_(std::move(widgets)) {}
+
+void QuickPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
+  const auto screen = request->preferences.controller.lock();
+  if (!screen && isScreenGone(*request)) {
+    return sayNotShown(QuickPopupQueue::presenter, *request, "its screen is gone");
   }
+  if (QQuickWindow* scene = sceneOf(screen.get())) return queueOf(scene).enqueue(request);
+  if (widgets_) return widgets_->present(request);
+  sayNotShown(QuickPopupQueue::presenter, *request,
+              screen ? "the screen " + screen->className() + " is in no Qt Quick window"
+                     : "no Qt Quick window is active");
 }
 
-void QuickPopupRouter::windowGone(QObject* window) {
-  const auto found = queues_.find(window);
-  if (found == queues_.end()) return;
-  const auto waiting = std::move(found->second.waiting);
-  queues_.erase(found);
-  for (const Request& request : waiting) {
-    QMetaObject::invokeMethod(
-        this, [this, request] { accept(request); }, Qt::QueuedConnection);
-  }
+std::unique_ptr<WindowPopups> QuickPopupRouter::makeQueue(QObject* window) {
+  return std::make_unique<QuickPopupQueue>(qobject_cast<QQuickWindow*>(window), options_);
 }
 
 }  // namespace kifo

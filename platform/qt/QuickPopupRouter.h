@@ -1,54 +1,55 @@
 #pragma once
 
-#include <QObject>
 #include <QPointer>
 #include <QQuickWindow>
-#include <deque>
 #include <memory>
-#include <string>
-#include <unordered_map>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
-#include "platform/qt/UiLink.h"
+#include "Kifo_iOS_Common_Kit/ports/PopupPresenter.h"
+#include "platform/qt/PopupRouter.h"
 
 namespace kifo {
 
-class QuickPopup;
-
-/// Takes the popups on the UI thread and shows them one after the other in the scene of each one's
-/// screen.
+/// The popups in one scene. They wait while the scene is not seen: before its first exposure and
+/// while it is hidden or minimised.
 ///
-/// **Threading:** UI thread only, but for `notShown` and through `link`. **Ownership:** belongs to
-/// the application.
-class QuickPopupRouter : public QObject {
+/// **Threading:** UI thread only.
+class QuickPopupQueue : public WindowPopups {
   Q_OBJECT
 
  public:
-  QuickPopupRouter(PopUpOptions options, QObject* parent);
-  ~QuickPopupRouter() override;
+  static constexpr std::string_view presenter = "QuickPopupPresenter";
 
-  [[nodiscard]] std::shared_ptr<UiLink<QuickPopupRouter>> link() const { return link_; }
+  QuickPopupQueue(QQuickWindow* scene, const PopUpOptions& options);
 
-  void accept(const std::shared_ptr<const PopupRequest>& request);
-
-  /// Says why a popup is not shown. From any thread.
-  static void notShown(const PopupRequest& request, const std::string& reason);
+ protected:
+  [[nodiscard]] QWindow* systemWindow() const override;
+  [[nodiscard]] bool isReady() const override;
+  QObject* show(const Request& request) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  using Request = std::shared_ptr<const PopupRequest>;
-  struct Queue {
-    QPointer<QQuickWindow> window;
-    QPointer<QObject> current;
-    std::deque<Request> waiting;
-  };
+  QPointer<QQuickWindow> scene_;
+  QPointer<QWindow> watched_;  ///< Whose exposure is followed.
+};
 
-  void showNext(QQuickWindow* window);
-  void windowGone(QObject* window);
+/// The popups of hosts with Qt Quick scenes. Popups for other screens go to `widgets`.
+///
+/// **Threading:** UI thread only. **Ownership:** belongs to the application.
+class QuickPopupRouter : public PopupRouter {
+  Q_OBJECT
 
+ public:
+  /// `widgets`: null where the host has no widgets.
+  QuickPopupRouter(PopUpOptions options, std::shared_ptr<PopupPresenter> widgets, QObject* parent);
+
+  void accept(const std::shared_ptr<const PopupRequest>& request) override;
+
+ protected:
+  [[nodiscard]] std::unique_ptr<WindowPopups> makeQueue(QObject* window) override;
+
+ private:
   const PopUpOptions options_;
-  const std::shared_ptr<UiLink<QuickPopupRouter>> link_;
-  std::unordered_map<QObject*, Queue> queues_;
+  const std::shared_ptr<PopupPresenter> widgets_;
 };
 
 }  // namespace kifo

@@ -14,7 +14,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "platform/qt/QtPlatform.h"
-#include "platform/qt/QtPopupRouter.h"
+#include "platform/qt/PopupRouter.h"
 #include "platform/qt/QtPopupSwitch.h"
 #include "platform/qt/QtWindowProvider.h"
 #include "testing/FakePlatform.h"
@@ -274,7 +274,7 @@ TEST_F(QtPopupPresenterTest, APresenterThatGoesLeavesTheShownPopupAndDropsTheRes
 TEST_F(QtPopupPresenterTest, OnceTheApplicationIsGonePopupsAreDroppedWithALine) {
   present(screen_, "a");
   // What the application's end does to its children.
-  delete qApp->findChild<QtPopupRouter*>(QString(), Qt::FindDirectChildrenOnly);
+  delete qApp->findChild<PopupRouter*>(QString(), Qt::FindDirectChildrenOnly);
   settle();
   EXPECT_TRUE(window_.findChildren<PopUpWindow*>().empty());
   present(screen_, "b");
