@@ -84,6 +84,7 @@ void QuickOverlay::cover(QQuickWindow& window) {
   connect(content, &QQuickItem::widthChanged, this, follow);
   connect(content, &QQuickItem::heightChanged, this, follow);
   connect(&window, &QQuickWindow::activeFocusItemChanged, this, &QuickOverlay::focusMoved);
+  connect(qGuiApp, &QGuiApplication::layoutDirectionChanged, this, &QuickOverlay::remake);
   const QInputMethod* method = QGuiApplication::inputMethod();
   connect(method, &QInputMethod::keyboardRectangleChanged, this, &QQuickItem::update);
   connect(method, &QInputMethod::visibleChanged, this, &QQuickItem::update);
@@ -128,10 +129,7 @@ QSGNode* QuickOverlay::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*dat
 
 bool QuickOverlay::eventFilter(QObject* watched, QEvent* event) {
   const bool isApplications = watched == QCoreApplication::instance();
-  if (isApplications && (event->type() == QEvent::ApplicationFontChange ||
-                         event->type() == QEvent::ApplicationLayoutDirectionChange)) {
-    place();
-  }
+  if (isApplications && event->type() == QEvent::ApplicationFontChange) remake();
   if (!holdsFocus_ || watched != window() || !isInput(event->type())) return false;
   // The scene's own delivery, past the filters of the window.
   watched->event(event);
@@ -157,24 +155,50 @@ void QuickOverlay::keyPressEvent(QKeyEvent* event) {
 void QuickOverlay::keyReleaseEvent(QKeyEvent* event) {
   event->accept();
 }
+void QuickOverlay::pressed(QPointF /*position*/, QPoint /*global*/) {}
+void QuickOverlay::moved(QPoint /*global*/) {}
+void QuickOverlay::released() {}
+
 void QuickOverlay::mousePressEvent(QMouseEvent* event) {
   event->accept();
+  if (event->button() != Qt::LeftButton) return;
+  pressed(event->position(), event->globalPosition().toPoint());
 }
+
 void QuickOverlay::mouseMoveEvent(QMouseEvent* event) {
   event->accept();
+  if (event->buttons().testFlag(Qt::LeftButton)) moved(event->globalPosition().toPoint());
 }
+
 void QuickOverlay::mouseReleaseEvent(QMouseEvent* event) {
   event->accept();
+  if (event->button() == Qt::LeftButton) released();
 }
+
 void QuickOverlay::mouseDoubleClickEvent(QMouseEvent* event) {
   event->accept();
 }
+
 void QuickOverlay::wheelEvent(QWheelEvent* event) {
   event->accept();
 }
 void QuickOverlay::touchEvent(QTouchEvent* event) {
   event->accept();
+  if (event->type() == QEvent::TouchCancel) finger_ = -1;
+  for (const QEventPoint& point : event->points()) {
+    const QPoint global = point.globalPosition().toPoint();
+    if (point.state() == QEventPoint::Pressed && finger_ < 0) {
+      finger_ = point.id();
+      pressed(point.position(), global);
+    } else if (point.id() == finger_ && point.state() == QEventPoint::Updated) {
+      moved(global);
+    } else if (point.id() == finger_ && point.state() == QEventPoint::Released) {
+      finger_ = -1;
+      return released();
+    }
+  }
 }
+
 void QuickOverlay::hoverEnterEvent(QHoverEvent* event) {
   event->accept();
 }

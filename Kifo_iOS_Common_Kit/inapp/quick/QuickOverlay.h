@@ -41,14 +41,21 @@ class KIFO_SHARED QuickOverlay : public QQuickItem {
   void dimmingChanged();
 
  protected:
-  /// The window has another size, the application another font or reading direction.
+  /// The window has another size.
   virtual void place() {}
+  /// The application has another font or reading direction.
+  virtual void remake() {}
   /// Whether the host's shortcuts on this key wait until the overlay is closed.
   [[nodiscard]] virtual bool takesKey(int key) const;
   /// A descendant has got the focus. `byUser` is false where the overlay itself put it.
   virtual void focusArrived(QQuickItem* item, bool byUser);
   /// The items that the Tab key stops at, in its order.
   [[nodiscard]] virtual QList<QQuickItem*> focusStops() const;
+
+  // A finger, or the left mouse button, on what none of the items takes. Positions are global.
+  virtual void pressed(QPointF position, QPoint global);
+  virtual void moved(QPoint global);
+  virtual void released();
 
   /// Remembers who has the focus and gives it to `first`, which may be the overlay itself.
   void takeFocus(QQuickItem* first);
@@ -84,6 +91,7 @@ class KIFO_SHARED QuickOverlay : public QQuickItem {
   QPointer<QQuickItem> focusLast_;
   bool holdsFocus_ = false;
   bool movesFocus_ = false;  ///< We are moving the focus ourselves.
+  int finger_ = -1;          ///< The one that counts; others are kept from the host.
 };
 
 }  // namespace kifo

@@ -1,15 +1,518 @@
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupAnswers.h"
+#include "Kifo_iOS_Common_Kit/inapp/quick/QuickPieces.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupFade.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupKeyboard.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
+#include "Kifo_iOS_Common_Kit/ports/Platform.h"
+
 namespace kifo {
+namespace {
+
+constexpr double kDim = 0.3;         ///< Alpha of the black over the host.
+constexpr int kLineStep = 48;        ///< An arrow key scrolls a tall panel by this much.
+constexpr int kWidestPicture = 480;  ///< Logical pixels: the panel at its widest.
+constexpr std::chrono::milliseconds kEmojiTextShown{1500};
+constexpr std::chrono::milliseconds kSpinnerStep{100};
+
+const std::string& tag() {
+  static const std::string& text = *new std::string(logTag("PopUpWindow"));
+  return text;
+}
+
+/// The component of which every popup's items are made. Its engine is the SDK's own: the host's
+/// may be gone before its window is, and a scene made without QML has none.
+QQmlComponent& component() {
+  static QQmlComponent* only = nullptr;
+  if (!only) {
+    auto* engine = new QQmlEngine(QCoreApplication::instance());
+    only = new QQmlComponent(
+        engine, QUrl(QStringLiteral("qrc:/qt-project.org/imports/Kifo/Popup.qml")), engine);
+    QObject::connect(engine, &QObject::destroyed, [] { only = nullptr; });
+  }
+  return *only;
+}
+
+bool scrolls(int key) {
+  return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
+         key == Qt::Key_PageDown;
+}
+
+}  // namespace
 
 QuickPopup::QuickPopup(std::shared_ptr<const PopupRequest> request, PopUpOptions options)
-    : request_(std::move(request)), options_(std::move(options)) {}
+    : request_(std::move(request)), options_(std::move(options)) {
+  setObjectName(QStringLiteral("PopUpWindow"));
+  Console::print(tag(), "popup type : " + request_->preferences.type.value_or("nil"));
+  const int fade = options_.reducedMotion ? 0 : static_cast<int>(options_.durations.fade.count());
+  fade_ = new PopupFade(
+      std::chrono::milliseconds(fade), [this] { return window() && isVisible(); }, this);
+  keyboard_ = new PopupKeyboard(this);
+  connect(keyboard_, &PopupKeyboard::moved, this, &QuickPopup::place);
+  connect(fade_, &PopupFade::changed, this, [this](double opacity) {
+    setDimming(kDim * opacity);
+    Q_EMIT fadeChanged();
+  });
+  connect(fade_, &PopupFade::ended, this, &QuickPopup::faded);
+  connect(&pageTimer_, &QTimer::timeout, this, &QuickPopup::nextPage);
+  connect(&spinner_, &QTimer::timeout, this, [this] {
+    spinnerStep_ = (spinnerStep_ + 1) % kSpinnerSteps;
+    Q_EMIT pieceChanged(PopupPiece::picture);
+  });
+  connect(&emojiTimer_, &QTimer::timeout, this, [this] {
+    namedEmoji_ = -1;
+    Q_EMIT pieceChanged(PopupPiece::emojis);
+  });
+  connect(&flashTimer_, &QTimer::timeout, this, &QuickPopup::flash);
+  slide_.setEasingCurve(QEasingCurve::InOutCubic);
+  connect(&slide_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    pageOffset_ = value.toDouble();
+    Q_EMIT pieceChanged(PopupPiece::picture);
+  });
+  connect(&opening_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    openness_ = value.toDouble();
+    arrange();
+  });
+}
+
+/// First the items, whose bindings read the popup.
+QuickPopup::~QuickPopup() {
+  delete view_;
+}
+
+double QuickPopup::fade() const {
+  return fade_->opacity();
+}
+
+double QuickPopup::lift() const {
+  return keyboard_->lift();
+}
+
+double QuickPopup::screenWidth() const {
+  return std::min(options_.screenWidth.value_or(width()), PopupState::widestScreen);
+}
+
+QColor QuickPopup::fieldColor() const {
+  return inkOn(parts_->theme().shade(0.05));
+}
+
+QColor QuickPopup::selectedColor() const {
+  return inkOn(parts_->theme().accent);
+}
 
 void QuickPopup::present(QQuickWindow& window) {
   cover(window);
-  takeFocus(this);
+  state_ = PopupState::of(*request_, screenWidth());
+  openness_ = state_.isFreeTextOpen ? 1 : 0;
+  makeParts();
+  makeItems();
+  loadPictures();
+  arrange();
+  fade_->fadeTo(0);
+  takeFocus(view_ ? view_.data() : this);
+  fade_->fadeTo(1);
+  if (view_) {
+    QAccessibleEvent event(view_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+  }
+  flashTimer_.start(options_.durations.scrollIndicatorDelay +
+                    options_.durations.scrollIndicatorInterval);
+}
+
+void QuickPopup::makeParts() {
+  QPalette colors = QGuiApplication::palette();
+  colors.setColor(QPalette::Window, window()->color());
+  parts_ = std::make_unique<PopupParts>(
+      state_, options_, colors,
+      directionOf(state_.preferences, options_, QGuiApplication::layoutDirection()));
+  if (parts_->has(PopupPiece::slider)) setScore(state_.sliderValue);
+}
+
+void QuickPopup::makeItems() {
+  QQmlComponent& popups = component();
+  view_ = qobject_cast<QQuickItem*>(popups.beginCreate(popups.engine()->rootContext()));
+  if (!view_) return Console::print(tag(), popups.errorString().toStdString());
+  // The pieces look for their popup above them.
+  view_->setParent(this);
+  view_->setParentItem(this);
+  popups.setInitialProperties(view_, {{QStringLiteral("popup"), QVariant::fromValue(this)}});
+  popups.completeCreate();
+}
+
+/// The texts are set anew in the application's font and direction; what the user did stays.
+void QuickPopup::remake() {
+  if (!parts_) return;
+  std::vector<QImage> emojis;
+  for (PopupParts::Row& row : parts_->rows()) emojis.push_back(row.emoji.image);
+  makeParts();
+  for (std::size_t i = 0; i < emojis.size(); ++i) parts_->rows()[i].emoji.image = emojis[i];
+  Q_EMIT remade();
+  arrange();
+  Q_EMIT changed();
+}
+
+void QuickPopup::place() {
+  if (parts_) arrange();
+}
+
+void QuickPopup::arrange() {
+  state_.setScreenWidth(screenWidth());
+  state_.isKeyboardSizeAdded = keyboard_->height() > 0;
+  const int lift = keyboard_->lift();
+  const int height = static_cast<int>(this->height());
+  parts_->arrange({static_cast<int>(width()), height, lift, height - keyboard_->height() + lift},
+                  openness_);
+  Q_EMIT laidOut();
+  QQuickItem* focused = window() ? window()->activeFocusItem() : nullptr;
+  if (focused && focused != this && isInside(focused)) focusArrived(focused, false);
+}
+
+// Pictures.
+
+void QuickPopup::loadPictures() {
+  const int pixels =
+      static_cast<int>(std::ceil(kWidestPicture * window()->effectiveDevicePixelRatio()));
+  loader_ = options_.imageLoader ? options_.imageLoader
+                                 : std::make_shared<ImageLoader>(QSize(pixels, pixels));
+  loadEmojis();
+  const bool isList = pages() > 1;
+  Console::print(tag(), isList ? "image list avaliable" : "image list unavaliable");
+  if (isList) {
+    slideTo(0);
+    pageTimer_.start(options_.durations.carouselInterval);
+  } else if (const auto& image = state_.preferences.image; image && ImageLoader::isUrl(*image)) {
+    load(*image, 0);
+  }
+}
+
+void QuickPopup::load(const std::string& url, int page) {
+  if (isLoading(page) || !loader_->kept(url).isNull()) return;
+  loading_.push_back(page);
+  if (!options_.reducedMotion) spinner_.start(kSpinnerStep);
+  loader_->load(url, this, [this, page](const QImage& image) {
+    std::erase(loading_, page);
+    if (loading_.empty()) spinner_.stop();
+    if (page < 0) parts_->rows()[static_cast<std::size_t>(-1 - page)].emoji.image = image;
+    Q_EMIT pieceChanged(page < 0 ? PopupPiece::emojis : PopupPiece::picture);
+  });
+}
+
+void QuickPopup::loadEmojis() {
+  if (!parts_->has(PopupPiece::emojis)) return;
+  for (std::size_t row = 0; row < parts_->rows().size(); ++row) {
+    const auto& url = parts_->rows()[row].button->imageUrl;
+    if (url && ImageLoader::isUrl(*url)) {
+      load(*url, -1 - static_cast<int>(row));
+    } else if (url) {
+      Console::print(logTag("KifoEmojiCollectionViewCell"),
+                     "Failed to present attachment due to an invalid url: " + *url);
+    }
+  }
+}
+
+QImage QuickPopup::picture(int page) {
+  if (pages() > 1) {
+    const auto& url = state_.images[static_cast<std::size_t>(page)];
+    return ImageLoader::isUrl(url) ? loader_->kept(url) : QImage();
+  }
+  return state_.preferences.image ? loader_->kept(*state_.preferences.image) : QImage();
+}
+
+bool QuickPopup::isLoading(int page) const {
+  return std::ranges::find(loading_, page) != loading_.end();
+}
+
+void QuickPopup::slideTo(double offset) {
+  pageOffset_ = offset;
+  // The neighbours of what is seen are fetched ahead.
+  const int first = std::max(static_cast<int>(std::floor(offset)) - 1, 0);
+  const int last = std::min(static_cast<int>(std::ceil(offset)) + 1, pages() - 1);
+  for (int page = first; page <= last; ++page) {
+    const std::string& url = state_.images[static_cast<std::size_t>(page)];
+    if (ImageLoader::isUrl(url)) load(url, page);
+  }
+  Q_EMIT pieceChanged(PopupPiece::picture);
+}
+
+void QuickPopup::showPage(int page, bool animated) {
+  state_.currentIndex = page;
+  Q_EMIT pieceChanged(PopupPiece::pageIndicator);
+  slide_.stop();
+  const double from = pageOffset_;
+  slideTo(page);
+  const int duration = parts_->theme().milliseconds(options_.durations.scroll);
+  if (!animated || duration == 0) return;
+  pageOffset_ = from;
+  slide_.setStartValue(from);
+  slide_.setEndValue(static_cast<double>(page));
+  slide_.setDuration(duration);
+  slide_.start();
+}
+
+void QuickPopup::nextPage() {
+  const int next = state_.nextPage();
+  showPage(next, next != 0);
+}
+
+void QuickPopup::turnTo(int page) {
+  if (pageTimer_.isActive()) pageTimer_.start();  // the page that was chosen stays its whole time
+  showPage(std::clamp(page, 0, std::max(pages() - 1, 0)), true);
+}
+
+// Answers.
+
+bool QuickPopup::isChosen(int row) const {
+  const auto& button = parts_->rows()[static_cast<std::size_t>(row)].button;
+  const auto chosen = state_.popupType == PopupType::emoji && state_.selectActionItem
+                          ? state_.currentSelected
+                          : state_.chosenRow();
+  return chosen && state_.choices[static_cast<std::size_t>(*chosen)] == button;
+}
+
+void QuickPopup::press(const PopupRequest::ButtonCallback& action,
+                       const PopupState::Button& button) {
+  if (!takesAnswer()) return;
+  const QPointer<QuickPopup> self(this);
+  pressButton(tag(), state_, action, button);
+  if (self) dismissView();
+}
+
+void QuickPopup::pressRow(int row) {
+  if (!isPlain()) return choose(row);
+  press(state_.actionItem, parts_->rows()[static_cast<std::size_t>(row)].button);
+}
+
+void QuickPopup::choose(int row) {
+  if (!takesAnswer()) return;
+  const bool wasOpen = state_.isFreeTextOpen;
+  state_.select(parts_->rows()[static_cast<std::size_t>(row)].button);
+  if (state_.popupType == PopupType::emoji) {
+    namedEmoji_ = row;
+    emojiTimer_.start(kEmojiTextShown);
+  }
+  ButtonLook& submit = parts_->submitLook();
+  submit.isDimmed = false;
+  if (state_.preferences.submitButton) submit.surface = submit.surface.value_or(Qt::white);
+  if (!state_.isFreeTextOpen) Q_EMIT freeTextChanged();
+  if (parts_->has(PopupPiece::fieldView)) moveOpennessTo(state_.isFreeTextOpen ? 1 : 0);
+  Q_EMIT changed();
+  if (wasOpen || !state_.isFreeTextOpen || !view_) return;
+  if (auto* field = view_->findChild<QQuickItem*>(QStringLiteral("textField"))) {
+    field->forceActiveFocus(Qt::TabFocusReason);
+  }
+}
+
+void QuickPopup::moveOpennessTo(double openness) {
+  opening_.stop();
+  const int duration = parts_->theme().milliseconds(options_.durations.freeText);
+  if (duration == 0 || openness == openness_) {
+    openness_ = openness;
+    return arrange();
+  }
+  opening_.setStartValue(openness_);
+  opening_.setEndValue(openness);
+  opening_.setDuration(duration);
+  opening_.setEasingCurve(QEasingCurve::InOutQuad);
+  opening_.start();
+}
+
+void QuickPopup::submitButtonPressed() {
+  if (!state_.appCommunicationItem || !takesAnswer()) return;
+  const QPointer<QuickPopup> self(this);
+  const SubmitOutcome outcome = submitAnswers(tag(), *request_, state_);
+  if (!self) return;
+  state_.isAnswering = outcome.closes;
+  if (!outcome.closes) return;
+  if (!outcome.keepsTimer) pageTimer_.stop();
+  dismiss();
+}
+
+void QuickPopup::closeButtonAction() {
+  if (!takesAnswer()) return;
+  dismissView();
+  reportClose(*std::shared_ptr(request_), state_);
+}
+
+void QuickPopup::touchesBegan() {
+  if (const auto button = state_.bodyButton()) press(state_.actionBodyItem, button);
+}
+
+void QuickPopup::copyButtonPressed() {
+  const auto& item = state_.appCommunicationItem;
+  if (!item || !item->coupon) return;
+  Platform::current()->pasteboard->setString(item->coupon->code.text);
+  const OptionText look = PopupContent::copied(*item->coupon);
+  copied_ = true;
+  parts_->copyLook().caption.setText(look.caption);
+  parts_->copyLook().surface = look.surface;
+  parts_->copyLook().text = look.text;
+  Q_EMIT changed();
+}
+
+void QuickPopup::setFreeText(const QString& text) {
+  validator_.setBefore(text);
+  const std::string typed = text.toStdString();
+  if (typed == state_.freeText) return;
+  state_.freeText = typed;
+  parts_->setText(PopupPiece::counter, PopupContent::counter(parts_->theme(), typed));
+  Q_EMIT freeTextChanged();
+  Q_EMIT pieceChanged(PopupPiece::counter);
+}
+
+void QuickPopup::fieldDone() {
+  auto* submit = view_->findChild<QQuickItem*>(QStringLiteral("submitButton"));
+  if (submit && submit->isVisible()) submit->forceActiveFocus(Qt::TabFocusReason);
+}
+
+void QuickPopup::setScore(float value) {
+  state_.sliderValue = value;
+  TextLook look = parts_->content().score;
+  look.text = QString::number(state_.score());
+  parts_->setText(PopupPiece::score, look);
+  Q_EMIT pieceChanged(PopupPiece::score);
+}
+
+/// The value is a little larger while the thumb is held.
+void QuickPopup::holdScore(bool holds) {
+  TextLook look = parts_->content().score;
+  look.text = QString::number(state_.score());
+  if (holds) look.font = PopupContent::heldScore(parts_->theme());
+  parts_->setText(PopupPiece::score, look);
+  if (!holds) arrange();  // which makes a long number fit again
+  Q_EMIT pieceChanged(PopupPiece::score);
+}
+
+void QuickPopup::addScroll(QuickScroll* scroll) {
+  scrolls_.emplace_back(scroll);
+  connect(scroll, &QuickScroll::scrolled, this, &QuickPopup::scrolled);
+}
+
+void QuickPopup::setStopRow(int row) {
+  if (row == stopRow_) return;
+  stopRow_ = row;
+  Q_EMIT changed();
+}
+
+// Closing.
+
+void QuickPopup::dismissView() {
+  pageTimer_.stop();
+  dismiss();
+}
+
+void QuickPopup::dismiss() {
+  if (dismissing_) return;
+  dismissing_ = true;
+  giveFocusBack();
+  fade_->fadeTo(0);
+}
+
+void QuickPopup::faded() {
+  if (!dismissing_ || fade_->opacity() > 0 || std::exchange(gone_, true)) return;
+  setVisible(false);
+  deleteLater();
+  Q_EMIT closed();
+}
+
+// Input.
+
+bool QuickPopup::takesKey(int key) const {
+  return scrolls(key) || key == Qt::Key_Escape || key == Qt::Key_Tab || key == Qt::Key_Backtab ||
+         key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space ||
+         key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Home || key == Qt::Key_End;
+}
+
+void QuickPopup::focusArrived(QQuickItem* item, bool /*byUser*/) {
+  for (QQuickItem* around = item->parentItem(); around; around = around->parentItem()) {
+    if (auto* scroll = qobject_cast<QuickScroll*>(around)) scroll->reveal(*item);
+  }
+}
+
+void QuickPopup::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key == Qt::Key_Escape) return closeButtonAction();
+  auto* panel = view_ ? view_->findChild<QuickScroll*>(QStringLiteral("panelScroll")) : nullptr;
+  if (scrolls(key) && panel) {
+    const int page = static_cast<int>(panel->height()) * 4 / 5;
+    const int step = key == Qt::Key_PageUp || key == Qt::Key_PageDown ? page : kLineStep;
+    const bool up = key == Qt::Key_Up || key == Qt::Key_PageUp;
+    if (panel->scrollBy(up ? -step : step)) return;
+  }
+  const bool isFirst = window()->activeFocusItem() == view_;
+  if (isFirst && (key == Qt::Key_Down || key == Qt::Key_Right)) return stepFocus(true);
+  QuickOverlay::keyPressEvent(event);
+}
+
+/// The innermost area that scrolls at that place.
+QuickScroll* QuickPopup::scrollAt(QPointF position) const {
+  QuickScroll* found = nullptr;
+  for (const auto& scroll : scrolls_) {
+    const bool isThere =
+        scroll && scroll->isVisible() && scroll->contains(scroll->mapFromItem(this, position));
+    if (isThere && (!found || found->isAncestorOf(scroll))) found = scroll;
+  }
+  return found;
+}
+
+void QuickPopup::pressed(QPointF position, QPoint global) {
+  pressing_ = true;
+  touched_ = scrollAt(position);
+  pan_.press(global);
+}
+
+void QuickPopup::moved(QPoint global) {
+  const int travelled = pressing_ ? pan_.move(global) : 0;
+  if (travelled != 0) scrollAround(touched_, travelled);
+}
+
+/// A press that did not become a drag touches the popup's body, and ends typing as well.
+void QuickPopup::released() {
+  if (!std::exchange(pressing_, false) || pan_.isPanning()) return;
+  const QPointer<QuickPopup> self(this);
+  touchesBegan();
+  if (self && !dismissing_ && !isPlain()) dismissKeyboard();
+}
+
+void QuickPopup::dismissKeyboard() {
+  const QQuickItem* focused = window()->activeFocusItem();
+  if (!focused || focused->objectName() != QLatin1String("textField")) return;
+  view_->forceActiveFocus(Qt::OtherFocusReason);
+  QGuiApplication::inputMethod()->hide();
+}
+
+void QuickPopup::keyboardWillShow(const QRectF& keyboard) {
+  keyboard_->show(keyboard);
+}
+
+void QuickPopup::keyboardWillHide() {
+  keyboard_->hide();
+}
+
+/// Until something has been scrolled, what can be scrolled says so now and then.
+void QuickPopup::flash() {
+  flashTimer_.setInterval(options_.durations.scrollIndicatorInterval);
+  for (const auto& scroll : scrolls_) {
+    if (scroll && scroll->contentY() > 1) return flashTimer_.stop();
+  }
+  for (const auto& scroll : scrolls_) {
+    if (scroll) scroll->flash();
+  }
 }
 
 }  // namespace kifo

@@ -11,6 +11,8 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupAnswers.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupFade.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupKeyboard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoPopupCell.h"
@@ -20,8 +22,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupFade.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupKeyboard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPictures.h"
@@ -71,8 +71,9 @@ PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptio
   Console::print(tag(), "popup type : " + p.type.value_or("nil"));
   nameIt();
   const PopupTheme& theme = popUpWindowView_->theme();
-  fade_ =
-      new PopupFade(std::chrono::milliseconds(theme.milliseconds(options_.durations.fade)), this);
+  fade_ = new PopupFade(
+      std::chrono::milliseconds(theme.milliseconds(options_.durations.fade)),
+      [this] { return isVisible(); }, this);
   keyboard_ = new PopupKeyboard(this);
   pictures_ = new PopupPictures(*popUpWindowView_, options_, this);
   if (state_.popupType == PopupType::emoji) {

@@ -9,7 +9,7 @@
 #include <QPainter>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/ControlLooks.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/PanTracker.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/PopupScrollArea.h"
 
 /// What all controls of popups and alerts have in common, whichever Qt class gives them their role.

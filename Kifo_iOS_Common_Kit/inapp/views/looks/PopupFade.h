@@ -1,22 +1,23 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 
 #include <QVariantAnimation>
 
-class QWidget;
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 
 /// The cross-fade of a popup's window, in and out. Either way it goes on from where it is.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to its window.
-class PopupFade : public QObject {
+class KIFO_SHARED PopupFade : public QObject {
   Q_OBJECT
 
  public:
-  /// A duration of zero arrives at once, as does a window that is not seen.
-  PopupFade(std::chrono::milliseconds duration, QWidget* window);
+  /// A duration of zero arrives at once, as does a window that is not seen by then.
+  PopupFade(std::chrono::milliseconds duration, std::function<bool()> isSeen, QObject* window);
 
   /// `opacity`: 0 to 1. `ended` comes later, from the event loop.
   void fadeTo(double opacity);
@@ -31,7 +32,7 @@ class PopupFade : public QObject {
  private:
   void set(double opacity);
 
-  QWidget* window_;
+  const std::function<bool()> isSeen_;
   std::chrono::milliseconds duration_;
   QVariantAnimation animation_{this};
   double opacity_ = 0;

@@ -3,13 +3,15 @@
 #include <QObject>
 #include <QRectF>
 
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
+
 namespace kifo {
 
 /// The on-screen keyboard below a popup: the system's own is followed, and the view is lifted by
 /// half of its height, once.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to its window.
-class PopupKeyboard : public QObject {
+class KIFO_SHARED PopupKeyboard : public QObject {
   Q_OBJECT
 
  public:

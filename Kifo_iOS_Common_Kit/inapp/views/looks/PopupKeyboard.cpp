@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupKeyboard.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupKeyboard.h"
 
 #include <utility>
 

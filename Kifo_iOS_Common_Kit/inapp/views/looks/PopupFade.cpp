@@ -1,12 +1,14 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupFade.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupFade.h"
+
+#include <utility>
 
 #include <QTimer>
-#include <QWidget>
 
 namespace kifo {
 
-PopupFade::PopupFade(std::chrono::milliseconds duration, QWidget* window)
-    : QObject(window), window_(window), duration_(duration) {
+PopupFade::PopupFade(std::chrono::milliseconds duration, std::function<bool()> isSeen,
+                     QObject* window)
+    : QObject(window), isSeen_(std::move(isSeen)), duration_(duration) {
   animation_.setEasingCurve(QEasingCurve::OutQuad);
   connect(&animation_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& value) { set(value.toDouble()); });
@@ -15,7 +17,7 @@ PopupFade::PopupFade(std::chrono::milliseconds duration, QWidget* window)
 
 void PopupFade::fadeTo(double opacity) {
   animation_.stop();
-  if (duration_.count() <= 0 || !window_->isVisible()) {
+  if (duration_.count() <= 0 || !isSeen_()) {
     set(opacity);
     QTimer::singleShot(0, this, &PopupFade::ended);
     return;
