@@ -34,19 +34,6 @@ class AnswerTest : public PopupTest {
   std::vector<std::string> calls;
 };
 
-TEST_F(AnswerTest, APopupButtonRunsItsCallbackAndClosesWithoutAReportOfItsOwn) {
-  campaign("POPUP");
-  request->preferences.buttons = {option("b1", "Yes"), option("b2", "No")};
-  present();
-  click(button(1));
-  click(button(0));  // too late
-  settle();
-  EXPECT_THAT(calls, ElementsAre("action No"));
-  EXPECT_THAT(reports(), IsEmpty());
-  EXPECT_EQ(closings, 1);
-  EXPECT_TRUE(popup.isNull());
-}
-
 TEST_F(AnswerTest, ClosingReportsTheItemWithoutAnyAnswer) {
   campaign("SURVEY");
   choices(2);
@@ -76,34 +63,6 @@ TEST_F(AnswerTest, AScreenThatIsGoneIsReportedAsNoneAndAMissingItemNotAtAll) {
   close();
   EXPECT_EQ(reports().size(), 1u);
   EXPECT_EQ(closings, 2);
-}
-
-TEST_F(AnswerTest, ASurveyWaitsForAChoiceAndSendsTheLastOneOnce) {
-  campaign("SURVEY");
-  choices(3);
-  submitButton();
-  present();
-  EXPECT_TRUE(elements().submitButton->isDimmed());
-  submit();
-  EXPECT_THAT(calls, ElementsAre("submit Send"));
-  EXPECT_THAT(reports(), IsEmpty());
-  ASSERT_TRUE(popup && popup->isVisible());
-
-  choose(0);
-  choose(2);
-  EXPECT_STREQ(choice(0)->radialButton(), "circle");
-  EXPECT_STREQ(choice(2)->radialButton(), "largecircle.fill.circle");
-  EXPECT_FALSE(elements().submitButton->isDimmed());
-  click(elements().submitButton);
-  submit();  // a second press while it fades changes nothing
-  ASSERT_EQ(reports().size(), 1u);
-  const InAppAnswer& answer = reports()[0].answer;
-  EXPECT_EQ(answer.choice, request->preferences.choices[2]);
-  ASSERT_TRUE(answer.choiseField);
-  EXPECT_EQ(answer.choiseField->choiseId, "c3");
-  EXPECT_EQ(answer.choiseField->text, "Choice 3");
-  EXPECT_EQ(answer.choiseField->freeText, "");
-  EXPECT_EQ(closings, 1);
 }
 
 TEST_F(AnswerTest, OfTwoChoicesWithOneIdTheFirstIsMarkedAndTheTappedOneSent) {
@@ -137,53 +96,6 @@ TEST_F(AnswerTest, AnEmojiIsPickedAnywhereInItsCellAndTheOthersArePale) {
   EXPECT_TRUE(reports()[1].answer.scoreField);
   EXPECT_FALSE(reports()[1].answer.choice);
   EXPECT_EQ(closings, 1);
-}
-
-TEST_F(AnswerTest, AScoreSendsTheWholePartOfTheThumbsPlaceAndWhatWasTyped) {
-  campaign("SCORE");
-  item->minScore = 1;
-  item->maxScore = 10;
-  item->defaultFreeText = DefaultFreeText{std::nullopt, "Why?"};
-  submitButton();
-  present();
-  EXPECT_EQ(elements().scoreValueLabel->text(), "1");
-  EXPECT_EQ(elements().sliderMinLabel->text(), "1");
-  EXPECT_EQ(elements().sliderMaksLabel->text(), "10");
-  CustomSlider* slider = elements().slider;
-  drag(slider, QPoint(12, 20), QPoint(slider->width() * 3 / 4, 20));
-  const float position = popup->popUpWindowView()->sliderValue();
-  const int whole = static_cast<int>(position);
-  EXPECT_TRUE(whole == 7 || whole == 8) << position;
-  EXPECT_EQ(position, static_cast<float>(whole)) << "let go, the thumb goes to the whole score";
-  EXPECT_EQ(elements().scoreValueLabel->text(), QString::number(whole));
-  QTest::keyClicks(elements().textField, "good");
-  submit();
-  ASSERT_EQ(reports().size(), 1u);
-  ASSERT_TRUE(reports()[0].answer.scoreField);
-  EXPECT_EQ(reports()[0].answer.scoreField->value, whole);
-  EXPECT_EQ(reports()[0].answer.scoreField->freeText, "good");
-}
-
-TEST_F(AnswerTest, ATouchOfTheBodyFollowsTheItemsActionAndADragDoesNot) {
-  campaign("SURVEY");
-  choices(12);
-  const auto body = [this] { return elements().popupView->geometry().topLeft() + QPoint(40, 30); };
-  present();
-  QTest::mouseClick(popup.data(), Qt::LeftButton, {}, body());
-  settle();
-  EXPECT_EQ(closings, 0) << "there is no action";
-  dismiss();
-
-  item->action = std::make_shared<AppCommunicationItemAction>();
-  item->action->link = "app://offers";
-  present();
-  drag(popup, body(), body() + QPoint(0, 60));
-  EXPECT_THAT(calls, IsEmpty());
-  QTest::mouseClick(popup.data(), Qt::LeftButton, {}, body());
-  settle();
-  EXPECT_THAT(calls, ElementsAre("body app://offers"));
-  EXPECT_THAT(reports(), IsEmpty());
-  EXPECT_EQ(closings, 2);
 }
 
 TEST_F(AnswerTest, FreeTextTiedToChoicesComesAndGoesWithThemAndForgetsItsText) {

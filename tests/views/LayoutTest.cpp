@@ -159,19 +159,6 @@ TEST_F(LayoutTest, TheKeyboardLiftsTheViewByHalfItsHeightOnce) {
   EXPECT_FALSE(popup->state().isKeyboardSizeAdded);
 }
 
-TEST_F(LayoutTest, AboveAKeyboardATallPanelKeepsItsCloseButtonAndFieldInSight) {
-  host->resize(320, 480);
-  campaign("OPEN_ENDED");
-  request->preferences.detailText = std::string(600, 'x');
-  submitButton();
-  present();
-  elements().textField->setFocus();
-  popup->keyboardWillShow({0, 280, 320, 200});
-  const auto inWindow = [this](QWidget* w) { return QRect(w->mapTo(popup, QPoint()), w->size()); };
-  EXPECT_TRUE(QRect(0, 0, 320, 280).contains(inWindow(elements().closeButton)));
-  EXPECT_TRUE(QRect(0, 0, 320, 280).contains(inWindow(elements().textField)));
-}
-
 TEST_F(LayoutTest, TheScrollIndicatorFlashesUntilTheListIsScrolled) {
   options.reducedMotion = false;
   options.durations.fade = {};
@@ -188,16 +175,6 @@ TEST_F(LayoutTest, TheScrollIndicatorFlashesUntilTheListIsScrolled) {
   list->verticalScrollBar()->setValue(2);
   EXPECT_FALSE(popup->popUpWindowView()->isEnableTimer());
   EXPECT_EQ(popup->popUpWindowView()->timerForShowScrollIndicator(), nullptr);
-}
-
-TEST_F(LayoutTest, AFingerDrawnOverAListScrollsItAndChoosesNothing) {
-  campaign("SURVEY");
-  choices(12);
-  present();
-  PopupListView* list = elements().buttonsTableview;
-  drag(choice(2)->selectButton(), QPoint(50, 25), QPoint(50, -60));
-  EXPECT_GT(list->verticalScrollBar()->value(), 20);
-  EXPECT_EQ(popup->state().selectActionItem, nullptr);
 }
 
 TEST_F(LayoutTest, PaintsNothingOfTheHostsStyleSheet) {

@@ -1,0 +1,336 @@
+// Popups in scenes as hosts have them: which window, when, above what, and nothing through them.
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
+#include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
+#include "platform/qt/QtPlatform.h"
+#include "platform/qt/QtScreen.h"
+#include "platform/qt/QuickPopupPresenter.h"
+#include "platform/qt/QuickScreenProvider.h"
+#include "testing/ui/User.h"
+#include "tests/views/PopupFixture.h"
+
+namespace kifo::testing {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+/// A host's screen that is an item.
+class ItemScreen : public Screen, public QuickScreenProvider {
+ public:
+  explicit ItemScreen(QQuickItem* item) : item_(item) {}
+  [[nodiscard]] QQuickItem* item() const override { return item_; }
+
+ private:
+  QPointer<QQuickItem> item_;
+};
+
+constexpr auto kHost = R"(
+import QtQuick
+import QtQuick.Controls
+ApplicationWindow {
+  id: root
+  width: 414; height: 700
+  property int presses: 0
+  property int drags: 0
+  property int closings: 0
+  property bool hovered: hover.hovered
+  property alias popup: popup
+  property alias field: field
+  Item {
+    objectName: "page"
+    anchors.fill: parent
+    TapHandler { onTapped: root.presses++ }
+    DragHandler { target: null; onActiveChanged: root.drags++ }
+    HoverHandler { id: hover }
+    WheelHandler { onWheel: root.presses++ }
+    MultiPointTouchArea { anchors.fill: parent; mouseEnabled: false; onPressed: root.presses++ }
+    Keys.onPressed: root.presses++
+  }
+  Shortcut { sequence: "Escape"; onActivated: root.presses++ }
+  Shortcut { sequence: "Return"; onActivated: root.presses++ }
+  TextField { id: field; focus: true }
+  Popup {
+    id: popup
+    modal: true
+    focus: true
+    width: 200; height: 200
+    onClosed: root.closings++
+    Button { text: "Host's" }
+  }
+}
+)";
+
+class QuickPopupPresenterTest : public ::testing::Test {
+ protected:
+  QuickPopupPresenterTest() { options.reducedMotion = true; }
+  ~QuickPopupPresenterTest() override {
+    window = nullptr;
+    engine.reset();
+    presenter.reset();
+    settle();
+  }
+
+  void settle() {
+    fake.runUntilIdle();
+    for (int i = 0; i < 4; ++i) {
+      QCoreApplication::processEvents();
+      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+  }
+
+  void load() {
+    engine = std::make_unique<QQmlApplicationEngine>();
+    engine->loadData(kHost);
+    ASSERT_FALSE(engine->rootObjects().isEmpty());
+    window = qobject_cast<QQuickWindow*>(engine->rootObjects().first());
+    screen = std::make_shared<ItemScreen>(window->contentItem());
+  }
+  void show() {
+    window->show();
+    window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+  }
+
+  std::shared_ptr<PopupRequest> request(const std::string& title) {
+    auto made = std::make_shared<PopupRequest>();
+    made->preferences.type = "POPUP";
+    made->preferences.title = title;
+    made->preferences.controller = screen;
+    made->preferences.buttons = {option("b", "Close " + title)};
+    made->preferences.appCommunicationItem = std::make_shared<AppCommunicationItem>();
+    made->open = [this, title] {
+      opened.push_back(title);
+      return true;
+    };
+    return made;
+  }
+
+  void present(const std::shared_ptr<const PopupRequest>& popup) {
+    presenter->present(popup);
+    settle();
+  }
+
+  std::vector<QuickPopup*> popups() {
+    const auto found = window->contentItem()->findChildren<QuickPopup*>();
+    return {found.begin(), found.end()};
+  }
+  User user() {
+    return User(*window, [this] { return window->grabWindow(); });
+  }
+
+  InstalledFakePlatform fake;
+  PopUpOptions options;
+  std::unique_ptr<QQmlApplicationEngine> engine;
+  QPointer<QQuickWindow> window;
+  std::shared_ptr<Screen> screen;
+  std::shared_ptr<QuickPopupPresenter> presenter = std::make_shared<QuickPopupPresenter>([] {
+    PopUpOptions still;
+    still.reducedMotion = true;
+    return still;
+  }());
+  std::vector<std::string> opened;
+};
+
+TEST_F(QuickPopupPresenterTest, PopupsShowInTheScreensSceneOneAfterTheOther) {
+  load();
+  show();
+  present(request("one"));
+  present(request("two"));
+  ASSERT_EQ(popups().size(), 1u);
+  EXPECT_THAT(opened, ElementsAre("one"));
+  user().click("Close one");
+  settle();
+  EXPECT_THAT(opened, ElementsAre("one", "two"));
+  ASSERT_EQ(popups().size(), 1u);
+  EXPECT_EQ(popups().front()->width(), window->width());
+}
+
+TEST_F(QuickPopupPresenterTest, APopupForASceneThatIsNotSeenWaitsAndSpendsNothing) {
+  load();
+  present(request("one"));
+  EXPECT_TRUE(opened.empty());
+  show();
+  settle();
+  EXPECT_THAT(opened, ElementsAre("one"));
+  user().click("Close one");
+  settle();
+  window->hide();
+  present(request("two"));
+  EXPECT_THAT(opened, ElementsAre("one"));
+  show();
+  settle();
+  EXPECT_THAT(opened, ElementsAre("one", "two"));
+}
+
+TEST_F(QuickPopupPresenterTest, WithoutAScreenOfASceneTheActiveOneIsTaken) {
+  load();
+  show();
+  screen = std::make_shared<Screen>();
+  present(request("one"));
+  EXPECT_EQ(popups().size(), 1u);
+}
+
+TEST_F(QuickPopupPresenterTest, AWindowThatGoesTakesItsPopupAlongAndWhatWaitsIsNotShown) {
+  load();
+  show();
+  const auto reporter = std::make_shared<RecordingReporter>();
+  const auto one = request("one");
+  one->reporter = reporter;
+  present(one);
+  present(request("two"));
+  screen.reset();
+  engine.reset();
+  settle();
+  EXPECT_TRUE(reporter->reports.empty());
+  EXPECT_THAT(opened, ElementsAre("one"));
+  EXPECT_THAT(fake.console->lines(),
+              Contains("Kifo QuickPopupPresenter: the popup is not shown: its screen is gone"));
+}
+
+TEST_F(QuickPopupPresenterTest, NothingReachesTheHostThroughAPopup) {
+  load();
+  show();
+  present(request("one"));
+  const QPoint beside(10, 300);
+  QTest::mouseMove(window, QPoint(20, 300));
+  QTest::mouseClick(window, Qt::LeftButton, {}, beside);
+  QTest::mousePress(window, Qt::LeftButton, {}, beside);
+  for (int x = 20; x < 200; x += 30) QTest::mouseMove(window, QPoint(x, 320));
+  QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(200, 320));
+  static QPointingDevice* finger = QTest::createTouchDevice();
+  QTest::touchEvent(window, finger).press(0, beside).press(1, QPoint(60, 320));
+  QTest::touchEvent(window, finger).move(0, beside + QPoint(50, 90)).stationary(1);
+  QTest::touchEvent(window, finger).release(0, beside + QPoint(50, 90)).release(1, QPoint(60, 320));
+  QWheelEvent wheel(beside, window->mapToGlobal(beside), {}, {0, -120}, Qt::NoButton, {},
+                    Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(window, &wheel);
+  for (const auto key : {Qt::Key_Return, Qt::Key_A, Qt::Key_Tab}) QTest::keyClick(window, key);
+  EXPECT_EQ(window->property("presses").toInt(), 0);
+  EXPECT_EQ(window->property("drags").toInt(), 0);
+  EXPECT_FALSE(window->property("hovered").toBool());
+  QTest::keyClick(window, Qt::Key_Escape);
+  settle();
+  EXPECT_EQ(window->property("presses").toInt(), 0);
+  EXPECT_TRUE(popups().empty());
+  QTest::mouseClick(window, Qt::LeftButton, {}, beside);
+  EXPECT_EQ(window->property("presses").toInt(), 1) << "and everything does once it is gone";
+}
+
+TEST_F(QuickPopupPresenterTest, AFingerPressesScrollsAndTouchesTheBody) {
+  load();
+  show();
+  window->resize(414, 300);
+  const auto popup = request("one");
+  popup->preferences.detailText = std::string(2000, 'x');
+  auto action = std::make_shared<AppCommunicationItemAction>();
+  action->link = "app://offers";
+  popup->preferences.appCommunicationItem->action = action;
+  int touches = 0;
+  popup->actionBodyItem = [&](auto) { ++touches; };
+  present(popup);
+  auto driver = user();
+  static QPointingDevice* finger = QTest::createTouchDevice();
+  const QPoint from(200, 200);
+  const int before = driver.object("popupTitle")->rect().y();
+  QTest::touchEvent(window, finger).press(0, from);
+  for (int y = 20; y <= 100; y += 20)
+    QTest::touchEvent(window, finger).move(0, from - QPoint(0, y));
+  QTest::touchEvent(window, finger).release(0, from - QPoint(0, 100));
+  EXPECT_LT(driver.object("popupTitle")->rect().y(), before - 40);
+  EXPECT_EQ(touches, 0) << "a drag touches nothing";
+  QTest::touchEvent(window, finger).press(0, from);
+  QTest::touchEvent(window, finger).release(0, from);
+  settle();
+  EXPECT_EQ(touches, 1);
+}
+
+TEST_F(QuickPopupPresenterTest, AnOpenPopupOfTheHostLiesBelowStaysOpenAndHasTheFocusAgain) {
+  load();
+  show();
+  auto* hostPopup = window->property("popup").value<QObject*>();
+  QMetaObject::invokeMethod(hostPopup, "open");
+  settle();
+  present(request("one"));
+  user().click("Close one");
+  settle();
+  EXPECT_TRUE(popups().empty());
+  EXPECT_EQ(window->property("closings").toInt(), 0);
+  QTest::keyClick(window, Qt::Key_Escape);
+  settle();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window->property("closings").toInt() == 1; }));
+}
+
+TEST_F(QuickPopupPresenterTest, AHostThatTakesTheFocusDoesNotKeepIt) {
+  load();
+  show();
+  present(request("one"));
+  auto* field = window->property("field").value<QQuickItem*>();
+  field->forceActiveFocus();
+  settle();
+  user().type("typed");
+  EXPECT_EQ(field->property("text").toString(), "");
+  user().click("Close one");
+  settle();
+  user().type("typed");
+  EXPECT_EQ(field->property("text").toString(), "typed");
+}
+
+TEST_F(QuickPopupPresenterTest, ANewFontOrDirectionIsFollowedWhileAPopupIsUp) {
+  load();
+  show();
+  const auto popup = request("one");
+  popup->preferences.type = "SURVEY";
+  popup->preferences.choices = {option("a", "First"), option("b", "Second")};
+  popup->preferences.appCommunicationItem->type = "SURVEY";
+  present(popup);
+  auto driver = user();
+  driver.click("Second");
+  const QRect close = driver.object("closeButton")->rect();
+  QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+  settle();
+  EXPECT_LT(driver.object("closeButton")->rect().x(), close.x());
+  EXPECT_TRUE(driver.named("Second")->state().checked) << "what was chosen stays";
+  QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+  settle();
+  EXPECT_EQ(driver.object("closeButton")->rect(), close);
+}
+
+TEST_F(QuickPopupPresenterTest, TheWindowsSizeIsFollowed) {
+  load();
+  show();
+  present(request("one"));
+  window->resize(700, 500);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return popups().front()->width() == 700; }));
+  settle();
+  auto driver = user();
+  const QRect panel = driver.object("popupTitle")->rect();
+  EXPECT_NEAR(window->mapFromGlobal(panel.center()).x(), 350, 1);
+}
+
+TEST_F(QuickPopupPresenterTest, WidgetsAndScenesHaveOnePresenter) {
+  load();
+  show();
+  Platform both = withQuick(withQt(nullPlatform(), options), options);
+  class WidgetScreen : public QtScreen<QWidget> {};
+  WidgetScreen widget;
+  widget.resize(400, 400);
+  widget.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
+  const auto one = request("one");
+  one->preferences.controller = widget.viewController();
+  both.popups->present(one);
+  both.popups->present(request("two"));
+  settle();
+  settle();
+  EXPECT_THAT(opened, ::testing::UnorderedElementsAre("one", "two"));
+  EXPECT_NE(widget.findChild<QWidget*>("PopUpWindow"), nullptr);
+  EXPECT_EQ(popups().size(), 1u);
+}
+
+}  // namespace
+}  // namespace kifo::testing
