@@ -45,8 +45,7 @@ std::string headerValue(std::string value) {
 
 /// How many rows may wait. The limit is the one in force when the event is sent: before the first
 /// answer nothing is stored, however soon that answer comes.
-std::int64_t queueLimit(const Session& session) {
-  const auto answer = session.appCommunication();
+std::int64_t queueLimit(const std::shared_ptr<const AppCommunication>& answer) {
   if (!answer || !answer->configuration) return 0;
   return answer->configuration->offlineQueueSize.value_or(0);
 }
@@ -141,9 +140,10 @@ bool ServiceClient::mayGoOut(const OutgoingRequest& request) const {
 void ServiceClient::storeCopy(const std::shared_ptr<OutgoingRequest>& request) const {
   const bool isOnline = runtime_->session.networkStatus == KifoNetworkStatus::ONLINE;
   const std::int64_t date = Platform::current()->clock->millisecondsSince1970() / 1000;
-  const bool hasCap = runtime_->session.appCommunication() != nullptr;
+  const auto answer = runtime_->session.appCommunication();
+  const bool hasCap = answer != nullptr;
   const bool isQueued = db().cacheLog(
-      queueLimit(runtime_->session), request->id,
+      queueLimit(answer), request->id,
       [request, isOnline, date] { return copyOf(*request, isOnline, date); },
       [self = shared_from_this(), request, hasCap](CopyOutcome outcome) {
         self->copied(*request, outcome, hasCap);

@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/ViewController.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/SdkTest.h"
 
@@ -26,6 +28,11 @@ void expectSum(const Counts& counts) {
     EXPECT_GE(counts[counter], 0) << name(counter);
   }
 }
+
+class Screen final : public ViewController {
+ public:
+  [[nodiscard]] std::string className() const override { return "Screen"; }
+};
 
 class StatisticsTest : public SdkTest {
  protected:
@@ -167,6 +174,34 @@ TEST_F(StatisticsTest, AFileFromBeforeTheyWereCountedStaysAsItIs) {
   EXPECT_EQ(Kifo::statistics().sinceInitialize[Counter::found], 1);
   EXPECT_EQ(rows("select name from sqlite_master where type = 'table' and name like 'Kifo%'"),
             std::vector<std::string>{"KifoLog"});
+}
+
+TEST_F(StatisticsTest, EachDuePopupIsShownOrRefusedForOneReason) {
+  start(R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":2},"model":[
+    {"uuid":"u1","type":"POPUP","maxShowCount":1,"triggeringEventName":"good","buttons":[]},
+    {"uuid":"u2","type":"POPUP","triggeringEventName":"bad","buttons":[]},
+    {"uuid":"u3","type":"SURVEY","maxShowCount":1,"triggeringEventName":"bad"},
+    {"uuid":"u4","type":"SCORE","maxShowCount":1,"triggeringEventName":"bad"},
+    {"uuid":"u5","type":"CAKE","maxShowCount":1,"triggeringEventName":"bad"}]})");
+  auto screen = std::make_shared<Screen>();
+  const auto trigger = [&](const char* event, const std::shared_ptr<Screen>& controller) {
+    KifoEventManager::sendEvent(controller, event, std::nullopt);
+    fake.runUntilIdle();
+    fake.advance(0.5);
+    auto popups = grown();
+    std::erase_if(popups, [](const auto& each) { return !each.first.starts_with("popups"); });
+    return popups;
+  };
+  EXPECT_EQ(trigger("good", screen), (Grown{{"popupsDue", 1}, {"popupsShown", 1}}));
+  EXPECT_EQ(trigger("good", screen), (Grown{{"popupsDue", 1}, {"popupsRefusedNoShowsLeft", 1}}));
+  EXPECT_EQ(trigger("good", nullptr), (Grown{{"popupsDue", 1}, {"popupsRefusedNoScreen", 1}}));
+  EXPECT_EQ(trigger("bad", screen), (Grown{{"popupsDue", 4},
+                                           {"popupsRefusedUnidentified", 1},
+                                           {"popupsRefusedOptions", 1},
+                                           {"popupsRefusedScoreRange", 1},
+                                           {"popupsRefusedUnknownType", 1}}));
+  fake.popups->requests().front()->actionItem(nullptr);
+  EXPECT_EQ(grown().at("popupsClosed"), 1);
 }
 
 TEST_F(StatisticsTest, AReaderBesideSendersNeverSeesAnEventTwiceOrNotAtAll) {
