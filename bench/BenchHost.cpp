@@ -13,6 +13,7 @@
 #include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/WatchSocket.h"
 
 namespace kifo::bench {
 namespace {
@@ -32,6 +33,7 @@ BenchHost::BenchHost(const BenchServer& server)
   LinuxPlatformOptions options;
   options.documentsDirectory = directory_;
   Platform platform = makeLinuxPlatform(options);
+  platform.watch = std::make_shared<WatchSocket>(directory_ + "/run");
   platform.console = nullPlatform().console;
   platform.reachability = nullPlatform().reachability;
   Platform::install(std::move(platform));

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "bench/BenchHost.h"
@@ -19,6 +20,7 @@ namespace kifo::bench {
 namespace {
 
 constexpr int kEvents = 2000;
+constexpr int kRounds = 5;
 constexpr auto kPause = std::chrono::microseconds(500);
 
 double microsecondsOf(const std::function<void()>& work) {
@@ -109,6 +111,31 @@ void measure(bool online, int depth, int threads) {
       {{"median, x floor", median}, {"99 %, x floor", tail}});
 }
 
+Samples sendSamples(const BenchServer& server, bool canBeWatched) {
+  BenchHost host(server);
+  host.start();
+  if (canBeWatched) Kifo::enableWatching();
+  return timed(1,
+               [](EventParameters parameters) {
+                 KifoEventManager::sendEvent("bench", std::nullopt, std::move(parameters));
+               })
+      .work;
+}
+
+/// Sessions with and without turn about, so that the machine does the same to both.
+void measureWatching() {
+  const BenchServer server(BenchServer::Manner::instant);
+  Samples without;
+  Samples with;
+  for (int round = 0; round < kRounds; ++round) {
+    without.add(sendSamples(server, false));
+    with.add(sendSamples(server, true));
+  }
+  row("online, 1 thread(s), watching is enabled and nobody looks", quantiles(with),
+      ratio(with.median() / without.median()) + " x without (" + quantiles(without) +
+          "); wanted 1.01");
+}
+
 }  // namespace
 
 void callerBench() {
@@ -119,6 +146,7 @@ void callerBench() {
       for (const int threads : {1, 4}) measure(online, depth, threads);
     }
   }
+  measureWatching();
 }
 
 }  // namespace kifo::bench

@@ -20,6 +20,7 @@ Platform FakePlatform::platform() const {
   platform.console = console;
   platform.clock = clock;
   platform.identifiers = identifiers;
+  platform.watch = watch;
   platform.inspector = inspector;
   platform.documentsDirectory = directory.path();
   platform.temporaryDirectory = directory.path();

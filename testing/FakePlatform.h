@@ -14,6 +14,7 @@
 #include "testing/FakeReachability.h"
 #include "testing/FakeSerialQueue.h"
 #include "testing/FakeUserDefaults.h"
+#include "testing/FakeWatchService.h"
 #include "testing/ManualExecutor.h"
 #include "testing/RecordingConsole.h"
 #include "testing/RecordingInspector.h"
@@ -56,6 +57,7 @@ struct FakePlatform {
   std::shared_ptr<RecordingConsole> console = std::make_shared<RecordingConsole>();
   std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
   std::shared_ptr<FakeIdentifiers> identifiers = std::make_shared<FakeIdentifiers>();
+  std::shared_ptr<FakeWatchService> watch = std::make_shared<FakeWatchService>();
   std::shared_ptr<RecordingInspector> inspector = std::make_shared<RecordingInspector>();
 };
 

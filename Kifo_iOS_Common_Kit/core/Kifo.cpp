@@ -8,6 +8,7 @@
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
 #include "Kifo_iOS_Common_Kit/core/PreferencesManager.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/Watching.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
@@ -159,6 +160,7 @@ void begin(const std::shared_ptr<Runtime>& runtime, const KifoInitConfig& config
   session.isInstall = false;
   session.initializeStatus = InitializeStatusType::INITIALIZING;
   print("Kifo is being initialized");
+  startWatchingIfAsked();
   session.updateIdentity([&](Session::Identity& identity) {
     identity.apiUri = configuration.apiUri;
     identity.listenerUri = configuration.listenerUri;
@@ -187,6 +189,7 @@ void begin(const std::shared_ptr<Runtime>& runtime, const KifoInitConfig& config
 void beginShortForm(const std::shared_ptr<Runtime>& runtime, const Session::Identity& given,
                     bool offlineCachingDisabled) {
   print("Kifo is being initialized");
+  startWatchingIfAsked();
   runtime->session.updateIdentity([&](Session::Identity& identity) {
     identity.apiUri = given.apiUri;
     identity.listenerUri = given.listenerUri;
@@ -433,6 +436,10 @@ std::optional<double> Kifo::requestTimeout() {
 Statistics Kifo::statistics() {
   const auto runtime = Runtime::existing();
   return runtime ? runtime->counters->read() : Statistics();
+}
+
+void Kifo::enableWatching() {
+  startWatching();
 }
 
 bool Kifo::waitUntilIdle(double bound) {

@@ -144,6 +144,11 @@ class KIFO_EXPORT Kifo {
   /// sender takes. Without a session, before the first call and after `shutdown`, all are 0.
   static Statistics statistics();
 
+  /// Lets tools of this user look into the process until `shutdown`, as KIFO_WATCH=1 in the
+  /// environment does: every event, decision and reason as it happens, the counters, the stored
+  /// rows, the campaigns; tokens are masked. They can change nothing. See docs/tool.md.
+  static void enableWatching();
+
   /// Waits until everything that was sent has been stored and answered, `bound` seconds at most
   /// (a day at most). True when nothing is left to do; timers (a popup that is due in half a
   /// second) do not count. Must not be called from one of the SDK's callbacks.

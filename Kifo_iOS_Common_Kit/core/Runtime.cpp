@@ -131,6 +131,7 @@ bool shutDownRuntime(double bound) {
   runtime->network->stopMonitoring();
   // The last tenth of the time is kept for ending the threads.
   const bool isIdle = drainAll(*runtime, *platform, Deadline(bounded(bound) * 0.9));
+  platform->watch->close();
   platform->http->stop();
   runtime->store()->stopWaitingForLocks();
   const bool answersDone = platform->answerQueue->stop(deadline.left());

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <memory>
 
+#include "Kifo_iOS_Common_Kit/core/CampaignOutcomes.h"
 #include "Kifo_iOS_Common_Kit/core/Consent.h"
 #include "Kifo_iOS_Common_Kit/core/Counters.h"
 #include "Kifo_iOS_Common_Kit/core/Session.h"
@@ -54,6 +55,7 @@ class Runtime {
   const std::unique_ptr<ResendSchedule> resend;
   const std::shared_ptr<NetworkManager> network;
   const std::shared_ptr<PopupGate> popupGate;
+  CampaignOutcomes campaignOutcomes;
 
   /// The store of requests, made on first use for the platform that is then in force.
   std::shared_ptr<KifoSqliteManager> store();

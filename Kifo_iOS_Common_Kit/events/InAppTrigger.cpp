@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"
+#include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
 namespace {

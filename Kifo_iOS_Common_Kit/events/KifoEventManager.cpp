@@ -17,6 +17,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
+#include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {
 
@@ -46,17 +47,32 @@ bool isBlocked(const Session& session, const std::string& eventName) {
                              [&](const auto& entry) { return entry->name == eventName; });
 }
 
-/// The event's dictionary, composed by whichever thread first needs it. An inspector sees it now.
-RequestParameters parametersOf(BaseEvent event, const std::string& requestId) {
-  if (!Platform::current()->inspector) {
-    return {[event = std::move(event)] { return compose(event); }};
-  }
-  const std::string name = event.name;
-  const auto dictionary = std::make_shared<const EventParameters>(compose(std::move(event)));
+void inspectComposed(const std::string& name, const std::string& requestId,
+                     const EventParameters& dictionary) {
   KIFO_INSPECT(
       "composed",
-      {{"event", name}, {"requestId", requestId}, {"parameters", jsonFromValue(*dictionary)}});
-  return {dictionary};
+      {{"event", name}, {"requestId", requestId}, {"parameters", jsonFromValue(dictionary)}});
+}
+
+/// The event's dictionary, composed by whichever thread first needs it: tools that follow see it
+/// then. An inspector sees it now.
+RequestParameters parametersOf(BaseEvent event, const std::string& requestId) {
+  if (hasInspector()) {
+    const std::string name = event.name;
+    const auto dictionary = std::make_shared<const EventParameters>(compose(std::move(event)));
+    inspectComposed(name, requestId, *dictionary);
+    return {dictionary};
+  }
+  if (!isWatched.load(std::memory_order_relaxed)) {
+    return {[event = std::move(event)] { return compose(event); }};
+  }
+  // The name by which a tool knows the request, also if it is never composed.
+  tellTools({"event", {{"event", event.name}, {"requestId", requestId}}});
+  return {[event = std::move(event), requestId] {
+    EventParameters dictionary = compose(event);
+    inspectComposed(event.name, requestId, dictionary);
+    return dictionary;
+  }};
 }
 
 bool isDropped(const Runtime& runtime, const BaseEvent& event) {
@@ -116,7 +132,7 @@ void show(PopupType type, const DuePopup& due) {
   const auto controller = due.controller.lock();
   if (!controller) {
     count(Counter::popupsRefusedNoScreen);
-    KIFO_INSPECT("campaign", {{"uuid", due.item->uuid.value_or("")}, {"outcome", "screen gone"}});
+    rules::inspect(*due.item, "screen gone", "");
     return;
   }
   PopupManager manager(KifoEventManager::reporter());
@@ -145,10 +161,7 @@ bool isEmpty(const InAppAnswer& answer) {
 
 /// What became of a campaign, and for what reason.
 void inspect(const AppCommunicationItem* item, const char* outcome, const char* reason = "") {
-  KIFO_INSPECT("campaign", {{"uuid", item ? item->uuid.value_or("") : ""},
-                            {"type", item ? item->type.value_or("") : ""},
-                            {"outcome", outcome},
-                            {"reason", reason}});
+  rules::inspect(item ? *item : AppCommunicationItem(), outcome, reason);
 }
 
 class Reporter final : public InAppReporter {

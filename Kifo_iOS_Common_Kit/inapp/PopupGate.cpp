@@ -84,7 +84,7 @@ void PopupGate::setDecider(PopupDecider decider) {
     if (isClosed_) return;
     decider_.swap(next);
   }
-  askAgain();
+  queueHeld();
 }
 
 void PopupGate::setPaused(bool isPaused) {
@@ -93,7 +93,7 @@ void PopupGate::setPaused(bool isPaused) {
     if (std::exchange(isPaused_, isPaused) == isPaused) return;
   }
   tellListeners();
-  askAgain();
+  queueHeld();
 }
 
 bool PopupGate::isPaused() const {
@@ -106,12 +106,19 @@ std::uint64_t PopupGate::nextOrder() {
   return ++lastOrder_;
 }
 
+std::uint64_t PopupGate::asks() const {
+  const MutexLock lock(mutex_);
+  return asks_;
+}
+
 void PopupGate::present(const Request& request) {
-  if (isPaused()) return hold(request, "popups are paused");
+  const auto asksBefore = asks();
+  if (isPaused()) return hold(request, "popups are paused", asksBefore);
   Platform::current()->popups->present(request);
 }
 
 bool PopupGate::allows(const Request& request) {
+  const auto asksBefore = asks();
   const auto decision = isPaused() ? PopupDecision::later : decide(*request);
   bool isPausedNow = false;
   {
@@ -126,7 +133,7 @@ bool PopupGate::allows(const Request& request) {
     return false;
   }
   if (decision == PopupDecision::show && !isPausedNow) return true;
-  hold(request, isPausedNow ? "popups are paused" : "the host's gate");
+  hold(request, isPausedNow ? "popups are paused" : "the host's gate", asksBefore);
   return false;
 }
 
@@ -144,7 +151,7 @@ PopupDecision PopupGate::decide(const PopupRequest& request) {
   return decision;
 }
 
-void PopupGate::hold(const Request& request, const char* reason) {
+void PopupGate::hold(const Request& request, const char* reason, std::uint64_t asksBefore) {
   const std::string& campaign = *itemOf(*request).uuid;
   const auto isTheSame = [&](const Request& each) {
     return *itemOf(*each).uuid == campaign && isSameScreen(*each, *request);
@@ -153,9 +160,11 @@ void PopupGate::hold(const Request& request, const char* reason) {
     return one->order < other->order;
   };
   bool isRepeated = false;
+  bool isOvertaken = false;
   {
     const MutexLock lock(mutex_);
     if (isClosed_) return;
+    isOvertaken = asks_ != asksBefore;
     isRepeated = std::ranges::any_of(held_, isTheSame);
     if (!isRepeated) {
       held_.insert(std::ranges::upper_bound(held_, request, isBefore), request);
@@ -163,12 +172,23 @@ void PopupGate::hold(const Request& request, const char* reason) {
   }
   count(isRepeated ? Counter::popupsRefusedRepeated : Counter::popupsPaused);
   rules::inspect(itemOf(*request), "later", isRepeated ? "it waits already" : reason);
+  if (isOvertaken) queueHeld();
+}
+
+bool PopupGate::holds(const std::string& campaign) const {
+  const MutexLock lock(mutex_);
+  return std::ranges::any_of(held_,
+                             [&](const Request& each) { return *itemOf(*each).uuid == campaign; });
 }
 
 void PopupGate::askAgain() {
-  if (isDeciding) return;
+  if (!isDeciding) queueHeld();
+}
+
+void PopupGate::queueHeld() {
   {
     const MutexLock lock(mutex_);
+    ++asks_;
     if (held_.empty() || isPaused_ || std::exchange(isAskDue_, true)) return;
   }
   Platform::current()->mainQueue->post([weak = weak_from_this()] {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupInfo.h"
@@ -36,6 +37,9 @@ class PopupGate : public std::enable_shared_from_this<PopupGate> {
   /// Whether the popup may show now. If not, it is held back or, after "never", to be dropped.
   bool allows(const Request& request);
 
+  /// Whether the campaign is held back.
+  [[nodiscard]] bool holds(const std::string& campaign) const;
+
   /// Hands what is held back to the presenter again, on the main queue. Does nothing while popups
   /// are paused, or when the host's gate itself calls it.
   void askAgain();
@@ -48,14 +52,19 @@ class PopupGate : public std::enable_shared_from_this<PopupGate> {
 
  private:
   PopupDecision decide(const PopupRequest& request);
-  void hold(const Request& request, const char* reason);
+  [[nodiscard]] std::uint64_t asks() const;
+  /// `asksBefore` is what `asks` was before this was decided: if popups were to be asked for again
+  /// meanwhile, this one is too.
+  void hold(const Request& request, const char* reason, std::uint64_t asksBefore);
+  void queueHeld();
   void presentHeld();
 
   mutable Mutex mutex_;
   std::shared_ptr<const PopupDecider> decider_ KIFO_GUARDED_BY(mutex_);
   std::vector<Request> held_ KIFO_GUARDED_BY(mutex_);  ///< By their order.
   std::uint64_t lastOrder_ KIFO_GUARDED_BY(mutex_) = 0;
-  bool isAskDue_ KIFO_GUARDED_BY(mutex_) = false;  ///< `presentHeld` is queued.
+  std::uint64_t asks_ KIFO_GUARDED_BY(mutex_) = 0;  ///< How often held popups were asked for.
+  bool isAskDue_ KIFO_GUARDED_BY(mutex_) = false;   ///< `presentHeld` is queued.
   bool isPaused_ KIFO_GUARDED_BY(mutex_) = false;
   bool isClosed_ KIFO_GUARDED_BY(mutex_) = false;
 };

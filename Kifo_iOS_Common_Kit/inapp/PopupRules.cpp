@@ -35,7 +35,15 @@ std::string countMessage(const ListRule& rule, std::string_view sign, std::size_
 
 }  // namespace
 
+void remember(const AppCommunicationItem& item, std::string outcome) {
+  const auto runtime = Runtime::existing();
+  if (runtime && item.uuid) runtime->campaignOutcomes.set(*item.uuid, std::move(outcome));
+}
+
 void inspect(const AppCommunicationItem& item, std::string_view outcome, std::string_view reason) {
+  std::string words(outcome);
+  if (!reason.empty()) words.append(": ").append(reason);
+  remember(item, std::move(words));
   KIFO_INSPECT("campaign", {{"uuid", item.uuid.value_or("")},
                             {"type", item.type.value_or("")},
                             {"outcome", std::string(outcome)},
@@ -72,20 +80,26 @@ bool hasScoreRange(const AppCommunicationItem& item) {
   return false;
 }
 
-bool isExpired(const AppCommunicationItem& item) {
+bool hasExpired(const AppCommunicationItem& item) {
   if (!item.expireDate) return false;
   const double milliseconds =
       *item.expireDate < kFirstMilliseconds ? *item.expireDate * 1000.0 : *item.expireDate;
-  const auto now = static_cast<double>(Platform::current()->clock->millisecondsSince1970());
-  if (milliseconds >= now) return false;
-  KIFO_INSPECT("campaign", {{"uuid", item.uuid.value_or("")}, {"outcome", "expired"}});
+  return milliseconds < static_cast<double>(Platform::current()->clock->millisecondsSince1970());
+}
+
+bool isExpired(const AppCommunicationItem& item) {
+  if (!hasExpired(item)) return false;
+  inspect(item, "expired", "");
   return true;
 }
 
-std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item) {
+std::int64_t storedShows(const AppCommunicationItem& item) {
   const auto defaults = Platform::current()->userDefaults;
-  const std::int64_t left =
-      defaults->value(*item.uuid) ? defaults->integer(*item.uuid) : *item.maxShowCount;
+  return defaults->value(*item.uuid) ? defaults->integer(*item.uuid) : *item.maxShowCount;
+}
+
+std::optional<std::int64_t> showsLeft(const AppCommunicationItem& item) {
+  const std::int64_t left = storedShows(item);
   if (left >= 1) return left;
   refuse(item, Counter::popupsRefusedNoShowsLeft,
          "maxShowCount <= 0 -> maxShowCount = " + std::to_string(left));

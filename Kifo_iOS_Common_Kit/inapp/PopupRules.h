@@ -45,8 +45,14 @@ bool hasConsent(const Runtime& runtime, const AppCommunicationItem& item);
 /// Whether the lowest and the highest score are there, in order and within 0 to `kHighestScore`.
 bool hasScoreRange(const AppCommunicationItem& item);
 
-/// Whether the campaign's `expireDate` has passed; the inspector is told.
+/// Whether the campaign's `expireDate` has passed.
+bool hasExpired(const AppCommunicationItem& item);
+/// The same; the inspector is told.
 bool isExpired(const AppCommunicationItem& item);
+
+/// How many shows are left of a campaign with an identity: what this device has stored, else what
+/// the server says.
+std::int64_t storedShows(const AppCommunicationItem& item);
 
 /// How many shows are left, or none when there are none. What this device has stored counts for
 /// more than what the server says now.
@@ -69,7 +75,9 @@ Buttons firstOf(const ListRule& rule, std::optional<Buttons> list);
 /// The emojis that the campaign offers; none when it has no list of them.
 std::optional<Buttons> offeredEmojis(const AppCommunicationItem& item);
 
-/// Tells the inspector what became of the campaign.
+/// Tells the inspector what became of the campaign, and remembers it for tools.
 void inspect(const AppCommunicationItem& item, std::string_view outcome, std::string_view reason);
+/// Remembers it alone.
+void remember(const AppCommunicationItem& item, std::string outcome);
 
 }  // namespace kifo::rules

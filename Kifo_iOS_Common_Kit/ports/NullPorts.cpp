@@ -87,6 +87,13 @@ class NullRandomIdentifiers final : public RandomIdentifiers {
   std::string uuid() override { return "00000000-0000-4000-8000-000000000000"; }
 };
 
+class NullWatchService final : public WatchService {
+ public:
+  std::string open(Source) override { return "this platform has no such service"; }
+  void publish(std::string) override {}
+  void close() override {}
+};
+
 }  // namespace
 
 Platform nullPlatform() {
@@ -105,6 +112,7 @@ Platform nullPlatform() {
   platform.console = std::make_shared<NullConsoleSink>();
   platform.clock = std::make_shared<NullClock>();
   platform.identifiers = std::make_shared<NullRandomIdentifiers>();
+  platform.watch = std::make_shared<NullWatchService>();
   return platform;
 }
 

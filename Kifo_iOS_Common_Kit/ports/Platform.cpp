@@ -41,6 +41,7 @@ Platform filled(Platform platform) {
   fill(platform.console, null.console);
   fill(platform.clock, null.clock);
   fill(platform.identifiers, null.identifiers);
+  fill(platform.watch, null.watch);
   return platform;
 }
 

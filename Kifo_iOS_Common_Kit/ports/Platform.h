@@ -17,6 +17,7 @@
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 #include "Kifo_iOS_Common_Kit/ports/StoreFiles.h"
 #include "Kifo_iOS_Common_Kit/ports/UserDefaults.h"
+#include "Kifo_iOS_Common_Kit/ports/WatchService.h"
 
 namespace kifo {
 
@@ -46,6 +47,7 @@ struct KIFO_EXPORT Platform {
   std::shared_ptr<ConsoleSink> console;
   std::shared_ptr<Clock> clock;
   std::shared_ptr<RandomIdentifiers> identifiers;
+  std::shared_ptr<WatchService> watch;
   std::shared_ptr<Inspector> inspector;
   std::shared_ptr<StoreFiles> storeFiles;  ///< Null: the disk.
   std::string documentsDirectory;          ///< Of "KifoLog.db". Created when first needed.

@@ -8,6 +8,7 @@
 #include "apps/kifo/log/LogCommand.h"
 #include "apps/kifo/preview/PreviewCommand.h"
 #include "apps/kifo/serve/ServeCommand.h"
+#include "apps/kifo/watch/WatchCommand.h"
 
 int main(int argc, char** argv) {
   CLI::App program("The customer-engagement SDK in a tool", "kifo");
@@ -17,6 +18,7 @@ int main(int argc, char** argv) {
   kifo::tool::addServeCommand(program, status);
   kifo::tool::addPreviewCommand(program, status);
   kifo::tool::addLogCommand(program, status);
+  kifo::tool::addWatchCommand(program, status);
   kifo::tool::addHostCommand(program, status);
   try {
     program.parse(argc, argv);

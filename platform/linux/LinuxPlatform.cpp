@@ -14,6 +14,7 @@
 #include "platform/linux/LinuxDeviceProbe.h"
 #include "platform/linux/LinuxSerialQueue.h"
 #include "platform/linux/NetlinkReachability.h"
+#include "platform/linux/WatchSocket.h"
 
 namespace kifo {
 namespace {
@@ -58,6 +59,7 @@ Platform makeLinuxPlatform(const LinuxPlatformOptions& options) {
                                                                       directories.program)});
   platform.clock = std::make_shared<LinuxClock>(main, environment("TZ"));
   platform.identifiers = std::make_shared<KernelIdentifiers>();
+  platform.watch = std::make_shared<WatchSocket>();
 
   if (options.documentsDirectory.empty() && !directories.problem.empty()) {
     // Not by Console::print: it would ask for the platform that is being made.

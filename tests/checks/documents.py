@@ -9,6 +9,8 @@ import re
 import sys
 
 ROOT = pathlib.Path(sys.argv[1])
+# Values in a line, not lines.
+KNOWN_ELSEWHERE = {"true", "false", "uuid", "type"}
 
 
 def code_blocks(document, language):
@@ -16,8 +18,8 @@ def code_blocks(document, language):
     return re.findall(rf"^```{language}\n(.*?)^```$", text, re.DOTALL | re.MULTILINE)
 
 
-def sources():
-    for top in ("Kifo_iOS_Common_Kit", "platform", "apps"):
+def sources(*tops):
+    for top in tops:
         for path in (ROOT / top).rglob("*"):
             if path.suffix in (".h", ".cpp"):
                 yield path.read_text(encoding="utf-8")
@@ -43,7 +45,7 @@ def inspector_lists_every_decision():
                         re.MULTILINE)
     known = {kind for cell in listed for kind in re.findall(r"`(\w+)`", cell)}
     told = set()
-    for text in sources():
+    for text in sources("Kifo_iOS_Common_Kit", "platform", "apps"):
         for line in re.sub(r"^\s*///?.*$|^#define.*$", "", text, flags=re.MULTILINE).split("KIFO_INSPECT(")[1:]:
             told.update(re.findall(r'"(\w+)"', line.split("{")[0]))
     for kind in sorted(told - known):
@@ -83,6 +85,56 @@ def write_table_of_keys():
                     encoding="utf-8")
 
 
+def arguments(text, function):
+    """The text between the parentheses of each call of a function whose name fits `function`."""
+    for call in re.finditer(rf"\b(?:{function})\(", text):
+        depth, end, is_text = 1, call.end(), False
+        while depth > 0 and end < len(text):
+            if text[end] == '"' and text[end - 1] != "\\":
+                is_text = not is_text
+            if not is_text:
+                depth += {"(": 1, ")": -1}.get(text[end], 0)
+            end += 1
+        yield text[call.end():end - 1]
+
+
+def literals(text):
+    """The string literals in `text`; those that stand side by side are one."""
+    one = r'"((?:[^"\\]|\\.)*)"'
+    for group in re.finditer(rf"{one}(?:\s*{one})*", text):
+        yield "".join(re.findall(one, group[0])).replace('\\"', '"')
+
+
+def said(text):
+    """What a source says on the console and to the inspector: its lines, outcomes and reasons."""
+    for call in arguments(text, r"print|printBare|fatalError|refuse|notShown|sayNotShown"):
+        yield from literals(re.sub(r"logTag\([^)]*\)|^\"\w+Presenter\",", "", call))
+    for line in re.findall(r"\b(?:message|kEmptyTried) = (\"[^;]*);", text):
+        yield from literals(line)
+    for call in arguments(text, "KIFO_INSPECT"):
+        yield from literals(call.split("{")[0])
+        yield from literals("".join(re.findall(r'"(?:outcome|reason|gate)",([^}]*)}', call)))
+    for call in arguments(text, "inspect"):
+        yield from literals(call)
+
+
+def why_explains_what_is_said():
+    """Of a text that is put together each part is looked for."""
+    code = list(sources("Kifo_iOS_Common_Kit", "platform"))
+    why = (ROOT / "docs/why.md").read_text(encoding="utf-8")
+    told = {text.strip() for source in code for text in said(source)}
+    told = {text for text in told if len(re.findall(r"[A-Za-z]", text)) > 3}
+    for text in sorted(told - KNOWN_ELSEWHERE):
+        if text not in why:
+            yield f"docs/why.md does not explain \"{text}\""
+    written = "\n".join(text for source in code for text in literals(source))
+    for cell in re.findall(r"^\| (`.*?) \|", why, re.MULTILINE):
+        for text in re.findall(r"`([^`]+)`", cell):
+            for part in (part.strip() for part in text.split("…")):
+                if len(part) > 3 and part not in written:
+                    yield f"docs/why.md explains \"{part}\", which nobody says"
+
+
 def links_lead_somewhere():
     for document in [ROOT / "README.md", *(ROOT / "docs").glob("*.md")]:
         for target in re.findall(r"\]\(([^)#:]+)\)", document.read_text(encoding="utf-8")):
@@ -95,7 +147,7 @@ def main():
         write_table_of_keys()
     found = [problem for check in (readme_shows_the_sample, storage_shows_the_statement,
                                    inspector_lists_every_decision, privacy_lists_every_key,
-                                   links_lead_somewhere)
+                                   why_explains_what_is_said, links_lead_somewhere)
              for problem in check()]
     print(*found, sep="\n")
     return 1 if found else 0

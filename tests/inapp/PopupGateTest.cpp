@@ -4,6 +4,7 @@
 
 #include <map>
 #include <stdexcept>
+#include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
@@ -179,10 +180,18 @@ TEST_F(PopupGateTest, AGateMayThrowPauseReplaceItselfOrEndTheSdk) {
   Kifo::setPopupsPaused(false);
   EXPECT_THAT(shown(), IsEmpty());
   EXPECT_EQ(asked, 1) << "a gate that asks for itself is not asked without end";
+  // Another thread lets popups show while the gate still says later.
+  Kifo::setPopupGate([&](const PopupInfo&) {
+    std::thread([] { Kifo::popupsMayShow(); }).join();
+    return ++asked == 2 ? PopupDecision::later : PopupDecision::never;
+  });
+  EXPECT_THAT(shown(), IsEmpty());
+  EXPECT_EQ(asked, 3);
   Kifo::setPopupGate([&, held = std::make_shared<int>(1)](const PopupInfo&) {
     Kifo::setPopupGate({});
     return *held == 1 ? PopupDecision::show : PopupDecision::never;
   });
+  due("a");
   EXPECT_THAT(shown(), ElementsAre("a"));
   Kifo::setPopupGate([](const PopupInfo&) {
     Kifo::shutdown(0.0);

@@ -278,6 +278,83 @@ class HostHomes(ToolCase):
         self.assertEqual(len(self.of("error", output)), 2)
 
 
+class Watch(ToolCase):
+    def setUp(self):
+        self.runtime = self.home()
+        os.chmod(self.runtime, 0o700)
+        self.environment = {**os.environ, "KIFO_WATCH": "1", "XDG_RUNTIME_DIR": self.runtime}
+
+    def start(self, *arguments, **pipes):
+        process = subprocess.Popen([KIFO, *arguments], text=True, env=self.environment,
+                                   stdout=subprocess.PIPE, **pipes)
+        self.addCleanup(lambda: (process.poll() is None and process.kill(), process.communicate()))
+        return process
+
+    def watch(self, *arguments):
+        return subprocess.run([KIFO, "watch", *arguments], capture_output=True, text=True,
+                              env=self.environment, timeout=BOUND)
+
+    def start_host(self):
+        """A host that has stored one event without a network."""
+        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        host = self.start("host", stdin=subprocess.PIPE)
+        self.tell(host, server.initialize(applicationName="shop"), IDLE, {"network": "offline"},
+                  self.event("kept"), IDLE, {"get": "Kifo.actorId"})
+        while "value" not in json.loads(host.stdout.readline()):
+            pass
+        return host
+
+    @staticmethod
+    def event(name):
+        return {"call": "KifoEventManager.sendEvent", "eventName": name}
+
+    @staticmethod
+    def tell(host, *lines):
+        for line in lines:
+            host.stdin.write(json.dumps(line) + "\n")
+        host.stdin.flush()
+
+    def test_a_host_is_found_told_of_and_followed_until_it_is_killed(self):
+        host = self.start_host()
+        listed = json.loads(self.watch("--list", "--json").stdout)
+        self.assertEqual((listed["pid"], listed["application"]), (host.pid, "shop"))
+        follower = self.start("watch", "shop", "--json")
+        self.assertEqual(json.loads(follower.stdout.readline())["kind"], "host")
+        state = json.loads(follower.stdout.readline())
+        self.assertEqual(state["rows"][-1]["event"], "kept")
+        self.assertGreaterEqual(state["counters"]["waiting"], 1)
+        self.tell(host, self.event("looked_at"))
+        told = {}
+        while "stored" not in told:
+            line = json.loads(follower.stdout.readline())
+            told[line["kind"]] = line
+        self.assertEqual(told["composed"]["event"], "looked_at")
+        self.assertEqual(told["composed"]["parameters"]["name"], "looked_at")
+        self.assertEqual(told["gated"]["gate"], "network")
+        host.kill()
+        host.wait(BOUND)
+        self.assertEqual(follower.wait(BOUND), 0)
+        gone = self.watch()
+        self.assertEqual(gone.returncode, 1)
+        self.assertIn("No host can be looked into", gone.stdout)
+        self.assertEqual(os.listdir(os.path.join(self.runtime, "kifo")), [])
+
+    def test_a_person_reads_columns_and_filters_by_event(self):
+        host = self.start_host()
+        self.assertIn("INITIALIZED, offline", self.watch("--state").stdout)
+        follower = self.start("watch", "--event", "wanted")
+        next(line for line in follower.stdout if "kept" in line)
+        self.tell(host, self.event("other"), self.event("wanted"))
+        rows = []
+        for row in map(str.split, follower.stdout):
+            if len(row) > 2 and row[1] in ("event", "composed", "gated", "stored"):
+                rows.append(row)
+            if row[1:2] == ["stored"]:
+                break
+        self.assertEqual({row[2] for row in rows}, {"wanted"})
+        self.assertIn("no host", self.watch("nobody").stderr)
+
+
 class HostPopups(ToolCase):
     def campaign(self, kind, **fields):
         return {"type": kind, "uuid": "u-" + kind, "maxShowCount": 5, "triggeringEventName": kind,

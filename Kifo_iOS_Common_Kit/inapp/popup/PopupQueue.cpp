@@ -6,6 +6,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 
 namespace kifo {
 
@@ -14,6 +15,7 @@ void sayNotShown(std::string_view presenter, const PopupRequest& request,
   count(Counter::popupsRefusedNotShowable);
   Console::print(logTag(presenter), "the popup is not shown: " + reason);
   const auto& item = request.preferences.appCommunicationItem;
+  if (item) rules::remember(*item, "not shown: " + reason);
   KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
                          {"outcome", "not shown"},
                          {"reason", reason}});

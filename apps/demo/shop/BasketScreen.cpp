@@ -1,6 +1,7 @@
 #include "apps/demo/shop/BasketScreen.h"
 
 #include <QHBoxLayout>
+#include <QTimer>
 
 #include "apps/demo/shop/AdaptiveRow.h"
 #include "apps/demo/shop/Picture.h"
@@ -11,6 +12,7 @@ namespace kifo::shop {
 namespace {
 
 constexpr int kRowHeight = 76;  // of a thumbnail and two lines beside it
+constexpr int kPayment = 2000;  // milliseconds
 
 }  // namespace
 
@@ -83,7 +85,16 @@ QWidget* BasketScreen::rowFor(const Basket::Entry& entry) const {
 
 void BasketScreen::order() {
   send("order_placed", {{"total", basket_.total()}, {"items", basket_.count()}});
+  popups_.setPopupsPaused(true);
+  order_->setText(tr("Paying …"));
+  order_->setEnabled(false);
+  QTimer::singleShot(kPayment, this, &BasketScreen::paid);
+}
+
+void BasketScreen::paid() {
+  order_->setText(tr("Place the order"));
   basket_.clear();
+  popups_.setPopupsPaused(false);
 }
 
 }  // namespace kifo::shop

@@ -2,6 +2,7 @@
 
 #include "apps/demo/shop/Basket.h"
 #include "apps/demo/shop/ShopScreen.h"
+#include "platform/qt/QtPopupSwitch.h"
 
 namespace kifo::shop {
 
@@ -16,7 +17,9 @@ class BasketScreen : public ShopScreen {
 
  private:
   void refresh();
+  /// Orders and pays. No popup shows while the payment is under way.
   void order();
+  void paid();
   QWidget* rowFor(const Basket::Entry& entry) const;
 
   Basket& basket_;
@@ -24,6 +27,7 @@ class BasketScreen : public ShopScreen {
   QVBoxLayout* const rows_;
   QLabel* const total_;
   PillButton* const order_;
+  QtPopupSwitch popups_;
 };
 
 }  // namespace kifo::shop

@@ -8,6 +8,7 @@
 #include <functional>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "apps/demo/shop/tour/PushTourDesktop.h"
 #include "apps/demo/shop/tour/Visit.h"
 
@@ -83,8 +84,23 @@ void coupon(Visit& visit) {
   expectAnswer(visit, "COUPON-10", {{"responseType", "REJECT"}, {"responseId", ""}});
 }
 
+/// The campaign of the order becomes due while the shop has paused popups for the payment.
+void payment(Visit& visit) {
+  visit.click("Place the order");
+  const auto isHeldBack = [] {
+    return Kifo::statistics().sinceInitialize[Counter::popupsPaused] > 0;
+  };
+  if (!QTest::qWaitFor(isHeldBack) || !Kifo::popupsPaused()) {
+    throw Visit::NotUsable("no popup was held back during the payment");
+  }
+  visit.save("12-payment");
+  visit.waitForOverlay();
+  if (Kifo::popupsPaused()) throw Visit::NotUsable("a popup shows during the payment");
+  visit.expectEvent({{"name", "in_app_opened"}, {"code", "SCORE-10"}, {"type", "SCORE"}});
+}
+
 void score(Visit& visit) {
-  open(visit, "Place the order", "SCORE", "SCORE-10", "12-score");
+  visit.keep("12-score");
   visit.tabTo("How likely are you to send a friend here?");
   visit.press(Qt::Key_Right, 9);
   visit.keep("13-score-nine");
@@ -211,6 +227,7 @@ bool runTour(QWidget& window, testing::LocalServer& server, PushTourDesktop& des
       {"A plain popup", [&] { plainPopup(visit); }},
       {"An emoji rating", [&] { emoji(visit); }},
       {"A coupon", [&] { coupon(visit); }},
+      {"A payment, during which popups wait", [&] { payment(visit); }},
       {"A score", [&] { score(visit); }},
       {"An open-ended question", [&] { openEnded(visit); }},
       {"A survey", [&] { survey(visit); }},
