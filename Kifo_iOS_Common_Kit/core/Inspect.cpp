@@ -43,14 +43,7 @@ Value shown(const std::string& key, const std::string& text) {
   return text;
 }
 
-}  // namespace
-
-std::atomic<bool> isWatched = false;
-
-bool hasInspector() {
-  return Platform::current()->inspector != nullptr;
-}
-
+/// The decision as a line of JSON, with the present time.
 std::string watchLine(const Decision& decision) {
   Value::Map line;
   for (const auto& [key, text] : decision.particulars) line.emplace(key, shown(key, text));
@@ -59,10 +52,18 @@ std::string watchLine(const Decision& decision) {
   return jsonFromValue(line);
 }
 
+}  // namespace
+
+std::atomic<bool> Watch::isOn = false;
+
+bool hasInspector() {
+  return Platform::current()->inspector != nullptr;
+}
+
 void tellDecision(const Decision& decision) {
   const auto platform = Platform::current();
   if (platform->inspector) platform->inspector->decided(decision);
-  if (isWatched.load(std::memory_order_relaxed)) tellTools(decision);
+  if (Watch::isOn.load(std::memory_order_relaxed)) tellTools(decision);
 }
 
 void tellTools(const Decision& decision) {

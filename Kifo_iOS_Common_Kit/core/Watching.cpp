@@ -129,7 +129,7 @@ void startWatching() {
              Platform::current()->mainQueue->post(
                  [reply = std::move(reply)] { replyWithState(reply); });
            },
-       .followed = [](bool isFollowed) { isWatched = isFollowed; }});
+       .followed = [](bool isFollowed) { Watch::isOn = isFollowed; }});
   Console::print(Kifo::LOG_TAG, problem.empty() ? "\"kifo watch\" can look into this process"
                                                 : "\"kifo watch\" is not possible: " + problem);
 }

@@ -63,7 +63,7 @@ RequestParameters parametersOf(BaseEvent event, const std::string& requestId) {
     inspectComposed(name, requestId, *dictionary);
     return {dictionary};
   }
-  if (!isWatched.load(std::memory_order_relaxed)) {
+  if (!Watch::isOn.load(std::memory_order_relaxed)) {
     return {[event = std::move(event)] { return compose(event); }};
   }
   // The name by which a tool knows the request, also if it is never composed.

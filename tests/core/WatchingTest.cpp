@@ -62,7 +62,7 @@ TEST_F(WatchingTest, NothingIsPublishedUntilAToolFollowsAndThenEachDecisionAsItH
   EXPECT_THAT(kinds(), ::testing::IsSupersetOf({"composed", "stored"}));
   Kifo::shutdown(0.0);
   EXPECT_FALSE(fake.watch->isOpen());
-  EXPECT_FALSE(isWatched);
+  EXPECT_FALSE(Watch::isOn);
 }
 
 TEST_F(WatchingTest, TokensAreMaskedAndAddressesLoseTheirQuery) {
