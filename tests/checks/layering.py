@@ -30,6 +30,7 @@ LAYERS = [
     [KIT + "notifications/"],
     [KIT + "core/Kifo."],
     ["platform/qt/"],
+    ["platform/qml/"],
     ["apps/"],
 ]
 LAYER = {module: number for number, modules in enumerate(LAYERS) for module in modules}
@@ -49,9 +50,10 @@ FACADE = (KIT + "core/Kifo.", KIT + "core/Runtime.cpp", KIT + "core/Consent.cpp"
 MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
 # kifo::kit is linked without Qt, so nothing of it includes these folders.
-QT_FOLDERS = (KIT + "inapp/views/", KIT + "inapp/quick/", "platform/qt/")
+QT_FOLDERS = (KIT + "inapp/views/", KIT + "inapp/quick/", "platform/qt/", "platform/qml/")
 # Others that may include Qt. The headless demo is built without it.
-QT_USERS = (*QT_FOLDERS, "testing/ui/", "apps/demo/shop/", "apps/kifo/")
+QT_USERS = (*QT_FOLDERS, "testing/ui/", "apps/demo/HasDisplay.h", "apps/demo/shop/",
+            "apps/demo/kiosk/", "apps/kifo/")
 SYSTEM_FOLDERS = ("platform/", "apps/", "testing/")
 # What stands above the ports and yet may include a header of the system's or of a C library, by the
 # start of its path.

@@ -208,7 +208,7 @@ bool AlertCard::readsBefore(const QWidget* former, const QWidget* latter) const 
 QPainterPath AlertCard::makeOutline() const {
   QPainterPath path;
   const double radius = appearance_.contentViewCornerRadius;
-  path.addRoundedRect(panel(), radius, radius);
+  path.addRoundedRect(places_.panel, radius, radius);
   if (places_.disc.isEmpty()) return path;
   QPainterPath disc;
   disc.addEllipse(places_.disc);
@@ -221,7 +221,7 @@ void AlertCard::paintEvent(QPaintEvent* /*event*/) {
   painter.setPen(QPen(appearance_.contentViewBorderColor, kBorder));
   painter.setBrush(appearance_.contentViewColor);
   const double radius = appearance_.contentViewCornerRadius;
-  painter.drawRoundedRect(QRectF(panel()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  painter.drawRoundedRect(QRectF(places_.panel).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
 }
 
 void AlertCard::enterEvent(QEnterEvent* event) {

@@ -49,11 +49,8 @@ class AlertCard : public QWidget {
   /// Scrolls so that `part` is seen, if it is on the card and the card scrolls.
   void reveal(QWidget* part);
 
-  /// The card without the circle's upper half, in its own coordinates.
-  [[nodiscard]] QRect panel() const { return places_.panel; }
+  [[nodiscard]] const AlertPlaces& places() const { return places_; }
   [[nodiscard]] double cornerRadius() const { return appearance_.contentViewCornerRadius; }
-  /// The circle, in the card's coordinates; empty without one.
-  [[nodiscard]] QRect disc() const { return places_.disc; }
   /// The outline of the card with its circle.
   [[nodiscard]] const QPainterPath& outline() const { return outline_; }
   /// The uppermost field; null without one.

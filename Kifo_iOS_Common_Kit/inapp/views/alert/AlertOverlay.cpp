@@ -14,7 +14,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertCard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertAnimator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/DisposeLater.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/WidgetOpacity.h"
 
 namespace kifo {
@@ -202,26 +201,8 @@ void AlertOverlay::paintEvent(QPaintEvent* event) {
   if (card_ == nullptr) return;
   QPainter painter(this);
   painter.setOpacity(animator_->opacity());
-  paintShadow(painter);
-}
-
-/// Only outside of the card and its circle, which are translucent while they fade.
-void AlertOverlay::paintShadow(QPainter& painter) const {
-  painter.setRenderHint(QPainter::SmoothPixmapTransform);
   painter.translate(card_->pos());
-  const QRect panel = card_->panel();
-  const QRect disc = card_->disc();
-  if (disc.isEmpty()) return PanelShadow::paint(painter, panel, card_->cornerRadius());
-  QPainterPath besideDisc;
-  besideDisc.addRect(panel.adjusted(-PanelShadow::reach, -disc.height() - PanelShadow::reach,
-                                    PanelShadow::reach, 2 * PanelShadow::reach));
-  besideDisc.addEllipse(disc);
-  painter.setClipPath(besideDisc);
-  PanelShadow::paint(painter, panel, card_->cornerRadius());
-  const QRect above(0, disc.top() - PanelShadow::reach, card_->width(),
-                    panel.top() - disc.top() + PanelShadow::reach);
-  painter.setClipRect(above);
-  PanelShadow::paint(painter, disc, disc.width() / 2.0);
+  card_->places().paintShadow(painter, card_->cornerRadius());
 }
 
 }  // namespace kifo

@@ -61,7 +61,6 @@ class AlertOverlay : public Overlay {
  private:
   void coverWindow();
   void moveCard();
-  void paintShadow(QPainter& painter) const;
   void releaseCard();
   [[nodiscard]] QRect available() const;
   [[nodiscard]] bool isOnCard(const QPointF& position) const;

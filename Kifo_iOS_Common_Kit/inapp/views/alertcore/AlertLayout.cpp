@@ -2,8 +2,12 @@
 
 #include <QFontInfo>
 #include <QFontMetrics>
+#include <QPainter>
+#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
+
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
 
 namespace kifo {
 namespace {
@@ -19,6 +23,21 @@ constexpr int kColumnGap = 12;
 constexpr int kButtonUpperPadding = 6;
 
 }  // namespace
+
+void AlertPlaces::paintShadow(QPainter& painter, double cornerRadius) const {
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  if (disc.isEmpty()) return PanelShadow::paint(painter, panel, cornerRadius);
+  QPainterPath besideDisc;
+  besideDisc.addRect(panel.adjusted(-PanelShadow::reach, -disc.height() - PanelShadow::reach,
+                                    PanelShadow::reach, 2 * PanelShadow::reach));
+  besideDisc.addEllipse(disc);
+  painter.setClipPath(besideDisc);
+  PanelShadow::paint(painter, panel, cornerRadius);
+  const QRect above(0, disc.top() - PanelShadow::reach, card.width(),
+                    panel.top() - disc.top() + PanelShadow::reach);
+  painter.setClipRect(above);
+  PanelShadow::paint(painter, disc, disc.width() / 2.0);
+}
 
 AlertLayout::AlertLayout(const KifoAppearance& appearance, const AlertContents& contents)
     : appearance_(appearance),

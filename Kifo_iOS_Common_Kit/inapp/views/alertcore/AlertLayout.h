@@ -11,6 +11,8 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/TypeData.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/WrappedText.h"
 
+class QPainter;
+
 namespace kifo {
 
 /// What an alert's card shows, as far as its layout depends on it.
@@ -36,7 +38,7 @@ struct AlertContents {
 
 /// Where each part of an alert's card lies, in logical pixels. A part that is absent has an empty
 /// rectangle.
-struct AlertPlaces {
+struct KIFO_SHARED AlertPlaces {
   struct Row {
     QRect header;
     QRect value;
@@ -68,6 +70,10 @@ struct AlertPlaces {
   // In the list's.
   QRect heading;
   std::vector<Row> rows;
+
+  /// Paints the shadow, in the card's coordinates: only outside of the card and its circle, which
+  /// are translucent while they fade.
+  void paintShadow(QPainter& painter, double cornerRadius) const;
 };
 
 /// The arithmetic of an alert's card, the same for each toolkit.

@@ -1,0 +1,106 @@
+#include "platform/qml/KifoScreen.h"
+
+#include <gmock/gmock.h>
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+#include "testing/FakePlatform.h"
+
+namespace kifo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// A window in QML whose screens report themselves.
+class KifoScreenTest : public ::testing::Test {
+ protected:
+  QQuickWindow& load(const QByteArray& content) {
+    engine_.loadData("import QtQuick\nimport Kifo\nWindow { visible: true; " + content + " }");
+    return *qobject_cast<QQuickWindow*>(engine_.rootObjects().value(0));
+  }
+  QObject* object(const char* name) {
+    return engine_.rootObjects().value(0)->findChild<QObject*>(name);
+  }
+  void run(const char* function) {
+    EXPECT_TRUE(QMetaObject::invokeMethod(engine_.rootObjects().value(0), function));
+  }
+  /// The events since the last call, with their pages, such as "page_in MenuScreen".
+  std::vector<std::string> events() {
+    std::vector<std::string> events;
+    for (const auto& decision : fake_.inspector->ofKind("composed")) {
+      const auto parameters = nlohmann::json::parse(decision.particulars[2].second);
+      events.push_back(decision.particulars[0].second + " " +
+                       parameters.value("page_name", "none"));
+    }
+    fake_.inspector->clear();
+    return events;
+  }
+
+  testing::InstalledFakePlatform fake_;
+  QQmlApplicationEngine engine_;
+};
+
+TEST_F(KifoScreenTest, ShowingAndHidingTheItemSendThePageUnderItsName) {
+  load(R"(Item { objectName: "menu"; KifoScreen { name: "MenuScreen" } }
+          Item { objectName: "basket"; visible: false; KifoScreen { name: "BasketScreen" } })");
+  EXPECT_THAT(events(), ElementsAre("page_in MenuScreen"));
+  object("menu")->setProperty("visible", false);
+  object("basket")->setProperty("visible", true);
+  EXPECT_THAT(events(), ElementsAre("page_out MenuScreen", "page_in BasketScreen"));
+}
+
+TEST_F(KifoScreenTest, AWindowThatIsHiddenHidesItsScreensAndOneThatIsMinimisedDoesNot) {
+  QQuickWindow& window = load(R"(Item { KifoScreen { name: "MenuScreen" } })");
+  events();
+  window.showMinimized();
+  EXPECT_THAT(events(), IsEmpty());
+  window.hide();
+  EXPECT_THAT(events(), ElementsAre("page_out MenuScreen"));
+  window.show();
+  EXPECT_THAT(events(), ElementsAre("page_in MenuScreen"));
+}
+
+TEST_F(KifoScreenTest, AScreenThatIsNotActiveIsHiddenAlthoughItIsVisible) {
+  load(R"(Item { KifoScreen { objectName: "screen"; name: "MenuScreen"; active: false } })");
+  EXPECT_THAT(events(), IsEmpty());
+  object("screen")->setProperty("active", true);
+  EXPECT_THAT(events(), ElementsAre("page_in MenuScreen"));
+  object("screen")->setProperty("active", false);
+  EXPECT_THAT(events(), ElementsAre("page_out MenuScreen"));
+}
+
+TEST_F(KifoScreenTest, AScreenWithoutANameIsCalledAfterItsType) {
+  load(R"(component MenuPage: Item { KifoScreen {} }
+          MenuPage { property int more: 1 })");
+  EXPECT_THAT(events(), ElementsAre("page_in MenuPage"));
+}
+
+TEST_F(KifoScreenTest, AnItemThatIsDestroyedWhileShownIsLeft) {
+  load(R"(Loader { objectName: "loader"; sourceComponent: Item { KifoScreen { name: "Menu" } } })");
+  ASSERT_THAT(events(), ElementsAre("page_in Menu"));
+  object("loader")->setProperty("active", false);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_THAT(events(), ElementsAre("page_out Menu"));
+  EXPECT_EQ(KifoScreen::current(), nullptr);
+}
+
+TEST_F(KifoScreenTest, AnEventBelongsToItsScreenOrToTheOneThatWasShownLast) {
+  load(R"(Item { KifoScreen { id: first; name: "First" } }
+          Item { objectName: "second"; visible: false; KifoScreen { name: "Second" } }
+          function send() { first.sendEvent("of_first"); Kifo.sendEvent("of_last", { items: 3 }) }
+          function enter() { Kifo.login({ method: "badge" }) })");
+  object("second")->setProperty("visible", true);
+  events();
+  run("send");
+  EXPECT_THAT(events(), ElementsAre("of_first First", "of_last Second"));
+  object("second")->setProperty("visible", false);
+  events();
+  run("send");
+  run("enter");
+  EXPECT_THAT(events(), ElementsAre("of_first First", "of_last First", "login First"));
+}
+
+}  // namespace
+}  // namespace kifo
