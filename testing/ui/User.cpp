@@ -145,14 +145,23 @@ QPoint User::middleOf(Control control) const {
 
 // Doing ------------------------------------------------------------------------------------------
 
-void User::click(Control control) {
+QPoint User::reachable(Control control) const {
   bringIntoSight(control);
-  if (!isInSight(control)) {
-    throw NotUsable(control->text(QAccessible::Name) + " is out of sight");
-  }
-  const QPoint middle = middleOf(control);
+  if (isInSight(control)) return middleOf(control);
+  throw NotUsable(control->text(QAccessible::Name) + " is out of sight");
+}
+
+void User::click(Control control) {
+  const QPoint middle = reachable(control);
   QTest::mouseMove(&window_, middle);
   QTest::mouseClick(&window_, Qt::LeftButton, {}, middle);
+}
+
+void User::tap(const QString& name) {
+  static QPointingDevice* const finger = QTest::createTouchDevice();
+  const QPoint middle = reachable(checked(named(name), name));
+  QTest::touchEvent(&window_, finger).press(0, middle, &window_);
+  QTest::touchEvent(&window_, finger).release(0, middle, &window_);
 }
 
 void User::clickBeside(Control area) {

@@ -55,6 +55,8 @@ class User {
 
   void click(const QString& name) { click(checked(named(name), name)); }
   void click(Control control);
+  /// Touches the control with a finger.
+  void tap(const QString& name);
   /// Clicks a place of `area` that none of the controls in it covers.
   void clickBeside(Control area);
   void pointAt(const QString& name);
@@ -86,6 +88,8 @@ class User {
 
  private:
   [[nodiscard]] QPoint middleOf(Control control) const;
+  /// The same, of a control that has been brought into sight.
+  [[nodiscard]] QPoint reachable(Control control) const;
 
   QWindow& window_;
   const std::function<QImage()> picture_;

@@ -26,10 +26,19 @@ def sources(*tops):
 
 
 def readme_shows_the_sample():
-    for name, language in (("main.cpp", "cpp"), ("CMakeLists.txt", "cmake")):
-        sample = (ROOT / "samples/host" / name).read_text(encoding="utf-8")
+    for name, language in (("host/main.cpp", "cpp"), ("host/CMakeLists.txt", "cmake"),
+                           ("quick/main.cpp", "cpp"), ("quick/Main.qml", "qml"),
+                           ("quick/CMakeLists.txt", "cmake")):
+        sample = (ROOT / "samples" / name).read_text(encoding="utf-8")
         if sample not in code_blocks("README.md", language):
-            yield f"README.md does not show samples/host/{name} as it is"
+            yield f"README.md does not show samples/{name} as it is"
+
+
+def the_qml_host_stays_short():
+    lines = [line for name in ("main.cpp", "Main.qml")
+             for line in (ROOT / "samples/quick" / name).read_text(encoding="utf-8").splitlines()]
+    if len(lines) > 25:
+        yield f"the QML host of README.md has {len(lines)} lines, more than 25"
 
 
 def storage_shows_the_statement():
@@ -145,7 +154,8 @@ def links_lead_somewhere():
 def main():
     if "--write" in sys.argv:
         write_table_of_keys()
-    found = [problem for check in (readme_shows_the_sample, storage_shows_the_statement,
+    found = [problem for check in (readme_shows_the_sample, the_qml_host_stays_short,
+                                   storage_shows_the_statement,
                                    inspector_lists_every_decision, privacy_lists_every_key,
                                    why_explains_what_is_said, links_lead_somewhere)
              for problem in check()]

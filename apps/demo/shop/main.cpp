@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "apps/demo/HasDisplay.h"
 #include "apps/demo/shop/NotificationPanel.h"
 #include "apps/demo/shop/ShopPushes.h"
 #include "apps/demo/shop/ShopServer.h"
@@ -25,13 +26,6 @@ using namespace kifo;
 struct SilentConsole final : ConsoleSink {
   void write(std::string) override {}
 };
-
-bool hasDisplay() {
-  if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    return qgetenv("QT_QPA_PLATFORM") != "offscreen" && qgetenv("QT_QPA_PLATFORM") != "minimal";
-  }
-  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-}
 
 void startSdk(const testing::LocalServer& server, std::shared_ptr<NotificationCentre> pushes,
               const QString& home, bool isVerbose) {
@@ -71,7 +65,7 @@ Options optionsOf(const QApplication& application) {
   parser.addHelpOption();
   parser.addOptions({tour, output, verbose});
   parser.process(application);
-  return {.runsTour = parser.isSet(tour) || !hasDisplay(),
+  return {.runsTour = parser.isSet(tour) || !demo::hasDisplay(),
           .isVerbose = parser.isSet(verbose),
           .output = parser.value(output)};
 }
@@ -119,7 +113,7 @@ int run(QApplication& application, const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!demo::hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("kifo-shop"));
   QApplication::setFont(shop::theme::text(15));

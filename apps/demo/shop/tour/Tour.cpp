@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <QTest>
 #include <cstdio>
-#include <exception>
 #include <functional>
 #include <utility>
 
@@ -202,20 +201,6 @@ void smallWindow(Visit& visit, QWidget& window) {
   visit.keep("31-small-basket");
 }
 
-/// Whether the stop went as it should; what did not is printed.
-bool stop(const char* name, const std::function<void()>& visit) {
-  bool isGood = true;
-  try {
-    visit();
-  } catch (const std::exception& problem) {
-    isGood = false;
-    std::printf("  wrong: %s\n", problem.what());
-  }
-  std::printf("%s  %s\n", isGood ? "ok   " : "WRONG", name);
-  std::fflush(stdout);
-  return isGood;
-}
-
 }  // namespace
 
 bool runTour(QWidget& window, testing::LocalServer& server, PushTourDesktop& desktop,
@@ -238,7 +223,7 @@ bool runTour(QWidget& window, testing::LocalServer& server, PushTourDesktop& des
       {"The pushes", [&] { visitPushes(visit, desktop); }},
       {"A small window", [&] { smallWindow(visit, window); }}};
   int failures = 0;
-  for (const auto& [name, run] : stops) failures += stop(name, run) ? 0 : 1;
+  for (const auto& [name, run] : stops) failures += visitStop(name, run) ? 0 : 1;
   std::printf("The server received %zu events; %d of the %zu stops went wrong.\n",
               visit.eventCount(), failures, std::size(stops));
   return failures == 0;

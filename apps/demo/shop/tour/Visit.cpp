@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <algorithm>
+#include <cstdio>
+#include <exception>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
@@ -20,6 +22,12 @@ bool agrees(const Value& received, const Value::Map& expected) {
 
 Visit::Visit(QWidget& window, testing::LocalServer& server, QString folder)
     : User(window), server_(server), folder_(std::move(folder)) {
+  QDir().mkpath(folder_);
+}
+
+Visit::Visit(QWindow& window, std::function<QImage()> picture, testing::LocalServer& server,
+             QString folder)
+    : User(window, std::move(picture)), server_(server), folder_(std::move(folder)) {
   QDir().mkpath(folder_);
 }
 
@@ -46,6 +54,19 @@ void Visit::expectEvent(const Value::Map& event) {
 
 std::size_t Visit::eventCount() const {
   return server_.requests().on(kEvents).size();
+}
+
+bool visitStop(const char* name, const std::function<void()>& visit) {
+  bool isGood = true;
+  try {
+    visit();
+  } catch (const std::exception& problem) {
+    isGood = false;
+    std::printf("  wrong: %s\n", problem.what());
+  }
+  std::printf("%s  %s\n", isGood ? "ok   " : "WRONG", name);
+  std::fflush(stdout);
+  return isGood;
 }
 
 }  // namespace kifo::shop

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 #include "Kifo_iOS_Common_Kit/ports/Value.h"
 #include "testing/server/LocalServer.h"
@@ -17,6 +18,9 @@ class Visit : public testing::User {
  public:
   /// Pictures go to `folder`, which is made.
   Visit(QWidget& window, testing::LocalServer& server, QString folder);
+  /// `picture` takes the window's picture.
+  Visit(QWindow& window, std::function<QImage()> picture, testing::LocalServer& server,
+        QString folder);
 
   /// Saves the window as "<name>.png".
   void save(const QString& name);
@@ -31,6 +35,9 @@ class Visit : public testing::User {
   testing::LocalServer& server_;
   const QString folder_;
 };
+
+/// Makes one stop of a tour. Whether it went as it should; what did not is printed.
+bool visitStop(const char* name, const std::function<void()>& visit);
 
 /// The alerts: brings each up by its tile, keeps its picture, and answers it by mouse or keyboard.
 void visitAlerts(Visit& visit);
