@@ -144,9 +144,11 @@ std::function<void(bool)> startUpCompletion(const std::shared_ptr<Runtime>& runt
                                             Kifo::OnSuccess onSuccess) {
   return [runtime, configuredActor = std::move(configuredActor),
           onSuccess = std::move(onSuccess)](bool success) {
-    if (!success) return;
+    // The consent may have been revoked meanwhile: this runtime has ended then.
+    if (!success || runtime->consent.isWithheld()) return;
     callHost(Kifo::LOG_TAG, onSuccess);
     Platform::current()->mainQueue->post([runtime, configuredActor] {
+      if (runtime->consent.isWithheld()) return;
       if (runtime->session.isInstall) KifoEventManager::sendInstallEvent(configuredActor);
       KifoEventManager::sendInitializeEvent();
     });

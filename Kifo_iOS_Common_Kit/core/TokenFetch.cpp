@@ -25,6 +25,8 @@ void take(Session& session, const std::optional<std::string>& token) {
 }  // namespace
 
 void TokenFetch::run(const std::shared_ptr<Runtime>& runtime) {
+  // The service may go to its own server, which it must not do without the user's consent.
+  if (runtime->consent.isWithheld()) return;
   TokenFetch& fetch = runtime->tokenFetch;
   const auto answered = std::make_shared<bool>(false);  // guarded by fetch.mutex_
   const auto service = runtime->session.tokenService();

@@ -101,6 +101,13 @@ void Ledger::left(Event& event, std::size_t sending) {
   touch(event);
 }
 
+void Ledger::forgetTable() {
+  for (const auto& [id, event] : rows_) event->isWaiting = false;
+  rows_.clear();
+  waiting = 0;
+  lastFromStore_ = 0;
+}
+
 void Ledger::sawTable(const std::vector<StoredRow>& rows, std::size_t sending) {
   std::map<std::int64_t, Event*> now;
   waiting = 0;

@@ -88,6 +88,8 @@ struct Ledger {
   /// The table as it is now, in the order of the rows. `sending` is how many requests are on their
   /// way to the network.
   void sawTable(const std::vector<StoredRow>& rows, std::size_t sending);
+  /// The table was erased.
+  void forgetTable();
   /// Whether the disk was in order since `since`.
   [[nodiscard]] bool isUndisturbed(std::uint64_t since) const { return troubleStep < since; }
 

@@ -19,6 +19,10 @@ void Network::send(Make make, Done done) {
 
 void Network::stop() {
   isStopped_ = true;
+  cancelOpen();
+}
+
+void Network::cancelOpen() {
   for (const auto& [make, done] : std::exchange(waiting_, {})) done(cancelled());
   for (const auto& exchange : std::exchange(open_, {})) exchange.done(cancelled());
 }

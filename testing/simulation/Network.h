@@ -26,6 +26,7 @@ class Network final : public HttpTransport {
 
   void send(Make make, Done done) override;
   void networkChanged() override {}
+  void cancelOpen() override;
   void stop() override;
 
   /// The transport's thread composes the next request; false when there is none.

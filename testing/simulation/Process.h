@@ -25,6 +25,7 @@ class Defaults final : public UserDefaults {
   [[nodiscard]] std::optional<DefaultsValue> value(const std::string& key) const override;
   void setValue(const std::string& key, DefaultsValue value) override;
   bool removeAll() override;
+  [[nodiscard]] bool isEmpty() const { return values_.empty(); }
 
  private:
   const Disk& disk_;

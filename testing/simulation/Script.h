@@ -29,6 +29,7 @@ enum class Kind {
   answerToken,     ///< The token service answers an open question.
   changeNetwork,
   changeCampaigns,  ///< The server's next in-app answer is another one.
+  changeConsent,    ///< The user revokes the consent, or gives it again.
   pausePopups,      ///< The host holds popups back, or lets them show.
   showPopup,        ///< The presenter gets to the next popup.
   answerPopup,      ///< The user answers or closes the popup that is shown.

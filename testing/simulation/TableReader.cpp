@@ -11,9 +11,10 @@ constexpr auto kSelect =
 
 }  // namespace
 
-bool TableReader::open() {
+bool TableReader::open(Ledger& ledger) {
   const auto now = disk_.file(kDatabase);
   if (now == file_ && select_) return true;
+  if (file_ && now != file_) ledger.forgetTable();
   close();
   file_ = now;
   return now && sqlite3_open(kDatabase, &connection_) == SQLITE_OK &&
@@ -30,7 +31,7 @@ void TableReader::close() {
 void TableReader::read(Ledger& ledger, std::size_t sending) {
   // A transaction that failed halfway is undone by the next one of the SDK, and not by a reader.
   const bool isUnfinished = disk_.exists(std::string(kDatabase) + "-journal");
-  if (version_ == disk_.version() || isUnfinished || !open()) return;
+  if (version_ == disk_.version() || isUnfinished || !open(ledger)) return;
   version_ = disk_.version();
   rows_.clear();
   std::deque<std::string> bodies;

@@ -25,7 +25,7 @@ class TableReader {
   void read(Ledger& ledger, std::size_t sending);
 
  private:
-  bool open();
+  bool open(Ledger& ledger);
   void close();
 
   Disk& disk_;

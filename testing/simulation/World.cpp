@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/core/Consent.h"
 #include "Kifo_iOS_Common_Kit/core/Counters.h"
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
@@ -63,6 +64,9 @@ class World {
   void shutDown(std::uint32_t argument);
   void kill(std::uint32_t argument);
   void powerFails(std::uint32_t argument);
+  [[nodiscard]] static bool isWithheld() { return Runtime::current()->consent.isWithheld(); }
+  /// Whether the SDK has an address to send to, or drops what it is given.
+  [[nodiscard]] static bool mayCall() { return isWithheld() || !Kifo::listenerUri().empty(); }
   [[nodiscard]] bool isOn() const { return disk_.health() != Disk::Health::off; }
 
   // What happens.
@@ -79,6 +83,7 @@ class World {
   void answerAll();
   void answerToken(std::uint32_t argument);
   void changeNetwork(std::uint32_t argument);
+  void changeConsent(bool isGiven);
   void pausePopups(bool isPaused);
   void showPopup();
   void answerPopup(std::uint32_t argument);
@@ -107,6 +112,11 @@ class World {
   std::shared_ptr<Screen> screen_ = std::make_shared<Screen>();
   InitializeStatusType status_ = InitializeStatusType::NOT_INITIALIZED;
   bool isCachingDisabled_ = false;
+  std::optional<std::string> configuredToken_;                 ///< The last configuration's.
+  std::optional<std::string> pendingToken_;                    ///< The session's, once it begins.
+  std::shared_ptr<int> successes_ = std::make_shared<int>(0);  ///< Of the last start.
+  bool isErasing_ = false;  ///< The consent was revoked and the table is still there.
+  std::uint64_t revokedStep_ = 0;
   bool isPaused_ = false;              ///< The host holds popups back.
   bool isBlind_ = false;               ///< Reading the network has failed: its watcher has stopped.
   std::uint64_t idleIdentifiers_ = 0;  ///< Identifiers given out when all work had last ended.
@@ -135,6 +145,7 @@ void World::start(std::uint32_t argument) {
   status_ = InitializeStatusType::NOT_INITIALIZED;
   isBlind_ = false;
   isPaused_ = false;
+  pendingToken_.reset();
   tokens_->process = ledger_.process;
   Platform lasting = nullPlatform();
   lasting.userDefaults = defaults_;
@@ -197,7 +208,7 @@ void World::perform(const Operation& operation) {
     case Kind::sendOddEvent: {
       const std::array<const char*, 3> oddities{"an ' apostrophe", "broken \xC3\x28 text",
                                                 "\x01\n\t"};
-      sendEvent(argument, oddities[argument % oddities.size()]);
+      if (mayCall()) sendEvent(argument, oddities[argument % oddities.size()]);
       break;
     }
     case Kind::enterPage:
@@ -234,6 +245,9 @@ void World::perform(const Operation& operation) {
       break;
     case Kind::changeCampaigns:
       campaigns_ = argument;
+      break;
+    case Kind::changeConsent:
+      changeConsent(argument % 2 == 1);
       break;
     case Kind::pausePopups:
       pausePopups(argument % 3 == 0);
@@ -279,6 +293,7 @@ void World::passTime(std::uint32_t argument) {
 }
 
 void World::initialize(std::uint32_t argument, bool isForced) {
+  if (Kifo::consent() == ConsentStatus::REFUSED && isWithheld()) return;
   KifoInitConfig configuration;
   configuration.bundle = {"com.example.world"};
   configuration.apiUri = kApi;
@@ -293,21 +308,31 @@ void World::initialize(std::uint32_t argument, bool isForced) {
   if (!isRepeated) isCachingDisabled_ = configuration.offlineCachingDisabled;
   if (argument / 4096 % 2 == 0) {
     configuration.authorization = "given-" + std::to_string(++lastToken_);
-    if (!isRepeated) ledger_.token = *configuration.authorization;
   } else {
     configuration.tokenService = tokens_;
   }
-  Kifo::initialize(configuration, [this, calls = std::make_shared<int>(0)] {
-    if (++*calls > 1) fail("the success of a start was told twice");
+  if (!isRepeated) successes_ = std::make_shared<int>(0);
+  Kifo::initialize(configuration, [this, successes = successes_] {
+    if (++*successes > 1) fail("the success of a start was told twice");
     if (isOn()) sendEvent(0, {});
   });
+  if (isRepeated) return;
+  configuredToken_ = configuration.authorization;
+  if (isWithheld()) {
+    pendingToken_ = configuredToken_;
+  } else if (configuredToken_) {
+    ledger_.token = *configuredToken_;
+  }
 }
 
 /// Calls at once, as the thread of the user interface does, or has another thread do it.
 void World::onHostThread(std::uint32_t argument, const std::function<void()>& call) {
+  const auto guarded = [call] {
+    if (mayCall()) call();
+  };
   const auto which = argument / 8 % 4;
-  if (which < 2) return call();
-  (which == 2 ? process_->hostA : process_->hostB)->post(call);
+  if (which < 2) return guarded();
+  (which == 2 ? process_->hostA : process_->hostB)->post(guarded);
 }
 
 void World::noteEvent(const std::string& name, bool isOdd) {
@@ -315,7 +340,7 @@ void World::noteEvent(const std::string& name, bool isOdd) {
   const auto answer = runtime->session.appCommunication();
   Event event{.number = ++lastNumber_, .process = ledger_.process, .step = ledger_.step};
   event.isOdd = isOdd;
-  event.isBlocked = answer && answer->blockedEvents && name == "noise";
+  event.isBlocked = isWithheld() || (answer && answer->blockedEvents && name == "noise");
   event.goesOut = answer && Kifo::networkStatus() == KifoNetworkStatus::ONLINE;
   if (answer && answer->configuration) {
     event.cap = answer->configuration->offlineQueueSize.value_or(0);
@@ -357,6 +382,7 @@ void World::sendOther(std::uint32_t argument) {
 }
 
 void World::changeIdentity(std::uint32_t argument) {
+  if (isWithheld() || !mayCall()) return;
   switch (argument % 4) {
     case 0:
       return Kifo::updateActorId("actor-" + std::to_string(argument / 4 % 3));
@@ -413,6 +439,22 @@ void World::changeNetwork(std::uint32_t argument) {
   process_->reachability->change(flags[argument % flags.size()]);
 }
 
+void World::changeConsent(bool isGiven) {
+  if (isGiven) return Kifo::giveConsent();
+  Kifo::revokeConsent();
+  // A session of its own begins, in which nothing is left of this one.
+  ledger_.beginProcess();
+  ledger_.budgets.clear();
+  tokens_->process = ledger_.process;
+  status_ = InitializeStatusType::NOT_INITIALIZED;
+  isErasing_ = true;
+  revokedStep_ = ledger_.step;
+  *successes_ = 0;
+  pendingToken_ = configuredToken_;
+  process_->presenter->waiting.clear();
+  process_->presenter->shown.clear();
+}
+
 void World::pausePopups(bool isPaused) {
   isPaused_ = isPaused;
   Kifo::setPopupsPaused(isPaused);
@@ -463,7 +505,9 @@ void World::breakDisk(std::uint32_t argument) {
 // What is seen -----------------------------------------------------------------------------------
 
 void World::sawRequest(const HttpRequest& request) {
-  if (!isOn() || isQuery(request) || !request.body) return;
+  if (!isOn()) return;
+  if (isWithheld() && !request.url.empty()) fail("a request went out without consent");
+  if (isQuery(request) || !request.body) return;
   // An event itself may never be repeated by the transport; a row that is sent again may.
   ledger_.sent(*request.body, request.mayRepeat, header(request, "Authorization"));
 }
@@ -491,9 +535,14 @@ void World::check() {
   }
   if (violation_) return;
   // A row that was marked may have been on its way when the power failed.
-  table_.read(ledger_, hasDied ? 1 : process_->network->waiting());
+  table_.read(ledger_, hasDied || isErasing_ ? 1 : process_->network->waiting());
+  if (!disk_.exists(kDatabase)) isErasing_ = false;
   sawStatus();
   ledger_.sessionsToken = Kifo::authorization();
+  if (pendingToken_ == ledger_.sessionsToken) {
+    ledger_.token = *pendingToken_;
+    pendingToken_.reset();
+  }
   for (auto& [campaign, budget] : ledger_.budgets) budget.kept = defaults_->integer(campaign);
   const bool isIdle = process_->isIdle();
   violation_ = brokenInvariant(ledger_, isIdle);
@@ -503,6 +552,10 @@ void World::check() {
 void World::checkIdle() {
   idleIdentifiers_ = identifiers_->issued();
   ledger_.idleStep = ledger_.step;
+  if (isWithheld() && ledger_.isUndisturbed(revokedStep_) &&
+      (disk_.exists(kDatabase) || !defaults_->isEmpty())) {
+    violation_ = "nothing is kept without consent";
+  }
   const auto runtime = Runtime::current();
   if (runtime->inFlight->count() != process_->network->open().size()) {
     violation_ = "the requests under way are those that the network has";
@@ -520,6 +573,7 @@ void World::checkIdle() {
 
 void World::finish() {
   disk_.restart(0);
+  Kifo::giveConsent();
   runAll();
   answerAll();
   runAll();

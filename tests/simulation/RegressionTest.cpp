@@ -23,11 +23,20 @@ TEST_P(SimulatedWorld, HoldsWhereItOnceFailed) {
   EXPECT_EQ(play(GetParam().script).violation, std::nullopt);
 }
 
-INSTANTIATE_TEST_SUITE_P(Simulation, SimulatedWorld,
-                         ::testing::Values(Regression{
-                             "ADiskThatIsFullWhileTheTableIsMadeStoresAgainOnceItHasRoom",
-                             {{Kind::breakDisk, 5}, {Kind::runTask, 0}, {Kind::runTask, 0}}}),
-                         [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Simulation, SimulatedWorld,
+    ::testing::Values(Regression{"ADiskThatIsFullWhileTheTableIsMadeStoresAgainOnceItHasRoom",
+                                 {{Kind::breakDisk, 5}, {Kind::runTask, 0}, {Kind::runTask, 0}}},
+                      Regression{
+                          "AStartWhoseConsentIsRevokedIsNotToldAsASuccess",
+                          {{Kind::runTask, 1}, {Kind::answerRequest, 9}, {Kind::changeConsent, 0}}},
+                      Regression{"ARefusalAfterTheConsentWasRevokedAsksForNoToken",
+                                 {{Kind::runTask, 1},
+                                  {Kind::answerRequest, 4},
+                                  {Kind::changeConsent, 0},
+                                  {Kind::runAll, 0},
+                                  {Kind::answerToken, 1}}}),
+    [](const auto& info) { return info.param.name; });
 
 TEST(SimulatedWorldTest, AScriptPlaysTheSameEachTimeAndIsShrunkToWhatMatters) {
   const Script script = randomScript(7, 300);

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "testing/simulation/Script.h"
@@ -44,12 +45,19 @@ bool read(int count, char** arguments, Options& options) {
   return true;
 }
 
+/// The invariant alone, without what it is about.
+std::string invariantOf(const Outcome& outcome) {
+  const std::string text = outcome.violation.value_or("");
+  return text.substr(0, text.find(" ("));
+}
+
 void report(std::uint64_t seed, const Script& script, const Outcome& outcome, bool isUnshrunk) {
   std::printf("seed %llu: %s, after operation %zu of %zu\n", static_cast<unsigned long long>(seed),
               outcome.violation->c_str(), outcome.operation, script.size());
   if (isUnshrunk) return;
-  const Script shortest =
-      shrunk(script, [](const Script& shorter) { return play(shorter).violation.has_value(); });
+  const Script shortest = shrunk(script, [&](const Script& shorter) {
+    return invariantOf(play(shorter)) == invariantOf(outcome);
+  });
   std::printf("shortest script (%s):\n%s", play(shortest).violation->c_str(),
               text(shortest).c_str());
 }
