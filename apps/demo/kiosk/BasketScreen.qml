@@ -25,6 +25,7 @@ Item {
         text: Theme.price(Basket.cents)
         closeButtonTitle: "Cancel"
         likePopups: true
+        color: Theme.leaf
         timeout: screen.payingSeconds
         onTimedOut: screen.paid()
     }
