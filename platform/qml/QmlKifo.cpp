@@ -39,8 +39,9 @@ QVariantMap mapOf(const AppCommunicationItemButton& button) {
 /// A host that has chosen how popups are shown keeps its choice.
 void presentInScenes() {
   Platform platform = *Platform::current();
+  const Platform null = nullPlatform();
   const PopupPresenter& chosen = *platform.popups;
-  const PopupPresenter& none = *nullPlatform().popups;
+  const PopupPresenter& none = *null.popups;
   if (typeid(chosen) == typeid(none)) Platform::install(withQuick(std::move(platform)));
 }
 

@@ -2,7 +2,7 @@ import QtQuick
 import Kifo
 Window {
     property string server: Qt.application.arguments[1]
-    visible: true
+    visible: true; width: 800; height: 480
     KifoScreen { name: "MenuScreen" }
     Component.onCompleted: Kifo.initialize({
         bundle: "com.example.kiosk", applicationName: "kiosk", authorization: "a token of the server's",
