@@ -7,9 +7,9 @@
 #include <QPointer>
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/Overlay.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanTracker.h"
 
 class QDataStream;
 class QTimer;
