@@ -8,7 +8,7 @@
 namespace kifo {
 namespace {
 
-/// The popups that are shown, of every toolkit, and the queues that may want the next turn.
+/// The popups that are shown, of every toolkit, and all queues.
 struct Shown {
   struct Popup {
     QPointer<QObject> popup;

@@ -30,7 +30,7 @@ class KIFO_SHARED WindowPopups : public QObject {
   WindowPopups(std::string_view presenter, PopUpOptions options);
   ~WindowPopups() override;
 
-  /// Shows the popup, at once or when it is its turn.
+  /// Shows the popup at once, or when those before it have closed.
   void enqueue(const Request& request);
   /// What still waits; the queue forgets it.
   std::deque<Request> takeWaiting();

@@ -72,7 +72,7 @@ class Quick : public PopupToolkit {
 
   void resize(QSize size) override {
     view_.resize(size);
-    QCoreApplication::processEvents();
+    EXPECT_TRUE(QTest::qWaitFor([this, size] { return view_.contentItem()->size() == size; }));
   }
   void present(std::shared_ptr<const PopupRequest> request, const PopUpOptions& options) override {
     popup_ = new QuickPopup(std::move(request), options);

@@ -1,12 +1,15 @@
 // Popups in scenes as hosts have them: which window, when, above what, and nothing through them.
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQuickItem>
+#include <QQuickWidget>
 #include <QQuickWindow>
 
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/QtScreen.h"
+#include "platform/qt/QtWindowProvider.h"
 #include "platform/qt/QuickPopupPresenter.h"
 #include "platform/qt/QuickScreenProvider.h"
 #include "testing/ui/User.h"
@@ -225,6 +228,7 @@ TEST_F(QuickPopupPresenterTest, AFingerPressesScrollsAndTouchesTheBody) {
   load();
   show();
   window->resize(414, 300);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window->contentItem()->height() == 300; }));
   const auto popup = request("one");
   popup->preferences.detailText = std::string(2000, 'x');
   auto action = std::make_shared<AppCommunicationItemAction>();
@@ -330,6 +334,49 @@ TEST_F(QuickPopupPresenterTest, WidgetsAndScenesHaveOnePresenter) {
   EXPECT_THAT(opened, ::testing::UnorderedElementsAre("one", "two"));
   EXPECT_NE(widget.findChild<QWidget*>("PopUpWindow"), nullptr);
   EXPECT_EQ(popups().size(), 1u);
+}
+
+class HostScreen : public Screen, public QtWidgetProvider {
+ public:
+  explicit HostScreen(QWidget* widget) : widget_(widget) {}
+  [[nodiscard]] QWidget* widget() const override { return widget_; }
+
+ private:
+  QWidget* widget_;
+};
+
+TEST_F(QuickPopupPresenterTest, AWindowWithWidgetsAndASceneShowsOnePopupAtATime) {
+  QMainWindow host;
+  auto* scene = new QQuickWidget(&host);
+  scene->setResizeMode(QQuickWidget::SizeRootObjectToView);
+  QQmlComponent component(scene->engine());
+  component.setData("import QtQuick\nRectangle {}", {});
+  auto* root = qobject_cast<QQuickItem*>(component.create());
+  scene->setContent({}, nullptr, root);
+  host.setCentralWidget(scene);
+  host.resize(414, 700);
+  host.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&host));
+  window = scene->quickWindow();
+  screen = std::make_shared<ItemScreen>(root);
+  const Platform both = withQuick(withQt(nullPlatform(), options), options);
+  const auto inScene = request("in the scene");
+  const auto ofWidgets = request("of widgets");
+  const auto hostScreen = std::make_shared<HostScreen>(&host);
+  ofWidgets->preferences.controller = hostScreen;
+  both.popups->present(inScene);
+  settle();
+  both.popups->present(ofWidgets);
+  settle();
+  EXPECT_THAT(opened, ElementsAre("in the scene"));
+  ASSERT_EQ(popups().size(), 1u);
+  EXPECT_EQ(popups().front()->height(), 700);
+  QTest::keyClick(scene, Qt::Key_Escape);
+  settle();
+  settle();
+  EXPECT_THAT(opened, ElementsAre("in the scene", "of widgets"));
+  EXPECT_TRUE(popups().empty());
+  EXPECT_NE(host.findChild<QWidget*>("PopUpWindow"), nullptr);
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 #include <QQuickItem>
 #include <QRectF>
 
-#include "Kifo_iOS_Common_Kit/ports/Export.h"
-
 namespace kifo {
 
 /// What a popup and an alert in a Qt Quick scene have in common: it covers the window and follows
@@ -18,7 +16,7 @@ namespace kifo {
 ///
 /// **Threading:** UI thread only. **Ownership:** once it covers a window it is a child of the
 /// window's content item and goes with it; holds everything else weakly.
-class KIFO_SHARED QuickOverlay : public QQuickItem {
+class QuickOverlay : public QQuickItem {
   Q_OBJECT
   QML_NAMED_ELEMENT(Overlay)
   /// Alpha of the black over the host, 0 to 1.
@@ -28,7 +26,7 @@ class KIFO_SHARED QuickOverlay : public QQuickItem {
   explicit QuickOverlay(QQuickItem* parent = nullptr);
   ~QuickOverlay() override;
 
-  /// Lies down over the window's content, as large as the window, and stays so.
+  /// Covers the content of the window and follows its size.
   void cover(QQuickWindow& window);
 
   [[nodiscard]] double dimming() const { return dimming_; }

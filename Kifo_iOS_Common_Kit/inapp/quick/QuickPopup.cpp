@@ -15,8 +15,8 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupAnswers.h"
-#include "Kifo_iOS_Common_Kit/inapp/quick/QuickPieces.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
+#include "Kifo_iOS_Common_Kit/inapp/quick/QuickPictures.h"
+#include "Kifo_iOS_Common_Kit/inapp/quick/QuickScroll.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupFade.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupKeyboard.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
@@ -25,11 +25,9 @@
 namespace kifo {
 namespace {
 
-constexpr double kDim = 0.3;         ///< Alpha of the black over the host.
-constexpr int kLineStep = 48;        ///< An arrow key scrolls a tall panel by this much.
-constexpr int kWidestPicture = 480;  ///< Logical pixels: the panel at its widest.
+constexpr double kDim = 0.3;   ///< Alpha of the black over the host.
+constexpr int kLineStep = 48;  ///< An arrow key scrolls a tall panel by this much.
 constexpr std::chrono::milliseconds kEmojiTextShown{1500};
-constexpr std::chrono::milliseconds kSpinnerStep{100};
 
 const std::string& tag() {
   static const std::string& text = *new std::string(logTag("PopUpWindow"));
@@ -70,21 +68,16 @@ QuickPopup::QuickPopup(std::shared_ptr<const PopupRequest> request, PopUpOptions
     Q_EMIT fadeChanged();
   });
   connect(fade_, &PopupFade::ended, this, &QuickPopup::faded);
-  connect(&pageTimer_, &QTimer::timeout, this, &QuickPopup::nextPage);
-  connect(&spinner_, &QTimer::timeout, this, [this] {
-    spinnerStep_ = (spinnerStep_ + 1) % kSpinnerSteps;
-    Q_EMIT pieceChanged(PopupPiece::picture);
+  pictures_ = new QuickPictures(state_, options_, this);
+  connect(pictures_, &QuickPictures::pieceChanged, this, &QuickPopup::pieceChanged);
+  connect(pictures_, &QuickPictures::emojiCame, this, [this](int row, const QImage& image) {
+    parts_->rows()[static_cast<std::size_t>(row)].emoji.image = image;
   });
   connect(&emojiTimer_, &QTimer::timeout, this, [this] {
     namedEmoji_ = -1;
     Q_EMIT pieceChanged(PopupPiece::emojis);
   });
   connect(&flashTimer_, &QTimer::timeout, this, &QuickPopup::flash);
-  slide_.setEasingCurve(QEasingCurve::InOutCubic);
-  connect(&slide_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-    pageOffset_ = value.toDouble();
-    Q_EMIT pieceChanged(PopupPiece::picture);
-  });
   connect(&opening_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
     openness_ = value.toDouble();
     arrange();
@@ -122,7 +115,7 @@ void QuickPopup::present(QQuickWindow& window) {
   openness_ = state_.isFreeTextOpen ? 1 : 0;
   makeParts();
   makeItems();
-  loadPictures();
+  pictures_->load(*parts_, window.effectiveDevicePixelRatio());
   arrange();
   fade_->fadeTo(0);
   takeFocus(view_ ? view_.data() : this);
@@ -181,98 +174,6 @@ void QuickPopup::arrange() {
   Q_EMIT laidOut();
   QQuickItem* focused = window() ? window()->activeFocusItem() : nullptr;
   if (focused && focused != this && isInside(focused)) focusArrived(focused, false);
-}
-
-// Pictures.
-
-void QuickPopup::loadPictures() {
-  const int pixels =
-      static_cast<int>(std::ceil(kWidestPicture * window()->effectiveDevicePixelRatio()));
-  loader_ = options_.imageLoader ? options_.imageLoader
-                                 : std::make_shared<ImageLoader>(QSize(pixels, pixels));
-  loadEmojis();
-  const bool isList = pages() > 1;
-  Console::print(tag(), isList ? "image list avaliable" : "image list unavaliable");
-  if (isList) {
-    slideTo(0);
-    pageTimer_.start(options_.durations.carouselInterval);
-  } else if (const auto& image = state_.preferences.image; image && ImageLoader::isUrl(*image)) {
-    load(*image, 0);
-  }
-}
-
-void QuickPopup::load(const std::string& url, int page) {
-  if (isLoading(page) || !loader_->kept(url).isNull()) return;
-  loading_.push_back(page);
-  if (!options_.reducedMotion) spinner_.start(kSpinnerStep);
-  loader_->load(url, this, [this, page](const QImage& image) {
-    std::erase(loading_, page);
-    if (loading_.empty()) spinner_.stop();
-    if (page < 0) parts_->rows()[static_cast<std::size_t>(-1 - page)].emoji.image = image;
-    Q_EMIT pieceChanged(page < 0 ? PopupPiece::emojis : PopupPiece::picture);
-  });
-}
-
-void QuickPopup::loadEmojis() {
-  if (!parts_->has(PopupPiece::emojis)) return;
-  for (std::size_t row = 0; row < parts_->rows().size(); ++row) {
-    const auto& url = parts_->rows()[row].button->imageUrl;
-    if (url && ImageLoader::isUrl(*url)) {
-      load(*url, -1 - static_cast<int>(row));
-    } else if (url) {
-      Console::print(logTag("KifoEmojiCollectionViewCell"),
-                     "Failed to present attachment due to an invalid url: " + *url);
-    }
-  }
-}
-
-QImage QuickPopup::picture(int page) {
-  if (pages() > 1) {
-    const auto& url = state_.images[static_cast<std::size_t>(page)];
-    return ImageLoader::isUrl(url) ? loader_->kept(url) : QImage();
-  }
-  return state_.preferences.image ? loader_->kept(*state_.preferences.image) : QImage();
-}
-
-bool QuickPopup::isLoading(int page) const {
-  return std::ranges::find(loading_, page) != loading_.end();
-}
-
-void QuickPopup::slideTo(double offset) {
-  pageOffset_ = offset;
-  // The neighbours of what is seen are fetched ahead.
-  const int first = std::max(static_cast<int>(std::floor(offset)) - 1, 0);
-  const int last = std::min(static_cast<int>(std::ceil(offset)) + 1, pages() - 1);
-  for (int page = first; page <= last; ++page) {
-    const std::string& url = state_.images[static_cast<std::size_t>(page)];
-    if (ImageLoader::isUrl(url)) load(url, page);
-  }
-  Q_EMIT pieceChanged(PopupPiece::picture);
-}
-
-void QuickPopup::showPage(int page, bool animated) {
-  state_.currentIndex = page;
-  Q_EMIT pieceChanged(PopupPiece::pageIndicator);
-  slide_.stop();
-  const double from = pageOffset_;
-  slideTo(page);
-  const int duration = parts_->theme().milliseconds(options_.durations.scroll);
-  if (!animated || duration == 0) return;
-  pageOffset_ = from;
-  slide_.setStartValue(from);
-  slide_.setEndValue(static_cast<double>(page));
-  slide_.setDuration(duration);
-  slide_.start();
-}
-
-void QuickPopup::nextPage() {
-  const int next = state_.nextPage();
-  showPage(next, next != 0);
-}
-
-void QuickPopup::turnTo(int page) {
-  if (pageTimer_.isActive()) pageTimer_.start();  // the page that was chosen stays its whole time
-  showPage(std::clamp(page, 0, std::max(pages() - 1, 0)), true);
 }
 
 // Answers.
@@ -339,7 +240,7 @@ void QuickPopup::submitButtonPressed() {
   if (!self) return;
   state_.isAnswering = outcome.closes;
   if (!outcome.closes) return;
-  if (!outcome.keepsTimer) pageTimer_.stop();
+  if (!outcome.keepsTimer) pictures_->stopTimer();
   dismiss();
 }
 
@@ -412,7 +313,7 @@ void QuickPopup::setStopRow(int row) {
 // Closing.
 
 void QuickPopup::dismissView() {
-  pageTimer_.stop();
+  pictures_->stopTimer();
   dismiss();
 }
 

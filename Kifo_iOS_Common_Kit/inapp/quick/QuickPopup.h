@@ -18,10 +18,9 @@
 
 namespace kifo {
 
-class ImageLoader;
 class PopupFade;
 class PopupKeyboard;
-class QuickPiece;
+class QuickPictures;
 class QuickScroll;
 
 /// One campaign over the content of a scene: keeps what the user chose and reports the answer, or
@@ -39,7 +38,7 @@ class QuickScroll;
 /// **Ownership:** once presented it belongs to the scene and deletes itself when it is closed. A
 /// window that is deleted takes it along without a report and without `closed`.
 /// **Errors:** none reach the user; a picture that cannot be had leaves its place empty.
-class KIFO_SHARED QuickPopup : public kifo::QuickOverlay {
+class QuickPopup : public kifo::QuickOverlay {
   Q_OBJECT
   QML_NAMED_ELEMENT(QuickPopup)
   QML_UNCREATABLE("Campaigns make their popups.")
@@ -98,15 +97,8 @@ class KIFO_SHARED QuickPopup : public kifo::QuickOverlay {
   void setStopRow(int row);
   /// The emoji whose text is shown for a moment; -1 for none.
   [[nodiscard]] int namedEmoji() const { return namedEmoji_; }
-  /// The picture of a page of the carousel, or the single one; null while there is none.
-  [[nodiscard]] QImage picture(int page);
-  [[nodiscard]] bool isLoading(int page) const;
-  [[nodiscard]] int spinnerStep() const { return spinnerStep_; }
-  [[nodiscard]] double pageOffset() const { return pageOffset_; }
-  [[nodiscard]] int pages() const { return static_cast<int>(state_.images.size()); }
+  [[nodiscard]] QuickPictures& pictures() { return *pictures_; }
   void addScroll(QuickScroll* scroll);
-  /// Shows a page at once.
-  void slideTo(double offset);
 
   // What the user does.
   void pressRow(int row);
@@ -117,8 +109,6 @@ class KIFO_SHARED QuickPopup : public kifo::QuickOverlay {
   void touchesBegan();
   void setScore(float value);
   void holdScore(bool holds);
-  /// The user turned to another page.
-  void turnTo(int page);
   /// Enter in the free-text field.
   Q_INVOKABLE void fieldDone();
   void keyboardWillShow(const QRectF& keyboard);
@@ -153,17 +143,12 @@ class KIFO_SHARED QuickPopup : public kifo::QuickOverlay {
  private:
   void makeParts();
   void makeItems();
-  void loadPictures();
-  void load(const std::string& url, int page);
-  void loadEmojis();
   void arrange();
   [[nodiscard]] double screenWidth() const;
   [[nodiscard]] bool takesAnswer() const { return !dismissing_ && !state_.isAnswering; }
   void press(const PopupRequest::ButtonCallback& action, const PopupState::Button& button);
   void choose(int row);
   void moveOpennessTo(double openness);
-  void nextPage();
-  void showPage(int page, bool animated);
   void flash();
   [[nodiscard]] QuickScroll* scrollAt(QPointF position) const;
   void dismissKeyboard();
@@ -177,21 +162,15 @@ class KIFO_SHARED QuickPopup : public kifo::QuickOverlay {
   FreeTextValidator validator_;
   PopupFade* fade_;
   PopupKeyboard* keyboard_;
+  QuickPictures* pictures_;
   QPointer<QQuickItem> view_;
-  std::shared_ptr<ImageLoader> loader_;
-  std::vector<int> loading_;  ///< Pages, and rows of emojis as -1 - row.
-  QTimer pageTimer_;
-  QTimer spinner_;
   QTimer emojiTimer_;
   QTimer flashTimer_;
-  QVariantAnimation slide_;
   QVariantAnimation opening_;
   std::vector<QPointer<QuickScroll>> scrolls_;
   PanTracker pan_;
   QPointer<QuickScroll> touched_;  ///< What a press that no control took would scroll.
   double openness_ = 0;
-  double pageOffset_ = 0;
-  int spinnerStep_ = 0;
   int stopRow_ = 0;
   int namedEmoji_ = -1;
   bool copied_ = false;
