@@ -1,5 +1,6 @@
 #include "platform/qt/PopupRouter.h"
 
+#include <QCoreApplication>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
@@ -62,10 +63,13 @@ void WindowPopups::showNext() {
   if (const auto request = queue->takeNext([&] { return self && canShow(); })) {
     current_ = show(request);
     Shown::shared().popups.push_back({current_, systemWindow()});
-    // The next one must not be made inside the destructor of this one or of the host's window.
-    for (WindowPopups* each : Shown::shared().queues) {
-      connect(current_, &QObject::destroyed, each, &WindowPopups::showNext, Qt::QueuedConnection);
-    }
+    // The next one must not be made inside the destructor of this one or of the host's window. It
+    // may be one of a queue that is made meanwhile.
+    connect(current_, &QObject::destroyed, QCoreApplication::instance(), [] {
+      for (WindowPopups* each : Shown::shared().queues) {
+        QMetaObject::invokeMethod(each, &WindowPopups::showNext, Qt::QueuedConnection);
+      }
+    });
     return;
   }
   if (self) return;
