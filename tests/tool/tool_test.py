@@ -356,6 +356,8 @@ class Watch(ToolCase):
 
 
 class HostPopups(ToolCase):
+    toolkit = "widgets"
+
     def campaign(self, kind, **fields):
         return {"type": kind, "uuid": "u-" + kind, "maxShowCount": 5, "triggeringEventName": kind,
                 "header": {"text": "Title"}, **fields}
@@ -365,7 +367,8 @@ class HostPopups(ToolCase):
         output = self.host(server.initialize(), IDLE,
                            {"call": "KifoEventManager.sendEvent", "controller": "HomeScreen",
                             "eventName": item["type"]}, IDLE, *actions, IDLE,
-                           arguments=["--decisions"] if decisions else [])
+                           arguments=["--toolkit", self.toolkit,
+                                      *(["--decisions"] if decisions else [])])
         return server.events(), output
 
     def test_a_button_answers_is_handed_to_the_host_and_closes(self):
@@ -487,14 +490,20 @@ class Log(ToolCase):
         self.assertIn("not a database", done.stderr)
 
 
+class QuickHostPopups(HostPopups):
+    toolkit = "quick"
+
+
 class Preview(ToolCase):
+    toolkit = "widgets"
+
     def preview(self, campaign):
         path = os.path.join(self.home(), "campaign.json")
         with open(path, "w") as file:
             file.write(campaign if isinstance(campaign, str) else json.dumps(campaign))
         out = path + ".png"
         return run("preview", path, "--out", out, "--width", "320", "--height", "480",
-                   "--scale", "2"), out
+                   "--scale", "2", "--toolkit", self.toolkit), out
 
     def test_a_campaign_becomes_a_picture_of_the_size_that_was_asked_for(self):
         done, out = self.preview({"type": "POPUP", "uuid": "u", "maxShowCount": 1, "buttons": [],
@@ -531,8 +540,13 @@ class Preview(ToolCase):
         for name in names:
             if name.startswith("00-"):  # The switches, without a campaign.
                 continue
-            done = run("preview", os.path.join(folder, name), "--out", out)
+            done = run("preview", os.path.join(folder, name), "--out", out, "--toolkit",
+                       self.toolkit)
             self.assertEqual(done.returncode, 0, name + ": " + done.stderr)
+
+
+class QuickPreview(Preview):
+    toolkit = "quick"
 
 
 if __name__ == "__main__":

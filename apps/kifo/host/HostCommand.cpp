@@ -10,6 +10,7 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "apps/kifo/ToolkitOption.h"
 #include "apps/kifo/host/Devices.h"
 #include "apps/kifo/host/Host.h"
 #include "apps/kifo/host/HostWindow.h"
@@ -38,6 +39,7 @@ constexpr auto kFooter =
 struct Options {
   std::string script = "-";
   std::string home;
+  Toolkit toolkit = Toolkit::widgets;
   bool writesDecisions = false;
   bool isLoopbackOnly = false;
   int count = 1;
@@ -59,7 +61,7 @@ int run(const Options& options, std::istream& script) {
   setFatalErrorHandler([](std::string_view message) { endFatally(message); });
   // A reader that goes away is noticed at the next line.
   std::signal(SIGPIPE, SIG_IGN);
-  return runInWindow(output, [&](HostWindow& window) {
+  return runInWindow(output, options.toolkit, [&](HostWindow& window) {
     Host host({.home = temporary ? temporary->path() : options.home,
                .writesDecisions = options.writesDecisions,
                .isLoopbackOnly = options.isLoopbackOnly},
@@ -92,6 +94,7 @@ void addHostCommand(CLI::App& program, int& status) {
   CLI::App* command = program.add_subcommand("host", "The SDK in a host that a script drives");
   command->add_option("SCRIPT", options->script,
                       "Lines of JSON; - or nothing reads standard input");
+  addToolkitOption(*command, options->toolkit);
   command->add_option("--home", options->home, "Keeps KifoLog.db and the user defaults here");
   command->add_flag("--decisions", options->writesDecisions,
                     "Writes what the SDK decides, and why");

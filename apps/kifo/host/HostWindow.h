@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
 #include "Kifo_iOS_Common_Kit/ports/PopupPresenter.h"
+#include "apps/kifo/Toolkit.h"
 #include "apps/kifo/host/Output.h"
 
 namespace kifo::tool {
@@ -42,12 +43,12 @@ class HostWindow {
   [[nodiscard]] virtual bool isSettled() = 0;
 };
 
-/// Makes the window of this build, runs `script` with it and returns what that returns. Popups are
+/// Makes a window of that toolkit, runs `script` with it and returns what that returns. Popups are
 /// reported as `{"popup": "shown"}` and `{"popup": "closed"}`.
 ///
 /// **Threading:** to be called on the program's first thread, on which a toolkit's windows live;
 /// `script` runs on another one where there is a toolkit.
-int runInWindow(const std::shared_ptr<Output>& output,
+int runInWindow(const std::shared_ptr<Output>& output, Toolkit toolkit,
                 const std::function<int(HostWindow&)>& script);
 
 }  // namespace kifo::tool

@@ -59,7 +59,7 @@ class NoWindow final : public HostWindow {
 
 }  // namespace
 
-int runInWindow(const std::shared_ptr<Output>& output,
+int runInWindow(const std::shared_ptr<Output>& output, Toolkit,
                 const std::function<int(HostWindow&)>& script) {
   NoWindow window(output);
   return script(window);

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 
+#include "apps/kifo/ToolkitOption.h"
 #include "apps/kifo/preview/PreviewOptions.h"
 
 namespace kifo::tool {
@@ -35,6 +36,7 @@ void addPreviewCommand(CLI::App& program, int& status) {
       ->add_option("--gallery", options->gallery,
                    "Writes every campaign in every size, theme and direction, with an index.html")
       ->excludes(out);
+  addToolkitOption(*command, options->toolkit);
   command->add_option("--item", options->item, "The N-th campaign of the file alone")
       ->check(CLI::PositiveNumber);
   command->add_option("--images", options->pictures, "Another folder with pictures");

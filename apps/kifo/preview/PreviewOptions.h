@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "apps/kifo/Toolkit.h"
+
 namespace kifo::tool {
 
 enum class Theme { light, dark };
@@ -24,7 +26,8 @@ struct PreviewOptions {
   std::string gallery;      ///< Not empty: the folder that a gallery goes to.
   std::string pictures;     ///< A folder to look for pictures in, besides those beside the file.
   std::optional<int> item;  ///< 1 for a file's first campaign; all without it.
-  bool hasSize = false;     ///< The look's width or height was asked for.
+  Toolkit toolkit = Toolkit::widgets;
+  bool hasSize = false;  ///< The look's width or height was asked for.
   Look look;
 };
 

@@ -14,6 +14,9 @@ Display::Display(const char* name, bool isVisible) : arguments_{const_cast<char*
   if (!isSet("QT_QPA_PLATFORM") && !(hasScreen && isVisible)) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
   }
+  // Scenes are drawn without a graphics card there.
+  const bool isOffscreen = qgetenv("QT_QPA_PLATFORM") == "offscreen";
+  if (isOffscreen && !isSet("QT_QUICK_BACKEND")) qputenv("QT_QUICK_BACKEND", "software");
   application_ = std::make_unique<QApplication>(argumentCount_, arguments_);
 }
 

@@ -83,8 +83,11 @@ class Progress {
 
 class Writer {
  public:
-  Writer(std::string folder, std::vector<Variant> variants, std::size_t pictures)
-      : folder_(std::move(folder)), variants_(std::move(variants)), progress_(pictures) {
+  Writer(std::string folder, std::vector<Variant> variants, std::size_t pictures, Toolkit toolkit)
+      : folder_(std::move(folder)),
+        variants_(std::move(variants)),
+        picture_(toolkit),
+        progress_(pictures) {
     std::filesystem::create_directories(folder_);
     index_.open(folder_ + "/index.html");
     index_ << kHead;
@@ -128,11 +131,11 @@ class Writer {
 }  // namespace
 
 void writeGallery(const std::string& folder, const std::vector<GalleryEntry>& entries,
-                  const Look& base, bool hasSize) {
+                  const Look& base, bool hasSize, Toolkit toolkit) {
   auto all = variants(base, hasSize);
   const auto shown =
       std::ranges::count_if(entries, [](const auto& e) { return e.request != nullptr; });
-  Writer writer(folder, all, all.size() * static_cast<std::size_t>(shown));
+  Writer writer(folder, all, all.size() * static_cast<std::size_t>(shown), toolkit);
   for (const auto& entry : entries) writer.add(entry);
   writer.finish();
 }

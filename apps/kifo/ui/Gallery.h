@@ -23,6 +23,6 @@ struct GalleryEntry {
 ///
 /// **Errors:** throws `std::runtime_error` when something cannot be written.
 void writeGallery(const std::string& folder, const std::vector<GalleryEntry>& entries,
-                  const Look& base, bool hasSize);
+                  const Look& base, bool hasSize, Toolkit toolkit);
 
 }  // namespace kifo::tool

@@ -31,47 +31,13 @@ std::vector<std::string> picturesOf(const PopupRequest& request) {
   return urls;
 }
 
-/// Runs what the event loop has to do now.
-void settle() {
-  for (int round = 0; round < 5; ++round) {
-    QApplication::processEvents();
-    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-  }
-}
-
-}  // namespace
-
-PopupPicture::PopupPicture()
-    : loader_(std::make_shared<ImageLoader>(QSize(kLargestPicture, kLargestPicture))) {}
-
-PopUpOptions PopupPicture::options(const Look& look) const {
-  PopUpOptions options;
-  options.fontScale = look.fontSize;
-  options.layoutDirection = directionOf(look);
-  options.imageLoader = loader_;
-  return options;
-}
-
-void PopupPicture::dress(QWidget& host, const Look& look) {
-  QPalette palette = host.palette();
-  const bool isDark = look.theme == Theme::dark;
-  palette.setColor(QPalette::Window, isDark ? QColor(0x16, 0x18, 0x1C) : QColor(0xF4, 0xF2, 0xEE));
-  palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
-  host.setPalette(palette);
-  host.setAutoFillBackground(true);
-  host.resize(look.width, look.height);
-  if (look.direction != Direction::automatic) host.setLayoutDirection(directionOf(look));
-}
-
-QImage PopupPicture::of(const std::shared_ptr<const PopupRequest>& request, const Look& look) {
-  awaitPictures(*request);
+QImage pictureOverWidget(const std::shared_ptr<const PopupRequest>& request,
+                         const PopUpOptions& options, const Look& look) {
   QWidget host;
   host.setAttribute(Qt::WA_DontShowOnScreen);
-  dress(host, look);
+  PopupPicture::dress(host, look);
   host.show();
-  PopUpOptions popUpOptions = options(look);
-  popUpOptions.reducedMotion = true;
-  PopUpWindow popup(request, popUpOptions, &host);
+  PopUpWindow popup(request, options, &host);
   popup.present();
   settle();
   QImage image(QSize(static_cast<int>(std::lround(look.width * look.scale)),
@@ -81,6 +47,50 @@ QImage PopupPicture::of(const std::shared_ptr<const PopupRequest>& request, cons
   image.fill(host.palette().color(QPalette::Window));
   host.render(&image);
   return image;
+}
+
+}  // namespace
+
+void settle() {
+  for (int round = 0; round < 5; ++round) {
+    QApplication::processEvents();
+    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  }
+}
+
+PopupPicture::PopupPicture(Toolkit toolkit)
+    : toolkit_(toolkit),
+      loader_(std::make_shared<ImageLoader>(QSize(kLargestPicture, kLargestPicture))) {}
+
+PopUpOptions PopupPicture::options(const Look& look) const {
+  PopUpOptions options;
+  options.fontScale = look.fontSize;
+  options.layoutDirection = directionOf(look);
+  options.imageLoader = loader_;
+  return options;
+}
+
+QPalette PopupPicture::paletteOf(const Look& look) {
+  QPalette palette = QApplication::palette();
+  const bool isDark = look.theme == Theme::dark;
+  palette.setColor(QPalette::Window, isDark ? QColor(0x16, 0x18, 0x1C) : QColor(0xF4, 0xF2, 0xEE));
+  palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
+  return palette;
+}
+
+void PopupPicture::dress(QWidget& host, const Look& look) {
+  host.setPalette(paletteOf(look));
+  host.setAutoFillBackground(true);
+  host.resize(look.width, look.height);
+  if (look.direction != Direction::automatic) host.setLayoutDirection(directionOf(look));
+}
+
+QImage PopupPicture::of(const std::shared_ptr<const PopupRequest>& request, const Look& look) {
+  awaitPictures(*request);
+  PopUpOptions popUpOptions = options(look);
+  popUpOptions.reducedMotion = true;
+  return toolkit_ == Toolkit::quick ? pictureInScene(request, popUpOptions, look)
+                                    : pictureOverWidget(request, popUpOptions, look);
 }
 
 void PopupPicture::awaitPictures(const PopupRequest& request) {

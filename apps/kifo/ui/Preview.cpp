@@ -100,7 +100,7 @@ std::string numbered(const std::string& path, std::size_t number) {
 }
 
 bool writePictures(const std::vector<GalleryEntry>& entries, const PreviewOptions& options) {
-  PopupPicture picture;
+  PopupPicture picture(options.toolkit);
   std::size_t number = 0;
   for (const auto& entry : entries) {
     if (!entry.request) continue;
@@ -114,18 +114,22 @@ bool writePictures(const std::vector<GalleryEntry>& entries, const PreviewOption
   return true;
 }
 
-void openWindow(const std::vector<GalleryEntry>& entries, const Look& look) {
+void openWindow(const std::vector<GalleryEntry>& entries, const PreviewOptions& options) {
   std::vector<std::shared_ptr<const PopupRequest>> requests;
   for (const auto& entry : entries) {
     if (entry.request) requests.push_back(entry.request);
   }
-  if (!requests.empty()) runPreviewWindow(requests, look);
+  if (!requests.empty()) runPreviewWindow(requests, options.look, options.toolkit);
 }
 
 }  // namespace
 
 int runPreview(const PreviewOptions& options) {
   const bool hasWindow = options.out.empty() && options.gallery.empty();
+  // A scene has the scale of its platform.
+  if (options.toolkit == Toolkit::quick && options.look.scale != 1.0) {
+    qputenv("QT_SCALE_FACTOR", QByteArray::number(options.look.scale));
+  }
   const Display display("kifo", hasWindow);
   const bool isFolder = std::filesystem::is_directory(options.file);
   install(isFolder ? options.file : std::filesystem::path(options.file).parent_path().string(),
@@ -138,12 +142,12 @@ int runPreview(const PreviewOptions& options) {
     return 1;
   }
   if (!options.gallery.empty()) {
-    writeGallery(options.gallery, entries, options.look, options.hasSize);
+    writeGallery(options.gallery, entries, options.look, options.hasSize, options.toolkit);
     std::cout << options.gallery << "/index.html\n";
   } else if (!options.out.empty()) {
     isWell = writePictures(entries, options) && isWell;
   } else {
-    openWindow(entries, options.look);
+    openWindow(entries, options);
   }
   return isWell ? 0 : 1;
 }

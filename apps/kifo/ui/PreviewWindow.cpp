@@ -59,28 +59,34 @@ std::shared_ptr<const PopupRequest> printing(const PopupRequest& request) {
   return mine;
 }
 
-}  // namespace
-
-void runPreviewWindow(const std::vector<std::shared_ptr<const PopupRequest>>& requests,
-                      const Look& look) {
-  PopupPicture pictures;
+void runOverWidget(PreviewRun& run, const Look& look) {
   QWidget host;
   PopupPicture::dress(host, look);
   host.setWindowTitle("kifo preview");
   host.show();
-  std::size_t next = 0;
   const std::function<void()> showNext = [&] {
-    if (next == requests.size()) {
+    const auto request = run.next();
+    if (!request) {
       host.close();
       return;
     }
-    auto* popup = new PopUpWindow(printing(*requests[next++]), pictures.options(look), &host);
+    auto* popup = new PopUpWindow(request, run.options(), &host);
     QObject::connect(
         popup, &PopUpWindow::closed, &host, [&] { showNext(); }, Qt::QueuedConnection);
     popup->present();
   };
   showNext();
   QApplication::exec();
+}
+
+}  // namespace
+
+void runPreviewWindow(const std::vector<std::shared_ptr<const PopupRequest>>& requests,
+                      const Look& look, Toolkit toolkit) {
+  std::vector<PreviewRun::Request> printed;
+  for (const auto& request : requests) printed.push_back(printing(*request));
+  PreviewRun run(printed, PopupPicture(toolkit).options(look));
+  toolkit == Toolkit::quick ? runPreviewScene(run, look) : runOverWidget(run, look);
 }
 
 }  // namespace kifo::tool

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <thread>
 #include <utility>
@@ -10,32 +9,9 @@
 #include "apps/kifo/host/Arguments.h"
 #include "apps/kifo/host/PopupLine.h"
 #include "apps/kifo/ui/Display.h"
-#include "platform/qt/QtWindowProvider.h"
-#include "testing/ui/User.h"
 
 namespace kifo::tool {
 namespace {
-
-constexpr QSize kWindowSize(420, 800);
-
-/// A page of the window.
-class Screen final : public KifoViewController, public QtWidgetProvider {
- public:
-  Screen(std::string className, QWidget* page) : className_(std::move(className)), page_(page) {}
-
-  [[nodiscard]] std::string className() const override { return className_; }
-  [[nodiscard]] QWidget* widget() const override { return page_; }
-
- private:
-  const std::string className_;
-  const QPointer<QWidget> page_;
-};
-
-PopUpOptions withoutMovement() {
-  PopUpOptions options;
-  options.reducedMotion = true;
-  return options;
-}
 
 /// The place of the option with that id.
 int rowOf(const std::string& id, const PopupState::Buttons& options) {
@@ -45,21 +21,21 @@ int rowOf(const std::string& id, const PopupState::Buttons& options) {
   return static_cast<int>(option - options.begin());
 }
 
-PopupLine lineOf(const PopUpWindow& popup) {
-  const auto& state = popup.state();
+PopupLine lineOf(const PopupState& state) {
   return {state.appCommunicationItem, state.buttons, state.choices};
 }
 
 }  // namespace
 
-WatchedPresenter::WatchedPresenter() : presenter_(withoutMovement()) {}
+WatchedPresenter::WatchedPresenter(std::shared_ptr<PopupPresenter> presenter)
+    : presenter_(std::move(presenter)) {}
 
 void WatchedPresenter::present(std::shared_ptr<const PopupRequest> request) {
   {
     const std::lock_guard lock(mutex_);
     requests_.push_back(request);
   }
-  presenter_.present(std::move(request));
+  presenter_->present(std::move(request));
 }
 
 std::size_t WatchedPresenter::alive() {
@@ -68,31 +44,21 @@ std::size_t WatchedPresenter::alive() {
   return requests_.size();
 }
 
-QtHostWindow::QtHostWindow(std::shared_ptr<Output> output)
-    : output_(std::move(output)), presenter_(std::make_shared<WatchedPresenter>()) {
-  auto* layout = new QVBoxLayout(&window_);
-  layout->setContentsMargins({});
-  layout->addWidget(&pages_);
-  window_.resize(kWindowSize);
-  window_.setWindowTitle("kifo host");
-  window_.show();
-  qApp->installEventFilter(this);
-}
+QtHostWindow::QtHostWindow(std::shared_ptr<Output> output,
+                           std::shared_ptr<PopupPresenter> presenter)
+    : output_(std::move(output)),
+      presenter_(std::make_shared<WatchedPresenter>(std::move(presenter))) {}
 
 std::shared_ptr<KifoViewController> QtHostWindow::makeScreen(const std::string& name) {
   std::shared_ptr<KifoViewController> screen;
-  onUiThread([&] {
-    auto* page = new QWidget;
-    pages_.addWidget(page);
-    screen = std::make_shared<Screen>(name, page);
-  });
+  onUiThread([&] { screen = makePage(name); });
   return screen;
 }
 
 void QtHostWindow::appear(KifoViewController& screen) {
   onUiThread([&] {
     screen.viewWillAppear(false);
-    pages_.setCurrentWidget(dynamic_cast<Screen&>(screen).widget());
+    showPage(screen);
     screen.viewDidAppear(false);
   });
 }
@@ -103,27 +69,27 @@ void QtHostWindow::disappear(KifoViewController& screen) {
 
 void QtHostWindow::perform(const UserAction& action) {
   onUiThread([&] {
-    PopUpWindow* popup = current();
-    if (popup == nullptr) throw BadLine("no popup is shown");
-    performOn(*popup, action);
+    const auto isUsable = [](const Shown& each) { return each.popup && !each.isDismissing(); };
+    const auto current = std::ranges::find_if(popups_, isUsable);
+    if (current == popups_.end()) throw BadLine("no popup is shown");
+    performOn(*current->state, action);
   });
 }
 
-void QtHostWindow::performOn(PopUpWindow& popup, const UserAction& action) {
+void QtHostWindow::performOn(const PopupState& state, const UserAction& action) {
   using Kind = UserAction::Kind;
   using testing::User;
-  User user(window_);
+  User user = this->user();
   const auto control = [&](const char* name, int index = 0) {
     return User::checked(user.object(name, index), name);
   };
-  const auto& state = popup.state();
   switch (action.kind) {
     case Kind::close:
       return user.click(control("closeButton"));
     case Kind::submit:
       return user.click(control("submitButton"));
     case Kind::button:
-      return user.click(control("KifoPopupCell", rowOf(action.text, state.buttons)));
+      return user.click(control("titleLbl", rowOf(action.text, state.buttons)));
     case Kind::select: {
       const bool isSurvey = user.object("selectButton") != nullptr;
       return user.click(
@@ -142,9 +108,9 @@ void QtHostWindow::performOn(PopUpWindow& popup, const UserAction& action) {
 bool QtHostWindow::isSettled() {
   bool isSettled = false;
   onUiThread([&] {
-    std::erase_if(popups_, [](const auto& each) { return each.isNull(); });
+    std::erase_if(popups_, [](const Shown& each) { return each.popup.isNull(); });
     const bool isClosing =
-        std::ranges::any_of(popups_, [](const auto& each) { return each->isDismissing(); });
+        std::ranges::any_of(popups_, [](const Shown& each) { return each.isDismissing(); });
     isSettled = !isClosing && (!popups_.empty() || presenter_->alive() == 0);
   });
   return isSettled;
@@ -169,37 +135,26 @@ void QtHostWindow::customEvent(QEvent*) {
   task();
 }
 
-bool QtHostWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Show) {
-    if (auto* popup = qobject_cast<PopUpWindow*>(watched)) shown(*popup);
-  }
-  return false;
+bool QtHostWindow::opened(const Shown& shown) {
+  const auto isThis = [&](const Shown& known) { return known.popup == shown.popup; };
+  if (std::ranges::any_of(popups_, isThis)) return false;
+  popups_.push_back(shown);
+  output_->line(lineOf(*shown.state).line("shown"));
+  return true;
 }
 
-void QtHostWindow::shown(PopUpWindow& popup) {
-  // Its window may be hidden and shown again.
-  const auto isThis = [&](const QPointer<PopUpWindow>& known) { return known == &popup; };
-  if (std::ranges::any_of(popups_, isThis)) return;
-  popups_.emplace_back(&popup);
-  output_->line(lineOf(popup).line("shown"));
-  connect(&popup, &PopUpWindow::closed, this,
-          [this, &popup] { output_->line(lineOf(popup).line("closed")); });
+void QtHostWindow::closed(const PopupState& state) {
+  output_->line(lineOf(state).line("closed"));
 }
 
-PopUpWindow* QtHostWindow::current() const {
-  for (const auto& popup : popups_) {
-    if (popup && !popup->isDismissing()) return popup;
-  }
-  return nullptr;
-}
-
-int runInWindow(const std::shared_ptr<Output>& output,
+int runInWindow(const std::shared_ptr<Output>& output, Toolkit toolkit,
                 const std::function<int(HostWindow&)>& script) {
   const Display display("kifo");
-  QtHostWindow window(output);
+  const auto window =
+      toolkit == Toolkit::quick ? makeQuickHostWindow(output) : makeWidgetHostWindow(output);
   int status = 0;
   std::thread thread([&] {
-    status = script(window);
+    status = script(*window);
     QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::QueuedConnection);
   });
   QApplication::setQuitOnLastWindowClosed(false);

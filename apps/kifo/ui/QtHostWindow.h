@@ -2,8 +2,6 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QStackedWidget>
-#include <QWidget>
 #include <deque>
 #include <functional>
 #include <future>
@@ -12,9 +10,9 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
 #include "apps/kifo/host/HostWindow.h"
-#include "platform/qt/QtPopupPresenter.h"
+#include "testing/ui/User.h"
 
 namespace kifo::tool {
 
@@ -23,7 +21,7 @@ namespace kifo::tool {
 /// **Threading:** thread-safe.
 class WatchedPresenter final : public PopupPresenter {
  public:
-  WatchedPresenter();
+  explicit WatchedPresenter(std::shared_ptr<PopupPresenter> presenter);
 
   void present(std::shared_ptr<const PopupRequest> request) override;
 
@@ -31,20 +29,18 @@ class WatchedPresenter final : public PopupPresenter {
   [[nodiscard]] std::size_t alive();
 
  private:
-  QtPopupPresenter presenter_;
+  const std::shared_ptr<PopupPresenter> presenter_;
   std::mutex mutex_;
   std::vector<std::weak_ptr<const PopupRequest>> requests_;  // guarded by mutex_
 };
 
-/// The window with real widgets: its pages are the screens, as on a phone.
+/// The window with real controls: its pages are the screens, as on a phone.
 ///
 /// **Threading:** made on the UI thread; the operations of `HostWindow` on any other thread.
-class QtHostWindow final : public QObject, public HostWindow {
+class QtHostWindow : public QObject, public HostWindow {
   Q_OBJECT
 
  public:
-  explicit QtHostWindow(std::shared_ptr<Output> output);
-
   [[nodiscard]] std::shared_ptr<PopupPresenter> presenter() const override { return presenter_; }
   [[nodiscard]] std::shared_ptr<KifoViewController> makeScreen(const std::string& name) override;
   void appear(KifoViewController& screen) override;
@@ -53,26 +49,42 @@ class QtHostWindow final : public QObject, public HostWindow {
   [[nodiscard]] bool isSettled() override;
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  /// A popup on the screen.
+  struct Shown {
+    QPointer<QObject> popup;
+    const PopupState* state;  ///< As long as the popup is there.
+    std::function<bool()> isDismissing;
+  };
+
+  QtHostWindow(std::shared_ptr<Output> output, std::shared_ptr<PopupPresenter> presenter);
+
+  // What a toolkit does, on the UI thread.
+  [[nodiscard]] virtual testing::User user() = 0;
+  [[nodiscard]] virtual std::shared_ptr<KifoViewController> makePage(const std::string& name) = 0;
+  virtual void showPage(KifoViewController& screen) = 0;
+
+  /// A popup has come, perhaps not for the first time. Whether it is a new one.
+  bool opened(const Shown& shown);
+  void closed(const PopupState& state);
   void customEvent(QEvent* event) override;
 
  private:
   /// Runs `task` on the UI thread and waits for it; what it throws is thrown here.
   void onUiThread(std::function<void()> task);
-
-  void performOn(PopUpWindow& popup, const UserAction& action);
-  void shown(PopUpWindow& popup);
-  PopUpWindow* current() const;
+  void performOn(const PopupState& state, const UserAction& action);
 
   const std::shared_ptr<Output> output_;
   const std::shared_ptr<WatchedPresenter> presenter_;
-  QWidget window_;
-  QStackedWidget pages_;
-  std::vector<QPointer<PopUpWindow>> popups_;  ///< Those on the screen, oldest first.
+  std::vector<Shown> popups_;  ///< Those on the screen, oldest first.
 
   std::mutex mutex_;
   std::deque<std::packaged_task<void()>>
       tasks_;  ///< Guarded by mutex_: each has an event under way.
 };
+
+/// With Qt Widgets.
+std::unique_ptr<QtHostWindow> makeWidgetHostWindow(std::shared_ptr<Output> output);
+/// With a Qt Quick scene.
+std::unique_ptr<QtHostWindow> makeQuickHostWindow(std::shared_ptr<Output> output);
 
 }  // namespace kifo::tool
