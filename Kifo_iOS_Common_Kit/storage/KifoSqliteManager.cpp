@@ -58,22 +58,22 @@ void KifoSqliteManager::post(std::function<void()> work) {
 
 void KifoSqliteManager::prepareDb() {
   post([this] {
-    if (files_->exists(databasePath_)) {
-      files_->makePrivate(databasePath_);
-      return;
-    }
-    files_->makeDirectories(databasePath_);
-    // Built under another name: the file is never there without its table, and one that another
-    // process has just made is not replaced.
-    const std::string draft = databasePath_ + ".new";
-    files_->remove(draft);
-    if (!files_->makePrivate(draft)) return;
-    // A full disk may keep the table out: the next start makes the file then.
-    if (makeTable(draft, waitsForLocks_)) {
-      files_->move(draft, databasePath_, /*replaces=*/false);
-    }
-    files_->remove(draft);
+    isPrepared_ = true;
+    files_->exists(databasePath_) ? void(files_->makePrivate(databasePath_)) : makeFile();
   });
+}
+
+void KifoSqliteManager::makeFile() {
+  pendingWrites_.forgetCount();
+  files_->makeDirectories(databasePath_);
+  // Built under another name: the file is never there without its table, and one that another
+  // process has just made is not replaced.
+  const std::string draft = databasePath_ + ".new";
+  files_->remove(draft);
+  if (!files_->makePrivate(draft)) return;
+  // A full disk may keep the table out: the file is made when it is next needed.
+  if (makeTable(draft, waitsForLocks_)) files_->move(draft, databasePath_, /*replaces=*/false);
+  files_->remove(draft);
 }
 
 bool KifoSqliteManager::open() {
@@ -107,6 +107,8 @@ void KifoSqliteManager::enqueue(PendingWrites::Groups groups,
                                 std::function<void(StoreConnection&)> work) {
   const auto task = [self = shared_from_this(), groups, work = std::move(work)] {
     if (self->isAbandoned_) return self->pendingWrites_.clear();
+    // Gone while the host runs, or a full disk kept it out: made again.
+    if (self->isPrepared_ && !self->files_->exists(self->databasePath_)) self->makeFile();
     // Never makes the file: an empty one would never get its table.
     StoreConnection file(self->databasePath_, StoreConnection::Mode::existing,
                          self->waitsForLocks_);

@@ -45,8 +45,9 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
                     std::shared_ptr<StoreFiles> files = nullptr,
                     std::shared_ptr<Counters> counters = nullptr);
 
-  /// Makes the file with its table when there is no file yet, both readable by this user alone. The
-  /// file appears whole: a process that dies here leaves either none or a complete one.
+  /// Makes the file with its table when there is no file yet, both readable by this user alone; a
+  /// file that goes missing afterwards is made again by the next operation. The file appears whole:
+  /// a process that dies here leaves either none or a complete one.
   void prepareDb();
 
   /// Opens the file, made empty when there is none; `name` is not used. The block may be empty.
@@ -104,6 +105,8 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   void post(std::function<void()> work);
   /// Queues a task that runs the first `groups` groups of writes and then `work`, if any.
   void enqueue(PendingWrites::Groups groups, std::function<void(StoreConnection&)> work);
+  /// Makes the file with its table, unless another process makes it first.
+  void makeFile();
   bool open();
   bool close();
   [[nodiscard]] std::string resource(const std::string& name) const;
@@ -121,6 +124,7 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   PendingWrites pendingWrites_;
 
   // Main queue only.
+  bool isPrepared_ = false;  ///< `prepareDb` has run.
   std::optional<StoreConnection> database_;
   std::optional<std::optional<std::string>> currentDbInfo_;
 };

@@ -70,6 +70,9 @@ class PendingWrites {
   /// The next write begins a new group. Gives the groups up to now.
   Groups endGroup() KIFO_EXCLUDES(mutex_);
 
+  /// The file is another one now: its rows are to be counted. Main queue only.
+  void forgetCount() { knownCount_.reset(); }
+
   /// Drops every group; no callback runs.
   void clear() KIFO_EXCLUDES(mutex_);
 

@@ -98,17 +98,15 @@ constexpr std::size_t kAny = 1000;
 
 INSTANTIATE_TEST_SUITE_P(
     Manners, NginxTest,
-    ::testing::Values(Manner{"Http2", {}, "HTTP/2.0", 6},
-                      Manner{"Http11", {.speaksHttp2 = false}, "HTTP/1.1", 6},
-                      Manner{"Http2ThatClosesEarly",
-                             {.requestsPerConnection = 7, .idleTimeout = "5ms"},
-                             "HTTP/2.0",
-                             kAny},
-                      Manner{
-                          "Http11ThatClosesEarly",
-                          {.speaksHttp2 = false, .requestsPerConnection = 7, .idleTimeout = "5ms"},
-                          "HTTP/1.1",
-                          kAny}),
+    ::testing::Values(
+        Manner{"Http2", {}, "HTTP/2.0", 6}, Manner{"Http11", {.speaksHttp2 = false}, "HTTP/1.1", 6},
+        // Not after an idle time: over HTTP/2 nginx would count the time before the
+        // first request, and a busy machine could meet that twice.
+        Manner{"Http2ThatClosesEarly", {.requestsPerConnection = 7}, "HTTP/2.0", kAny},
+        Manner{"Http11ThatClosesEarly",
+               {.speaksHttp2 = false, .requestsPerConnection = 7, .idleTimeout = "5ms"},
+               "HTTP/1.1",
+               kAny}),
     [](const auto& each) { return each.param.name; });
 
 TEST(NginxProxyTest, TheProxyOfTheEnvironmentIsUsed) {
