@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   {Kind::changeConsent, 0},
                                   {Kind::runAll, 0},
                                   {Kind::answerToken, 1}}}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& each) { return each.param.name; });
 
 TEST(SimulatedWorldTest, AScriptPlaysTheSameEachTimeAndIsShrunkToWhatMatters) {
   const Script script = randomScript(7, 300);
