@@ -88,8 +88,8 @@ AlertOverlay {
             Repeater {
                 model: alert.fields
                 AlertField {
-                    overlay: alert
-                    place: alert.places.fields[index] ?? Qt.rect(0, 0, 0, 0)
+                    overlay: alert  // qmllint disable unqualified
+                    place: alert.places.fields[index] ?? Qt.rect(0, 0, 0, 0)  // qmllint disable unqualified
                 }
             }
             Item {
@@ -102,8 +102,8 @@ AlertOverlay {
             Repeater {
                 model: alert.buttons
                 AlertButton {
-                    overlay: alert
-                    place: alert.places.buttons[index] ?? Qt.rect(0, 0, 0, 0)
+                    overlay: alert  // qmllint disable unqualified
+                    place: alert.places.buttons[index] ?? Qt.rect(0, 0, 0, 0)  // qmllint disable unqualified
                 }
             }
         }
@@ -191,7 +191,7 @@ AlertOverlay {
                     radius: 1
                     rotation: modelData
                     antialiasing: true
-                    color: alert.colors.ink
+                    color: alert.colors.ink  // qmllint disable unqualified
                 }
             }
             AlertPainting {

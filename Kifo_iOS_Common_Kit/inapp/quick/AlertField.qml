@@ -36,7 +36,9 @@ Rectangle {
         id: line
         property bool focusStop: field.modelData.isLine
         objectName: "alertField"
-        anchors { fill: parent; leftMargin: 7; rightMargin: 7 }
+        anchors.fill: parent
+        leftPadding: 7
+        rightPadding: 7
         visible: field.modelData.isLine
         enabled: visible
         clip: true

@@ -27,18 +27,18 @@ Item {
         Item {
             id: row
             required property var modelData
-            width: list.width
+            width: list.width  // qmllint disable unqualified
             Rectangle {
                 visible: row.modelData.line >= 0
                 y: row.modelData.line
-                width: list.width
+                width: list.width  // qmllint disable unqualified
                 height: 1
-                color: list.overlay.colors.line
+                color: list.overlay.colors.line  // qmllint disable unqualified
             }
             AlertText {
                 text: row.modelData.header
-                font: list.overlay.looks.row
-                color: list.overlay.colors.text
+                font: list.overlay.looks.row  // qmllint disable unqualified
+                color: list.overlay.colors.text  // qmllint disable unqualified
                 alignment: 1
                 x: row.modelData.headerPlace.x
                 y: row.modelData.headerPlace.y
@@ -49,8 +49,8 @@ Item {
             }
             AlertText {
                 text: row.modelData.value
-                font: list.overlay.looks.text
-                color: list.overlay.colors.text
+                font: list.overlay.looks.text  // qmllint disable unqualified
+                color: list.overlay.colors.text  // qmllint disable unqualified
                 alignment: row.modelData.isBeside ? 2 : 1
                 x: row.modelData.valuePlace.x
                 y: row.modelData.valuePlace.y

@@ -43,6 +43,13 @@ QVariantList listOf(const std::vector<QRect>& rects) {
   return {rects.begin(), rects.end()};
 }
 
+template <class Objects>
+QVariantList modelOf(const Objects& objects) {
+  QVariantList model;
+  for (const auto& object : objects) model.append(QVariant::fromValue<QObject*>(object));
+  return model;
+}
+
 }  // namespace
 
 QuickAlertOverlay* QuickAlertOverlay::make(QuickAlert& alert, QQuickWindow& window) {
@@ -112,13 +119,11 @@ QString QuickAlertOverlay::text() const {
 QString QuickAlertOverlay::heading() const {
   return alert_ == nullptr ? QString() : alert_->headerStr;
 }
-QList<QObject*> QuickAlertOverlay::fields() const {
-  return alert_ == nullptr ? QList<QObject*>()
-                           : QList<QObject*>(alert_->fields_.begin(), alert_->fields_.end());
+QVariantList QuickAlertOverlay::fields() const {
+  return alert_ == nullptr ? QVariantList() : modelOf(alert_->fields_);
 }
-QList<QObject*> QuickAlertOverlay::buttons() const {
-  return alert_ == nullptr ? QList<QObject*>()
-                           : QList<QObject*>(alert_->buttons_.begin(), alert_->buttons_.end());
+QVariantList QuickAlertOverlay::buttons() const {
+  return alert_ == nullptr ? QVariantList() : modelOf(alert_->buttons_);
 }
 double QuickAlertOverlay::cornerRadius() const {
   return alert_ == nullptr ? 0 : alert_->appearance.contentViewCornerRadius;

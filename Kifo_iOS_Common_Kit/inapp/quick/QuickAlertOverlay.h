@@ -22,21 +22,22 @@ class QuickAlert;
 ///
 /// **Threading:** UI thread only. **Ownership:** an item of the window; `alert` outlives it unless
 /// it is dismantled before.
-class QuickAlertOverlay : public QuickOverlay {
+class QuickAlertOverlay : public kifo::QuickOverlay {
   Q_OBJECT
   QML_NAMED_ELEMENT(AlertOverlay)
   Q_PROPERTY(QString title READ title NOTIFY textsChanged)
   Q_PROPERTY(QString text READ text NOTIFY textsChanged)
   Q_PROPERTY(QString heading READ heading NOTIFY partsChanged)
-  Q_PROPERTY(QList<QObject*> fields READ fields NOTIFY partsChanged)
-  Q_PROPERTY(QList<QObject*> buttons READ buttons NOTIFY partsChanged)
+  Q_PROPERTY(QVariantList fields READ fields NOTIFY partsChanged)
+  Q_PROPERTY(QVariantList buttons READ buttons NOTIFY partsChanged)
+  // Maps; as QVariant, because the lint would look for their keys among a map's own members.
   /// The members of `AlertColors`, "disc" and "circle", and "ink" for what is drawn on the card.
-  Q_PROPERTY(QVariantMap colors READ colors NOTIFY partsChanged)
+  Q_PROPERTY(QVariant colors READ colors NOTIFY partsChanged)
   /// "text", "row" and "button"; radii under "cardRadius", "fieldRadius" and "buttonRadius";
   /// "alignment" of the text.
-  Q_PROPERTY(QVariantMap looks READ looks NOTIFY partsChanged)
+  Q_PROPERTY(QVariant looks READ looks NOTIFY partsChanged)
   /// The members of `AlertPlaces`; "rows" also with their texts.
-  Q_PROPERTY(QVariantMap places READ places NOTIFY placed)
+  Q_PROPERTY(QVariant places READ places NOTIFY placed)
   Q_PROPERTY(QPointF cardPosition READ cardPosition NOTIFY cardMoved)
   Q_PROPERTY(double cardOpacity READ cardOpacity NOTIFY cardMoved)
   Q_PROPERTY(bool hasCloseIcon READ hasCloseIcon NOTIFY partsChanged)
@@ -68,8 +69,8 @@ class QuickAlertOverlay : public QuickOverlay {
   [[nodiscard]] QString title() const;
   [[nodiscard]] QString text() const;
   [[nodiscard]] QString heading() const;
-  [[nodiscard]] QList<QObject*> fields() const;
-  [[nodiscard]] QList<QObject*> buttons() const;
+  [[nodiscard]] QVariantList fields() const;
+  [[nodiscard]] QVariantList buttons() const;
   [[nodiscard]] QVariantMap colors() const;
   [[nodiscard]] QVariantMap looks() const;
   [[nodiscard]] QVariantMap places() const;
