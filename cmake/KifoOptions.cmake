@@ -10,9 +10,13 @@ set(KIFO_SANITIZE "" CACHE STRING "Sanitizers to compile with, e.g. address,unde
 find_package(Qt6 6.4 QUIET COMPONENTS Core Gui Widgets DBus)
 option(KIFO_WITH_UI "Build kifo::ui (needs Qt 6 Widgets)" ${Qt6_FOUND})
 find_package(Qt6 6.4 QUIET COMPONENTS Quick)
+set(_has_quick OFF)
+if(Qt6Quick_FOUND)
+  set(_has_quick ON)
+endif()
 # A QML module that is compiled into an archive would have to be named by every program.
 include(CMakeDependentOption)
-cmake_dependent_option(KIFO_WITH_QUICK "Build kifo::quick (needs Qt 6 Quick)" ${Qt6Quick_FOUND}
+cmake_dependent_option(KIFO_WITH_QUICK "Build kifo::quick (needs Qt 6 Quick)" ${_has_quick}
   "KIFO_WITH_UI;BUILD_SHARED_LIBS" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
