@@ -21,7 +21,7 @@ QtObject {
         { id: "muffin", category: "Bakery", name: "Berry muffin", cents: 290, shape: "muffin", colour: "#D7A56B", tint: "#EFE4EE" },
         { id: "cocoa-muffin", category: "Bakery", name: "Cocoa muffin", cents: 290, shape: "muffin", colour: "#7A4F35", tint: "#F0E4DB" },
         { id: "cookie", category: "Bakery", name: "Salted cookie", cents: 190, shape: "cookie", colour: "#C98B4F", tint: "#F4E7D9" },
-        { id: "toast", category: "Lunch", name: "Garden sandwich", cents: 590, shape: "sandwich", colour: "#E0B57A", tint: "#E8F0DF" },
+        { id: "toast", category: "Lunch", name: "Garden toast", cents: 590, shape: "sandwich", colour: "#E0B57A", tint: "#E8F0DF" },
         { id: "toastie", category: "Lunch", name: "Cheese toastie", cents: 520, shape: "sandwich", colour: "#D9963F", tint: "#FBEFD9" },
         { id: "lentils", category: "Lunch", name: "Lentil soup", cents: 520, shape: "bowl", colour: "#C9903F", tint: "#F7EBD5" },
         { id: "soup", category: "Lunch", name: "Tomato soup", cents: 540, shape: "bowl", colour: "#D2553A", tint: "#FAE6DF" }
