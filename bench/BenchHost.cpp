@@ -13,7 +13,7 @@
 #include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/WatchSocket.h"
+#include "platform/linux/watch/WatchSocket.h"
 
 namespace kifo::bench {
 namespace {

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
-#include "platform/linux/NetlinkRecords.h"
-#include "platform/linux/NetlinkSocket.h"
+#include "platform/linux/reachability/NetlinkRecords.h"
+#include "platform/linux/reachability/NetlinkSocket.h"
 
 namespace {
 

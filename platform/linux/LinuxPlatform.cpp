@@ -5,16 +5,16 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
-#include "platform/linux/CurlTransport.h"
 #include "platform/linux/Directories.h"
-#include "platform/linux/ExitGuard.h"
 #include "platform/linux/FileUserDefaults.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxConsole.h"
 #include "platform/linux/LinuxDeviceProbe.h"
-#include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachability.h"
-#include "platform/linux/WatchSocket.h"
+#include "platform/linux/http/CurlTransport.h"
+#include "platform/linux/reachability/NetlinkReachability.h"
+#include "platform/linux/threads/ExitGuard.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
+#include "platform/linux/watch/WatchSocket.h"
 
 namespace kifo {
 namespace {

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/CurlTransport.h"
+#include "platform/linux/http/CurlTransport.h"
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/support/Certificate.h"

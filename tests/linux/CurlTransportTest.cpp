@@ -1,4 +1,4 @@
-#include "platform/linux/CurlTransport.h"
+#include "platform/linux/http/CurlTransport.h"
 
 #include <curl/curl.h>
 #include <netinet/in.h>

@@ -13,7 +13,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "platform/linux/FileUserDefaults.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/LinuxSerialQueue.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 
 namespace kifo {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxSerialQueue.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 
 #include <sys/resource.h>
 #include <unistd.h>

@@ -1,10 +1,10 @@
-#include "platform/linux/Mailbox.h"
+#include "platform/linux/threads/Mailbox.h"
 
 #include <poll.h>
 
 #include <vector>
 
-#include "platform/linux/Worker.h"
+#include "platform/linux/threads/Worker.h"
 
 namespace kifo {
 namespace {

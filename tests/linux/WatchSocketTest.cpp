@@ -1,4 +1,4 @@
-#include "platform/linux/WatchSocket.h"
+#include "platform/linux/watch/WatchSocket.h"
 
 #include <gmock/gmock.h>
 #include <sys/socket.h>

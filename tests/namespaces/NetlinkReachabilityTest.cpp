@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
-#include "platform/linux/NetlinkSocket.h"
+#include "platform/linux/reachability/NetlinkSocket.h"
 #include "tests/namespaces/CabledTest.h"
 #include "tests/namespaces/SourceWatcher.h"
 #include "tests/support/HeldUp.h"

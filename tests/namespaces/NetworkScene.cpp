@@ -11,9 +11,9 @@
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
-#include "platform/linux/CurlTransport.h"
-#include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachability.h"
+#include "platform/linux/http/CurlTransport.h"
+#include "platform/linux/reachability/NetlinkReachability.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo::testing {

@@ -4,7 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/TargetAddresses.h"
+#include "platform/linux/reachability/TargetAddresses.h"
 #include "tests/namespaces/CabledTest.h"
 #include "tests/namespaces/SourceWatcher.h"
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachability.h"
+#include "platform/linux/reachability/NetlinkReachability.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 #include "tests/namespaces/Patience.h"
 
 namespace kifo::testing {

@@ -7,7 +7,7 @@
 
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
-#include "platform/linux/LinuxSerialQueue.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/Url.h"
-#include "platform/linux/CurlTransport.h"
+#include "platform/linux/http/CurlTransport.h"
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 

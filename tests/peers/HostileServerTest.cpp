@@ -10,7 +10,7 @@
 #include <future>
 #include <thread>
 
-#include "platform/linux/CurlTransport.h"
+#include "platform/linux/http/CurlTransport.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::testing {

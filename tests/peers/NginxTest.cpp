@@ -7,8 +7,8 @@
 #include <set>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "platform/linux/CurlTransport.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/http/CurlTransport.h"
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/peers/Nginx.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
-#include "platform/linux/CurlTransport.h"
+#include "platform/linux/http/CurlTransport.h"
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 

@@ -11,8 +11,8 @@
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
-#include "platform/linux/LinuxSerialQueue.h"
-#include "platform/linux/NetlinkReachability.h"
+#include "platform/linux/reachability/NetlinkReachability.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 #include "testing/FakeReachability.h"
 #include "testing/NetworkNamespace.h"
 

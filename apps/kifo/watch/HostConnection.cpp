@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <stdexcept>
 
-#include "platform/linux/WatchSocket.h"
+#include "platform/linux/watch/WatchSocket.h"
 
 namespace kifo::tool {
 namespace {

@@ -15,7 +15,7 @@
 #include "apps/kifo/Terminal.h"
 #include "apps/kifo/watch/HostConnection.h"
 #include "apps/kifo/watch/WatchView.h"
-#include "platform/linux/WatchSocket.h"
+#include "platform/linux/watch/WatchSocket.h"
 
 namespace kifo::tool {
 namespace {

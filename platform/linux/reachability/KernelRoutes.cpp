@@ -1,4 +1,4 @@
-#include "platform/linux/KernelRoutes.h"
+#include "platform/linux/reachability/KernelRoutes.h"
 
 #include <libmnl/libmnl.h>
 #include <linux/if.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/CurlTransfer.h"
+#include "platform/linux/http/CurlTransfer.h"
 
 #include <curl/curl.h>
 
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/CurlSockets.h"
+#include "platform/linux/http/CurlSockets.h"
 
 namespace kifo {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/NetlinkSocket.h"
+#include "platform/linux/reachability/NetlinkSocket.h"
 
 #include <libmnl/libmnl.h>
 #include <linux/rtnetlink.h>

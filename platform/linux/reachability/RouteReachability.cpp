@@ -1,4 +1,4 @@
-#include "platform/linux/RouteReachability.h"
+#include "platform/linux/reachability/RouteReachability.h"
 
 #include <cerrno>
 #include <utility>

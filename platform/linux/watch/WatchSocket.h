@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/WatchService.h"
-#include "platform/linux/Worker.h"
+#include "platform/linux/threads/Worker.h"
 
 namespace kifo {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/CurlSockets.h"
+#include "platform/linux/http/CurlSockets.h"
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>

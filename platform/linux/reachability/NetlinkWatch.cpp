@@ -1,11 +1,11 @@
-#include "platform/linux/NetlinkWatch.h"
+#include "platform/linux/reachability/NetlinkWatch.h"
 
 #include <linux/rtnetlink.h>
 
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
-#include "platform/linux/NetlinkSocket.h"
+#include "platform/linux/reachability/NetlinkSocket.h"
 
 namespace kifo {
 namespace {

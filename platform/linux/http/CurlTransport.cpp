@@ -1,4 +1,4 @@
-#include "platform/linux/CurlTransport.h"
+#include "platform/linux/http/CurlTransport.h"
 
 #include <curl/curl.h>
 #include <openssl/crypto.h>
@@ -14,11 +14,11 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
-#include "platform/linux/CurlSockets.h"
-#include "platform/linux/CurlTransfer.h"
-#include "platform/linux/ExitGuard.h"
-#include "platform/linux/Mailbox.h"
-#include "platform/linux/Worker.h"
+#include "platform/linux/http/CurlSockets.h"
+#include "platform/linux/http/CurlTransfer.h"
+#include "platform/linux/threads/ExitGuard.h"
+#include "platform/linux/threads/Mailbox.h"
+#include "platform/linux/threads/Worker.h"
 
 namespace kifo {
 namespace {

@@ -1,9 +1,9 @@
-#include "platform/linux/NetlinkReachability.h"
+#include "platform/linux/reachability/NetlinkReachability.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/RouteReachability.h"
+#include "platform/linux/reachability/RouteReachability.h"
 
 namespace kifo {
 namespace {

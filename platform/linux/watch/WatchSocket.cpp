@@ -1,4 +1,4 @@
-#include "platform/linux/WatchSocket.h"
+#include "platform/linux/watch/WatchSocket.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -15,7 +15,7 @@
 #include <utility>
 
 #include "platform/linux/Directories.h"
-#include "platform/linux/WatchServer.h"
+#include "platform/linux/watch/WatchServer.h"
 
 namespace kifo {
 namespace {

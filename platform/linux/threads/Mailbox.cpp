@@ -1,4 +1,4 @@
-#include "platform/linux/Mailbox.h"
+#include "platform/linux/threads/Mailbox.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "platform/linux/Worker.h"
+#include "platform/linux/threads/Worker.h"
 
 namespace kifo {
 namespace {

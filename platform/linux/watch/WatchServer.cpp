@@ -1,4 +1,4 @@
-#include "platform/linux/WatchServer.h"
+#include "platform/linux/watch/WatchServer.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>

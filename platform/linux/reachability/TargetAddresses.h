@@ -8,7 +8,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
-#include "platform/linux/NetlinkRecords.h"
+#include "platform/linux/reachability/NetlinkRecords.h"
 
 namespace kifo {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/NetlinkRecords.h"
+#include "platform/linux/reachability/NetlinkRecords.h"
 
 #include <libmnl/libmnl.h>
 #include <linux/if.h>

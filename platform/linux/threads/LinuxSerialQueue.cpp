@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxSerialQueue.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 
 #include <poll.h>
 
@@ -15,8 +15,8 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
-#include "platform/linux/Mailbox.h"
-#include "platform/linux/Worker.h"
+#include "platform/linux/threads/Mailbox.h"
+#include "platform/linux/threads/Worker.h"
 
 namespace kifo {
 namespace {

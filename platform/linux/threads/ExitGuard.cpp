@@ -1,4 +1,4 @@
-#include "platform/linux/ExitGuard.h"
+#include "platform/linux/threads/ExitGuard.h"
 
 #include <unistd.h>
 

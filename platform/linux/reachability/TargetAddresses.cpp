@@ -1,4 +1,4 @@
-#include "platform/linux/TargetAddresses.h"
+#include "platform/linux/reachability/TargetAddresses.h"
 
 #include <netdb.h>
 #include <netinet/in.h>
@@ -9,7 +9,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/linux/Worker.h"
+#include "platform/linux/threads/Worker.h"
 
 namespace kifo {
 namespace {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/NetlinkRecords.h"
-#include "platform/linux/NetlinkSocket.h"
+#include "platform/linux/reachability/NetlinkRecords.h"
+#include "platform/linux/reachability/NetlinkSocket.h"
 
 namespace kifo {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/Worker.h"
+#include "platform/linux/threads/Worker.h"
 
 #include <pthread.h>
 #include <sched.h>

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
-#include "platform/linux/LinuxSerialQueue.h"
+#include "platform/linux/threads/LinuxSerialQueue.h"
 
 namespace kifo {
 

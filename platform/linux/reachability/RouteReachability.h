@@ -7,9 +7,9 @@
 
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilitySource.h"
-#include "platform/linux/KernelRoutes.h"
-#include "platform/linux/NetlinkWatch.h"
-#include "platform/linux/TargetAddresses.h"
+#include "platform/linux/reachability/KernelRoutes.h"
+#include "platform/linux/reachability/NetlinkWatch.h"
+#include "platform/linux/reachability/TargetAddresses.h"
 
 namespace kifo {
 
