@@ -11,8 +11,8 @@
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
-#include "platform/qt/BackgroundWorker.h"
-#include "platform/qt/DesktopNotificationService.h"
+#include "platform/qt/desktop/BackgroundWorker.h"
+#include "platform/qt/desktop/DesktopNotificationService.h"
 
 namespace kifo {
 namespace {

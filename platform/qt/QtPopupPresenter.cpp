@@ -4,8 +4,8 @@
 #include <QThread>
 #include <utility>
 
-#include "platform/qt/QtPopupQueue.h"
-#include "platform/qt/QtPopupRouter.h"
+#include "platform/qt/popups/QtPopupQueue.h"
+#include "platform/qt/popups/QtPopupRouter.h"
 
 namespace kifo {
 

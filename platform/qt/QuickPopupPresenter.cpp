@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/qt/QtPasteboard.h"
-#include "platform/qt/QuickPopupRouter.h"
+#include "platform/qt/popups/QuickPopupRouter.h"
 #ifdef KIFO_HAS_QT_POSITIONING
 #include "platform/qt/QtPositionSource.h"
 #endif

@@ -17,7 +17,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
-#include "platform/qt/DesktopNotificationMessage.h"
+#include "platform/qt/desktop/DesktopNotificationMessage.h"
 #include "testing/FakePlatform.h"
 #include "testing/PrivateBus.h"
 #include "tests/desktop/ScriptedNotificationService.h"

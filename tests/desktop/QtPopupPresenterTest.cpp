@@ -13,10 +13,10 @@
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
-#include "platform/qt/PopupRouter.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/QtPopupSwitch.h"
 #include "platform/qt/QtWindowProvider.h"
+#include "platform/qt/popups/PopupRouter.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {

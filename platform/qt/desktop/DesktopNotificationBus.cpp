@@ -1,4 +1,4 @@
-#include "platform/qt/DesktopNotificationBus.h"
+#include "platform/qt/desktop/DesktopNotificationBus.h"
 
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>

@@ -10,8 +10,8 @@
 #include <memory>
 #include <optional>
 
-#include "platform/qt/DesktopNotificationMessage.h"
 #include "platform/qt/UiLink.h"
+#include "platform/qt/desktop/DesktopNotificationMessage.h"
 
 namespace kifo {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/qt/PopupRouter.h"
+#include "platform/qt/popups/PopupRouter.h"
 
 namespace kifo {
 

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/DesktopNotificationBus.h"
-#include "platform/qt/DesktopNotificationLedger.h"
-#include "platform/qt/DesktopNotificationMessage.h"
-#include "platform/qt/PushPictures.h"
 #include "platform/qt/UiLink.h"
+#include "platform/qt/desktop/DesktopNotificationBus.h"
+#include "platform/qt/desktop/DesktopNotificationLedger.h"
+#include "platform/qt/desktop/DesktopNotificationMessage.h"
+#include "platform/qt/desktop/PushPictures.h"
 
 namespace kifo {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/DesktopNotificationMessage.h"
+#include "platform/qt/desktop/DesktopNotificationMessage.h"
 
 #include <QFile>
 #include <QImage>

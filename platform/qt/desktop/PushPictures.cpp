@@ -1,4 +1,4 @@
-#include "platform/qt/PushPictures.h"
+#include "platform/qt/desktop/PushPictures.h"
 
 #include <QTimer>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "platform/qt/QuickPopupRouter.h"
+#include "platform/qt/popups/QuickPopupRouter.h"
 
 #include <QGuiApplication>
 #include <QQuickItem>

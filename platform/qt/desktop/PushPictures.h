@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/BackgroundWorker.h"
-#include "platform/qt/DesktopNotificationLedger.h"
 #include "platform/qt/UiLink.h"
+#include "platform/qt/desktop/BackgroundWorker.h"
+#include "platform/qt/desktop/DesktopNotificationLedger.h"
 
 namespace kifo {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/PopupRouter.h"
+#include "platform/qt/popups/PopupRouter.h"
 
 #include <QCoreApplication>
 #include <QWindow>

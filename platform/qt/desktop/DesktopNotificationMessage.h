@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/qt/DesktopNotificationLedger.h"
+#include "platform/qt/desktop/DesktopNotificationLedger.h"
 
 namespace kifo {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/QtPopupRouter.h"
+#include "platform/qt/popups/QtPopupRouter.h"
 
 #include <QGuiApplication>
 #include <QStringList>
@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/qt/QtPopupQueue.h"
 #include "platform/qt/QtWindowProvider.h"
+#include "platform/qt/popups/QtPopupQueue.h"
 
 namespace kifo {
 namespace {

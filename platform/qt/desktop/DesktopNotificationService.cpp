@@ -1,4 +1,4 @@
-#include "platform/qt/DesktopNotificationService.h"
+#include "platform/qt/desktop/DesktopNotificationService.h"
 
 #include <QFileInfo>
 #include <QPointer>

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "Kifo_iOS_Common_Kit/ports/PopupPresenter.h"
-#include "platform/qt/PopupRouter.h"
+#include "platform/qt/popups/PopupRouter.h"
 
 namespace kifo {
 

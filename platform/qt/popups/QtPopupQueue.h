@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <QWindow>
 
-#include "platform/qt/PopupRouter.h"
+#include "platform/qt/popups/PopupRouter.h"
 
 namespace kifo {
 

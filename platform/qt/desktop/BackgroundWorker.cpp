@@ -1,4 +1,4 @@
-#include "platform/qt/BackgroundWorker.h"
+#include "platform/qt/desktop/BackgroundWorker.h"
 
 #include <thread>
 #include <utility>

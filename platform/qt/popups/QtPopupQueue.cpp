@@ -1,7 +1,7 @@
-#include "platform/qt/QtPopupQueue.h"
+#include "platform/qt/popups/QtPopupQueue.h"
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
-#include "platform/qt/QtWindowFollower.h"
+#include "platform/qt/popups/QtWindowFollower.h"
 
 namespace kifo {
 

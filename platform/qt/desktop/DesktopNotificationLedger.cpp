@@ -1,4 +1,4 @@
-#include "platform/qt/DesktopNotificationLedger.h"
+#include "platform/qt/desktop/DesktopNotificationLedger.h"
 
 #include <algorithm>
 #include <utility>

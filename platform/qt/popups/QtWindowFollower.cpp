@@ -1,4 +1,4 @@
-#include "platform/qt/QtWindowFollower.h"
+#include "platform/qt/popups/QtWindowFollower.h"
 
 namespace kifo {
 namespace {
