@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/LinuxPlatform.h"

@@ -1,7 +1,7 @@
 // Runs the tests that need no Qt.
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo {

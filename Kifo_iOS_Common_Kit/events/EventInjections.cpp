@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/Version.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/device/DeviceStatusHelper.h"
 #include "Kifo_iOS_Common_Kit/device/LocationManager.h"
 #include "Kifo_iOS_Common_Kit/events/BaseEvent.h"

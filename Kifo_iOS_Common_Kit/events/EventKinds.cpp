@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 
 namespace kifo {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
 
 namespace kifo {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/InAppFetch.h"

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/EventKinds.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManagerLogic.h"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"

@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 
 namespace kifo {

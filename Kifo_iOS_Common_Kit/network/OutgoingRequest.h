@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
 #include "Kifo_iOS_Common_Kit/core/Statistics.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
 #include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
 
 namespace kifo {

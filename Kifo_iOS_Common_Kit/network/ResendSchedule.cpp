@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/network/OutgoingRequest.h"
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"

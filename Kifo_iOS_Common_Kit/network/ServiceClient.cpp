@@ -5,9 +5,9 @@
 #include <limits>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
-#include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
 #include "Kifo_iOS_Common_Kit/core/Url.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/TokenFetch.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/network/ResendSchedule.h"

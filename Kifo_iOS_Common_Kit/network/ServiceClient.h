@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Record.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/network/BaseResponse.h"
 #include "Kifo_iOS_Common_Kit/network/JSONRequest.h"

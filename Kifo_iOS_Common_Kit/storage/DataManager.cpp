@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreTransaction.h"
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/storage/DiskStoreFiles.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreTransaction.h"

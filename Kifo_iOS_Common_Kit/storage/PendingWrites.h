@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/core/Counters.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Counters.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoLog.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreConnection.h"

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "Kifo_iOS_Common_Kit/core/Counters.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Counters.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreConnection.h"
 
 namespace kifo {

@@ -8,7 +8,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/Record.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"

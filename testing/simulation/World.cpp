@@ -6,10 +6,10 @@
 #include <array>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Consent.h"
-#include "Kifo_iOS_Common_Kit/core/Counters.h"
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Consent.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Counters.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"

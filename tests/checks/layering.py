@@ -45,8 +45,8 @@ BESIDE = {
 }
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
 # The facade, and the sources that make and end the runtime's parts, know every other module.
-FACADE = (KIT + "core/Kifo.", KIT + "core/Runtime.cpp", KIT + "core/Consent.cpp",
-          KIT + "core/Watching.cpp")
+FACADE = (KIT + "core/Kifo.", KIT + "core/runtime/Runtime.cpp",
+          KIT + "core/runtime/Consent.cpp", KIT + "core/runtime/Watching.cpp")
 MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
 # kifo::kit is linked without Qt, so nothing of it includes these folders.

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/core/Consent.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Consent.h"
 
 #include <gmock/gmock.h>
 
@@ -6,8 +6,8 @@
 #include <set>
 #include <thread>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
 #include "tests/support/SdkTest.h"

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {

@@ -7,8 +7,8 @@
 #include <thread>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/SdkTest.h"

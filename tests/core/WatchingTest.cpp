@@ -1,11 +1,11 @@
-#include "Kifo_iOS_Common_Kit/core/Watching.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Watching.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
 
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {

@@ -15,7 +15,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "platform/qt/desktop/DesktopNotificationMessage.h"
 #include "testing/FakePlatform.h"

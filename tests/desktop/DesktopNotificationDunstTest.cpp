@@ -12,7 +12,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "platform/qt/DesktopNotificationCentre.h"
 #include "testing/FakePlatform.h"
 #include "testing/PrivateBus.h"

@@ -8,7 +8,7 @@
 #include <QMainWindow>
 #include <QStackedWidget>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::shopfront {

@@ -1,7 +1,7 @@
 // What each kind of event looks like on the wire.
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "tests/support/SdkTest.h"
 

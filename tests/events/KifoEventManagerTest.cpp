@@ -1,6 +1,6 @@
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
 #include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "tests/support/SdkTest.h"

@@ -6,8 +6,8 @@
 
 #include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {

@@ -1,6 +1,6 @@
 #include "tests/support/SdkTest.h"
 
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo {

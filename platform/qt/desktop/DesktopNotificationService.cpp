@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 
 namespace kifo {

@@ -8,7 +8,7 @@
 #include <QPointer>
 #include <QUrl>
 
-#include "Kifo_iOS_Common_Kit/core/Consent.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Consent.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"

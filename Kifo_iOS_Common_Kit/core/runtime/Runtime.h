@@ -3,11 +3,11 @@
 #include <atomic>
 #include <memory>
 
-#include "Kifo_iOS_Common_Kit/core/CampaignOutcomes.h"
-#include "Kifo_iOS_Common_Kit/core/Consent.h"
-#include "Kifo_iOS_Common_Kit/core/Counters.h"
-#include "Kifo_iOS_Common_Kit/core/Session.h"
-#include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/CampaignOutcomes.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Consent.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Counters.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/TokenFetch.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 

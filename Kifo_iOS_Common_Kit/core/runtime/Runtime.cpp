@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 
 #include <algorithm>
 #include <chrono>

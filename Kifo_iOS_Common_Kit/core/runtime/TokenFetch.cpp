@@ -1,11 +1,11 @@
-#include "Kifo_iOS_Common_Kit/core/TokenFetch.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/TokenFetch.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 
 namespace kifo {
 namespace {

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/core/Counters.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Counters.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/core/Session.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
 
 #include <utility>
 

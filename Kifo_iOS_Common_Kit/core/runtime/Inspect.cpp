@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,10 +1,10 @@
-#include "Kifo_iOS_Common_Kit/core/Consent.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Consent.h"
 
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/events/InAppTrigger.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"

@@ -1,4 +1,4 @@
-#include "Kifo_iOS_Common_Kit/core/Watching.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Watching.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/Runtime.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/core/Version.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
