@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QTime>
 
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 namespace {

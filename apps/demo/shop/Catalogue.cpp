@@ -1,6 +1,6 @@
 #include "apps/demo/shop/Catalogue.h"
 
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 

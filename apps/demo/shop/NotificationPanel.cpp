@@ -8,10 +8,10 @@
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
-#include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/PillButton.h"
 #include "apps/demo/shop/ShopPushes.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/AdaptiveRow.h"
+#include "apps/demo/shop/widgets/PillButton.h"
+#include "apps/demo/shop/widgets/Theme.h"
 #include "platform/qt/PushCarousel.h"
 
 namespace kifo::shop {

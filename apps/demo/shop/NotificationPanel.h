@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
-#include "apps/demo/shop/ShopScreen.h"
+#include "apps/demo/shop/screens/ShopScreen.h"
 
 namespace kifo {
 class PushCarousel;

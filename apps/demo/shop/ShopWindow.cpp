@@ -4,12 +4,12 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "apps/demo/shop/AccountScreen.h"
-#include "apps/demo/shop/AlertsScreen.h"
-#include "apps/demo/shop/BasketScreen.h"
-#include "apps/demo/shop/HomeScreen.h"
-#include "apps/demo/shop/NavigationBar.h"
-#include "apps/demo/shop/ProductScreen.h"
+#include "apps/demo/shop/screens/AccountScreen.h"
+#include "apps/demo/shop/screens/AlertsScreen.h"
+#include "apps/demo/shop/screens/BasketScreen.h"
+#include "apps/demo/shop/screens/HomeScreen.h"
+#include "apps/demo/shop/screens/ProductScreen.h"
+#include "apps/demo/shop/widgets/NavigationBar.h"
 
 namespace kifo::shop {
 namespace {

@@ -13,9 +13,9 @@
 #include "apps/demo/shop/ShopPushes.h"
 #include "apps/demo/shop/ShopServer.h"
 #include "apps/demo/shop/ShopWindow.h"
-#include "apps/demo/shop/Theme.h"
 #include "apps/demo/shop/tour/PushTourDesktop.h"
 #include "apps/demo/shop/tour/Tour.h"
+#include "apps/demo/shop/widgets/Theme.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/qt/QtPlatform.h"
 

@@ -1,11 +1,11 @@
-#include "apps/demo/shop/ProductScreen.h"
+#include "apps/demo/shop/screens/ProductScreen.h"
 
 #include <QHBoxLayout>
 
-#include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/Picture.h"
-#include "apps/demo/shop/PillButton.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/AdaptiveRow.h"
+#include "apps/demo/shop/widgets/Picture.h"
+#include "apps/demo/shop/widgets/PillButton.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 

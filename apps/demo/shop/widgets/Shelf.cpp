@@ -1,4 +1,4 @@
-#include "apps/demo/shop/Shelf.h"
+#include "apps/demo/shop/widgets/Shelf.h"
 
 #include <algorithm>
 

@@ -1,14 +1,14 @@
-#include "apps/demo/shop/AlertsScreen.h"
+#include "apps/demo/shop/screens/AlertsScreen.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyleKit.h"
-#include "apps/demo/shop/AlertsScreenTile.h"
-#include "apps/demo/shop/Picture.h"
-#include "apps/demo/shop/Shelf.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/screens/AlertsScreenTile.h"
+#include "apps/demo/shop/widgets/Picture.h"
+#include "apps/demo/shop/widgets/Shelf.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 namespace {

@@ -1,8 +1,8 @@
-#include "apps/demo/shop/ScrollPage.h"
+#include "apps/demo/shop/widgets/ScrollPage.h"
 
 #include <QPainter>
 
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 

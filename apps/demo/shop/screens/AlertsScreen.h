@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-#include "apps/demo/shop/ShopScreen.h"
+#include "apps/demo/shop/screens/ShopScreen.h"
 
 namespace kifo::shop {
 

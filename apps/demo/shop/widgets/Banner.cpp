@@ -1,13 +1,13 @@
-#include "apps/demo/shop/Banner.h"
+#include "apps/demo/shop/widgets/Banner.h"
 
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
 #include <QVBoxLayout>
 
-#include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/PillButton.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/AdaptiveRow.h"
+#include "apps/demo/shop/widgets/PillButton.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 namespace {

@@ -1,8 +1,8 @@
-#include "apps/demo/shop/AccountScreen.h"
+#include "apps/demo/shop/screens/AccountScreen.h"
 
-#include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/PillButton.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/AdaptiveRow.h"
+#include "apps/demo/shop/widgets/PillButton.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 

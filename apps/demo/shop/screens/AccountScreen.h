@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "apps/demo/shop/ShopScreen.h"
+#include "apps/demo/shop/screens/ShopScreen.h"
 
 namespace kifo::shop {
 

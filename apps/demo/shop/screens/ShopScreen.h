@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/EventParameters.h"
-#include "apps/demo/shop/ScrollPage.h"
+#include "apps/demo/shop/widgets/ScrollPage.h"
 #include "platform/qt/QtScreen.h"
 
 namespace kifo::shop {

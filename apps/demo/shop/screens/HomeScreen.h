@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/demo/shop/Catalogue.h"
-#include "apps/demo/shop/ShopScreen.h"
+#include "apps/demo/shop/screens/ShopScreen.h"
 
 namespace kifo::shop {
 

@@ -1,8 +1,8 @@
-#include "apps/demo/shop/HomeScreen.h"
+#include "apps/demo/shop/screens/HomeScreen.h"
 
-#include "apps/demo/shop/Banner.h"
-#include "apps/demo/shop/ProductCard.h"
-#include "apps/demo/shop/Shelf.h"
+#include "apps/demo/shop/widgets/Banner.h"
+#include "apps/demo/shop/widgets/ProductCard.h"
+#include "apps/demo/shop/widgets/Shelf.h"
 
 namespace kifo::shop {
 

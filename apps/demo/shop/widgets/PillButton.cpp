@@ -1,8 +1,8 @@
-#include "apps/demo/shop/PillButton.h"
+#include "apps/demo/shop/widgets/PillButton.h"
 
 #include <QPainter>
 
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 

@@ -1,9 +1,9 @@
-#include "apps/demo/shop/Picture.h"
+#include "apps/demo/shop/widgets/Picture.h"
 
 #include <QPainter>
 
-#include "apps/demo/shop/ProductCard.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/ProductCard.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 

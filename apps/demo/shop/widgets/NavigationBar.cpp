@@ -1,9 +1,9 @@
-#include "apps/demo/shop/NavigationBar.h"
+#include "apps/demo/shop/widgets/NavigationBar.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
 
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 namespace {

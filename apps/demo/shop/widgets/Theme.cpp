@@ -1,4 +1,4 @@
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 #include <QStringList>
 

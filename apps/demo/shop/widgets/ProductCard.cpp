@@ -1,11 +1,11 @@
-#include "apps/demo/shop/ProductCard.h"
+#include "apps/demo/shop/widgets/ProductCard.h"
 
 #include <QPainter>
 #include <QPainterPath>
 #include <cmath>
 #include <numbers>
 
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 namespace {

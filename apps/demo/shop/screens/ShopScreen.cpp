@@ -1,10 +1,10 @@
-#include "apps/demo/shop/ShopScreen.h"
+#include "apps/demo/shop/screens/ShopScreen.h"
 
 #include <QPainter>
 #include <QPointer>
 
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 

@@ -1,12 +1,12 @@
-#include "apps/demo/shop/BasketScreen.h"
+#include "apps/demo/shop/screens/BasketScreen.h"
 
 #include <QHBoxLayout>
 #include <QTimer>
 
-#include "apps/demo/shop/AdaptiveRow.h"
-#include "apps/demo/shop/Picture.h"
-#include "apps/demo/shop/PillButton.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/AdaptiveRow.h"
+#include "apps/demo/shop/widgets/Picture.h"
+#include "apps/demo/shop/widgets/PillButton.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 namespace {

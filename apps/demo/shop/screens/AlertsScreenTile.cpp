@@ -1,9 +1,9 @@
-#include "apps/demo/shop/AlertsScreenTile.h"
+#include "apps/demo/shop/screens/AlertsScreenTile.h"
 
 #include <QPainter>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyleKit.h"
-#include "apps/demo/shop/Theme.h"
+#include "apps/demo/shop/widgets/Theme.h"
 
 namespace kifo::shop {
 namespace {

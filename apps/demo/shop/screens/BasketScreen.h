@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/demo/shop/Basket.h"
-#include "apps/demo/shop/ShopScreen.h"
+#include "apps/demo/shop/screens/ShopScreen.h"
 #include "platform/qt/QtPopupSwitch.h"
 
 namespace kifo::shop {

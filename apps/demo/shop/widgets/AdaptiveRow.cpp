@@ -1,4 +1,4 @@
-#include "apps/demo/shop/AdaptiveRow.h"
+#include "apps/demo/shop/widgets/AdaptiveRow.h"
 
 #include <algorithm>
 
