@@ -10,6 +10,7 @@
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -22,17 +23,6 @@ using Names = std::set<std::string>;
 
 constexpr auto kAnswer = R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":100},
   "model":[{"uuid":"u1","type":"POPUP","maxShowCount":3,"triggeringEventName":"tap","buttons":[]}]})";
-
-class Screen final : public ViewController {
- public:
-  [[nodiscard]] std::string className() const override { return "Screen"; }
-};
-
-class Service final : public TokenServiceProtocol {
- public:
-  void getToken(Completion) override { asked(); }
-  std::function<void()> asked;
-};
 
 class ConsentTest : public SdkTest {
  protected:
@@ -98,7 +88,7 @@ class ConsentTest : public SdkTest {
     expectNothingKept({"consent.refused"});
   }
 
-  const std::shared_ptr<Screen> screen_ = std::make_shared<Screen>();
+  const std::shared_ptr<HomeScreen> screen_ = std::make_shared<HomeScreen>();
 };
 
 TEST_F(ConsentTest, UntilItIsGivenNothingIsSentWrittenReadOrWatched) {
@@ -204,10 +194,8 @@ TEST_F(ConsentTest, RevokedFromACallbackInTheMidstOfAPassNothingFollows) {
 TEST_F(ConsentTest, RevokedDuringTheWaitForATokenTheStartEndsThere) {
   auto config = requiring();
   config.authorization.reset();
-  const auto service = std::make_shared<Service>();
-  service->kifoTimeout = 3600.0;
-  service->asked = [] { Kifo::revokeConsent(); };
-  config.tokenService = service;
+  config.tokenService =
+      std::make_shared<ScriptedTokens>([](const auto&) { Kifo::revokeConsent(); }, 3600.0);
   Kifo::giveConsent();
   begin(config);
   expectRevoked();
@@ -292,15 +280,6 @@ TEST_F(ConsentTest, RevokedFromManyThreadsBesideSendersNothingIsLeft) {
     expectRevoked();
   }
 }
-
-/// A transport that makes its requests later than they are handed over.
-class LateTransport final : public HttpTransport {
- public:
-  void send(Make make, Done) override { kept.push_back(std::move(make)); }
-  void networkChanged() override {}
-  void stop() override { kept.clear(); }
-  std::vector<Make> kept;
-};
 
 TEST_F(ConsentTest, ARequestThatIsMadeAfterTheRevokingLeadsNowhere) {
   work();

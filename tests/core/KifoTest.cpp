@@ -2,27 +2,17 @@
 
 #include <gmock/gmock.h>
 
+#include <future>
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-class Service : public TokenServiceProtocol {
- public:
-  explicit Service(std::optional<std::string> text) : token(std::move(text)) {}
-  void getToken(Completion completion) override {
-    kept = completion;
-    if (answers) completion(token);
-  }
-  std::optional<std::string> token;
-  bool answers = true;
-  Completion kept;
-};
 
 class KifoTest : public SdkTest {
  protected:
@@ -35,7 +25,16 @@ class KifoTest : public SdkTest {
     }
     return own;
   }
+  /// A configuration without a token, whose token service keeps its question in `asked_`.
+  KifoInitConfig withoutToken() {
+    auto config = configuration();
+    config.authorization.reset();
+    config.tokenService = std::make_shared<ScriptedTokens>([this](auto ask) { asked_ = ask; });
+    return config;
+  }
   std::string storedActor() const { return fake.userDefaults->string("kifo_actorId").value_or(""); }
+
+  TokenServiceProtocol::Completion asked_;
 };
 
 TEST_F(KifoTest, AnInstallationGoesThroughEveryStepInOrder) {
@@ -98,9 +97,9 @@ TEST_F(KifoTest, WithoutAuthorizationOrBundleNothingIsSetUp) {
 }
 
 TEST_F(KifoTest, ATokenServiceThatHasNoTokenFailsTheStatusAndTheStartGoesOn) {
-  auto config = configuration();
-  config.authorization.reset();
-  config.tokenService = std::make_shared<Service>(std::nullopt);
+  auto config = withoutToken();
+  config.tokenService =
+      std::make_shared<ScriptedTokens>([](const auto& answer) { answer(std::nullopt); });
   Kifo::initialize(config);
   EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZE_FAILED);
   EXPECT_TRUE(Kifo::isStarted());
@@ -108,31 +107,39 @@ TEST_F(KifoTest, ATokenServiceThatHasNoTokenFailsTheStatusAndTheStartGoesOn) {
 }
 
 TEST_F(KifoTest, ATokenThatComesAfterTheWaitStillCounts) {
-  auto config = configuration();
-  config.authorization.reset();
-  const auto service = std::make_shared<Service>("late");
-  service->answers = false;
-  service->kifoTimeout = 0.001;
-  config.tokenService = service;
-  Kifo::initialize(config);
+  Kifo::initialize(withoutToken());
   EXPECT_EQ(Kifo::authorization(), "");
-  service->kept("late");
+  asked_("late");
   EXPECT_EQ(Kifo::authorization(), "late");
 }
 
+TEST_F(KifoTest, AWaitForATokenEndsWithItsServicesTimeOutItsAnswerOrTheShutdown) {
+  const auto patient = Runtime::current();
+  std::promise<void> begun;
+  patient->session.setTokenService(
+      std::make_shared<ScriptedTokens>([&](const auto&) { begun.set_value(); }, 20.0));
+  const auto wait = std::async(std::launch::async, [&] { TokenFetch::run(patient); });
+  begun.get_future().wait();
+  const auto other = std::make_shared<Runtime>();
+  for (const auto& service :
+       {std::make_shared<ScriptedTokens>(),
+        std::make_shared<ScriptedTokens>([](const auto& answer) { answer("token"); }, 30.0)}) {
+    other->session.setTokenService(service);
+    TokenFetch::run(other);
+  }
+  EXPECT_EQ(wait.wait_for(std::chrono::seconds(0)), std::future_status::timeout)
+      << "the wait that began first ends last";
+  Kifo::shutdown(0.0);
+  EXPECT_EQ(wait.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+}
+
 TEST_F(KifoTest, ATokenThatComesAfterTheEndOfItsSessionDoesNotReachTheNextOne) {
-  auto config = configuration();
-  config.authorization.reset();
-  const auto service = std::make_shared<Service>(std::nullopt);
-  service->answers = false;
-  service->kifoTimeout = 0.001;
-  config.tokenService = service;
-  Kifo::initialize(config);
+  Kifo::initialize(withoutToken());
   Runtime::detach();  // as a shutdown does
   start();
-  service->kept("the first user's");
+  asked_("the first user's");
   EXPECT_EQ(Kifo::authorization(), "token");
-  service->kept(std::nullopt);
+  asked_(std::nullopt);
   EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZED);
 }
 

@@ -11,6 +11,7 @@
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -28,11 +29,6 @@ void expectSum(const Counts& counts) {
     EXPECT_GE(counts[counter], 0) << name(counter);
   }
 }
-
-class Screen final : public ViewController {
- public:
-  [[nodiscard]] std::string className() const override { return "Screen"; }
-};
 
 class StatisticsTest : public SdkTest {
  protected:
@@ -120,7 +116,7 @@ TEST_F(StatisticsTest, AnEventIsInOnePlaceFromItsCallToItsEnd) {
 }
 
 TEST_F(StatisticsTest, ARefusedCopyThatIsDeliveredIsNotDropped) {
-  start(R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":0}})");
+  start(R"({"configuration":{"stopAllEvents":false}})");  // no row may wait
   grown();
   send("tap");
   EXPECT_EQ(grown(), (Grown{{"composed", 1}, {"sent", 1}, {"refusedByCap", 1}, {"delivered", 1}}));
@@ -183,8 +179,8 @@ TEST_F(StatisticsTest, EachDuePopupIsShownOrRefusedForOneReason) {
     {"uuid":"u3","type":"SURVEY","maxShowCount":1,"triggeringEventName":"bad"},
     {"uuid":"u4","type":"SCORE","maxShowCount":1,"triggeringEventName":"bad"},
     {"uuid":"u5","type":"CAKE","maxShowCount":1,"triggeringEventName":"bad"}]})");
-  auto screen = std::make_shared<Screen>();
-  const auto trigger = [&](const char* event, const std::shared_ptr<Screen>& controller) {
+  auto screen = std::make_shared<HomeScreen>();
+  const auto trigger = [&](const char* event, const std::shared_ptr<HomeScreen>& controller) {
     KifoEventManager::sendEvent(controller, event, std::nullopt);
     fake.runUntilIdle();
     fake.advance(0.5);

@@ -3,17 +3,13 @@
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
 namespace {
 
 using nlohmann::json;
-
-class Screen : public ViewController {
- public:
-  std::string className() const override { return "HomeScreen"; }
-};
 
 class EventPayloadTest : public SdkTest {
  protected:
@@ -50,7 +46,7 @@ class EventPayloadTest : public SdkTest {
     return decode<AppCommunicationItemButton>(std::string_view(text));
   }
 
-  std::shared_ptr<Screen> screen = std::make_shared<Screen>();
+  std::shared_ptr<HomeScreen> screen = std::make_shared<HomeScreen>();
 };
 
 TEST_F(EventPayloadTest, EveryEventCarriesTheCommonKeys) {
@@ -60,6 +56,7 @@ TEST_F(EventPayloadTest, EveryEventCarriesTheCommonKeys) {
   fake.runUntilIdle();
   json event = lastEvent("app_foreground");
   const std::string requestId = event["requestId"];
+  EXPECT_EQ(requestId.size(), 36U) << requestId;
   event.erase("requestId");
   EXPECT_EQ(event,
             (json{{"push_token", ""},
@@ -127,15 +124,18 @@ TEST_F(EventPayloadTest, AnEventTellsOfItsOwnMomentHoweverLateItIsComposed) {
 
 TEST_F(EventPayloadTest, DeviceKeysComeOnlyWithTheirSwitches) {
   Session& session = Runtime::current()->session;
-  session.isBatteryStatusRequired = session.isWifiStatusRequired = session.isDiskCapacityRequired =
-      true;
-  session.isLocationRequired = true;
   fake.device->readings.update([](auto& now) { now.batteryLevel = 0.555F; });
   fake.position->authorization = 4;
   fake.position->state = 0;
   fake.position->coordinate.set(Coordinate{41.0082, -28.0});
   KifoEventManager::sendAppForegroundEvent();
-  json keys = own("app_foreground");
+  EXPECT_EQ(own("app_foreground"), (json{{"name", "app_foreground"}}));
+  session.isBatteryStatusRequired = session.isWifiStatusRequired = session.isDiskCapacityRequired =
+      true;
+  session.isLocationRequired = true;
+  KifoEventManager::sendLoginEvent(nullptr, std::nullopt,
+                                   {{"battery", "the host's"}, {"latitude", "the host's"}});
+  json keys = own("login");
   EXPECT_EQ(keys["battery"], "55");
   EXPECT_EQ(keys["network_status"], "wifi");
   EXPECT_EQ(keys["latitude"], "41.0082");
@@ -219,10 +219,11 @@ TEST_F(EventPayloadTest, AnOpenedCampaignCarriesItsIdentityAndLeavesOutWhatItLac
 }
 
 TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
+  Kifo::setPushToken("the session's");
   KifoEventManager::sendPushNotificationReceivedEvent("pt", "who", "camp", "code", "S");
   EXPECT_EQ(lastEvent("push_notification_received")["scenario"], "S");
   EXPECT_EQ(lastEvent("push_notification_received")["actorId"], "who");
-  EXPECT_EQ(lastEvent("push_notification_received")["push_token"], "") << "the session has none";
+  EXPECT_EQ(lastEvent("push_notification_received")["push_token"], "the session's");
   json keys = own("push_notification_received");
   EXPECT_EQ(keys, (json{{"name", "push_notification_received"},
                         {"responseId", ""},
@@ -241,8 +242,11 @@ TEST_F(EventPayloadTest, PushEventsSayHowTheUserAnswered) {
   EXPECT_EQ(keys["responseType"], "BUTTON");
   EXPECT_EQ(keys["responseId"], "b1");
   EXPECT_EQ(keys["responseText"], "Yes");
-  KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", std::nullopt,
-                                                     std::nullopt);
+  KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", "b1", {});
+  keys = own("push_notification_clicked");
+  EXPECT_EQ(keys["responseType"], "BUTTON") << "also without a text";
+  EXPECT_FALSE(keys.contains("responseText"));
+  KifoEventManager::sendPushNotificationClickedEvent("pt", "who", "camp", "code", "S", {}, {});
   EXPECT_EQ(own("push_notification_clicked")["responseType"], "SELF");
   KifoEventManager::sendPushNotificationDismissedEvent(
       {{"data", R"({"uuid":"camp","type":"POPUP","code":"c"})"}});

@@ -1,19 +1,14 @@
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
-#include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-class HomeScreen : public KifoViewController {
- public:
-  std::string className() const override { return "HomeScreen"; }
-};
 
 constexpr auto kCampaigns = R"({
   "configuration": {"stopAllEvents": false, "offlineQueueSize": 10},

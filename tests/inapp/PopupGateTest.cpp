@@ -7,22 +7,17 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupQueue.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/HostDoubles.h"
 
 namespace kifo {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-class Screen final : public KifoViewController {
- public:
-  std::string className() const override { return "HomeScreen"; }
-};
 
 class SilentReporter final : public InAppReporter {
  public:
@@ -76,7 +71,7 @@ class PopupGateTest : public ::testing::Test {
 
   kifo::testing::InstalledFakePlatform fake_;
   std::shared_ptr<SilentReporter> reporter_ = std::make_shared<SilentReporter>();
-  std::shared_ptr<Screen> screen_ = std::make_shared<Screen>();
+  std::shared_ptr<HomeScreen> screen_ = std::make_shared<HomeScreen>();
   PopupManager manager_{reporter_};
 };
 
@@ -86,8 +81,8 @@ TEST_F(PopupGateTest, WhilePopupsArePausedNoneShowsAndThenEachValidCampaignShows
   due("before");
   Kifo::setPopupsPaused(true);
   fake_.popups->release();
-  auto closing = std::make_shared<Screen>();
-  const auto other = std::make_shared<Screen>();
+  auto closing = std::make_shared<HomeScreen>();
+  const auto other = std::make_shared<HomeScreen>();
   due("a", closing);
   due("b");
   due("a", other);

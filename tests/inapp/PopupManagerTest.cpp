@@ -8,6 +8,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/support/Last.h"
 
 namespace kifo {
@@ -17,11 +18,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 using Lines = std::vector<std::string>;
-
-class Screen final : public ViewController {
- public:
-  std::string className() const override { return "HomeScreen"; }
-};
 
 struct Report {
   std::shared_ptr<AppCommunicationItem> item;
@@ -117,7 +113,7 @@ class PopupManagerTest : public ::testing::Test {
 
   kifo::testing::InstalledFakePlatform fake_;
   std::shared_ptr<RecordingReporter> reporter_ = std::make_shared<RecordingReporter>();
-  std::shared_ptr<ViewController> screen_ = std::make_shared<Screen>();
+  std::shared_ptr<ViewController> screen_ = std::make_shared<HomeScreen>();
   PopupManager manager_{reporter_};
 };
 

@@ -183,24 +183,6 @@ TEST_F(NetlinkReachabilityTest, ASourceMayGoWhileNewsComeAndFromItsOwnCallback) 
   EXPECT_TRUE(queue->stop(SerialQueue::Duration(10)));
 }
 
-TEST_F(NetlinkReachabilityTest, AnotherQueueThanTheOneThatListensMayBeChosen) {
-  const auto elsewhere = std::make_shared<LinuxSerialQueue>("elsewhere");
-  SourceWatcher watcher;
-  std::promise<bool> there;
-  watcher.source().setCallback(
-      [&, once = false]() mutable {
-        if (!std::exchange(once, true)) there.set_value(elsewhere->isCurrent());
-      },
-      {});
-  watcher.source().setDispatchQueue(elsewhere);
-  host("route add default via 10.7.0.1");
-  auto called = there.get_future();
-  ASSERT_EQ(called.wait_for(patience()), std::future_status::ready);
-  EXPECT_TRUE(called.get());
-  watcher.source().setDispatchQueue(nullptr);
-  EXPECT_TRUE(elsewhere->stop(SerialQueue::Duration(10)));
-}
-
 /// Has the kernel refuse routing sockets to the calling thread, as a service's sandbox does.
 void forbidNetlink() {
   sock_filter program[] = {

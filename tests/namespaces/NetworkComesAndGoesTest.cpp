@@ -1,9 +1,7 @@
 #include <linux/if_arp.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cstdio>
 #include <map>
 #include <numeric>
 #include <set>
@@ -123,13 +121,6 @@ TEST_F(NetworkComesAndGoes, ThroughAModemPayloadsSayCellular) {
                  "cellular");
 }
 
-/// Kilobytes of memory that the process has ever held at once.
-long peakMemory() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
 std::string particular(const Decision& decision, const std::string& key) {
   for (const auto& [name, value] : decision.particulars) {
     if (name == key) return value;
@@ -155,8 +146,6 @@ TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
   constexpr int kThreads = 4;
   constexpr int kEach = 125;
   start();
-  const long before = peakMemory();
-  const std::size_t mark = console_->mark();
   std::atomic<int> flaps = 0;
   std::vector<std::thread> threads;
   for (int i = 0; i < kThreads; ++i) {
@@ -197,13 +186,6 @@ TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
     EXPECT_THAT(received(name), UnorderedElementsAreArray(due));
   }
   EXPECT_LT(lost.size(), 10U);
-  const long more = peakMemory() - before;
-  std::printf("  offline %td times, %ld KiB of memory more at the most\n",
-              console_->count("Kifo Kifo: KifoNetworkStatus: OFFLINE", mark), more);
-#ifndef __SANITIZE_ADDRESS__  // which keeps whatever was freed
-  EXPECT_LT(more, 128 * 1024)
-      << "some 8 MiB are usual, and several times as much under the thread sanitizer";
-#endif
 }
 
 }  // namespace

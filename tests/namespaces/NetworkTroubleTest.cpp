@@ -73,41 +73,6 @@ TEST_F(NetworkTrouble, TheStatusWaitsForNoStatementInEitherDirection) {
   EXPECT_THAT(received("kept"), ElementsAre(0, 1));
 }
 
-enum class Failure { refused, brokenOff, timedOut };
-
-class NetworkFailure : public NetworkTrouble, public ::testing::WithParamInterface<Failure> {};
-
-TEST_P(NetworkFailure, LeavesItsRowForTheReturnOfTheNetwork) {
-  start("10.99.0.1", GetParam() == Failure::timedOut ? 2.0 : 60.0);
-  ASSERT_TRUE(drains());
-  if (GetParam() == Failure::refused) server_->stop();
-  if (GetParam() == Failure::timedOut) setBlackHole(true);
-  server_->setFaults({.connection = Faults::Connection::DIE, .times = 2});
-  send("failed", 2);
-  ASSERT_TRUE(awaitAnswers());
-  EXPECT_EQ(lingering(), 0);
-  EXPECT_EQ(rows("select TRYCOUNT, ISSYNC_SUCCESS from KifoLog"),
-            (std::vector<std::string>{"0|0", "0|0"}));
-  loseTheRoute();
-  server_->setFaults({});
-  server_->requests().clear();
-  if (GetParam() == Failure::refused) net_->run([this] { server_->start(); });
-  if (GetParam() == Failure::timedOut) setBlackHole(false);
-  findTheRoute();
-  ASSERT_TRUE(awaitReceived("failed", 2));
-  EXPECT_TRUE(drains());
-  EXPECT_THAT(received("failed"), ElementsAre(0, 1));
-}
-
-std::string nameOf(const ::testing::TestParamInfo<Failure>& info) {
-  if (info.param == Failure::refused) return "Refused";
-  return info.param == Failure::brokenOff ? "BrokenOff" : "TimedOut";
-}
-
-INSTANTIATE_TEST_SUITE_P(Failures, NetworkFailure,
-                         ::testing::Values(Failure::refused, Failure::brokenOff, Failure::timedOut),
-                         nameOf);
-
 /// Gives the calling thread, and those that it starts, a hosts file of their own.
 class OwnHostsFile {
  public:

@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/ForeignLock.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/support/Last.h"
 #include "tests/support/SdkTest.h"
 
@@ -82,6 +83,7 @@ TEST_F(ServiceClientTest, ATokenCannotBecomeAHeaderAndBrokenTextIsMendedNotLost)
 
 TEST_F(ServiceClientTest, OfflineAnEventIsStoredAndNotSent) {
   start(kCounted);
+  EXPECT_EQ(lines("log is nil"), 0U) << "the pass that waited for the answer is quiet";
   setOnline(false);
   const auto sent = fake.http->count();
   send("tap");
@@ -127,18 +129,11 @@ TEST_F(ServiceClientTest, A200WithoutABodyMarksTheRowAndKeepsIt) {
       << "and the chain ends with it";
 }
 
-/// Never has a token, which is waited for no time.
-class NoTokens : public TokenServiceProtocol {
- public:
-  NoTokens() { kifoTimeout = 0.0; }
-  void getToken(Completion) override {}
-};
-
 class FailedAnswer : public ServiceClientTest, public ::testing::WithParamInterface<int> {};
 
 TEST_P(FailedAnswer, KeepsTheRowForOneMoreTry) {
   start(kCounted);
-  Kifo::setTokenService(std::make_shared<NoTokens>());
+  Kifo::setTokenService(std::make_shared<ScriptedTokens>());
   answerNothing();
   send("tap");
   if (GetParam() == 0) {
@@ -170,17 +165,10 @@ TEST_F(ServiceClientTest, TheLineOfAnAnswerKeepsItsTwoBlanks) {
 }
 
 TEST_F(ServiceClientTest, TwoRefusalsInARowFailTheTokenAndA200BetweenThemDoesNot) {
-  class Service : public TokenServiceProtocol {
-   public:
-    void getToken(Completion completion) override {
-      completion("renewed " + std::to_string(++calls));
-    }
-    int calls = 0;
-  };
   auto config = configuration();
-  const auto service = std::make_shared<Service>();
   config.authorization.reset();
-  config.tokenService = service;
+  config.tokenService = std::make_shared<ScriptedTokens>(
+      [calls = 0](const auto& answer) mutable { answer("renewed " + std::to_string(++calls)); });
   start(kCounted, config);
   for (const int status : {401, 200, 401}) {
     answerWith(status);
@@ -257,6 +245,7 @@ TEST_F(SyncTest, NothingIsSentAgainWhenCachingIsDisabled) {
   setOnline(true);
   EXPECT_TRUE(resent().empty());
   EXPECT_EQ(lines("offlineCachingDisabled"), 1U);
+  EXPECT_EQ(lines("sync is online online"), 0U) << "no pass begins";
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"3"});
 }
 
@@ -325,19 +314,38 @@ TEST_F(ServerAway, GetsWhatWaitsWhileNothingIsSent) {
   EXPECT_EQ(resent(), (Lines{"one", "two", "one", "two"}));
   fake.advance(3600.0);
   EXPECT_EQ(fake.advance(3600.0), 0U) << "no timer is left";
+  answerNothing();
+  send("three");
+  setOnline(false);
+  fake.http->failNext();
+  fake.runUntilIdle();
+  EXPECT_EQ(fake.advance(3600.0), 0U) << "without a network its return is the next trigger";
 }
 
-TEST_F(ServerAway, IsTriedWithOneRowAtATimeAtDoublingIntervals) {
+TEST_F(ServerAway, IsTriedWithOneRowAtATimeAtIntervalsThatDoubleToTenMinutes) {
   storeTwo(true);
   answerWith(503);
+  for (int more = 0; more < 8; ++more) send("three");
+  const auto tries = [this] { return resent().size() - 10; };
   fake.advance(72.2);
-  EXPECT_EQ(resent(), (Lines{"one", "two", "one"}));
+  EXPECT_EQ(tries(), 1U);
+  EXPECT_EQ(testing::last(resent()), "one");
   fake.advance(23.0);
-  EXPECT_EQ(resent().size(), 3U) << "the interval after a try is 48 seconds at least";
+  EXPECT_EQ(tries(), 1U) << "the interval after a try is 48 seconds at least";
   fake.advance(50.0);
-  EXPECT_EQ(resent(), (Lines{"one", "two", "one", "two"}));
+  EXPECT_EQ(tries(), 2U);
+  EXPECT_EQ(testing::last(resent()), "two");
+  fake.advance(1.2 * (120 + 240 + 480));
+  for (int longest = 0; longest < 2; ++longest) {
+    const auto before = tries();
+    fake.advance(1.2 * 600 + 0.1);
+    EXPECT_GT(tries(), before);
+  }
   for (int i = 0; i < 10; ++i) fake.advance(720.0);
-  EXPECT_EQ(resent().size(), 4U) << "a row is tried once";
+  EXPECT_EQ(tries(), 10U) << "a row is tried once";
+  send("one");
+  fake.advance(72.2);
+  EXPECT_EQ(tries(), 12U) << "once nothing waited the first interval is short again";
 }
 
 TEST_F(ServerAway, WaitsForTheNetworkWhereTheHostDidNotAskForMore) {
@@ -347,25 +355,20 @@ TEST_F(ServerAway, WaitsForTheNetworkWhereTheHostDidNotAskForMore) {
   EXPECT_EQ(resent(), (Lines{"one", "two", "three"}));
 }
 
-/// A transport that makes its requests later than they are handed over.
-class LateTransport final : public HttpTransport {
- public:
-  void send(Make make, Done) override { kept.push_back(std::move(make)); }
-  void networkChanged() override {}
-  void stop() override { kept.clear(); }
-  std::vector<Make> kept;
-};
-
-TEST_F(ServiceClientTest, AnEventKeepsTheTokenAndTheOriginOfItsMoment) {
+TEST_F(ServiceClientTest, AnEventKeepsTheTokenOfItsMomentAndARowGetsThatOfItsSending) {
   start();
+  setOnline(false);
+  send("stored");
   const auto late = std::make_shared<LateTransport>();
   Platform platform = fake.platform();
   platform.http = late;
   Platform::install(std::move(platform));
+  setOnline(true);
   send("tap");
   Kifo::setAuthorizationToken("the second user's");
-  ASSERT_EQ(late->kept.size(), 1U);
-  EXPECT_EQ(late->kept.at(0)().headers[0].second, "BearerMOBILE token");
+  ASSERT_EQ(late->kept.size(), 2U);
+  EXPECT_EQ(late->kept.at(0)().headers[0].second, "BearerMOBILE the second user's");
+  EXPECT_EQ(late->kept.at(1)().headers[0].second, "BearerMOBILE token");
   late->stop();
 }
 
@@ -380,6 +383,8 @@ TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
   fake.runUntilIdle();
   setOnline(false);
   setOnline(true);
+  fake.advance(60.0);
+  EXPECT_EQ(fake.advance(3600.0), 0U) << "a file that stays locked is looked at once more";
   reader.reset();
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"1"}) << "the row was kept by the lock";
   setOnline(false);
@@ -399,8 +404,7 @@ TEST_F(SyncTest, AFileThatIsLockedBetweenTwoRowsCostsNeitherOfThem) {
   EXPECT_EQ(resent(), Lines{"one"}) << "what cannot be marked is not sent";
   reader.reset();
   answerWith(200);
-  setOnline(false);
-  setOnline(true);
+  fake.advance(60.0);  // it is looked at once more without a trigger
   EXPECT_EQ(resent(), (Lines{"one", "two", "three"}));
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
 }

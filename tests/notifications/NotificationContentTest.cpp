@@ -28,7 +28,8 @@ TEST_P(PushTexts, AreFoundWhereTheServicePutsThem) {
 INSTANTIATE_TEST_SUITE_P(
     NotificationContent, PushTexts,
     ::testing::Values(
-        Push{R"({"aps": {"alert": {"title": "T", "body": "B"}}, "title": "x"})", "T", "B"},
+        Push{R"({"aps": {"alert": {"title": "T", "body": "B"}}, "notification": {"title": "x"}})",
+             "T", "B"},
         Push{R"({"aps": {"alert": "B"}, "title": "x"})", "", "B"},
         Push{R"({"aps": {"badge": 1}, "notification": {"title": "T"}, "body": "x"})", "T", ""},
         Push{R"({"title": "T", "body": "B", "data": "{}"})", "T", "B"},

@@ -64,9 +64,11 @@ class NotificationManagerTest : public ::testing::Test {
   std::vector<std::shared_ptr<const NotificationContent>> receive(UserInfo userInfo) {
     std::vector<std::shared_ptr<const NotificationContent>> handled;
     fake_.console->clear();
-    NotificationManager::didReceive(
-        {"id", std::make_shared<NotificationContent>(contentOfPush(std::move(userInfo)))},
-        [&](auto content) { handled.push_back(std::move(content)); });
+    const auto own = std::make_shared<NotificationContent>(contentOfPush(std::move(userInfo)));
+    NotificationManager::didReceive({"id", own},
+                                    [&](auto content) { handled.push_back(std::move(content)); });
+    EXPECT_EQ(own->categoryIdentifier, "") << "the extension's own content stays as it is";
+    EXPECT_THAT(own->attachments, IsEmpty());
     return handled;
   }
 
@@ -83,14 +85,16 @@ class NotificationManagerTest : public ::testing::Test {
 };
 
 TEST_F(NotificationManagerTest, APushWithEverythingIsReportedAndGetsItsButtonsAndItsImage) {
-  const auto handled = receive({{"data", CAMPAIGN}, {"image", URL}, {"title", "Sale"}});
+  auto handled = receive({{"data", CAMPAIGN}, {"image", URL}, {"title", "Sale"}});
   ASSERT_EQ(handled.size(), 1U);
   EXPECT_EQ(handled[0]->title, "Sale");
   EXPECT_EQ(handled[0]->categoryIdentifier, "KifoNotificationCategory");
   ASSERT_THAT(handled[0]->attachments,
               ElementsAre(Field(&NotificationAttachment::identifier, "image.jpg")));
-  std::ifstream file(handled[0]->attachments[0].path);
-  EXPECT_EQ((std::ostringstream() << file.rdbuf()).str(), "pixels");
+  const std::string path = handled[0]->attachments[0].path;
+  EXPECT_EQ((std::ostringstream() << std::ifstream(path).rdbuf()).str(), "pixels");
+  handled.clear();
+  EXPECT_FALSE(std::filesystem::exists(path)) << "its file goes with its content";
 
   EXPECT_THAT(
       fake_.notifications->categories.get(),
@@ -101,14 +105,6 @@ TEST_F(NotificationManagerTest, APushWithEverythingIsReportedAndGetsItsButtonsAn
   EXPECT_EQ(received[0]["communication_name"], "U");
   EXPECT_EQ(received[0]["scenario"], "S");
   EXPECT_EQ(received[0]["code"], "C");
-}
-
-TEST_F(NotificationManagerTest, TheFilesOfAPushGoWithItsContent) {
-  auto handled = receive({{"image", URL}});
-  const std::string path = handled.at(0)->attachments.at(0).path;
-  EXPECT_TRUE(std::filesystem::exists(path));
-  handled.clear();
-  EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 TEST_F(NotificationManagerTest, APushWithoutButtonsRegistersAnEmptyCategoryAndIsNotOfIt) {

@@ -28,6 +28,11 @@ struct Candidate {
   Platform (*make)(const FakePlatform& fake);
 };
 
+const Candidate kLinux{"Linux", [](const FakePlatform& fake) {
+                         return makeLinuxPlatform({.documentsDirectory = fake.directory.path()});
+                       }};
+const Candidate kFake{"Fake", [](const FakePlatform& fake) { return fake.platform(); }};
+
 class DeviceContract : public ::testing::TestWithParam<Candidate> {
  protected:
   InstalledFakePlatform fake_;
@@ -68,12 +73,7 @@ TEST_P(DeviceContract, APositionIsKnownInDegreesOrNotAtAll) {
 
 INSTANTIATE_TEST_SUITE_P(
     Platforms, DeviceContract,
-    ::testing::Values(Candidate{"Linux",
-                                [](const FakePlatform& fake) {
-                                  return makeLinuxPlatform(
-                                      {.documentsDirectory = fake.directory.path()});
-                                }},
-                      Candidate{"Fake", [](const FakePlatform& fake) { return fake.platform(); }},
+    ::testing::Values(kLinux, kFake,
                       Candidate{"Null", [](const FakePlatform&) { return nullPlatform(); }}),
     [](const auto& each) { return each.param.name; });
 
@@ -100,15 +100,8 @@ TEST_P(IdentifiersContract, TheClockTellsMillisecondsSince1970) {
   EXPECT_LT(platform_.clock->millisecondsSince1970(), 100 * year2020);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Platforms, IdentifiersContract,
-    ::testing::Values(Candidate{"Linux",
-                                [](const FakePlatform& fake) {
-                                  return makeLinuxPlatform(
-                                      {.documentsDirectory = fake.directory.path()});
-                                }},
-                      Candidate{"Fake", [](const FakePlatform& fake) { return fake.platform(); }}),
-    [](const auto& each) { return each.param.name; });
+INSTANTIATE_TEST_SUITE_P(Platforms, IdentifiersContract, ::testing::Values(kLinux, kFake),
+                         [](const auto& each) { return each.param.name; });
 
 }  // namespace
 }  // namespace kifo::testing

@@ -52,18 +52,6 @@ TEST_F(ManualExecutorTest, SyncRunsWhatStandsBeforeItOnItsOwnQueueOnly) {
   EXPECT_EQ(fake_.answerQueue->pending(), 1u);
 }
 
-TEST_F(ManualExecutorTest, AScriptedAnswerArrivesOnlyWhenTheExecutorRuns) {
-  fake_.http->setHandler([](const HttpRequest& request) {
-    return HttpAnswer{std::nullopt, 200, request.url};
-  });
-  fake_.http->send([] { return HttpRequest{.url = "http://a"}; },
-                   [this](HttpAnswer answer) { notes_.push_back(answer.body); });
-  EXPECT_THAT(notes_, ElementsAre());
-  fake_.runUntilIdle();
-  EXPECT_THAT(notes_, ElementsAre("http://a"));
-  EXPECT_FALSE(fake_.http->answer(0, 200)) << "a request is answered once";
-}
-
 TEST_F(ManualExecutorTest, ASyncFromAnotherThreadWaitsForTheTaskThatRuns) {
   std::thread other;
   fake_.mainQueue->post([&] {

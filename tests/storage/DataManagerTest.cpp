@@ -62,7 +62,7 @@ TEST_F(DataManagerTest, AnInsertWritesEveryColumnAndOnlyBelowTheLimit) {
 TEST_F(DataManagerTest, NoValueThatHoldsAnApostropheEverBecomesARowOrAnotherStatement) {
   for (const std::string evil :
        {R"({"a":"it's"})", "', 'x', 'u', 0, 0, 0, 'POST', 0); delete from KifoLog; --",
-        "x', 'y', 'z', 1, 1, 1, 'POST', 0) --"}) {
+        "x', 'y', 'z', 1, 1, 1, 'POST', 0) --", "x', 'z', 1, 1, 1, 'POST', 0) --"}) {
     cache("evil", 10, evil);
     cache(evil, 10);
     data.deleteLog("keep' or '1'='1");
@@ -153,6 +153,9 @@ TEST_F(DataManagerTest, AStepOfAPassRemovesAndMarksWithOneCommitOrDoesNeither) {
     EXPECT_EQ(take("b", true), "locked") << lock;
     EXPECT_EQ(seen, calls) << "a locked file is not an empty one";
   }
+  rows("create trigger no before update on KifoLog begin select raise(abort, 'no'); end");
+  EXPECT_EQ(take("b", true), "") << "where the next cannot be marked, the last is not removed";
+  rows("drop trigger no");
   EXPECT_EQ(left(), (Lines{"b|1", "c|0"}));
   EXPECT_EQ(take("b", false), "deleted");
   EXPECT_EQ(take("", true), " c");
@@ -163,12 +166,15 @@ TEST_F(DataManagerTest, AStepOfAPassRemovesAndMarksWithOneCommitOrDoesNeither) {
 
 TEST_F(DataManagerTest, MarkingSetsBothColumnsAndAnEmptyIdIsRefused) {
   cache("a", 10);
+  fake.runUntilIdle();
+  rows("insert into KifoLog (REQUEST_ID, ISSYNC_SUCCESS, TRYCOUNT) values ('', 0, 0)");
   data.updateSyncStatus("a", 1);
   data.updateSyncStatus("", 1);
   data.increaseTryCount("");
   data.deleteLog("");
   fake.runUntilIdle();
-  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT from KifoLog"), Lines{"1|1|0"});
+  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT from KifoLog"),
+            (Lines{"1|1|0", "NULL|0|0"}));
   EXPECT_EQ(fake.console->count("Kifo DataManager: Request id is empty"), 1U);
   EXPECT_EQ(fake.console->count("Kifo DataManager: increaseTryCount - requestId is empty"), 1U);
 }
@@ -192,6 +198,7 @@ TEST_F(DataManagerTest, RowsAreFoundThroughAnIndexInTheOrderOfTheirNumbers) {
 TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
   for (const char* id : {"1", "2", "3"}) cache(id, 10);
   fake.runUntilIdle();
+  rows("create trigger no before update of TRYCOUNT on KifoLog begin select raise(abort, ''); end");
   fake.inspector->clear();
   const int before = commits();
   std::string seen;
@@ -204,13 +211,14 @@ TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
   store("b", 10, [] { return log("b", "it's"); });
   store("a", 10, [] { return log("a"); });
   store("c", 10, []() -> KifoLog { throw std::runtime_error("no row"); });
+  data.increaseTryCount("1", [&](bool isMarked) { seen += isMarked ? "1+" : "1-"; });
   data.updateSyncStatus("a", 0, [&] { seen += "a0"; });
   store("d", 5, [] { return log("d"); });
   store("e", 5, []() -> KifoLog { throw std::runtime_error("composed without need"); });
   EXPECT_TRUE(seen.empty());
   EXPECT_FALSE(store("f", 5, [] { return log("f"); })) << "five copies wait already";
   fake.runUntilIdle();
-  EXPECT_EQ(seen, "b-a+c-a0d+e-");
+  EXPECT_EQ(seen, "b-a+c-1-a0d+e-");
   EXPECT_EQ(rows("select REQUEST_ID, ISSYNC from KifoLog where ID > 3"), (Lines{"a|1", "d|1"}));
   Lines reasons;
   for (const auto& decision : fake.inspector->ofKind("notStored")) {

@@ -157,19 +157,6 @@ class HostEvents(ToolCase):
         output = self.host(line, IDLE, {"get": "Kifo.localOrigin"}, {"get": "Kifo.isStarted"})
         self.assertEqual(self.of("value", output), ["shop", False])
 
-    def test_what_is_sent_without_a_network_follows_when_it_returns(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
-        sent = [{"call": "KifoEventManager.sendEvent", "eventName": f"event_{n}",
-                 "initialParameters": {"n": n}} for n in range(3)]
-        output = self.host(server.initialize(), IDLE, {"network": "offline"}, *sent, IDLE,
-                           {"get": "Kifo.networkStatus"}, {"network": "online"}, IDLE,
-                           arguments=["--decisions"])
-        self.assertEqual(self.of("value", output), ["offline"])
-        self.assertEqual(server.names()[-3:], ["event_0", "event_1", "event_2"])
-        decisions = self.of("decision", output)
-        self.assertEqual(len([d for d in decisions if d.get("gate") == "network"]), 3)
-        self.assertEqual(len([d for d in decisions if d["kind"] == "resent"]), 3)
-
     def test_the_world_is_what_the_script_says(self):
         server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
         self.host({"device": {"machine": "iPhone13,2", "osVersion": "16.1", "vendorIdentifier": "V",
@@ -188,14 +175,6 @@ class HostEvents(ToolCase):
                   "push_notification_permission_status": "DENIED"}
         self.assertEqual({key: event.get(key) for key in wanted}, wanted)
         self.assertIn("latitude", event)
-
-    def test_an_event_reports_the_permission_known_before_it(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
-        look = {"call": "KifoEventManager.sendEvent", "eventName": "look"}
-        self.host({"permission": 2}, server.initialize(), IDLE, {"permission": 1}, look, IDLE, look,
-                  IDLE)
-        statuses = [event["push_notification_permission_status"] for event in server.events()]
-        self.assertEqual(statuses[-2:], ["AUTHORIZED", "DENIED"])
 
     def test_a_screen_reports_itself_under_its_class_name(self):
         server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
