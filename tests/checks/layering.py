@@ -46,13 +46,14 @@ BESIDE = {
 OPEN_TO = {"apps/": list(BESIDE), "platform/qt/": ["platform/linux/"]}
 # The facade, and the sources that make and end the runtime's parts, know every other module.
 FACADE = (KIT + "core/Kifo.", KIT + "core/runtime/Runtime.cpp",
-          KIT + "core/runtime/Consent.cpp", KIT + "core/runtime/Watching.cpp")
+          KIT + "core/runtime/Consent.cpp", KIT + "core/runtime/StartUp.cpp",
+          KIT + "core/runtime/Watching.cpp")
 MODULES = sorted([*LAYER, *BESIDE], key=len, reverse=True)
 
 # kifo::kit is linked without Qt, so nothing of it includes these folders.
 QT_FOLDERS = (KIT + "inapp/views/", KIT + "inapp/quick/", "platform/qt/", "platform/qml/")
 # Others that may include Qt. The headless demo is built without it.
-QT_USERS = (*QT_FOLDERS, "testing/ui/", "apps/demo/HasDisplay.h", "apps/demo/shop/",
+QT_USERS = (*QT_FOLDERS, "testing/ui/", "apps/demo/DemoHost.", "apps/demo/shop/",
             "apps/demo/kiosk/", "apps/kifo/")
 SYSTEM_FOLDERS = ("platform/", "apps/", "testing/")
 # What stands above the ports and yet may include a header of the system's or of a C library, by the

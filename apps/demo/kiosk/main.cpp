@@ -1,7 +1,6 @@
 // kifo-kiosk: a self-order kiosk in Qt Quick with campaigns in its scene. With a display it waits
 // for a customer; without one it visits itself with touch and keys, keeps a picture of each state,
 // and checks what the server received.
-#include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -9,29 +8,14 @@
 #include <cstdio>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "apps/demo/HasDisplay.h"
+#include "apps/demo/DemoHost.h"
 #include "apps/demo/kiosk/KioskTour.h"
 #include "apps/demo/shop/ShopServer.h"
-#include "platform/linux/LinuxPlatform.h"
 #include "platform/qt/QuickPopupPresenter.h"
 
 namespace {
 
 using namespace kifo;
-
-struct SilentConsole final : ConsoleSink {
-  void write(std::string) override {}
-};
-
-void installPlatform(const testing::LocalServer& server, const QString& home, bool isVerbose) {
-  LinuxPlatformOptions options;
-  options.documentsDirectory = home.toStdString();
-  options.applicationIdentifier = "com.example.juniper";
-  options.reachabilityTargets = {server.apiUri(), server.listenerUri()};
-  Platform platform = withQuick(makeLinuxPlatform(options));
-  if (!isVerbose) platform.console = std::make_shared<SilentConsole>();
-  Platform::install(std::move(platform));
-}
 
 QVariantMap configurationFor(const testing::LocalServer& server) {
   return {{"bundle", "com.example.juniper"},
@@ -42,35 +26,15 @@ QVariantMap configurationFor(const testing::LocalServer& server) {
           {"resendsWhenServerReturns", true}};
 }
 
-/// How the kiosk was asked to run.
-struct Options {
-  bool runsTour = false;
-  bool isVerbose = false;
-  QString output;
-};
-
-Options optionsOf(const QGuiApplication& application) {
-  QCommandLineParser parser;
-  const QCommandLineOption tour("tour", "Run the tour, also on a display.");
-  const QCommandLineOption output("output", "Where the tour's pictures go.", "folder",
-                                  "kiosk-pictures");
-  const QCommandLineOption verbose("verbose", "Show the SDK's console lines.");
-  parser.addHelpOption();
-  parser.addOptions({tour, output, verbose});
-  parser.process(application);
-  return {.runsTour = parser.isSet(tour) || !demo::hasDisplay(),
-          .isVerbose = parser.isSet(verbose),
-          .output = parser.value(output)};
-}
-
-int run(const QGuiApplication& application, const Options& options) {
+int run(const QGuiApplication& application, const demo::Options& options) {
   const QTemporaryDir home;
   shop::ShopServer server;
   if (!home.isValid() || !server.start()) {
     std::fprintf(stderr, "kifo-kiosk: no folder or no port to be had\n");
     return 1;
   }
-  installPlatform(server.server(), home.path(), options.isVerbose);
+  Platform::install(withQuick(
+      demo::platformFor(server.server(), "com.example.juniper", home.path(), options.isVerbose)));
   QQmlApplicationEngine engine;
   engine.setInitialProperties({{"configuration", configurationFor(server.server())}});
   engine.load(QUrl(QStringLiteral("qrc:/Kiosk/Main.qml")));
@@ -92,7 +56,7 @@ int main(int argc, char** argv) {
   }
   QGuiApplication application(argc, argv);
   QGuiApplication::setApplicationName(QStringLiteral("kifo-kiosk"));
-  const int status = run(application, optionsOf(application));
+  const int status = run(application, demo::optionsOf(application, "kiosk-pictures"));
   Kifo::shutdown();
   return status;
 }

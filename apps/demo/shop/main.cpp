@@ -1,14 +1,13 @@
 // kifo-shop: a small shop with campaigns. With a display it waits for a user; without one it
 // runs a tour, keeps a picture of each state, and checks what the server received.
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QTemporaryDir>
 #include <cstdio>
 #include <memory>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "apps/demo/HasDisplay.h"
+#include "apps/demo/DemoHost.h"
 #include "apps/demo/shop/NotificationPanel.h"
 #include "apps/demo/shop/ShopPushes.h"
 #include "apps/demo/shop/ShopServer.h"
@@ -16,26 +15,16 @@
 #include "apps/demo/shop/tour/PushTourDesktop.h"
 #include "apps/demo/shop/tour/Tour.h"
 #include "apps/demo/shop/widgets/Theme.h"
-#include "platform/linux/LinuxPlatform.h"
 #include "platform/qt/QtPlatform.h"
 
 namespace {
 
 using namespace kifo;
 
-struct SilentConsole final : ConsoleSink {
-  void write(std::string) override {}
-};
-
 void startSdk(const testing::LocalServer& server, std::shared_ptr<NotificationCentre> pushes,
               const QString& home, bool isVerbose) {
-  LinuxPlatformOptions options;
-  options.documentsDirectory = home.toStdString();
-  options.applicationIdentifier = "com.example.nook";
-  options.reachabilityTargets = {server.apiUri(), server.listenerUri()};
-  Platform platform = withQt(makeLinuxPlatform(options));
+  Platform platform = withQt(demo::platformFor(server, "com.example.nook", home, isVerbose));
   if (pushes) platform.notifications = std::move(pushes);
-  if (!isVerbose) platform.console = std::make_shared<SilentConsole>();
   Platform::install(std::move(platform));
 
   KifoInitConfig configuration;
@@ -49,27 +38,6 @@ void startSdk(const testing::LocalServer& server, std::shared_ptr<NotificationCe
   Kifo::initialize(configuration);
 }
 
-/// How the shop was asked to run.
-struct Options {
-  bool runsTour = false;
-  bool isVerbose = false;
-  QString output;
-};
-
-Options optionsOf(const QApplication& application) {
-  QCommandLineParser parser;
-  const QCommandLineOption tour("tour", "Run the tour, also on a display.");
-  const QCommandLineOption output("output", "Where the tour's pictures go.", "folder",
-                                  "shop-pictures");
-  const QCommandLineOption verbose("verbose", "Show the SDK's console lines.");
-  parser.addHelpOption();
-  parser.addOptions({tour, output, verbose});
-  parser.process(application);
-  return {.runsTour = parser.isSet(tour) || !demo::hasDisplay(),
-          .isVerbose = parser.isSet(verbose),
-          .output = parser.value(output)};
-}
-
 /// Null without a bus.
 std::unique_ptr<shop::ShopPushes> pushesOn(const QString& bus) {
   return bus.isEmpty() ? nullptr : std::make_unique<shop::ShopPushes>(bus);
@@ -81,7 +49,7 @@ void addPushes(shop::ShopWindow& window, shop::ShopServer& server, shop::ShopPus
   window.addExtra(shop::ShopWindow::tr("Pushes"), new shop::NotificationPanel(pushes, address));
 }
 
-int run(QApplication& application, const Options& options) {
+int run(QApplication& application, const demo::Options& options) {
   const QTemporaryDir home;
   shop::ShopServer server;
   if (!home.isValid() || !server.start()) {
@@ -118,5 +86,5 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("kifo-shop"));
   QApplication::setFont(shop::theme::text(15));
   QApplication::setPalette(shop::theme::palette());
-  return run(application, optionsOf(application));
+  return run(application, demo::optionsOf(application, "shop-pictures"));
 }
