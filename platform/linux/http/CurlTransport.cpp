@@ -16,6 +16,7 @@
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "platform/linux/http/CurlSockets.h"
 #include "platform/linux/http/CurlTransfer.h"
+#include "platform/linux/http/HostQueues.h"
 #include "platform/linux/threads/ExitGuard.h"
 #include "platform/linux/threads/Mailbox.h"
 #include "platform/linux/threads/Worker.h"
@@ -23,13 +24,11 @@
 namespace kifo {
 namespace {
 
+constexpr std::string_view LOG_TAG = "Kifo HttpTransport:";
+
 using Clock = CurlTransfer::Clock;
 
 constexpr std::size_t kRoundSize = 32;  // requests begun before the running transfers are served
-// Transfers of one host that libcurl has at once, and so the most connections to it. What makes
-// libcurl itself queue a transfer (CURLMOPT_MAX_HOST_CONNECTIONS, CURLOPT_PIPEWAIT) is not used: in
-// 7.88 such a transfer is now and then never started.
-constexpr int kTransfersPerHost = 6;
 constexpr long kKeptConnections = 12;
 constexpr std::size_t kKeptHandles = 8;
 const SerialQueue::Duration kStopBound(0.2);
@@ -50,9 +49,9 @@ void guarded(const char* what, Call&& call) {
   try {
     call();
   } catch (const std::exception& error) {
-    Console::print(logTag("HttpTransport"), std::string(what) + " threw: " + error.what());
+    Console::print(LOG_TAG, std::string(what) + " threw: " + error.what());
   } catch (...) {
-    Console::print(logTag("HttpTransport"), std::string(what) + " threw");
+    Console::print(LOG_TAG, std::string(what) + " threw");
   }
 }
 
@@ -70,16 +69,11 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
 
  private:
   using Id = std::uint64_t;
-  using Transfer = std::unique_ptr<CurlTransfer>;
+  using Transfer = HostQueues::Transfer;
   struct Sent {
     Make make;  ///< Empty once it has run.
     Done done;
     bool cancelsEarlier = false;  ///< No request: those before it are to be cancelled.
-  };
-  /// The requests for one host: scheme, name and port.
-  struct Host {
-    int active = 0;
-    std::deque<Transfer> waiting;
   };
 
   void answer(Id id, HttpAnswer answer);
@@ -89,12 +83,9 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   void run();
   bool takePosted();
   void accept(Id id, const Make& make);
-  void enqueue(Transfer transfer);
   void start(Transfer transfer);
   void finish(Id id, CURLcode result, std::optional<HttpAnswer> instead = std::nullopt);
-  void startNext(const std::string& authority);
   void collectFinished();
-  void expireWaiting();
   void leaveOldNetwork();
   void cancelUpTo(Id last);
   void wait();
@@ -115,9 +106,8 @@ class CurlTransport::Core : public std::enable_shared_from_this<Core> {
   CurlSockets sockets_;
   std::vector<CURL*> handles_;
   std::map<Id, Transfer> active_;
-  std::map<std::string, Host> hosts_;
-  Clock::time_point firstExpiry_ = Clock::time_point::max();  ///< Of those that wait; may be early.
-  std::deque<Id> incoming_;                                   ///< Taken in and not yet made.
+  HostQueues hosts_;
+  std::deque<Id> incoming_;  ///< Taken in and not yet made.
   Id last_ = 0;
 
   Mutex mutex_;
@@ -188,7 +178,8 @@ void CurlTransport::Core::run() {
     int running = 0;
     curl_multi_perform(multi_, &running);
     collectFinished();
-    expireWaiting();
+    // Those that wait; libcurl times the others.
+    for (const Id id : hosts_.takeExpired()) answer(id, failedAnswer(CURLE_OPERATION_TIMEDOUT));
     wait();
   }
   cancelAll();
@@ -234,19 +225,8 @@ void CurlTransport::Core::accept(Id id, const Make& make) {
     answer(id, failedAnswer(transfer->fault()));
   } else if (transfer->deadline() <= Clock::now()) {
     answer(id, failedAnswer(CURLE_OPERATION_TIMEDOUT));
-  } else {
-    enqueue(std::move(transfer));
-  }
-}
-
-void CurlTransport::Core::enqueue(Transfer transfer) {
-  Host& host = hosts_[transfer->authority()];
-  if (host.active < kTransfersPerHost) {
-    ++host.active;
-    start(std::move(transfer));
-  } else {
-    firstExpiry_ = std::min(firstExpiry_, transfer->deadline());
-    host.waiting.push_back(std::move(transfer));
+  } else if (Transfer first = hosts_.enqueue(std::move(transfer))) {
+    start(std::move(first));
   }
 }
 
@@ -277,21 +257,7 @@ void CurlTransport::Core::finish(Id id, CURLcode result, std::optional<HttpAnswe
   sockets_.forget(id);
   keepHandle(easy);
   answer(id, instead ? std::move(*instead) : std::move(given));
-  startNext(transfer->authority());
-}
-
-void CurlTransport::Core::startNext(const std::string& authority) {
-  const auto found = hosts_.find(authority);
-  Host& host = found->second;
-  --host.active;
-  if (!host.waiting.empty()) {
-    Transfer next = std::move(host.waiting.front());
-    host.waiting.pop_front();
-    ++host.active;
-    start(std::move(next));
-  } else if (host.active == 0) {
-    hosts_.erase(found);
-  }
+  if (Transfer next = hosts_.next(transfer->authority())) start(std::move(next));
 }
 
 void CurlTransport::Core::collectFinished() {
@@ -305,23 +271,6 @@ void CurlTransport::Core::collectFinished() {
   }
 }
 
-/// Ends the waiting requests whose time is over; libcurl times the others.
-void CurlTransport::Core::expireWaiting() {
-  const auto now = Clock::now();
-  if (firstExpiry_ > now) return;
-  firstExpiry_ = Clock::time_point::max();
-  std::vector<Id> expired;
-  for (auto& [authority, host] : hosts_) {
-    std::erase_if(host.waiting, [&](const Transfer& transfer) {
-      const bool late = transfer->deadline() <= now;
-      if (late) expired.push_back(transfer->id());
-      if (!late) firstExpiry_ = std::min(firstExpiry_, transfer->deadline());
-      return late;
-    });
-  }
-  for (const Id id : expired) answer(id, failedAnswer(CURLE_OPERATION_TIMEDOUT));
-}
-
 void CurlTransport::Core::leaveOldNetwork() {
   const auto addresses = options_.localAddresses ? options_.localAddresses() : interfaceAddresses();
   sockets_.networkChanged();
@@ -333,9 +282,7 @@ void CurlTransport::Core::leaveOldNetwork() {
 
 void CurlTransport::Core::cancelUpTo(Id last) {
   std::erase_if(incoming_, [&](Id id) { return id <= last; });
-  for (auto& [authority, host] : hosts_) {
-    std::erase_if(host.waiting, [&](const Transfer& transfer) { return transfer->id() <= last; });
-  }
+  hosts_.dropUpTo(last);
   std::vector<Id> ids;
   for (const auto& [id, transfer] : active_) ids.push_back(id);
   std::erase_if(ids, [&](Id id) { return id > last; });
@@ -352,7 +299,8 @@ void CurlTransport::Core::cancelUpTo(Id last) {
 /// Polls the transfers and the mailbox until there is something to do.
 void CurlTransport::Core::wait() {
   auto longest = Wakeups::kForever;
-  if (firstExpiry_ != Clock::time_point::max()) longest = firstExpiry_ - Clock::now();
+  const auto firstExpiry = hosts_.firstExpiry();
+  if (firstExpiry != Clock::time_point::max()) longest = firstExpiry - Clock::now();
   if (!incoming_.empty()) longest = Clock::duration::zero();
   const auto bound = std::chrono::ceil<std::chrono::milliseconds>(mailbox_.beginWait(longest));
   curl_waitfd extra{mailbox_.descriptor(), CURL_WAIT_POLLIN, 0};
