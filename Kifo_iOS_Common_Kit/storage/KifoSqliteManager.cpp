@@ -59,7 +59,11 @@ void KifoSqliteManager::post(std::function<void()> work) {
 void KifoSqliteManager::prepareDb() {
   post([this] {
     isPrepared_ = true;
-    files_->exists(databasePath_) ? void(files_->makePrivate(databasePath_)) : makeFile();
+    if (files_->exists(databasePath_)) {
+      files_->makePrivate(databasePath_);
+    } else {
+      makeFile();
+    }
   });
 }
 
@@ -107,7 +111,7 @@ void KifoSqliteManager::enqueue(PendingWrites::Groups groups,
                                 std::function<void(StoreConnection&)> work) {
   const auto task = [self = shared_from_this(), groups, work = std::move(work)] {
     if (self->isAbandoned_) return self->pendingWrites_.clear();
-    // Gone while the host runs, or a full disk kept it out: made again.
+    // It was removed while the host ran, or a full disk prevented it: it is made again.
     if (self->isPrepared_ && !self->files_->exists(self->databasePath_)) self->makeFile();
     // Never makes the file: an empty one would never get its table.
     StoreConnection file(self->databasePath_, StoreConnection::Mode::existing,
