@@ -62,7 +62,7 @@ SerialQueue::Timer ManualExecutor::add(const FakeSerialQueue* queue, double dela
 }
 
 void ManualExecutor::cancel(const FakeSerialQueue* queue, SerialQueue::Timer timer) {
-  SerialQueue::Task dropped;  // destroyed after the lock is let go
+  SerialQueue::Task dropped;  // destroyed after the lock is released
   const std::lock_guard lock(mutex_);
   const auto found = std::ranges::find_if(entries_, [&](const auto& each) {
     return each.second.queue == queue && each.second.timer == timer;
@@ -73,7 +73,7 @@ void ManualExecutor::cancel(const FakeSerialQueue* queue, SerialQueue::Timer tim
 }
 
 void ManualExecutor::drop(const FakeSerialQueue* queue) {
-  std::vector<SerialQueue::Task> dropped;  // destroyed after the lock is let go
+  std::vector<SerialQueue::Task> dropped;  // destroyed after the lock is released
   const std::lock_guard lock(mutex_);
   for (auto& [order, entry] : entries_) {
     if (entry.queue == queue) dropped.push_back(std::move(entry.task));
@@ -122,7 +122,7 @@ void ManualExecutor::run(Entry& entry) {
     return std::exchange(current_, queue);
   };
   const auto* outer = swapCurrent(entry.queue, std::this_thread::get_id());
-  callHost(logTag("SerialQueue"), entry.task);
+  callHost("Kifo SerialQueue:", entry.task);
   entry.task = nullptr;  // what it holds goes while the queue is still the current one
   swapCurrent(outer, outer ? std::this_thread::get_id() : std::thread::id());
 }

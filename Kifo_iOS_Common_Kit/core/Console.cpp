@@ -49,10 +49,6 @@ std::string escaped(std::string line) {
 
 }  // namespace
 
-std::string logTag(std::string_view className) {
-  return std::string("Kifo ").append(className).append(":");
-}
-
 void Console::print(std::string_view tag, std::string_view message) {
   std::string line;
   line.reserve(tag.size() + 1 + message.size());

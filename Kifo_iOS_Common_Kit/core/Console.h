@@ -10,11 +10,9 @@
 
 namespace kifo {
 
-/// The tag that starts every console line of a class: "Kifo ServiceClient:" for ServiceClient.
-KIFO_SHARED std::string logTag(std::string_view className);
-
-/// Prints through the platform's console sink. Control characters in a text are shown escaped, so
-/// that each call prints one line.
+/// Prints through the platform's console sink. A class that prints has a constant `LOG_TAG` that
+/// starts its lines: "Kifo ServiceClient:" for ServiceClient. Control characters in a text are
+/// shown escaped, so that each call prints one line.
 ///
 /// **Threading:** thread-safe; as quick as the sink is.
 class KIFO_SHARED Console {
@@ -26,7 +24,7 @@ class KIFO_SHARED Console {
 };
 
 /// Ends the process for a mistake that the protocol calls fatal, after saying so on the console and
-/// on standard error. Tests may put a handler in the way.
+/// on standard error. Tests may set a handler.
 [[noreturn]] KIFO_SHARED void fatalError(std::string_view message);
 
 /// Runs in place of ending the process; it must not return. An empty one restores the default.

@@ -3,6 +3,8 @@
 /// The keys of event payloads and of stored preferences, and the values that never change. Each is
 /// part of the wire or storage format to the letter. A key's comment says which events carry it and
 /// what it tells: the table in docs/privacy.md is made of them.
+///
+/// The keys mix three styles. Kept for compatibility.
 namespace kifo {
 
 class Constants {
@@ -56,6 +58,7 @@ class Constants {
       "push_notification_permission_status";  ///< every event: may pushes be shown
   static constexpr auto COMMUNICATION_NAME = "communication_name";  ///< pushes: the campaign's id
 
+  // The same on every system and for every event. Kept for compatibility.
   static constexpr auto MAKER = "Apple";
   static constexpr auto OPERATING_SYSTEM = "ios";
   static constexpr auto MOBILE = "MOBILE";

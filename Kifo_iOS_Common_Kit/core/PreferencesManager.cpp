@@ -6,6 +6,7 @@
 namespace kifo {
 namespace {
 
+/// Seconds. Kept for compatibility.
 constexpr double kDefaultRequestTimeout = 5000.0;
 
 std::shared_ptr<UserDefaults> standard() {

@@ -25,7 +25,7 @@ constexpr auto rawValues<KifoEventType> = std::array{
     "actor_change"sv,
     "push_notification_received"sv,
     "push_notification_clicked"sv,
-    "push_notificition_denied"sv,
+    "push_notificition_denied"sv,  // misspelled; kept for compatibility
     "push_notification_dismissed"sv,
     "install"sv,
     "application_error"sv,

@@ -22,7 +22,8 @@ std::string deviceId();
 /// **Threading:** thread-safe; as quick as the device probe.
 class DeviceStatusHelper {
  public:
-  static constexpr auto LOG_TAG = "Kifo DeviceStatusHelper:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG =
+      "Kifo DeviceStatusHelper:";  ///< Starts its console lines.
 
   /// Whole percents, 0 to 100; "-100" when the level is unknown. A level that no whole number can
   /// hold is a fatal error.

@@ -11,7 +11,8 @@ struct Model {
   std::string_view name;
 };
 
-/// In the order of the identifiers' bytes. The odd spellings and capitals are the table's own.
+/// In the order of the identifiers' bytes. The odd spellings and capitals are kept for
+/// compatibility.
 constexpr std::array kModels{
     Model{"iPad1,1", "iPad"},
     Model{"iPad1,2", "iPad 3G"},

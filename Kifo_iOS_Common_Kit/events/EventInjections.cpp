@@ -44,6 +44,7 @@ void EventPrimaryInjected::inject(EventParameters& parameters, const BaseEvent& 
   parameters[Constants::ACTOR_ID] =
       event.actorId ? *event.actorId : Session::withoutCommas(event.snapshot.identity->actorId);
   parameters[Constants::DEVICE_ID] = deviceId();
+  // Not the id of the request that carries this payload. Kept for compatibility.
   parameters[Constants::REQUEST_ID] = Platform::current()->identifiers->uuid();
   parameters[Constants::DEVICE_OS] = Constants::OPERATING_SYSTEM;
   parameters[Constants::PHONE_BRAND] = Constants::MAKER;

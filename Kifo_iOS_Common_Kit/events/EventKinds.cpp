@@ -20,6 +20,7 @@ void setOrErase(EventParameters& parameters, const char* key, const Text& value)
   }
 }
 
+/// As the ids of chosen buttons are sent. Kept for compatibility.
 Text withoutCommas(const Text& text) {
   return text ? Text(Session::withoutCommas(*text)) : std::nullopt;
 }

@@ -25,6 +25,7 @@ static_assert(KifoEventManagerLogic<KifoEventManager>);
 
 namespace {
 
+/// From an event to its campaign. Kept for compatibility.
 constexpr auto kPopupDelay = SerialQueue::Duration(0.5);
 
 void print(std::string_view message) {

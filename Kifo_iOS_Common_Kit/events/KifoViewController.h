@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -15,7 +16,8 @@ namespace kifo {
 class KIFO_EXPORT KifoViewController : public ViewController,
                                        public std::enable_shared_from_this<KifoViewController> {
  public:
-  static constexpr auto LOG_TAG = "Kifo KifoViewController:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG =
+      "Kifo KifoViewController:";  ///< Starts its console lines.
 
   virtual void viewDidLoad();
   virtual void viewWillAppear(bool animated);

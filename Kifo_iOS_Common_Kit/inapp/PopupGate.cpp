@@ -13,6 +13,8 @@
 namespace kifo {
 namespace {
 
+constexpr std::string_view LOG_TAG = "Kifo PopupGate:";
+
 /// Never destroyed: a thread of the host may switch while the process runs its exit handlers.
 struct Listeners {
   Mutex mutex;
@@ -146,7 +148,7 @@ PopupDecision PopupGate::decide(const PopupRequest& request) {
   if (!decider) return PopupDecision::show;
   auto decision = PopupDecision::later;
   const bool wasDeciding = std::exchange(isDeciding, true);
-  callHost(logTag("PopupGate"), [&] { decision = (*decider)(infoOf(request)); });
+  callHost(LOG_TAG, [&] { decision = (*decider)(infoOf(request)); });
   isDeciding = wasDeciding;
   return decision;
 }

@@ -43,6 +43,7 @@ std::vector<std::string> imageUrls(const AppCommunicationItem& item) {
 }
 
 /// A colour that the campaign leaves out is white; one that it writes wrongly is black.
+/// An absent colour is white. Kept for compatibility.
 Color colorOrWhite(const std::optional<std::string>& hex) {
   return hex ? colorFromHex(*hex) : Color::white();
 }
@@ -223,8 +224,8 @@ PopupPreferences preferencesOf(const Kind& kind, const Trigger& trigger) {
   return preferences;
 }
 
-/// What is done when a popup's turn comes, on the presenter's UI thread.
-struct Turn {
+/// What a presenter asks and does before it shows a popup, on its UI thread.
+struct Opening {
   const Kind& kind;
   const std::shared_ptr<AppCommunicationItem> item;
   const ReportPointer report;
@@ -270,18 +271,20 @@ struct Turn {
 void present(const Kind& kind, const std::shared_ptr<InAppReporter>& reporter,
              const Trigger& trigger) {
   print(kind.operation);
+  // Only a plain popup is dropped without a line. Kept for compatibility.
   if (!rules::isIdentified(trigger.item, /*silently=*/kind.isPlain)) return;
   // The range is checked before the budget: a campaign with a wrong one never touches its budget.
   if (kind.hasRange && !rules::hasScoreRange(*trigger.item)) return;
   const auto runtime = Runtime::current();
   const auto report = std::make_shared<Report>(reporter, trigger);
   const auto request = std::make_shared<PopupRequest>();
-  const auto turn = std::make_shared<Turn>(Turn{kind, trigger.item, report, runtime, request});
+  const auto opening =
+      std::make_shared<Opening>(Opening{kind, trigger.item, report, runtime, request});
   request->preferences = preferencesOf(kind, trigger);
   request->reporter = report;
   request->order = runtime->popupGate->nextOrder();
-  request->mayShow = [turn] { return turn->mayShow(); };
-  request->open = [turn] { return turn->open(); };
+  request->mayShow = [opening] { return opening->mayShow(); };
+  request->open = [opening] { return opening->open(); };
   kind.installCallbacks(*request, report, trigger.handler);
   runtime->popupGate->present(request);
 }

@@ -4,20 +4,21 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
 
 namespace kifo {
 
-/// The gate between a campaign and the screen: hands it to the popup presenter, and when its turn
-/// comes there checks it for its kind, spends one of its shows and reports the opening. A refusal
-/// is a console line and nothing else: no event, no callback, no show spent.
+/// Gives a campaign to the popup presenter. Before it is shown there, checks it for its kind,
+/// spends one of its shows and reports the opening. A refusal is a console line and nothing else:
+/// no event, no callback, no show spent.
 ///
 /// **Threading:** main queue only; the handler runs on the UI thread.
 class PopupManager {
  public:
-  static constexpr auto LOG_TAG = "Kifo PopupManager:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG = "Kifo PopupManager:";  ///< Starts its console lines.
 
   using Handler = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
 

@@ -92,7 +92,7 @@ Color colorFromHex(std::string_view text) {
       return fromChannels(255, byte(16), byte(8), byte(0));
     case 3:
       return fromChannels(255, doubledDigit(8), doubledDigit(4), doubledDigit(0));
-    default:
+    default:  // black; kept for compatibility
       return fromChannels(255, 0, 0, 0);
   }
 }

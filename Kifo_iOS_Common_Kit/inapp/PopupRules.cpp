@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
 namespace kifo::rules {
@@ -16,7 +17,7 @@ namespace {
 constexpr double kFirstMilliseconds = 1e11;
 
 void print(std::string_view message) {
-  Console::print(logTag("PopupManager"), message);
+  Console::print(PopupManager::LOG_TAG, message);
 }
 
 void refuse(const AppCommunicationItem& item, Counter reason, std::string_view message) {
@@ -93,6 +94,8 @@ bool isExpired(const AppCommunicationItem& item) {
   return true;
 }
 
+/// A budget that is stored wins over a `maxShowCount` that the server changed later; its key is the
+/// uuid as it stands. Kept for compatibility.
 std::int64_t storedShows(const AppCommunicationItem& item) {
   const auto defaults = Platform::current()->userDefaults;
   return defaults->value(*item.uuid) ? defaults->integer(*item.uuid) : *item.maxShowCount;

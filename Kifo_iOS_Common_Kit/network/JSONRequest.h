@@ -22,7 +22,7 @@ struct JSONRequest {
       std::shared_ptr<Response> result, std::optional<Error> error, std::optional<bool> flag)>;
   using Headers = std::map<std::string, std::string>;
 
-  /// The request id is not kept, for compatibility: `sendRequest` gets it.
+  /// The request id is not used: `sendRequest` gets it. Kept for compatibility.
   JSONRequest(HTTPMethod method, ServiceUrl url, std::optional<Headers> headers_,
               RequestParameters parameters_, const std::string& /*requestId*/,
               CompletionHandler completion, std::optional<bool> isCached_)
@@ -36,7 +36,7 @@ struct JSONRequest {
   CompletionHandler completionHandler;
   std::string httpMethod;
   ServiceUrl serviceUrl;
-  std::optional<Headers> headers;  ///< Not applied, for compatibility: the fixed headers are sent.
+  std::optional<Headers> headers;  ///< Not sent. Kept for compatibility.
   RequestParameters parameters;    ///< The query and the JSON body.
   std::optional<bool> isCached;    ///< False for a fresh request, true for a stored row.
 };

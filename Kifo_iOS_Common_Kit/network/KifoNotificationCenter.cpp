@@ -33,7 +33,8 @@ KifoNotificationCenter::Token KifoNotificationCenter::addObserver(std::string na
 }
 
 void KifoNotificationCenter::removeObserver(Token token) {
-  std::shared_ptr<Entry> removed;  // what the observer captured dies after the lock is let go
+  std::shared_ptr<Entry>
+      removed;  // what the observer captured is destroyed after the lock is released
   const std::lock_guard lock(mutex_);
   const auto found = std::ranges::find(entries_, token, [](const auto& e) { return e->token; });
   if (found == entries_.end()) return;
@@ -51,7 +52,7 @@ void KifoNotificationCenter::post(const KifoNotification& note) {
   }
   for (const auto& entry : concerned) {
     // An observer before this one may have removed it.
-    if (!entry->removed) callHost(logTag("KifoNotificationCenter"), entry->observer, note);
+    if (!entry->removed) callHost(KifoNotificationCenter::LOG_TAG, entry->observer, note);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/network/KifoNotification.h"
@@ -12,7 +13,7 @@
 
 namespace kifo {
 
-/// Hands notifications from those who post them to those who observe their name.
+/// Delivers posted notifications to the observers of their name.
 ///
 ///     auto token = center.addObserver("kifoReachabilityChanged", [](const auto& note) { … });
 ///     center.removeObserver(token);
@@ -23,6 +24,8 @@ namespace kifo {
 /// **Errors:** what an observer throws is printed and dropped; the next one runs.
 class KIFO_EXPORT KifoNotificationCenter {
  public:
+  static constexpr std::string_view LOG_TAG = "Kifo KifoNotificationCenter:";
+
   using Observer = std::function<void(const KifoNotification&)>;
   using Token = std::uint64_t;  ///< 0 is never an observer.
 

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/network/KifoNotificationCenter.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachabilityError.h"
@@ -36,7 +37,8 @@ inline constexpr auto KifoReachabilityChangedNotification = "kifoReachabilityCha
 /// **Errors:** values; a reading that fails stops the watcher.
 class KIFO_EXPORT KifoReachability : public std::enable_shared_from_this<KifoReachability> {
  public:
-  static constexpr auto LOG_TAG = "Kifo KifoReachability:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG =
+      "Kifo KifoReachability:";  ///< Starts its console lines.
 
   using Flags = ReachabilityFlags;
   using Callback = std::function<void(KifoReachability&)>;

@@ -100,6 +100,7 @@ std::optional<std::uint32_t> NetworkManager::flags() const {
 KifoNetworkCapability networkCapability(std::optional<std::uint32_t> flags) {
   using Flags = KifoReachability::Flags;
   const std::uint32_t now = flags.value_or(0);
+  // There is no word for no network. Kept for compatibility.
   if (!(now & Flags::reachable) || (now & Flags::isWWAN)) return KifoNetworkCapability::CELLULAR;
   const bool connected = !(now & Flags::connectionRequired);
   const bool connectsByItself = (now & (Flags::connectionOnTraffic | Flags::connectionOnDemand)) &&

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/core/Vocabulary.h"
 #include "Kifo_iOS_Common_Kit/network/KifoNotification.h"
@@ -23,7 +24,8 @@ class KifoReachability;
 /// **Errors:** dropped. Where the network cannot be watched the callback is never called.
 class NetworkManager : public std::enable_shared_from_this<NetworkManager> {
  public:
-  static constexpr auto LOG_TAG = "Kifo NetworkManager:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG =
+      "Kifo NetworkManager:";  ///< Starts its console lines.
 
   using NetworkStatusCallback = std::function<void(bool online)>;
 

@@ -33,7 +33,8 @@ struct ServiceUrl {
   bool hasQuery = false;
 };
 
-/// What a request looks like on the wire: the query and the body. Both are written once, by
+/// What a request looks like on the wire: the query and the body, which hold the same parameters.
+/// Kept for compatibility. Both are written once, by
 /// whichever thread first needs them, which is not the one that sends an event unless the request
 /// cannot go out yet.
 ///

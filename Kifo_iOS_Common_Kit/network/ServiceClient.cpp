@@ -28,8 +28,9 @@ void print(std::string_view message) {
   Console::print(ServiceClient::LOG_TAG, message);
 }
 
-/// The address gets the parameters as its query. An address that is no URL gets the query's
-/// endpoint name behind it instead; if that is none either, there is nothing to send to.
+/// The address gets the parameters as its query. An address that is no URL gets the name of the
+/// query's endpoint behind it instead, for events too: kept for compatibility. If that is none
+/// either, there is nothing to send to.
 ServiceUrl serviceUrl(const std::string& base) {
   if (isUrl(base)) return {base, true};
   const std::string fallback = base + "getInAppCommunication";
@@ -130,6 +131,7 @@ bool ServiceClient::mayGoOut(const OutgoingRequest& request) const {
   if (session.appCommunication() || request.isNotificationEvent) return true;
   const auto& apiUri = request.sender->apiUri;
   if (!apiUri.empty() && request.texts->url().find(apiUri) != std::string::npos) return true;
+  // One text for three reasons. Kept for compatibility.
   print(
       "App communication is nil or is app communication itemLog is false or Notification event is "
       "false");
@@ -194,6 +196,7 @@ HttpRequest ServiceClient::httpRequest(const OutgoingRequest& request) const {
   const Session& session = runtime_->session;
   const auto sender = request.sender ? request.sender : session.identity();
   HttpRequest http;
+  // "BearerMOBILE" and the token, not "Bearer": kept for compatibility.
   http.method = request.method;
   http.url = request.texts->url();
   http.headers = {{"Authorization", headerValue("BearerMOBILE " + sender->authorization)},
@@ -221,6 +224,7 @@ void ServiceClient::handleAnswer(const std::shared_ptr<OutgoingRequest>& request
     request->complete(std::nullopt);
     print(answer.error->message);
   } else {
+    // Two blanks. Kept for compatibility.
     print(std::string("kifo_requestId:  is cached: ") + (request->isStored() ? "true" : "false") +
           " request id: " + request->id);
     if (isOk) {
@@ -276,6 +280,7 @@ void ServiceClient::countRefusal() {
   if (count == std::numeric_limits<std::int8_t>::max()) {
     fatalError("too many unauthorized answers to count");
   }
+  // Any answer of 200 resets the count. Kept for compatibility.
   if (++count > 1) runtime_->session.initializeStatus = InitializeStatusType::TOKEN_FAILED;
 }
 
@@ -312,6 +317,7 @@ bool ServiceClient::mayBeginPass() {
     return false;
   }
   const KifoNetworkStatus status = session.networkStatus;
+  // May read "sync is online offline". Kept for compatibility.
   print("sync is online " + std::string(rawValue(status)));
   if (status != KifoNetworkStatus::ONLINE || !session.appCommunication()) return false;
   if (runtime_->isStopping) return false;

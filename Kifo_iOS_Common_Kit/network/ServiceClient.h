@@ -61,7 +61,7 @@ class ServiceClient final : public ServiceClientProtocol,
   static std::shared_ptr<ServiceClient> make(std::shared_ptr<Runtime> runtime = Runtime::current());
 
   /// Posts an event to the sender's listener address, with the sender's token and origin.
-  /// `headers` are carried but not sent, for compatibility.
+  /// `headers` are not sent. Kept for compatibility.
   void sendEvent(const Headers& headers, RequestParameters parameters, const Sender& sender,
                  const std::string& requestId, bool isNotificationEvent,
                  EventCompletion completion);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
@@ -30,7 +31,8 @@ struct Size {
 /// **Errors:** a null view is a mistake of the caller that ends the process.
 class KIFO_EXPORT KifoSliderPushHelper {
  public:
-  static constexpr auto LOG_TAG = "Kifo KifoSliderPushHelper:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG =
+      "Kifo KifoSliderPushHelper:";  ///< Starts its console lines.
 
   /// The addresses of the push's images, in order; empty when it carries none.
   static std::vector<std::string> getImageList(const Notification& notification);

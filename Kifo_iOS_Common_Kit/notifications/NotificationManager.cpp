@@ -21,12 +21,8 @@ constexpr unsigned FOREGROUND = 4;
 
 std::atomic<CollectionView*> shownCollectionView = nullptr;
 
-std::string tag() {
-  return NotificationManager::LOG_TAG;
-}
-
 void print(std::string_view message) {
-  Console::print(tag(), message);
+  Console::print(NotificationManager::LOG_TAG, message);
 }
 
 std::string orEmpty(const std::optional<std::string>& text) {
@@ -65,7 +61,7 @@ void NotificationManager::handleNotification(const UserInfo& userInfo,
       orEmpty(item->pushToken), orEmpty(item->actorId), orEmpty(item->uuid), orEmpty(item->code),
       orEmpty(item->scenario), button ? button->id : std::nullopt,
       button ? button->text : std::nullopt);
-  callHost(tag(), actionCallback, button ? button->action : item->action);
+  callHost(NotificationManager::LOG_TAG, actionCallback, button ? button->action : item->action);
 }
 
 NotificationManager::ReceivedPush NotificationManager::receive(const NotificationRequest& request) {
@@ -93,7 +89,7 @@ void NotificationManager::didReceive(const NotificationRequest& request,
   const ReceivedPush push = receive(request);
   if (!push.content) return;
   if (push.imageUrl.empty()) {
-    callHost(tag(), contentHandler, push.content);
+    callHost(NotificationManager::LOG_TAG, contentHandler, push.content);
   } else {
     attachPushImage(push.content, push.imageUrl, contentHandler);
   }

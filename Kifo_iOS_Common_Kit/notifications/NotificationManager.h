@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
@@ -26,7 +27,8 @@ namespace kifo {
 /// **Errors:** none are reported; a push whose campaign cannot be read is shown all the same.
 class KIFO_EXPORT NotificationManager {
  public:
-  static constexpr auto LOG_TAG = "Kifo NotificationManager:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG =
+      "Kifo NotificationManager:";  ///< Starts its console lines.
 
   using ActionCallback = std::function<void(std::shared_ptr<AppCommunicationItemAction>)>;
   using ContentHandler = std::function<void(std::shared_ptr<const NotificationContent>)>;

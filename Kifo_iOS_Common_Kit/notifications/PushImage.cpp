@@ -9,6 +9,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
+#include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"
 
@@ -60,7 +61,7 @@ std::vector<NotificationAttachment> attachmentsOf(std::string_view bytes) {
     if (!file) return {};
     return {{AttachmentFile::NAME, file->path(), file}};
   } catch (const std::exception& error) {
-    Console::print(logTag("NotificationManager"), std::string("error ") + error.what());
+    Console::print(NotificationManager::LOG_TAG, std::string("error ") + error.what());
     return {};
   }
 }
@@ -83,16 +84,15 @@ PushImage loadPushImage(const std::string& url, double limit) {
 void attachPushImage(
     const std::shared_ptr<const NotificationContent>& content, const std::string& url,
     const std::function<void(std::shared_ptr<const NotificationContent>)>& handler) {
-  const std::string tag = logTag("NotificationManager");
   const PushImage image = loadPushImage(url);
   if (!image.bytes) {
-    callHost(tag, handler, content);
+    callHost(NotificationManager::LOG_TAG, handler, content);
     Console::printBare("Unable to load data: " + image.error);
     return;
   }
   auto illustrated = std::make_shared<NotificationContent>(*content);
   illustrated->attachments = attachmentsOf(*image.bytes);
-  callHost(tag, handler, std::move(illustrated));
+  callHost(NotificationManager::LOG_TAG, handler, std::move(illustrated));
 }
 
 }  // namespace kifo

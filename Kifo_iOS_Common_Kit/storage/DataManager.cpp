@@ -31,8 +31,7 @@ void tellNotStored(const std::string& requestId, const char* reason, std::int64_
                              {"limit", std::to_string(limit)}});
 }
 
-/// A row in the order of the select. Cells are texts, and a number field takes numbers only, so the
-/// number fields stay 0.
+/// A row in the order of the select. The number fields stay 0. Kept for compatibility.
 KifoLog logOf(const KifoSqliteManager::Row& row) {
   const auto text = [&](std::size_t cell) { return row[cell].value_or(""); };
   return {0, text(1), text(2), text(3), 0, 0, 0, text(7)};
@@ -63,6 +62,7 @@ DataManager::Taken takeFrom(StoreConnection& file, const std::shared_ptr<Counter
     taken.row = logOf(row);
     isChosen = chooses(taken.row);
   });
+  // A second time with the same row. Kept for compatibility.
   if (result.isDone) isChosen = chooses(taken.row) || isChosen;
   if (isChosen && taken.row && taken.row->_requestId.empty()) print(kEmptyTried);
   isChosen = isChosen && taken.row && isId(taken.row->_requestId);
@@ -120,6 +120,7 @@ void DataManager::deleteLog(const std::string& requestId, std::function<void()> 
 
 void DataManager::updateSyncStatus(const std::string& requestId, int success,
                                    std::function<void()> marked) const {
+  // Said of every in-app query, which has no id. Kept for compatibility.
   if (requestId.empty()) print("Request id is empty");
   if (!isId(requestId)) return;
   write(LogTable::markAnswered(requestId, success),

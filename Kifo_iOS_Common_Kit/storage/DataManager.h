@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoLog.h"
@@ -22,9 +23,11 @@ namespace kifo {
 /// says otherwise.
 class DataManager {
  public:
-  static constexpr auto LOG_TAG = "Kifo DataManager:";  ///< Starts its console lines.
+  static constexpr std::string_view LOG_TAG = "Kifo DataManager:";  ///< Starts its console lines.
 
   static constexpr auto TABLE_NAME = "KifoLog";
+  // Names of the record's fields, not of the columns; no statement uses them, nor MAXTRYCOUNT. Kept
+  // for compatibility.
   static constexpr auto COL_ID = "_id";
   static constexpr auto COL_PARAMS = "_paramaters";
   static constexpr auto COL_REQUEST_ID = "_requestId";

@@ -50,9 +50,10 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   /// a process that dies here leaves either none or a complete one.
   void prepareDb();
 
-  /// Opens the file, made empty when there is none; `name` is not used. The block may be empty.
+  /// Opens the file, made empty when there is none; The block may be empty.
+  /// `name` is not used, here and below. Kept for compatibility.
   void openLocalDatabaseWithName(const std::string& name, StatusBlock statusBlock);
-  /// Closes it; the block is called only when that succeeds. `name` is not used.
+  /// Closes it; the block is called only when that succeeds.
   void closeLocalDatabaseWithName(const std::string& name, StatusBlock statusBlock);
 
   /// Runs a statement that returns no rows.
@@ -67,7 +68,8 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   void createDatabaseWithName(const std::string& name, bool openImmediately,
                               StatusBlock statusBlock);
   /// The block is called only when `oldName` is the current database, and then always with success
-  /// true: the error tells whether it was moved. A file that exists is never replaced.
+  /// true: the error tells whether it was moved. Kept for compatibility. A file that exists is
+  /// never replaced.
   void renameDatabaseWithName(const std::string& oldName, const std::string& newName,
                               StatusBlock statusBlock);
   void deleteDatabaseWithName(const std::string& name, StatusBlock statusBlock);

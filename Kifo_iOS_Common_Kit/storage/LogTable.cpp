@@ -35,6 +35,7 @@ std::string LogTable::remove(const std::string& requestId) {
   return joined({"delete from KifoLog where REQUEST_ID = '", requestId, "' or TRYCOUNT > 0"});
 }
 
+/// ISSYNC becomes 1 after a failure as well. Kept for compatibility.
 std::string LogTable::markAnswered(const std::string& requestId, int success) {
   return joined({"update KifoLog set ISSYNC_SUCCESS = ", std::to_string(success),
                  ", ISSYNC = 1 where REQUEST_ID = '", requestId, "'"});

@@ -9,7 +9,8 @@
 namespace kifo {
 
 /// The table of stored requests and the statements on it. Values are pasted between single quotes
-/// as they are: only those for which `isQuotable` holds.
+/// as they are, and a request with a value that is not quotable is not stored. Kept for
+/// compatibility.
 ///
 /// A row waits while it was neither sent from the store nor answered 200.
 struct LogTable {
@@ -34,7 +35,8 @@ struct LogTable {
   static bool isQuotable(const KifoLog& log);
 
   static std::string insert(const KifoLog& log);
-  /// Removes the request's row and every row that was sent from the store.
+  /// Removes the request's row and every row that was sent from the store, whether it was answered
+  /// or not. Kept for compatibility: a row is sent again once at most.
   static std::string remove(const std::string& requestId);
   static std::string markAnswered(const std::string& requestId, int success);
   static std::string markTried(const std::string& requestId);

@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
+#include "Kifo_iOS_Common_Kit/storage/DataManager.h"
 #include "Kifo_iOS_Common_Kit/storage/LogTable.h"
 #include "Kifo_iOS_Common_Kit/storage/StoreTransaction.h"
 
@@ -74,7 +75,7 @@ class Transaction {
     if (!isCounted_ && !count(outcome.result)) return outcome;
     if (waiting_ >= copy.limit) return {{}, CopyOutcome::cap};
     // What composing throws costs this copy alone.
-    callHost(logTag("DataManager"), [&] {
+    callHost(DataManager::LOG_TAG, [&] {
       const KifoLog log = copy.compose();
       if (LogTable::isQuotable(log)) {
         outcome.result = file_.run(LogTable::insert(log));
@@ -120,14 +121,14 @@ class Transaction {
 
 void report(const PendingWrite& write, const Outcome& outcome, std::int64_t waiting) {
   constexpr std::array reasons = {"stored", "cap", "apostrophe", "locked", "failed"};
-  if (!write.compose) return callHost(logTag("DataManager"), write.done, outcome.result);
+  if (!write.compose) return callHost(DataManager::LOG_TAG, write.done, outcome.result);
   if (!outcome.result.isDone) {
     KIFO_INSPECT("notStored", {{"requestId", write.requestId},
                                {"reason", reasons[static_cast<std::size_t>(outcome.ofCopy())]},
                                {"waiting", std::to_string(waiting)},
                                {"limit", std::to_string(write.limit)}});
   }
-  callHost(logTag("DataManager"), write.copied, outcome.ofCopy());
+  callHost(DataManager::LOG_TAG, write.copied, outcome.ofCopy());
 }
 
 void runTransaction(StoreConnection& file, std::optional<KnownCount>& known,

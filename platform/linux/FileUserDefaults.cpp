@@ -20,6 +20,8 @@
 namespace kifo {
 namespace {
 
+constexpr std::string_view LOG_TAG = "Kifo UserDefaults:";
+
 using nlohmann::json;
 
 constexpr std::size_t kLargestFile = 8u << 20;
@@ -114,7 +116,7 @@ const SerialQueue::Duration kLockRetry(0.02);
 constexpr int kLockRetries = 50;  // 1 s; then it writes without the lock
 
 void print(const std::string& message) {
-  Console::print(logTag("UserDefaults"), message);
+  Console::print(LOG_TAG, message);
 }
 
 }  // namespace

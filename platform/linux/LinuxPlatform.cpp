@@ -63,8 +63,8 @@ Platform makeLinuxPlatform(const LinuxPlatformOptions& options) {
 
   if (options.documentsDirectory.empty() && !directories.problem.empty()) {
     // Not by Console::print: it would ask for the platform that is being made.
-    console->write(logTag("Platform") + " nothing can be kept in " + directories.problem +
-                   "; using " + directories.documents);
+    console->write("Kifo Platform: nothing can be kept in " + directories.problem + "; using " +
+                   directories.documents);
   }
   ExitGuard::watch({platform.http, answers, reachability, main, console});
   return platform;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
 
 namespace kifo {
 namespace {
@@ -103,7 +104,7 @@ std::optional<Value> valueOf(const QJSValue& value) {
 Value::Map parametersOf(const QJSValue& value, std::string_view caller) {
   if (value.isUndefined()) return {};
   const auto refuse = [&](const char* why) {
-    Console::print(logTag("Kifo"), std::string(caller) + ": the parameters are left out: " + why);
+    Console::print(Kifo::LOG_TAG, std::string(caller) + ": the parameters are left out: " + why);
     return Value::Map();
   };
   if (!value.isObject() || value.isArray() || leafOf(value)) {

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/Kifo.h"
 
 namespace kifo {
 namespace {
@@ -66,7 +67,7 @@ struct Writer {
 };
 
 void complain(const std::string& what) {
-  Console::print(logTag("Kifo"), "initialize: " + what);
+  Console::print(Kifo::LOG_TAG, "initialize: " + what);
 }
 
 const char* wantedBy(const Member& member) {

@@ -17,10 +17,6 @@
 namespace kifo {
 namespace {
 
-std::string tag() {
-  return logTag("DesktopNotificationCentre");
-}
-
 int milliseconds(double seconds) {
   return static_cast<int>(seconds * 1000.0);
 }
@@ -43,8 +39,8 @@ void clicked(const DesktopNotificationLedger::Click& click,
              const DesktopNotificationCentre::ClickHandler& onClick) {
   NotificationManager::handleNotification(click.content->userInfo, {click.actionIdentifier},
                                           [&](std::shared_ptr<AppCommunicationItemAction> action) {
-                                            callHost(tag(), onClick, std::move(action),
-                                                     click.activationToken);
+                                            callHost(DesktopNotificationCentre::LOG_TAG, onClick,
+                                                     std::move(action), click.activationToken);
                                           });
 }
 
@@ -119,7 +115,7 @@ void DesktopNotificationCentre::close(const std::string& identifier) {
 
 void DesktopNotificationCentre::getNotificationSettings(
     std::function<void(int authorizationStatus)> completion) {
-  callHost(tag(), completion, shared_->permission.load());
+  callHost(LOG_TAG, completion, shared_->permission.load());
   removeLeftoversOnce();
   shared_->link->post([](DesktopNotificationService& service) { service.refresh(); });
 }

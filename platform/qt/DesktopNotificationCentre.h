@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
@@ -43,6 +44,8 @@ class DesktopNotificationService;
 /// inspector, the decision "notification".
 class KIFO_EXPORT DesktopNotificationCentre final : public NotificationCentre {
  public:
+  static constexpr std::string_view LOG_TAG = "Kifo DesktopNotificationCentre:";
+
   struct Options {
     std::string applicationName = {};  ///< Shown with every notification; its title if it has none.
     std::string applicationIcon = {};  ///< Name in the icon theme, or a path.

@@ -22,7 +22,7 @@ QtPopupPresenter::~QtPopupPresenter() {
 void QtPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
   const auto accept = [request](PopupRouter& router) { router.accept(request); };
   if (link_ && link_->post(accept)) return;
-  sayNotShown(QtPopupQueue::presenter, *request, "there is no QApplication");
+  sayNotShown(QtPopupQueue::LOG_TAG, *request, "there is no QApplication");
 }
 
 }  // namespace kifo

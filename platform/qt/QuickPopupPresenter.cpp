@@ -26,7 +26,7 @@ QuickPopupPresenter::~QuickPopupPresenter() {
 void QuickPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
   const auto accept = [request](PopupRouter& router) { router.accept(request); };
   if (link_ && link_->post(accept)) return;
-  sayNotShown(QuickPopupQueue::presenter, *request, "there is no QGuiApplication");
+  sayNotShown(QuickPopupQueue::LOG_TAG, *request, "there is no QGuiApplication");
 }
 
 Platform withQuick(Platform platform, PopUpOptions options) {

@@ -201,7 +201,7 @@ TEST_F(PopupGateTest, AGateMayThrowPauseReplaceItselfOrEndTheSdk) {
 // ---------------------------------------------------
 
 TEST_F(PopupGateTest, APopupThatTheGateHeldBackKeepsItsPlaceInThePresentersQueue) {
-  PopupQueue queue("TestPresenter");
+  PopupQueue queue("Kifo TestPresenter:");
   fake_.popups->hold();
   Kifo::setPopupsPaused(true);
   due("first");
@@ -222,7 +222,7 @@ TEST_F(PopupGateTest, APopupThatTheGateHeldBackKeepsItsPlaceInThePresentersQueue
 }
 
 TEST_F(PopupGateTest, AGateThatClosesTheWindowOrTheScreenLeavesTheCampaignUnspent) {
-  PopupQueue queue("TestPresenter");
+  PopupQueue queue("Kifo TestPresenter:");
   bool canShow = true;
   const auto asks = [&] { return canShow; };
   fake_.popups->hold();

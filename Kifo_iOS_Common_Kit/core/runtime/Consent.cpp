@@ -16,8 +16,10 @@
 namespace kifo {
 namespace {
 
+constexpr std::string_view LOG_TAG = "Kifo Consent:";
+
 void print(std::string_view message) {
-  Console::print(logTag("Consent"), message);
+  Console::print(LOG_TAG, message);
 }
 
 ConsentFiles filesOf(const Platform& platform) {

@@ -12,7 +12,7 @@ std::shared_ptr<const Session::Identity> Session::identity() const {
 }
 
 void Session::updateIdentity(const std::function<void(Identity&)>& change) {
-  std::shared_ptr<const Identity> previous;  // destroyed after the lock is let go
+  std::shared_ptr<const Identity> previous;  // destroyed after the lock is released
   const WriterLock lock(mutex_);
   auto next = std::make_shared<Identity>(*identity_);
   change(*next);
@@ -41,7 +41,7 @@ void Session::setTokenService(std::shared_ptr<TokenServiceProtocol> service) {
 }
 
 std::string Session::withoutCommas(std::string text) {
-  std::erase(text, ',');
+  std::erase(text, ',');  // kept for compatibility
   return text;
 }
 

@@ -17,7 +17,8 @@ struct OpenEndedFieldModel {
   std::optional<std::string> freeText;
 };
 
-/// The choice or the emoji that a user picked, with what was typed beside it.
+/// The choice or the emoji that a user picked, with what was typed beside it. The spelling of the
+/// names is kept for compatibility.
 struct ChoiseFieldModel {
   std::string choiseId;
   std::string text;

@@ -6,13 +6,13 @@
 
 namespace kifo {
 
-void pressButton(std::string_view tag, PopupState& state, PopupRequest::ButtonCallback action,
+void pressButton(PopupState& state, PopupRequest::ButtonCallback action,
                  const PopupState::Button& button) {
   state.isAnswering = true;
-  callHost(tag, action, PopupState::Button(button));
+  callHost(PopupState::LOG_TAG, action, PopupState::Button(button));
 }
 
-SubmitOutcome submitAnswers(std::string_view tag, const PopupRequest& request, PopupState& state) {
+SubmitOutcome submitAnswers(const PopupRequest& request, PopupState& state) {
   state.isAnswering = true;
   const auto reporter = request.reporter;
   const auto item = state.appCommunicationItem;
@@ -20,7 +20,7 @@ SubmitOutcome submitAnswers(std::string_view tag, const PopupRequest& request, P
   const auto controller = state.controller;
   const auto pageName = state.pageName;
   const auto callback = state.submitButtonItem;
-  if (item->submitButton) callHost(tag, callback, item->submitButton);
+  if (item->submitButton) callHost(PopupState::LOG_TAG, callback, item->submitButton);
   for (const InAppAnswer& answer : all) {
     if (reporter) reporter->answered(item, answer, controller.lock(), pageName);
   }

@@ -10,10 +10,9 @@
 
 namespace kifo {
 
-void sayNotShown(std::string_view presenter, const PopupRequest& request,
-                 const std::string& reason) {
+void sayNotShown(std::string_view tag, const PopupRequest& request, const std::string& reason) {
   count(Counter::popupsRefusedNotShowable);
-  Console::print(logTag(presenter), "the popup is not shown: " + reason);
+  Console::print(tag, "the popup is not shown: " + reason);
   const auto& item = request.preferences.appCommunicationItem;
   if (item) rules::remember(*item, "not shown: " + reason);
   KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
@@ -57,7 +56,7 @@ PopupQueue::Request PopupQueue::openFirst(const std::function<bool()>& canShow) 
 
 bool PopupQueue::dropsForItsScreen(const PopupRequest& request) const {
   if (!isScreenGone(request)) return false;
-  sayNotShown(presenter_, request, "its screen is gone");
+  sayNotShown(tag_, request, "its screen is gone");
   return true;
 }
 

@@ -22,8 +22,8 @@ class KIFO_SHARED PopupQueue {
  public:
   using Request = std::shared_ptr<const PopupRequest>;
 
-  /// `presenter` is the class that says why a popup is not shown.
-  explicit PopupQueue(std::string_view presenter) : presenter_(presenter) {}
+  /// `tag` starts the console lines that say why a popup is not shown.
+  explicit PopupQueue(std::string_view tag) : tag_(tag) {}
 
   void enqueue(const Request& request);
 
@@ -40,7 +40,7 @@ class KIFO_SHARED PopupQueue {
   Request openFirst(const std::function<bool()>& canShow);
   bool dropsForItsScreen(const PopupRequest& request) const;
 
-  const std::string_view presenter_;
+  const std::string_view tag_;
   std::deque<Request> waiting_;
   bool isAsking_ = false;
 };
@@ -48,9 +48,9 @@ class KIFO_SHARED PopupQueue {
 /// Whether the popup was given a screen that is destroyed by now.
 KIFO_SHARED bool isScreenGone(const PopupRequest& request);
 
-/// Says on the console, under the name of the class `presenter`, and to the inspector why a popup
-/// is not shown. **Threading:** thread-safe.
-KIFO_SHARED void sayNotShown(std::string_view presenter, const PopupRequest& request,
+/// Says on the console, with `tag` at the line's start, and to the inspector why a popup is not
+/// shown. **Threading:** thread-safe.
+KIFO_SHARED void sayNotShown(std::string_view tag, const PopupRequest& request,
                              const std::string& reason);
 
 }  // namespace kifo

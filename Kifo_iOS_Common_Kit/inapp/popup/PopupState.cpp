@@ -22,7 +22,7 @@ bool hasText(const std::optional<std::string>& text) {
 }
 
 /// Score and open-ended campaigns, and whatever else is no plain popup and no survey, count as
-/// emoji here; submitting goes by the item's own type.
+/// emoji here; submitting goes by the item's own type. Kept for compatibility.
 PopupType windowType(const std::optional<std::string>& type) {
   if (type == rawValue(PopupType::popup)) return PopupType::popup;
   if (type == rawValue(PopupType::survey)) return PopupType::survey;

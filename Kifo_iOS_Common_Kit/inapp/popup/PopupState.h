@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
@@ -24,6 +25,9 @@ namespace kifo {
 ///
 /// **Threading:** a plain value; a view's own lives on the UI thread.
 struct KIFO_SHARED PopupState {
+  /// Starts the console lines of a popup, whichever toolkit draws it.
+  static constexpr std::string_view LOG_TAG = "Kifo PopUpWindow:";
+
   using Button = std::shared_ptr<AppCommunicationItemButton>;
   using Buttons = std::vector<Button>;
 
@@ -34,7 +38,8 @@ struct KIFO_SHARED PopupState {
   PopupPreferences preferences;
   std::weak_ptr<ViewController> controller;  ///< The host's screen; goes with every report.
   std::optional<std::string> pageName;       ///< Goes with every report.
-  std::shared_ptr<AppCommunicationItem> appCommuncationItem;  ///< As the close path reads it.
+  /// As the close path reads it. This field and its spelling are kept for compatibility.
+  std::shared_ptr<AppCommunicationItem> appCommuncationItem;
   std::shared_ptr<AppCommunicationItem>
       appCommunicationItem;  ///< As submit and body touch read it.
   PopupRequest::ButtonCallback actionItem;
@@ -47,8 +52,9 @@ struct KIFO_SHARED PopupState {
   double popupDescriptionHeight = 50;
   double popupQuestionHeight = 0;
   double submitButtonHeight = 50;
-  double imageViewHeight = 200;     ///< Follows the screen's width.
-  double tableViewHeigth = 0;       ///< Height of the list of buttons or choices.
+  double imageViewHeight = 200;  ///< Follows the screen's width.
+  double tableViewHeigth = 0;    ///< Height of the list of buttons or choices. The spelling is kept
+                               ///< for compatibility.
   Buttons buttons;                  ///< Of a plain popup.
   Button submitButton;              ///< Kept for compatibility, never filled.
   Buttons choices;                  ///< Of a survey, or the emojis.

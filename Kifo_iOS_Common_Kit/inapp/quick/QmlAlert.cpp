@@ -11,6 +11,8 @@
 namespace kifo {
 namespace {
 
+constexpr std::string_view LOG_TAG = "Kifo KifoAlert:";
+
 using Member =
     std::variant<double KifoAppearance::*, bool KifoAppearance::*, QColor KifoAppearance::*>;
 
@@ -90,8 +92,8 @@ KifoAppearance QmlAlert::chosenAppearance() const {
     const auto* const field = std::ranges::find(kFields, std::string_view(name), &Field::name);
     const bool isKnown = field != std::end(kFields);
     if (isKnown && std::visit(Writer{appearance, each.value()}, field->member)) continue;
-    Console::print(logTag("KifoAlert"), isKnown ? "\"" + name + "\" has a wrong type"
-                                                : "the appearance has no \"" + name + "\"");
+    Console::print(LOG_TAG, isKnown ? "\"" + name + "\" has a wrong type"
+                                    : "the appearance has no \"" + name + "\"");
   }
   return appearance;
 }

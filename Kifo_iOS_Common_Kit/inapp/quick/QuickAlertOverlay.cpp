@@ -20,6 +20,8 @@
 namespace kifo {
 namespace {
 
+constexpr std::string_view LOG_TAG = "Kifo QuickAlert:";
+
 constexpr int kWidestGap = 16;  // Between the card and the window's edge; less in a small window.
 
 /// The engine of the scene; one of our own for a scene that was built without QML.
@@ -59,7 +61,7 @@ QuickAlertOverlay* QuickAlertOverlay::make(QuickAlert& alert, QQuickWindow& wind
       QQmlEngine::contextForObject(&window) != nullptr ? QQmlEngine::contextForObject(&window)
                                                        : engineOf(window)->rootContext()));
   if (overlay == nullptr) {
-    Console::print(logTag("QuickAlert"), component.errorString().toStdString());
+    Console::print(LOG_TAG, component.errorString().toStdString());
     return nullptr;
   }
   QQmlEngine::setObjectOwnership(overlay, QQmlEngine::CppOwnership);

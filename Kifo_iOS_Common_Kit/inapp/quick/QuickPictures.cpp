@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kWidestPicture = 480;  ///< Logical pixels: the panel at its widest.
 constexpr std::chrono::milliseconds kSpinnerStep{100};
+constexpr auto kEmojiTag = "Kifo KifoEmojiCollectionViewCell:";
 
 }  // namespace
 
@@ -37,7 +38,8 @@ void QuickPictures::load(PopupParts& parts, double scale) {
                                  : std::make_shared<ImageLoader>(QSize(pixels, pixels));
   if (parts.has(PopupPiece::emojis)) fetchEmojis(parts);
   const bool isList = pages() > 1;
-  Console::print(logTag("PopUpWindow"), isList ? "image list avaliable" : "image list unavaliable");
+  // The spelling is kept for compatibility.
+  Console::print(PopupState::LOG_TAG, isList ? "image list avaliable" : "image list unavaliable");
   if (isList) {
     slideTo(0);
     pageTimer_.start(options_.durations.carouselInterval);
@@ -63,7 +65,7 @@ void QuickPictures::fetchEmojis(PopupParts& parts) {
     const auto& url = parts.rows()[row].button->imageUrl;
     if (!url) continue;
     if (!ImageLoader::isUrl(*url)) {
-      Console::print(logTag("KifoEmojiCollectionViewCell"),
+      Console::print(kEmojiTag,
                      "Failed to present attachment due to an invalid url: " + *url);
     } else if (const QImage kept = loader_->kept(*url); !kept.isNull()) {
       Q_EMIT emojiCame(static_cast<int>(row), kept);

@@ -29,11 +29,6 @@ constexpr double kDim = 0.3;   ///< Alpha of the black over the host.
 constexpr int kLineStep = 48;  ///< An arrow key scrolls a tall panel by this much.
 constexpr std::chrono::milliseconds kEmojiTextShown{1500};
 
-const std::string& tag() {
-  static const std::string& text = *new std::string(logTag("PopUpWindow"));
-  return text;
-}
-
 /// The component of which every popup's items are made. Its engine is the SDK's own: the host's
 /// may be gone before its window is, and a scene made without QML has none.
 QQmlComponent& component() {
@@ -57,7 +52,7 @@ bool scrolls(int key) {
 QuickPopup::QuickPopup(std::shared_ptr<const PopupRequest> request, PopUpOptions options)
     : request_(std::move(request)), options_(std::move(options)) {
   setObjectName(QStringLiteral("PopUpWindow"));
-  Console::print(tag(), "popup type : " + request_->preferences.type.value_or("nil"));
+  Console::print(PopupState::LOG_TAG, "popup type : " + request_->preferences.type.value_or("nil"));
   const int fade = options_.reducedMotion ? 0 : static_cast<int>(options_.durations.fade.count());
   fade_ = new PopupFade(
       std::chrono::milliseconds(fade), [this] { return window() && isVisible(); }, this);
@@ -140,7 +135,7 @@ void QuickPopup::makeParts() {
 void QuickPopup::makeItems() {
   QQmlComponent& popups = component();
   view_ = qobject_cast<QQuickItem*>(popups.beginCreate(popups.engine()->rootContext()));
-  if (!view_) return Console::print(tag(), popups.errorString().toStdString());
+  if (!view_) return Console::print(PopupState::LOG_TAG, popups.errorString().toStdString());
   // The pieces look for their popup above them.
   view_->setParent(this);
   view_->setParentItem(this);
@@ -190,7 +185,7 @@ void QuickPopup::press(const PopupRequest::ButtonCallback& action,
                        const PopupState::Button& button) {
   if (!takesAnswer()) return;
   const QPointer<QuickPopup> self(this);
-  pressButton(tag(), state_, action, button);
+  pressButton(state_, action, button);
   if (self) dismissView();
 }
 
@@ -236,7 +231,7 @@ void QuickPopup::moveOpennessTo(double openness) {
 void QuickPopup::submitButtonPressed() {
   if (!state_.appCommunicationItem || !takesAnswer()) return;
   const QPointer<QuickPopup> self(this);
-  const SubmitOutcome outcome = submitAnswers(tag(), *request_, state_);
+  const SubmitOutcome outcome = submitAnswers(*request_, state_);
   if (!self) return;
   state_.isAnswering = outcome.closes;
   if (!outcome.closes) return;

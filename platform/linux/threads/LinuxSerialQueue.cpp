@@ -21,6 +21,8 @@
 namespace kifo {
 namespace {
 
+constexpr std::string_view LOG_TAG = "Kifo SerialQueue:";
+
 using Steady = std::chrono::steady_clock;
 
 constexpr double kLongestDelay =
@@ -43,9 +45,9 @@ void runGuarded(const SerialQueue::Task& task) {
   try {
     if (task) task();
   } catch (const std::exception& error) {
-    Console::print(logTag("SerialQueue"), std::string("a task threw: ") + error.what());
+    Console::print(LOG_TAG, std::string("a task threw: ") + error.what());
   } catch (...) {
-    Console::print(logTag("SerialQueue"), "a task threw");
+    Console::print(LOG_TAG, "a task threw");
   }
 }
 

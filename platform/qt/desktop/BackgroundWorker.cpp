@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "platform/qt/DesktopNotificationCentre.h"
 
 namespace kifo {
 
@@ -37,7 +38,7 @@ void BackgroundWorker::run(Shared& shared) {
     Task task = std::move(shared.tasks.front());
     shared.tasks.pop_front();
     lock.unlock();
-    callHost(logTag("DesktopNotificationCentre"), task);
+    callHost(DesktopNotificationCentre::LOG_TAG, task);
     task = nullptr;
     lock.lock();
   }

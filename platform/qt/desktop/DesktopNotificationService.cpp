@@ -10,6 +10,7 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
+#include "platform/qt/DesktopNotificationCentre.h"
 
 namespace kifo {
 namespace {
@@ -34,7 +35,7 @@ QString imagePathOf(const DesktopNotification& notification) {
 
 /// Says that a notification will never be shown, and why.
 void notShown(const DesktopNotification& notification, std::string_view line, const char* reason) {
-  Console::print(logTag("DesktopNotificationCentre"), line);
+  Console::print(DesktopNotificationCentre::LOG_TAG, line);
   KIFO_INSPECT(
       "notification",
       {{"identifier", notification.identifier}, {"outcome", "not shown"}, {"reason", reason}});

@@ -32,10 +32,8 @@ struct Shown {
 
 }  // namespace
 
-WindowPopups::WindowPopups(std::string_view presenter, PopUpOptions options)
-    : presenter_(presenter),
-      options_(std::move(options)),
-      queue_(std::make_shared<PopupQueue>(presenter)) {
+WindowPopups::WindowPopups(std::string_view tag, PopUpOptions options)
+    : tag_(tag), options_(std::move(options)), queue_(std::make_shared<PopupQueue>(tag)) {
   Shown::shared().queues.push_back(this);
 }
 
@@ -59,7 +57,7 @@ bool WindowPopups::canShow() const {
 void WindowPopups::showNext() {
   const auto queue = queue_;
   const QPointer<WindowPopups> self(this);
-  const std::string_view presenter = presenter_;
+  const std::string_view tag = tag_;
   if (const auto request = queue->takeNext([&] { return self && canShow(); })) {
     current_ = show(request);
     Shown::shared().popups.push_back({current_, systemWindow()});
@@ -73,8 +71,7 @@ void WindowPopups::showNext() {
     return;
   }
   if (self) return;
-  for (const auto& orphan : queue->takeWaiting())
-    sayNotShown(presenter, *orphan, "its window is gone");
+  for (const auto& orphan : queue->takeWaiting()) sayNotShown(tag, *orphan, "its window is gone");
 }
 
 PopupRouter::PopupRouter(QObject* parent)

@@ -26,8 +26,8 @@ class KIFO_SHARED WindowPopups : public QObject {
  public:
   using Request = PopupQueue::Request;
 
-  /// `presenter`: the class that says why a popup is not shown; a literal.
-  WindowPopups(std::string_view presenter, PopUpOptions options);
+  /// `tag`, a literal, starts the console lines that say why a popup is not shown.
+  WindowPopups(std::string_view tag, PopUpOptions options);
   ~WindowPopups() override;
 
   /// Shows the popup at once, or when those before it have closed.
@@ -50,7 +50,7 @@ class KIFO_SHARED WindowPopups : public QObject {
  private:
   [[nodiscard]] bool canShow() const;
 
-  const std::string_view presenter_;
+  const std::string_view tag_;
   const PopUpOptions options_;
   QPointer<QObject> current_;
   /// Shared with the call that asks the host's gate, which may destroy this.

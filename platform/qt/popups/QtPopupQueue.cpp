@@ -6,10 +6,10 @@
 namespace kifo {
 
 QtPopupQueue::QtPopupQueue(QWidget* window, const PopUpOptions& options)
-    : WindowPopups(presenter, options), widget_(window) {}
+    : WindowPopups(LOG_TAG, options), widget_(window) {}
 
 QtPopupQueue::QtPopupQueue(QWindow* window, const PopUpOptions& options)
-    : WindowPopups(presenter, options), window_(window) {}
+    : WindowPopups(LOG_TAG, options), window_(window) {}
 
 QWindow* QtPopupQueue::systemWindow() const {
   return widget_ ? widget_->windowHandle() : window_.data();

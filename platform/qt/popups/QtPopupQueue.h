@@ -16,7 +16,7 @@ class QtPopupQueue : public WindowPopups {
   Q_OBJECT
 
  public:
-  static constexpr std::string_view presenter = "QtPopupPresenter";
+  static constexpr std::string_view LOG_TAG = "Kifo QtPopupPresenter:";
 
   /// Popups are laid inside the widget's window.
   QtPopupQueue(QWidget* window, const PopUpOptions& options);

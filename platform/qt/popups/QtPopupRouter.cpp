@@ -39,7 +39,7 @@ QtPopupRouter::QtPopupRouter(PopUpOptions options, QObject* parent)
 
 void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
   const auto notShown = [&request](const std::string& reason) {
-    sayNotShown(QtPopupQueue::presenter, *request, reason);
+    sayNotShown(QtPopupQueue::LOG_TAG, *request, reason);
   };
   const auto screen = request->preferences.controller.lock();
   if (!screen) {

@@ -42,7 +42,7 @@ QQuickWindow* sceneOf(const ViewController* screen) {
 }  // namespace
 
 QuickPopupQueue::QuickPopupQueue(QQuickWindow* scene, const PopUpOptions& options)
-    : WindowPopups(presenter, options), scene_(scene) {
+    : WindowPopups(LOG_TAG, options), scene_(scene) {
   // One that is rendered into a widget becomes visible with the widget's window.
   watched_ = systemWindow();
   if (!watched_) watched_ = scene;
@@ -83,11 +83,11 @@ QuickPopupRouter::QuickPopupRouter(PopUpOptions options, std::shared_ptr<PopupPr
 void QuickPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
   const auto screen = request->preferences.controller.lock();
   if (!screen && isScreenGone(*request)) {
-    return sayNotShown(QuickPopupQueue::presenter, *request, "its screen is gone");
+    return sayNotShown(QuickPopupQueue::LOG_TAG, *request, "its screen is gone");
   }
   if (QQuickWindow* scene = sceneOf(screen.get())) return queueOf(scene).enqueue(request);
   if (widgets_) return widgets_->present(request);
-  sayNotShown(QuickPopupQueue::presenter, *request,
+  sayNotShown(QuickPopupQueue::LOG_TAG, *request,
               screen ? "the screen " + screen->className() + " is in no Qt Quick window"
                      : "no Qt Quick window is active");
 }

@@ -17,7 +17,7 @@ class QuickPopupQueue : public WindowPopups {
   Q_OBJECT
 
  public:
-  static constexpr std::string_view presenter = "QuickPopupPresenter";
+  static constexpr std::string_view LOG_TAG = "Kifo QuickPopupPresenter:";
 
   QuickPopupQueue(QQuickWindow* scene, const PopUpOptions& options);
 

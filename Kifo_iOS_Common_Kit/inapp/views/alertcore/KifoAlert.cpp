@@ -21,10 +21,7 @@ namespace {
 /// The size of the large indicator in relation to the common one.
 constexpr double kLargeIndicator = 1.7;
 
-const std::string& tag() {
-  static const std::string& text = *new std::string(logTag("KifoPopup"));
-  return text;
-}
+constexpr std::string_view LOG_TAG = "Kifo KifoPopup:";
 
 bool onUiThread() {
   return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr &&
@@ -37,7 +34,7 @@ void invokeSlot(QObject* target, QByteArray selector) {
   const QMetaObject* type = target->metaObject();
   const int index = type->indexOfMethod(QMetaObject::normalizedSignature(selector));
   if (index < 0 || !type->method(index).invoke(target)) {
-    Console::print(tag(), "no slot " + selector.toStdString() + " in " + type->className());
+    Console::print(LOG_TAG, "no slot " + selector.toStdString() + " in " + type->className());
   }
 }
 
@@ -45,15 +42,16 @@ void invokeSlot(QObject* target, QByteArray selector) {
 void dispatch(const AlertButton& button) {
   switch (button.actionType) {
     case KifoButtonActionType::selector:
-      return callHost(tag(), [target = button.target, selector = button.selector] {
+      return callHost(LOG_TAG, [target = button.target, selector = button.selector] {
         invokeSlot(target, selector);
       });
     case KifoButtonActionType::closure:
-      return callHost(tag(), std::function<void()>(button.action));
+      return callHost(LOG_TAG, std::function<void()>(button.action));
     case KifoButtonActionType::none:
       break;
   }
-  Console::print(tag(), "Unknow action type for button");
+  // The spelling is kept for compatibility.
+  Console::print(LOG_TAG, "Unknow action type for button");
 }
 
 }  // namespace
@@ -172,7 +170,7 @@ KifoPopupResponder KifoAlert::showTitle(const QString& title, const QString& sub
 KifoPopupResponder KifoAlert::show(const Showing& showing) {
   const KifoPopupResponder responder(this);
   if (!onUiThread()) {
-    Console::print(tag(), "an alert can only be shown on the UI thread");
+    Console::print(LOG_TAG, "an alert can only be shown on the UI thread");
     return responder;
   }
   const auto self = weak_from_this().lock();
@@ -187,7 +185,7 @@ KifoPopupResponder KifoAlert::show(const Showing& showing) {
   selfReference_ = weak_from_this().lock();
   animator_->reset();
   if (!open()) {
-    Console::print(tag(), "the alert is not shown: there is no window for it");
+    Console::print(LOG_TAG, "the alert is not shown: there is no window for it");
     selfReference_ = nullptr;
     end();
     return responder;
@@ -259,7 +257,7 @@ void KifoAlert::finish() {
   const auto self = std::move(selfReference_);
   close();
   end();
-  callHost(tag(), std::function<void()>(dismissBlock));
+  callHost(LOG_TAG, std::function<void()>(dismissBlock));
 }
 
 void KifoAlert::windowGone() {
@@ -299,7 +297,7 @@ void KifoAlert::hideViewTimeout() {
   const unsigned showing = showings_;
   const auto timeout = std::exchange(timeout_, std::nullopt);
   clock_->stop();
-  if (timeout) callHost(tag(), timeout->action);
+  if (timeout) callHost(LOG_TAG, timeout->action);
   if (alive != nullptr && showing == showings_) hideView();
 }
 

@@ -37,8 +37,8 @@ struct KIFO_EXPORT KifoAppearance {
   double kWindowHeight = 178;  ///< The least height of the card.
   double kTextHeight = 90;     ///< A text higher than this makes the card wider, up to 400.
   double kTextFieldHeight = 30;
-  double kTextViewdHeight = 80;
-  double kButtonHeight = 35;  ///< The least height of a button; one with a long title grows.
+  double kTextViewdHeight = 80;  ///< The spelling is kept for compatibility.
+  double kButtonHeight = 35;     ///< The least height of a button; one with a long title grows.
   QColor circleBackgroundColor = Qt::white;                ///< The disc behind the circle.
   QColor contentViewColor = QColor::fromRgbF(1, 1, 1, 1);  ///< The card.
   QColor contentViewBorderColor = QColor::fromRgbF(0.8F, 0.8F, 0.8F, 1);

@@ -115,7 +115,8 @@ struct KIFO_SHARED ScoreLook {
   bool isTouched = false;
   bool isMirrored = false;
 
-  /// The track within `bounds`: full width, 10 high, from the middle line down.
+  /// The track within `bounds`: full width, 10 high, from the middle line down instead of centred
+  /// on it. Kept for compatibility.
   static QRectF trackRect(const QRectF& bounds);
   /// The position that a finger at `x` of a control `width` wide takes the thumb to.
   [[nodiscard]] float positionAt(double x, double width) const;

@@ -8,7 +8,7 @@
 namespace kifo {
 
 /// The on-screen keyboard below a popup: the system's own is followed, and the view is lifted by
-/// half of its height, once.
+/// half of its height, once, although two signals report it. Kept for compatibility.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to its window.
 class KIFO_SHARED PopupKeyboard : public QObject {

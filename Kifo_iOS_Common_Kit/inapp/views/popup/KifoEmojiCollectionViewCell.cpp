@@ -37,8 +37,7 @@ void KifoEmojiCollectionViewCell::load(ImageLoader& loader) {
   const auto& url = appCommunicationItemButton_->imageUrl;
   if (!url) return;
   if (!ImageLoader::isUrl(*url)) {
-    Console::print(logTag(identifier),
-                   "Failed to present attachment due to an invalid url: " + *url);
+    Console::print(LOG_TAG, "Failed to present attachment due to an invalid url: " + *url);
     return;
   }
   look_.isLoading = true;

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <QWidget>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopupContent.h"
@@ -25,6 +26,7 @@ class KifoEmojiCollectionViewCell : public QWidget {
   using Action = std::function<void(std::shared_ptr<AppCommunicationItemButton>)>;
 
   static constexpr const char* identifier = "KifoEmojiCollectionViewCell";
+  static constexpr std::string_view LOG_TAG = "Kifo KifoEmojiCollectionViewCell:";
   static constexpr double selectedAlpha = EmojiLook::selectedAlpha;
   static constexpr double otherAlpha = EmojiLook::otherAlpha;
 

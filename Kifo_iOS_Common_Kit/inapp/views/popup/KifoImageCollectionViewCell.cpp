@@ -13,8 +13,7 @@ KifoImageCollectionViewCell::KifoImageCollectionViewCell(const PopupTheme& theme
 
 void KifoImageCollectionViewCell::configure(const std::string& url, ImageLoader& loader) {
   if (!ImageLoader::isUrl(url)) {
-    Console::print(logTag(identifier),
-                   "Failed to present attachment due to an invalid url: " + url);
+    Console::print(LOG_TAG, "Failed to present attachment due to an invalid url: " + url);
     return;
   }
   if (const QImage kept = loader.kept(url); !kept.isNull()) return imageView_->setImage(kept);

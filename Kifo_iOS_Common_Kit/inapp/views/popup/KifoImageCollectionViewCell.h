@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupImageView.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
@@ -17,6 +18,7 @@ class KifoImageCollectionViewCell : public QWidget {
 
  public:
   static constexpr const char* identifier = "KifoImageCollectionViewCell";
+  static constexpr std::string_view LOG_TAG = "Kifo KifoImageCollectionViewCell:";
 
   KifoImageCollectionViewCell(const PopupTheme& theme, QWidget* parent);
 

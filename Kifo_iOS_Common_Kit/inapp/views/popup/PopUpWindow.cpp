@@ -36,11 +36,6 @@ namespace {
 constexpr double kDim = 0.3;   ///< Alpha of the black over the host.
 constexpr int kLineStep = 48;  ///< An arrow key scrolls a tall panel by this much.
 
-const std::string& tag() {
-  static const std::string& text = *new std::string(logTag("PopUpWindow"));
-  return text;
-}
-
 bool scrolls(int key) {
   return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
          key == Qt::Key_PageDown;
@@ -68,7 +63,7 @@ PopUpWindow::PopUpWindow(std::shared_ptr<const PopupRequest> request, PopUpOptio
       p, options_, parent ? parent->layoutDirection() : QGuiApplication::layoutDirection()));
   state_ = PopupState::of(*request_, screenWidth());
   popUpWindowView_ = new PopUpWindowView(state_, options_, this);
-  Console::print(tag(), "popup type : " + p.type.value_or("nil"));
+  Console::print(PopupState::LOG_TAG, "popup type : " + p.type.value_or("nil"));
   nameIt();
   const PopupTheme& theme = popUpWindowView_->theme();
   fade_ = new PopupFade(
@@ -204,14 +199,14 @@ void PopUpWindow::press(const PopupRequest::ButtonCallback& action,
                         const PopupState::Button& button) {
   if (!takesAnswer()) return;
   const QPointer<PopUpWindow> self(this);
-  pressButton(tag(), state_, action, button);
+  pressButton(state_, action, button);
   if (self) dismissView();
 }
 
 void PopUpWindow::submitButtonPressed() {
   if (!state_.appCommunicationItem || !popUpWindowView_ || !takesAnswer()) return;
   const QPointer<PopUpWindow> self(this);
-  const SubmitOutcome outcome = submitAnswers(tag(), *request_, state_);
+  const SubmitOutcome outcome = submitAnswers(*request_, state_);
   if (!self) return;
   state_.isAnswering = outcome.closes;
   if (!outcome.closes) return;

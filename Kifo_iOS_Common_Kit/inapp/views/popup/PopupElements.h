@@ -41,7 +41,7 @@ struct PopupElements {
   PopupEmojiRow* emojiCollectionView = nullptr;
   TextLabel* scoreValueLabel = nullptr;
   TextLabel* sliderMinLabel = nullptr;
-  TextLabel* sliderMaksLabel = nullptr;
+  TextLabel* sliderMaksLabel = nullptr;  ///< The spelling is kept for compatibility.
   CustomSlider* slider = nullptr;
   QWidget* fieldView = nullptr;  ///< The free-text block.
   TextLabel* textFieldLabel = nullptr;

@@ -36,7 +36,8 @@ void PopupPictures::load() {
     for (auto* cell : e.emojiCollectionView->cells()) cell->load(*loader_);
   }
   const bool isList = e.popupImageViewList != nullptr;
-  Console::print(logTag("PopUpWindow"), isList ? "image list avaliable" : "image list unavaliable");
+  // The spelling is kept for compatibility.
+  Console::print(PopupState::LOG_TAG, isList ? "image list avaliable" : "image list unavaliable");
   if (isList) {
     loadCarousel();
   } else {
