@@ -38,8 +38,7 @@ void writeDown(const EventParameters& parameters) {
 
 struct Timed {
   Samples work;
-  Samples floor;  ///< Of the same threads, turn about: what the machine does to one, it does to the
-                  ///< other.
+  Samples floor;  ///< Of the same threads, alternately: the machine's load affects both.
 };
 
 Timed timed(int threads, const std::function<void(EventParameters)>& work) {
@@ -122,7 +121,7 @@ Samples sendSamples(const BenchServer& server, bool canBeWatched) {
       .work;
 }
 
-/// Sessions with and without turn about, so that the machine does the same to both.
+/// Sessions with and without alternately, so that the machine's load affects both alike.
 void measureWatching() {
   const BenchServer server(BenchServer::Manner::instant);
   Samples without;

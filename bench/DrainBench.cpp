@@ -102,7 +102,7 @@ void ours(const BenchServer& server, int rows) {
   BenchHost::waitUntilIdle();
 }
 
-/// Turn about, in blocks, so that a noisy moment meets both.
+/// Alternately, in blocks, so that a noisy moment affects both.
 void compare(BenchServer::Manner manner, const std::string& what, int blocks, int rows,
              const std::string& wanted) {
   const BenchServer server(manner);

@@ -22,7 +22,7 @@ namespace kifo::bench {
 namespace {
 
 constexpr int kRounds = 500;
-constexpr int kRoundsAtOnce = 50;  // of one depth, before the other has its turn
+constexpr int kRoundsAtOnce = 50;  // of one depth, before the other
 constexpr auto kCount = "select count(*) from KifoLog where ISSYNC_SUCCESS = 0 and TRYCOUNT = 0";
 
 std::string requestId(int round) {
@@ -102,7 +102,7 @@ void storeByHand(const std::string& path, const KifoLog& log) {
   byHand(path, kCount);
 }
 
-/// Ours and by hand, turn about, so that a noisy moment meets both; some at once, because a deep
+/// Ours and by hand alternately, so that a noisy moment affects both; some at once, because a deep
 /// table's scan by hand leaves the processor's caches to nobody else.
 void measure(Depth& depth, const RequestTexts& texts, int first) {
   store(

@@ -59,9 +59,8 @@ class KIFO_EXPORT Kifo {
   static InitializeStatusType getInitializeStatusType();
 
   /// The user agrees that the SDK works; remembered from now on. An initialisation that waits for
-  /// it
-  /// (`KifoInitConfig::requiresConsent`) goes on as if it came now, on the calling thread; on the
-  /// answer queue when an erasing has to be finished first.
+  /// it (`KifoInitConfig::requiresConsent`) runs now, on the calling thread; on the answer queue
+  /// when an erasing has to be finished first.
   static void giveConsent();
   /// The user does not agree, or not any more: requests under way are cancelled, and the main queue
   /// erases what was kept: requests, counters, actor, tokens, budgets and pictures. From the call

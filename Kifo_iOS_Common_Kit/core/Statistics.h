@@ -16,8 +16,8 @@ namespace kifo {
 ///
 ///     composed + found = delivered + givenUp… + dropped… + waiting + underWay
 ///
-/// The counters under "Beside the sum" tell what happened on the way; one event may count in
-/// several of them.
+/// The counters under "Beside the sum" count what happened to events meanwhile; one event may count
+/// in several of them.
 enum class Counter : std::uint8_t {
   // What came in.
   composed,  ///< Events that the server does not block.
@@ -49,7 +49,7 @@ enum class Counter : std::uint8_t {
   resent,        ///< Requests of stored rows, likewise.
   failed,        ///< Of both, those not answered with 200.
 
-  // Popups: due = shown + refused… + those that wait for their turn.
+  // Popups: due = shown + refused… + those that wait to be shown.
   popupsDue,  ///< An event triggered a campaign that is a popup.
   popupsShown,
   popupsRefusedUnidentified,  ///< The campaign has no uuid or no show count.
@@ -57,13 +57,13 @@ enum class Counter : std::uint8_t {
   popupsRefusedOptions,      ///< Too few options, or none.
   popupsRefusedScoreRange,   ///< A wrong score range.
   popupsRefusedUnknownType,  ///< A type that is no popup's.
-  popupsRefusedNoScreen,     ///< Its screen was closed before its turn, or there was none.
+  popupsRefusedNoScreen,     ///< Its screen was closed before, or there was none.
   popupsRefusedNotShowable,  ///< The presenter has no window for it.
   popupsRefusedByHost,       ///< The host's gate said never.
-  popupsRefusedExpired,      ///< Its campaign expired before its turn.
+  popupsRefusedExpired,      ///< Its campaign expired before it was shown.
   popupsRefusedRepeated,     ///< The same campaign was held back already.
-  popupsRefusedNoConsent,    ///< The consent was revoked before its turn.
-  popupsPaused,              ///< Held back at their turn. Beside the sum: one may be so repeatedly.
+  popupsRefusedNoConsent,    ///< The consent was revoked before it was shown.
+  popupsPaused,              ///< Held back when due. Beside the sum: one may be so repeatedly.
   popupsAnswered,
   popupsClosed,  ///< Closed without an answer.
 };

@@ -12,7 +12,7 @@ namespace kifo {
 class Runtime;
 
 /// Decides when the campaigns that an event names are looked for: at once, or, while a page-in's
-/// query is under way, when its answer is there, so that a new page's events meet the page's own
+/// query is under way, when its answer is there, so that a new page's events find the page's own
 /// campaigns.
 ///
 /// **Threading:** thread-safe. Campaigns are chosen on the main queue.

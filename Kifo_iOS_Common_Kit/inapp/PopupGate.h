@@ -31,7 +31,7 @@ class PopupGate : public std::enable_shared_from_this<PopupGate> {
   /// The place of a popup that is due now, for `PopupRequest::order`.
   std::uint64_t nextOrder();
 
-  /// Hands the popup to the presenter, or holds it back while popups are paused. Main queue only.
+  /// Gives the popup to the presenter, or holds it back while popups are paused. Main queue only.
   void present(const Request& request);
 
   /// Whether the popup may show now. If not, it is held back or, after "never", to be dropped.
@@ -40,7 +40,7 @@ class PopupGate : public std::enable_shared_from_this<PopupGate> {
   /// Whether the campaign is held back.
   [[nodiscard]] bool holds(const std::string& campaign) const;
 
-  /// Hands what is held back to the presenter again, on the main queue. Does nothing while popups
+  /// Gives what is held back to the presenter again, on the main queue. Does nothing while popups
   /// are paused, or when the host's gate itself calls it.
   void askAgain();
 

@@ -9,7 +9,7 @@
 
 namespace kifo {
 
-/// A popup on its way to the screen: what it shows, and what its window calls back.
+/// A popup that is to be shown: what it shows, and what its window calls back.
 ///
 /// **Threading:** the callbacks are called on the UI thread.
 struct PopupRequest {
@@ -22,8 +22,8 @@ struct PopupRequest {
   /// Checks the campaign and asks the host's gate, which may close the window or the screen. False:
   /// the presenter drops the popup; the SDK presents it again by itself if it is only held back.
   std::function<bool()> mayShow;
-  /// The popup's turn has come, and nothing keeps the presenter from showing it: calls `mayShow`,
-  /// unless the presenter has just done so, spends one of the campaign's shows and reports the
+  /// To be called right before the popup is shown: calls `mayShow`, unless the presenter has just
+  /// done so, spends one of the campaign's shows and reports the
   /// opening. False: it is not to be shown.
   std::function<bool()> open;
   ButtonCallback actionItem;        ///< A button of a plain popup was pressed.

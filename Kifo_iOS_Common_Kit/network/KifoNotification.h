@@ -5,10 +5,10 @@
 
 namespace kifo {
 
-/// What a notification center hands round: a name and whom it is about.
+/// What a notification center delivers: a name and the object that it is about.
 struct KifoNotification {
   std::string name;
-  std::any object;  ///< Empty when it is about nobody.
+  std::any object;  ///< Empty without one.
 };
 
 }  // namespace kifo

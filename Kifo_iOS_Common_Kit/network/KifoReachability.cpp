@@ -184,7 +184,7 @@ std::string KifoReachability::describe(std::optional<std::uint32_t> flags) {
 
 void KifoReachability::setWhenReachable(Callback callback) {
   const std::lock_guard lock(mutex_);
-  whenReachable_.swap(callback);  // the earlier one dies after the lock is let go
+  whenReachable_.swap(callback);  // the earlier one is destroyed after the lock is released
 }
 
 void KifoReachability::setWhenUnreachable(Callback callback) {

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 /// Directories are named by this, the process that owns them, and a random identifier.
 constexpr std::string_view PREFIX = "kifo-push-";
 
-/// This process's own directories. Never destroyed: contents may be let go at exit.
+/// This process's own directories. Never destroyed: contents may be destroyed at exit.
 struct Own {
   Mutex mutex;
   std::set<std::string> directories KIFO_GUARDED_BY(mutex);

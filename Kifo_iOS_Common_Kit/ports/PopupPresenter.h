@@ -10,10 +10,10 @@ struct PopupRequest;
 
 /// Puts a campaign's popup over the host's window.
 ///
-/// **Threading:** `present` is called on the main queue and returns at once; the presenter hops to
-/// the UI thread by itself. Over one window popups show one at a time, in the order of the calls.
-/// When a popup's turn comes, and only if it can be shown, the presenter calls the request's `open`
-/// on the UI thread and shows the popup at once, unless that returns false. `open` asks the host's
+/// **Threading:** `present` is called on the main queue and returns at once; the presenter
+/// changes to the UI thread by itself. Over one window popups show one at a time, in the order of
+/// the calls. When a popup is next and can be shown, the presenter calls the request's `open` on
+/// the UI thread and shows the popup at once, unless that returns false. `open` asks the host's
 /// gate, which may close the window; a presenter that must know calls `mayShow` first. What the
 /// gate holds back the presenter drops: the SDK keeps it and presents it again.
 /// **Ownership:** the request holds its screen weakly; one whose screen is gone is dropped.

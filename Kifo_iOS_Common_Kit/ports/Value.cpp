@@ -15,7 +15,7 @@ struct NodeOf final : Node {
   const Container content;
 };
 
-/// Deletes a node. The nodes that its content lets go are deleted after it and not inside its
+/// Deletes a node. The nodes that only its content held are deleted after it and not inside its
 /// destructor: nested destructors would need stack for each level.
 void destroy(Node* node) noexcept {
   thread_local Node* waiting = nullptr;

@@ -17,7 +17,7 @@ class KIFO_EXPORT WatchService {
  public:
   using Reply = std::function<void(std::string line)>;
 
-  /// What the SDK tells. Lines have no line break.
+  /// What the SDK supplies. Lines have no line break.
   struct Source {
     std::function<std::string()> greeting;          ///< The first line for everyone who attaches.
     std::function<void(Reply reply)> state;         ///< Replies with one line, on any thread.
@@ -28,9 +28,9 @@ class KIFO_EXPORT WatchService {
 
   /// Lets tools attach until `close`; "" or why they cannot. Open already, it does nothing.
   virtual std::string open(Source source) = 0;
-  /// Hands a line to those that follow. Never waits for them.
+  /// Sends a line to those that follow. Never waits for them.
   virtual void publish(std::string line) = 0;
-  /// Lets go of everyone; `open` can be called again.
+  /// Disconnects all who are attached; `open` can be called again.
   virtual void close() = 0;
 };
 

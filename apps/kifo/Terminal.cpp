@@ -44,7 +44,7 @@ std::string Terminal::plain(std::string_view text) {
 std::string Terminal::fitted(std::string_view text, std::size_t columns) {
   std::string made;
   std::size_t width = 0;
-  std::size_t cut = 0;  // Where the last character that leaves room for "…" ends.
+  std::size_t cut = 0;  // Where the last character that leaves space for "…" ends.
   for (const char c : plain(text)) {
     if (startsCharacter(c) && ++width == columns) cut = made.size();
     if (width > columns) return made.substr(0, cut) + "…";

@@ -144,7 +144,7 @@ std::string whatOf(const std::vector<Life>& lives) {
          std::to_string(worst.pages) + " new pages";
 }
 
-/// Ours and the peer turn about, so that what troubles the machine troubles both.
+/// Ours and the peer alternately, so that the machine's load affects both.
 void measure(PopupStand& stand, const std::string& what, PopupType kind,
              const std::shared_ptr<AppCommunicationItem>& item,
              milliseconds linger = milliseconds(0)) {

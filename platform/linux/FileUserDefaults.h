@@ -48,7 +48,7 @@ class DefaultsFile {
   [[nodiscard]] int write(const Values& values) const;
   /// Gives the file mode 0600, if it exists.
   void makePrivate() const { kifo::makePrivate(path("")); }
-  /// Moves a corrupt file out of the way, to "defaults.json.bad"; false when that fails.
+  /// Renames a corrupt file to "defaults.json.bad"; false when that fails.
   [[nodiscard]] bool setAside() const;
   /// Removes the file with all that was made beside it; false when something is left.
   [[nodiscard]] bool remove() const;

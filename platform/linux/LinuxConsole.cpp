@@ -43,7 +43,7 @@ class Output {
   }
 
  private:
-  /// A pipe that has room has it for this much, which it also keeps in one piece: so whole lines.
+  /// Whole lines of at most PIPE_BUF bytes: a pipe that can be written to takes them in one piece.
   std::size_t portionOf(const std::string& text) const {
     if (isFile_ || text.size() <= PIPE_BUF) return text.size();
     const auto line = text.rfind('\n', PIPE_BUF - 1);
@@ -132,7 +132,7 @@ bool LinuxConsole::Buffer::tryDrain(Clock::time_point until) {
   return true;
 }
 
-/// Writes until nothing waits or there is no room at `until`; false then.
+/// Writes until nothing waits or `until` has come; false then.
 bool LinuxConsole::Buffer::drain(Clock::time_point until) {
   while (takeMore()) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();

@@ -9,7 +9,7 @@
 namespace kifo {
 
 /// Prints lines on standard error, in the order in which they came, by a task on the queue. A
-/// reader that does not read holds up nobody: lines wait, and beyond a mebibyte they are dropped
+/// reader that does not read delays no caller: lines wait, and beyond a mebibyte they are dropped
 /// and counted.
 ///
 /// **Threading:** thread-safe, never blocks.

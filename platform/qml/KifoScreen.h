@@ -38,7 +38,7 @@ class QmlScreenController final : public KifoViewController, public QuickScreenP
   bool isEarly_ = false;  ///< It was shown before the server's first answer, which drops events.
 };
 
-/// Makes the item that it stands in a screen of the SDK: showing the item sends "page_in", hiding
+/// Makes the item that contains it a screen of the SDK: showing the item sends "page_in", hiding
 /// or destroying it "page_out", each with the screen's name, and the campaigns of its events are
 /// shown over its window.
 ///
@@ -59,7 +59,7 @@ class KifoScreen : public QObject, public QQmlParserStatus {
   /// The name under which the screen is reported. Without one it is that of the item's type, such
   /// as "MenuScreen" for MenuScreen.qml. It is read when the screen is first shown.
   Q_PROPERTY(QString name MEMBER name_ NOTIFY nameChanged)
-  /// The item; by default the one that this stands in.
+  /// The item; by default the one that contains this.
   Q_PROPERTY(QQuickItem* item READ item WRITE setItem NOTIFY itemChanged)
   /// False while the item counts as hidden although it is visible, as a page of a SwipeView that
   /// is not the current one.

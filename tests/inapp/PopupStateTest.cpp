@@ -92,7 +92,7 @@ TEST(FreeTextRuleTest, CountsBytesAndSaysHowMuchOfAPasteFits) {
   EXPECT_EQ(FreeTextRule::shouldChange("ab", std::string(147, 'x')).kind, Kind::accept);
   const auto verdict = FreeTextRule::shouldChange("ab", std::string(148, 'x'));
   EXPECT_EQ(verdict.kind, Kind::cut);
-  EXPECT_EQ(verdict.room, 148u);
+  EXPECT_EQ(verdict.free, 148u);
   EXPECT_EQ(FreeTextRule::count("é"), "2/150");
 }
 

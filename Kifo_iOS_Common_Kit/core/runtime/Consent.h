@@ -53,7 +53,7 @@ class Consent {
   std::optional<ConsentStatus> choice_;  ///< Made in this process; counts for more than the files.
 };
 
-/// The request, or one that leads nowhere while the consent is withheld. For `HttpTransport::Make`:
+/// The request, or an empty one while the consent is withheld. For `HttpTransport::Make`:
 /// it runs when nothing but the sending is left to do.
 KIFO_SHARED HttpRequest withConsent(HttpRequest request);
 

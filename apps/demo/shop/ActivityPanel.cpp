@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kMostLines = 40;
 constexpr int kLineHeight = 52;
 
-/// Answers stand out, campaigns come next, the rest is everyday.
+/// Answers are the most prominent, then campaigns, then the other events.
 QColor dotFor(const QString& name) {
   if (name == QLatin1String("InAppMessageResponse")) return theme::kAccent;
   if (name == QLatin1String("in_app_opened")) return QColor(0xE3, 0x9A, 0x2B);

@@ -14,7 +14,7 @@
 namespace kifo::shop {
 namespace {
 
-constexpr int kRoomForActivity = 860;
+constexpr int kWidthForActivity = 860;
 constexpr int kRoomForExtras = 600;  // Below it the bar holds the shop's own pages only.
 
 }  // namespace
@@ -94,10 +94,10 @@ void ShopWindow::followLink(const QString& link) {
 }
 
 void ShopWindow::showActivityWhereThereIsRoom() {
-  const bool hasRoom = width() >= kRoomForActivity;
+  const bool hasSpace = width() >= kWidthForActivity;
   for (auto* button : extraButtons_) button->setVisible(width() >= kRoomForExtras);
-  activitySwitch_->setVisible(hasRoom);
-  activity_->setVisible(hasRoom && activitySwitch_->isChecked());
+  activitySwitch_->setVisible(hasSpace);
+  activity_->setVisible(hasSpace && activitySwitch_->isChecked());
 }
 
 void ShopWindow::resizeEvent(QResizeEvent*) {

@@ -28,7 +28,7 @@ class ShopWindow : public QMainWindow {
   /// Adds a page of the shop, whose campaigns' links are followed.
   NavigationButton* addScreen(const QString& name, ShopScreen* screen);
 
-  /// Adds a page of the shop that has a button in the bar only while there is room for it.
+  /// Adds a page of the shop that has a button in the bar only while there is space for it.
   void addExtra(const QString& name, ShopScreen* screen);
 
   void showPage(QWidget* page);

@@ -38,8 +38,8 @@ class HostWindow {
   /// **Errors:** throws `std::runtime_error` when there is nothing to do that with.
   virtual void perform(const UserAction& action) = 0;
 
-  /// Whether no popup is on its way to the screen or off it. One that waits for its turn behind one
-  /// that is shown waits for the user, and counts as settled.
+  /// Whether no popup is opening or closing. One that waits behind one that is shown waits for the
+  /// user, and counts as settled.
   [[nodiscard]] virtual bool isSettled() = 0;
 };
 

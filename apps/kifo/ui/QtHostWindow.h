@@ -16,7 +16,7 @@
 
 namespace kifo::tool {
 
-/// Hands popups on to the real presenter, and knows which of them are still somewhere.
+/// Gives popups to the real presenter, and counts those that are not closed.
 ///
 /// **Threading:** thread-safe.
 class WatchedPresenter final : public PopupPresenter {

@@ -15,7 +15,7 @@ class WatchServer;
 /// connection is of the same user, asked of the kernel. It may send the lines "state" and "follow";
 /// one that sends anything else is closed.
 ///
-/// **Threading:** one thread, asleep until somebody connects.
+/// **Threading:** one thread, without wake-ups until somebody connects.
 class WatchSocket final : public WatchService {
  public:
   /// How much is kept for those that follow, in bytes of lines.

@@ -31,7 +31,7 @@ class AlertOverlay : public Overlay {
   void place() override;
   /// The part of the window that a keyboard on the screen covers; empty for none.
   void setKeyboard(const QRect& keyboard);
-  /// Gives the focus back: the alert is on its way out.
+  /// Gives the focus back: the alert is closing.
   void returnFocus();
   /// Removes the overlay, without the card, which is left without a parent.
   void dismantle();

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kLongestWay = 200;
 
-// A spring that is let go at 0 and comes to rest at 1: past it by a tenth once, then back.
+// A damped spring from 0 to 1: past it by a tenth once, then back.
 double spring(double time) {
   return 1 - std::exp(-6 * time) * std::cos(2.25 * std::numbers::pi * time) * (1 - time * time);
 }

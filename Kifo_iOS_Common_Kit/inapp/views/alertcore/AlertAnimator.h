@@ -14,9 +14,9 @@ namespace kifo {
 /// Brings an alert's card in and takes it out. Either way it goes on from where the card is, so
 /// that one may interrupt the other at any time.
 ///
-/// The card travels the last stretch of its way in (200 pixels at most) while it and the dimming
-/// fade in, and slows down towards its place; on its way out it goes back and fades. With the
-/// spring it runs past its place and snaps back.
+/// Coming in, the card moves over the last 200 pixels at most, slowing down, while it and the
+/// dimming fade in; going out, it moves back and fades. With the spring it moves past its place and
+/// back.
 ///
 /// **Threading:** UI thread only. **Errors:** none; a duration of zero or reduced motion ends at
 /// once, before the call returns.
@@ -32,13 +32,13 @@ class KIFO_SHARED AlertAnimator : public QObject {
 
   /// How much of the card and of the dimming is to be seen, 0 to 1.
   [[nodiscard]] double opacity() const;
-  /// How far the card stands from its place, for a card that rests at `place` in `window`.
+  /// How far the card is from `place`, where it ends, in `window`.
   [[nodiscard]] QPoint offset(const QRect& place, const QRect& window) const;
   [[nodiscard]] bool isRunning() const { return animation_.state() == QAbstractAnimation::Running; }
   [[nodiscard]] const QVariantAnimation& animation() const { return animation_; }
 
  Q_SIGNALS:
-  /// Is under way: nothing of it has been seen yet.
+  /// Before anything of it can be seen.
   void began();
   void moved();
   void entered();

@@ -20,9 +20,9 @@ class KIFO_SHARED AlertTimeout : public QObject {
   /// wants to be told each second.
   void start(double seconds, bool ticks);
   void stop();
-  /// Somebody wants to be told each second from now on.
+  /// Signals each second from now on.
   void tickToo();
-  /// Holds the clock or lets it go on with what was left of it.
+  /// Stops the clock or continues it with what was left.
   void setHeld(bool held);
   /// One second has passed: counts down and says so.
   void tick();

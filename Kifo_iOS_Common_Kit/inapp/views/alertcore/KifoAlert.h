@@ -126,7 +126,7 @@ class KIFO_EXPORT KifoAlert : public QObject,
 
   void setTitle(const QString& title);
   void setSubTitle(const QString& subTitle);
-  /// Whether the alert is on the screen and not on its way out.
+  /// Whether the alert is on the screen and not closing.
   [[nodiscard]] bool isShowing() const { return phase_ == Phase::shown; }
 
  public Q_SLOTS:

@@ -30,7 +30,7 @@ class KIFO_EXPORT KifoPopupResponder {
   void close() const;
   /// Sets what runs when the alert has gone from the screen.
   void setDismissBlock(std::function<void()> dismissBlock) const;
-  /// Whether the alert is on the screen and not on its way out.
+  /// Whether the alert is on the screen and not closing.
   [[nodiscard]] bool isShowing() const;
 
  private:

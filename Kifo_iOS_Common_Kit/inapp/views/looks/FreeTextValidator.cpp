@@ -19,14 +19,14 @@ QString insertion(const QString& before, const QString& after, int caret) {
   return after.mid(start, caret - start);
 }
 
-/// The longest beginning of whole characters that takes at most `room` bytes.
-QString prefix(const QString& text, qsizetype room) {
+/// The longest beginning of whole characters that takes at most `most` bytes.
+QString prefix(const QString& text, qsizetype most) {
   QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
   qsizetype end = 0;
   qsizetype used = 0;
   for (auto next = finder.toNextBoundary(); next >= 0; next = finder.toNextBoundary()) {
     used += text.mid(end, next - end).toUtf8().size();
-    if (used > room) break;
+    if (used > most) break;
     end = next;
   }
   return text.left(end);
@@ -41,7 +41,7 @@ QValidator::State FreeTextValidator::validate(QString& input, int& caret) const 
   const auto verdict = FreeTextRule::shouldChange(before_.toStdString(), added.toStdString());
   if (verdict.kind == Kind::accept) return Acceptable;
   if (verdict.kind == Kind::refuse) return Invalid;
-  input = before_ + prefix(added, static_cast<qsizetype>(verdict.room));
+  input = before_ + prefix(added, static_cast<qsizetype>(verdict.free));
   caret = static_cast<int>(input.size());
   return Acceptable;
 }

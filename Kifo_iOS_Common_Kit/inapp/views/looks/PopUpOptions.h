@@ -52,7 +52,7 @@ struct PopUpOptions {
   /// Automatic: right to left when the campaign's own text is, otherwise as the host's window.
   Qt::LayoutDirection layoutDirection = Qt::LayoutDirectionAuto;
   PopUpTexts texts;
-  /// Whether the panel keeps the free-text block's room of 100 where the block is closed or where
+  /// Whether the panel keeps the free-text block's height of 100 where the block is closed or where
   /// the campaign has none, and so has the campaign's `totalHeight` exactly: a plain popup with a
   /// title, a description, two buttons and a submit button is 395 high; by default its pieces
   /// close up to 316.

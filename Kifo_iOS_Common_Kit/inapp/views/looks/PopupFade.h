@@ -24,7 +24,7 @@ class KIFO_SHARED PopupFade : public QObject {
   [[nodiscard]] double opacity() const { return opacity_; }
 
  Q_SIGNALS:
-  /// Is under way: nothing of it has been seen yet.
+  /// Before anything of it can be seen.
   void began();
   void changed(double opacity);
   void ended();

@@ -11,8 +11,8 @@
 namespace kifo {
 
 /// The score slider: a thick track that begins at the middle line of its bounds, and a thumb that
-/// follows the finger between whole scores and glides to the whole score when it is let go. Until
-/// it is first touched the thumb is hollow: at rest it is no answer yet. Ranges of up to ten scores
+/// follows the finger between whole scores and glides to the whole score when it is released. Until
+/// it is first touched the thumb is hollow: there is no answer yet. Ranges of up to ten scores
 /// have a tick for each.
 ///
 /// **Threading:** UI thread only.

@@ -25,7 +25,7 @@ namespace kifo {
 ///
 /// The panel has the campaign's `totalHeight`; while the free-text block is closed, as it is from
 /// the start for campaigns that ask for none, `fieldViewHeight` less unless the options keep that
-/// room; and more where the content needs it. A panel that is taller than the window scrolls below
+/// space; and more where the content needs it. A panel that is taller than the window scrolls below
 /// the close button.
 ///
 /// **Threading:** UI thread only. **Ownership:** belongs to its window, which owns the state too.

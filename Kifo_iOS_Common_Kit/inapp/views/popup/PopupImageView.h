@@ -9,7 +9,7 @@ namespace kifo {
 
 class ActivityIndicator;
 
-/// A picture, fitted into its place with its aspect kept. While it is on its way there is a quiet
+/// A picture, fitted into its place with its aspect kept. While it loads there is a quiet
 /// placeholder with a turning wheel; when it cannot be had, the placeholder stays and the wheel
 /// goes; when none was asked for there is nothing. Its size never depends on the picture.
 ///

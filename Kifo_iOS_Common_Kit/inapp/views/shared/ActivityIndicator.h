@@ -6,7 +6,7 @@
 
 namespace kifo {
 
-/// A small wheel that turns while something is on its way; a still one with reduced motion.
+/// A small wheel that rotates while something loads; a still one with reduced motion.
 ///
 /// **Threading:** UI thread only.
 class ActivityIndicator : public QWidget {

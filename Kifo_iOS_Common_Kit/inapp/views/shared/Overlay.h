@@ -41,7 +41,7 @@ class Overlay : public QWidget {
   /// Remembers who has the focus and gives it to `first`. The overlay itself is a good choice where
   /// what the user is typing this very moment must press nothing.
   void takeFocus(QWidget* first);
-  /// Lets go, and returns the focus to whom it was taken from, if that one can still have it.
+  /// Returns the focus to the widget that had it before, if that one can still have it.
   void giveFocusBack();
   /// To the next or previous stop, round and round.
   void stepFocus(bool forwards);

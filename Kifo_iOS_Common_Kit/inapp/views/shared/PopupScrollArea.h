@@ -26,7 +26,7 @@ class PopupScrollArea : public QScrollArea {
   [[nodiscard]] bool isScrollable() const;
   /// Down by `pixels`, up when below 0. False when it could not move at all.
   bool scrollBy(int pixels);
-  /// Brings `descendant` into view with some room around it.
+  /// Brings `descendant` into view with some space around it.
   void reveal(const QWidget* descendant);
 
  Q_SIGNALS:

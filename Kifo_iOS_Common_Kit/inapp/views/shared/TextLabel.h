@@ -36,7 +36,7 @@ class TextLabel : public QLabel {
 
   /// Where a text that is lower than its place stands in it: by default in the middle.
   void setVertical(WrappedText::Vertical vertical);
-  /// The text is digits and needs no room for accents and descenders.
+  /// The text is digits and needs no space for accents and descenders.
   void setDigits(bool digits) { digits_ = digits; }
 
  protected:

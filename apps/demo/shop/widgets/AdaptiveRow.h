@@ -5,7 +5,7 @@
 
 namespace kifo::shop {
 
-/// Things side by side while there is room, one under the other when there is not.
+/// Widgets side by side while there is space, one under the other when there is not.
 class AdaptiveRow : public QWidget {
   Q_OBJECT
 

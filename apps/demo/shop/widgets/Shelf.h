@@ -5,7 +5,7 @@
 
 namespace kifo::shop {
 
-/// Lays cards in as many columns as there is room for.
+/// Lays cards in as many columns as there is space for.
 class Shelf : public QWidget {
   Q_OBJECT
 

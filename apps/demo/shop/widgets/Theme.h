@@ -23,12 +23,12 @@ inline const QColor kNight(0x2A, 0x33, 0x4D);
 
 /// Text of `pixels` height; the shop's own family where it is installed, the desktop's elsewhere.
 QFont text(int pixels, QFont::Weight weight = QFont::Normal);
-/// The letters of the shop's name and of headlines.
+/// The font of the shop's name and of headlines.
 QFont display(int pixels);
 
 QPalette palette();
 
-/// A rounded card with a soft shadow, which deepens with `lift` from 0 to 1. `bounds` has room for
+/// A rounded card with a soft shadow, which deepens with `lift` from 0 to 1. `bounds` has space for
 /// the shadow: the card lies `kShadow` inside.
 void paintCard(QPainter& painter, const QRectF& bounds, const QColor& fill, double lift = 0.0);
 inline constexpr double kShadow = 12.0;
