@@ -126,9 +126,4 @@ int FakeHttpTransport::networkChanges() const {
   return networkChanges_;
 }
 
-bool FakeHttpTransport::isStopped() const {
-  const std::lock_guard lock(mutex_);
-  return stopped_;
-}
-
 }  // namespace kifo::testing

@@ -55,7 +55,6 @@ class FakeHttpTransport final : public HttpTransport {
   bool failNext();
 
   [[nodiscard]] int networkChanges() const;
-  [[nodiscard]] bool isStopped() const;
 
  private:
   struct Entry {

@@ -47,8 +47,4 @@ InstalledFakePlatform::~InstalledFakePlatform() {
   Platform::release();
 }
 
-std::unique_ptr<InstalledFakePlatform> installFakePlatform() {
-  return std::make_unique<InstalledFakePlatform>();
-}
-
 }  // namespace kifo::testing

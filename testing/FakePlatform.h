@@ -71,7 +71,4 @@ class InstalledFakePlatform : public FakePlatform {
   InstalledFakePlatform& operator=(const InstalledFakePlatform&) = delete;
 };
 
-/// The same, for a fixture that changes a member before or makes several one after another.
-std::unique_ptr<InstalledFakePlatform> installFakePlatform();
-
 }  // namespace kifo::testing

@@ -43,7 +43,6 @@ class KIFO_EXPORT PushCarousel : public QWidget {
   void setNotification(const Notification& notification);
 
   [[nodiscard]] bool isEmpty() const { return count_ == 0; }
-  [[nodiscard]] int numberOfImages() const { return count_; }
   [[nodiscard]] int currentIndex() const { return currentIndex_; }
   /// The row of pages itself.
   [[nodiscard]] PopupCarousel* pages() const { return pages_; }

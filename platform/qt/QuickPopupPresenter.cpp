@@ -4,11 +4,8 @@
 #include <QThread>
 #include <utility>
 
-#include "platform/qt/QtPasteboard.h"
+#include "platform/qt/QtServices.h"
 #include "platform/qt/popups/QuickPopupRouter.h"
-#ifdef KIFO_HAS_QT_POSITIONING
-#include "platform/qt/QtPositionSource.h"
-#endif
 
 namespace kifo {
 
@@ -32,11 +29,7 @@ void QuickPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
 Platform withQuick(Platform platform, PopUpOptions options) {
   platform.popups =
       std::make_shared<QuickPopupPresenter>(std::move(options), std::move(platform.popups));
-  platform.pasteboard = std::make_shared<QtPasteboard>();
-#ifdef KIFO_HAS_QT_POSITIONING
-  platform.position = std::make_shared<QtPositionSource>();
-#endif
-  return platform;
+  return withQtServices(std::move(platform));
 }
 
 }  // namespace kifo

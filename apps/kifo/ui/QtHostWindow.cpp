@@ -44,6 +44,12 @@ std::size_t WatchedPresenter::alive() {
   return requests_.size();
 }
 
+PopUpOptions QtHostWindow::options() {
+  PopUpOptions options;
+  options.reducedMotion = true;
+  return options;
+}
+
 QtHostWindow::QtHostWindow(std::shared_ptr<Output> output,
                            std::shared_ptr<PopupPresenter> presenter)
     : output_(std::move(output)),

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSize>
 #include <deque>
 #include <functional>
 #include <future>
@@ -11,6 +12,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 #include "apps/kifo/host/HostWindow.h"
 #include "testing/ui/User.h"
 
@@ -56,7 +58,12 @@ class QtHostWindow : public QObject, public HostWindow {
     std::function<bool()> isDismissing;
   };
 
+  static constexpr QSize kWindowSize{420, 800};
+
   QtHostWindow(std::shared_ptr<Output> output, std::shared_ptr<PopupPresenter> presenter);
+
+  /// Popups without movement.
+  [[nodiscard]] static PopUpOptions options();
 
   // What a toolkit does, on the UI thread.
   [[nodiscard]] virtual testing::User user() = 0;

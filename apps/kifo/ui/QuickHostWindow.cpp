@@ -11,8 +11,6 @@
 namespace kifo::tool {
 namespace {
 
-constexpr QSize kWindowSize(420, 800);
-
 /// A page of the scene.
 class Page final : public KifoViewController, public QuickScreenProvider {
  public:
@@ -26,16 +24,10 @@ class Page final : public KifoViewController, public QuickScreenProvider {
   const QPointer<QQuickItem> page_;
 };
 
-PopUpOptions withoutMovement() {
-  PopUpOptions options;
-  options.reducedMotion = true;
-  return options;
-}
-
 class QuickHostWindow final : public QtHostWindow {
  public:
   explicit QuickHostWindow(std::shared_ptr<Output> output)
-      : QtHostWindow(std::move(output), std::make_shared<QuickPopupPresenter>(withoutMovement())) {
+      : QtHostWindow(std::move(output), std::make_shared<QuickPopupPresenter>(options())) {
     window_.resize(kWindowSize);
     window_.setTitle("kifo host");
     window_.contentItem()->installEventFilter(this);

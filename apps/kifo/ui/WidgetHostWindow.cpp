@@ -12,8 +12,6 @@
 namespace kifo::tool {
 namespace {
 
-constexpr QSize kWindowSize(420, 800);
-
 /// A page of the window.
 class Page final : public KifoViewController, public QtWidgetProvider {
  public:
@@ -27,16 +25,10 @@ class Page final : public KifoViewController, public QtWidgetProvider {
   const QPointer<QWidget> page_;
 };
 
-PopUpOptions withoutMovement() {
-  PopUpOptions options;
-  options.reducedMotion = true;
-  return options;
-}
-
 class WidgetHostWindow final : public QtHostWindow {
  public:
   explicit WidgetHostWindow(std::shared_ptr<Output> output)
-      : QtHostWindow(std::move(output), std::make_shared<QtPopupPresenter>(withoutMovement())) {
+      : QtHostWindow(std::move(output), std::make_shared<QtPopupPresenter>(options())) {
     auto* layout = new QVBoxLayout(&window_);
     layout->setContentsMargins({});
     layout->addWidget(&pages_);

@@ -16,7 +16,6 @@ class AlertIconView : public QWidget {
   explicit AlertIconView(QWidget* parent = nullptr);
 
   void setIcon(const AlertIcon& icon);
-  [[nodiscard]] bool isTurning() const { return clock_.isActive(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -16,7 +16,6 @@ class QPainter;
 namespace kifo {
 
 constexpr int kPanelCorner = 16;
-constexpr int kSpinnerSize = 20;  ///< Width and height.
 constexpr int kSpinnerSteps = 8;
 constexpr int kScrollIndicatorThickness = 4;
 
