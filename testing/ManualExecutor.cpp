@@ -1,7 +1,6 @@
 #include "testing/ManualExecutor.h"
 
 #include <algorithm>
-#include <limits>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"

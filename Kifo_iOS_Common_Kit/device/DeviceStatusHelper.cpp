@@ -1,6 +1,5 @@
 #include "Kifo_iOS_Common_Kit/device/DeviceStatusHelper.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 

@@ -1,7 +1,6 @@
 #include "Kifo_iOS_Common_Kit/network/RequestTexts.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"

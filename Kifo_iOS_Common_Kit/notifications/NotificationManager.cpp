@@ -4,7 +4,6 @@
 #include <atomic>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/core/PermissionStatus.h"

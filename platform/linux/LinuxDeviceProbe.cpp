@@ -15,7 +15,6 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include "platform/linux/Directories.h"

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <ctime>
 #include <set>
-#include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 

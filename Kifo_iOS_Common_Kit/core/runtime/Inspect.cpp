@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <string_view>
-#include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/ports/Platform.h"

@@ -1,7 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupAnswers.h"
 
-#include <utility>
-
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 
 namespace kifo {

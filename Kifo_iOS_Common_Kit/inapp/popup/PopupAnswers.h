@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
 #include "Kifo_iOS_Common_Kit/ports/Export.h"
 

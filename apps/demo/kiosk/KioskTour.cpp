@@ -2,7 +2,6 @@
 
 #include <QTest>
 #include <cstdio>
-#include <exception>
 #include <utility>
 
 #include "apps/demo/shop/tour/Visit.h"

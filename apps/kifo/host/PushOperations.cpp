@@ -1,7 +1,5 @@
 #include "apps/kifo/host/PushOperations.h"
 
-#include <utility>
-
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "apps/kifo/host/Host.h"

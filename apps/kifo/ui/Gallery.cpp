@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <QString>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iostream>

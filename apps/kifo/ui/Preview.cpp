@@ -1,7 +1,6 @@
 // kifo preview, in a build with popups.
 #include <QApplication>
 #include <filesystem>
-#include <functional>
 #include <iostream>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QWidget>
 #include <iostream>
-#include <utility>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "apps/kifo/ui/PopupPicture.h"

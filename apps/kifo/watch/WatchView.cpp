@@ -1,7 +1,6 @@
 #include "apps/kifo/watch/WatchView.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QUrl>
 #include <QVariantMap>
-#include <algorithm>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 

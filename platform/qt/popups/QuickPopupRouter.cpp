@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickRenderControl>
-#include <string>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
