@@ -53,8 +53,8 @@ struct KIFO_SHARED PopupState {
   double popupQuestionHeight = 0;
   double submitButtonHeight = 50;
   double imageViewHeight = 200;  ///< Follows the screen's width.
-  double tableViewHeigth = 0;    ///< Height of the list of buttons or choices. The spelling is kept
-                               ///< for compatibility.
+  /// Height of the list of buttons or choices. The spelling is kept for compatibility.
+  double tableViewHeigth = 0;
   Buttons buttons;                  ///< Of a plain popup.
   Button submitButton;              ///< Kept for compatibility, never filled.
   Buttons choices;                  ///< Of a survey, or the emojis.
