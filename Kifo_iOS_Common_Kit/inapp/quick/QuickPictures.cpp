@@ -65,8 +65,7 @@ void QuickPictures::fetchEmojis(PopupParts& parts) {
     const auto& url = parts.rows()[row].button->imageUrl;
     if (!url) continue;
     if (!ImageLoader::isUrl(*url)) {
-      Console::print(kEmojiTag,
-                     "Failed to present attachment due to an invalid url: " + *url);
+      Console::print(kEmojiTag, "Failed to present attachment due to an invalid url: " + *url);
     } else if (const QImage kept = loader_->kept(*url); !kept.isNull()) {
       Q_EMIT emojiCame(static_cast<int>(row), kept);
     } else {
