@@ -1,9 +1,11 @@
 #include "Kifo_iOS_Common_Kit/notifications/PushImage.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <chrono>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
@@ -23,6 +25,20 @@ bool hasWebScheme(std::string_view url) {
   std::ranges::transform(scheme, scheme.begin(),
                          [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return scheme == "http" || scheme == "https";
+}
+
+/// Whether the bytes begin as an image file does that a desktop shows. The kit has no decoder: an
+/// image that is damaged further on is found by whoever paints it.
+bool isImage(std::string_view bytes) {
+  using namespace std::string_view_literals;
+  constexpr std::array SIGNATURES{
+      "\xff\xd8\xff"sv, "\x89PNG\r\n\x1a\n"sv, "GIF8"sv, "BM"sv, "II*\0"sv, "MM\0*"sv};
+  if (std::ranges::any_of(SIGNATURES, [&](auto start) { return bytes.starts_with(start); })) {
+    return true;
+  }
+  if (bytes.starts_with("RIFF") && bytes.substr(0, 12).ends_with("WEBP")) return true;
+  if (bytes.substr(0, 8).ends_with("ftyp")) return true;  // AVIF and HEIC
+  return bytes.starts_with('<') && bytes.substr(0, 1024).find("<svg") != std::string_view::npos;
 }
 
 /// Where the answer is put. Shared with the transport, which may answer long after the wait.
@@ -78,6 +94,7 @@ PushImage loadPushImage(const std::string& url, double limit) {
     return {std::nullopt, "HTTP status " + std::to_string(answer->status)};
   }
   if (answer->body.empty()) return {std::nullopt, "the answer is empty"};
+  if (!isImage(answer->body)) return {std::nullopt, "the answer is no image"};
   return {std::move(answer->body), {}};
 }
 

@@ -16,7 +16,8 @@ struct PushImage {
 };
 
 /// Loads an image through the platform's HTTP transport, 10 MB at most. Only http and https are
-/// followed, and only a 2xx answer that carries something counts.
+/// followed, and only a 2xx answer counts whose body begins as a JPEG, PNG, GIF, BMP, TIFF, WebP,
+/// AVIF, HEIC or SVG file does.
 ///
 /// **Threading:** waits on the calling thread, never longer than `limit` seconds, also when the
 /// calling thread is the one that the answer would have come on. Never call it on the UI thread.

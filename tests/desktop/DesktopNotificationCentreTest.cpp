@@ -166,7 +166,7 @@ class DesktopNotificationCentreTest : public ::testing::Test {
     ASSERT_TRUE(waitFor([&] { return picturesUnderWay().size() == count; }));
   }
   void answerPictures() {
-    for (const std::size_t at : picturesUnderWay()) fake_.http->answer(at, 200, "pixels");
+    for (const std::size_t at : picturesUnderWay()) fake_.http->answer(at, 200, "GIF89a");
   }
 
   static std::unique_ptr<testing::PrivateBus> bus_;

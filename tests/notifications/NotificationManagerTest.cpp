@@ -44,7 +44,7 @@ class ImageTransport final : public HttpTransport {
   void networkChanged() override {}
   void stop() override {}
 
-  HttpAnswer image{std::nullopt, 200, "pixels"};
+  HttpAnswer image{std::nullopt, 200, "GIF89a"};
 
  private:
   const std::shared_ptr<HttpTransport> next_;
@@ -92,7 +92,7 @@ TEST_F(NotificationManagerTest, APushWithEverythingIsReportedAndGetsItsButtonsAn
   ASSERT_THAT(handled[0]->attachments,
               ElementsAre(Field(&NotificationAttachment::identifier, "image.jpg")));
   const std::string path = handled[0]->attachments[0].path;
-  EXPECT_EQ((std::ostringstream() << std::ifstream(path).rdbuf()).str(), "pixels");
+  EXPECT_EQ((std::ostringstream() << std::ifstream(path).rdbuf()).str(), "GIF89a");
   handled.clear();
   EXPECT_FALSE(std::filesystem::exists(path)) << "its file goes with its content";
 

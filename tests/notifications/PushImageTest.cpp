@@ -47,7 +47,7 @@ class PushImageTest : public ::testing::Test {
 };
 
 TEST_F(PushImageTest, TheAnswersBytesComeBackWhole) {
-  const std::string bytes("\0\xff\n", 3);
+  const std::string bytes("\x89PNG\r\n\x1a\n\0\xff\n", 11);
   const auto image = loadAnsweredBy([&] { fake_.http->answer(0, 200, bytes); });
   EXPECT_EQ(image.bytes, bytes);
 }
@@ -61,6 +61,23 @@ TEST_F(PushImageTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessage
   const auto empty = loadAnsweredBy([&] { fake_.http->answer(2, 204, ""); });
   EXPECT_EQ(empty.bytes, std::nullopt);
   EXPECT_EQ(empty.error, "the answer is empty");
+}
+
+TEST_F(PushImageTest, OnlyABodyThatBeginsAsAnImageDoesCounts) {
+  std::size_t index = 0;
+  const auto load = [&](const std::string& body) {
+    return loadAnsweredBy([&] { fake_.http->answer(index++, 200, body); });
+  };
+  for (const char* good : {"\xff\xd8\xff\xe0", "GIF89a", "BM6", "RIFF1234WEBPVP8 ",
+                           "\x01\x02\x03\x20"
+                           "ftypavif",
+                           "<?xml version=\"1.0\"?>\n<svg>"}) {
+    EXPECT_EQ(load(good).error, "") << good;
+  }
+  for (const char* bad : {"<!DOCTYPE html><p>Log in to this network", "{}", "RIFF1234WAVEfmt ",
+                          "RIFF", "ftyp", "\x89PNG"}) {
+    EXPECT_EQ(load(bad).error, "the answer is no image") << bad;
+  }
 }
 
 TEST_F(PushImageTest, ATransportThatStopsEndsTheWait) {
@@ -97,7 +114,7 @@ TEST_F(PushImageTest, AskedOnTheThreadOfASystemsTransportTheWaitEndsAtItsLimit) 
   Platform::install(std::move(platform));
   testing::LocalServer server;
   server.respond("/image", [](const auto&) {
-    return testing::LocalServer::Answer{.body = "pixels", .contentType = "image/png"};
+    return testing::LocalServer::Answer{.body = "GIF89a", .contentType = "image/png"};
   });
   server.start();
   const std::string url = server.uri() + "/image";
@@ -105,7 +122,7 @@ TEST_F(PushImageTest, AskedOnTheThreadOfASystemsTransportTheWaitEndsAtItsLimit) 
   transport->send([&] { return HttpRequest{.url = url}; },
                   [&](const HttpAnswer&) { loaded.set_value(loadPushImage(url, 0.05)); });
   EXPECT_EQ(loaded.get_future().get().error, "timed out");
-  EXPECT_EQ(loadPushImage(url, 60.0).bytes, "pixels");
+  EXPECT_EQ(loadPushImage(url, 60.0).bytes, "GIF89a");
   transport->stop();
 }
 
