@@ -36,8 +36,8 @@ bool isImage(std::string_view bytes) {
   if (std::ranges::any_of(SIGNATURES, [&](auto start) { return bytes.starts_with(start); })) {
     return true;
   }
-  if (bytes.starts_with("RIFF") && bytes.substr(0, 12).ends_with("WEBP")) return true;
-  if (bytes.substr(0, 8).ends_with("ftyp")) return true;  // AVIF and HEIC
+  if (bytes.starts_with("RIFF") && bytes.size() > 12 && bytes.substr(8, 4) == "WEBP") return true;
+  if (bytes.size() > 8 && bytes.substr(4, 4) == "ftyp") return true;  // AVIF and HEIC
   return bytes.starts_with('<') && bytes.substr(0, 1024).find("<svg") != std::string_view::npos;
 }
 

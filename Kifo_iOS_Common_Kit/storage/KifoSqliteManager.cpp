@@ -110,7 +110,7 @@ void KifoSqliteManager::closeLocalDatabaseWithName(const std::string&, StatusBlo
 void KifoSqliteManager::enqueue(PendingWrites::Groups groups,
                                 std::function<void(StoreConnection&)> work) {
   const auto task = [self = shared_from_this(), groups, work = std::move(work)] {
-    if (self->isAbandoned_) return self->pendingWrites_.clear();
+    if (self->isAbandoned_) return;
     // It was removed while the host ran, or a full disk prevented it: it is made again.
     if (self->isPrepared_ && !self->files_->exists(self->databasePath_)) self->makeFile();
     // Never makes the file: an empty one would never get its table.
@@ -177,6 +177,7 @@ void KifoSqliteManager::writeCounters() {
 void KifoSqliteManager::abandon() {
   isAbandoned_ = true;
   waitsForLocks_ = false;
+  pendingWrites_.close();
 }
 
 bool KifoSqliteManager::eraseFiles() {

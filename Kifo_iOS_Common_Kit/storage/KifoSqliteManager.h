@@ -89,6 +89,9 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   /// From now on a locked file is not waited for. For shutdown.
   void stopWaitingForLocks() { waitsForLocks_ = false; }
 
+  /// Drops the writes that wait, and those that come later. For after the main queue's end.
+  void dropWrites() { pendingWrites_.close(); }
+
   /// From now on nothing is read or written: what is queued is dropped, its completions never run.
   void abandon();
   /// Removes the file with all that SQLite keeps beside it; false when something is left. Main

@@ -150,6 +150,7 @@ void runTransaction(StoreConnection& file, std::optional<KnownCount>& known,
 PendingWrites::Added PendingWrites::add(PendingWrite&& write) {
   const bool isCopy = static_cast<bool>(write.compose);
   const MutexLock lock(mutex_);
+  if (isClosed_) return {};
   if (isCopy && copies_ >= write.limit) return {.isRefused = true};
   if (isCopy) ++copies_;
   const bool isFirst = !std::exchange(isOpen_, true);
@@ -182,11 +183,12 @@ void PendingWrites::finish(std::span<const PendingWrite> writes) {
   copies_ -= std::ranges::count_if(writes, [](const auto& write) { return bool(write.compose); });
 }
 
-void PendingWrites::clear() {
+void PendingWrites::close() {
   std::deque<std::vector<PendingWrite>> dropped;  // destroyed outside the lock
   const MutexLock lock(mutex_);
   dropped.swap(waiting_);
   isOpen_ = false;
+  isClosed_ = true;
   copies_ = 0;
 }
 

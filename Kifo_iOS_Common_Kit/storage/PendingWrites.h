@@ -73,8 +73,9 @@ class PendingWrites {
   /// The file is another one now: its rows are to be counted. Main queue only.
   void forgetCount() { knownCount_.reset(); }
 
-  /// Drops every group; no callback runs.
-  void clear() KIFO_EXCLUDES(mutex_);
+  /// Drops every group and each write that comes later; no callback runs. For a queue that runs
+  /// nothing more: the callbacks may hold the owner of this object.
+  void close() KIFO_EXCLUDES(mutex_);
 
   /// Runs the first `groups` groups, except for those that have been run.
   void run(StoreConnection& file, Groups groups) KIFO_EXCLUDES(mutex_);
@@ -89,7 +90,8 @@ class PendingWrites {
   Mutex mutex_;
   std::deque<std::vector<PendingWrite>> waiting_ KIFO_GUARDED_BY(mutex_);
   Groups begun_ KIFO_GUARDED_BY(mutex_) = 0;
-  bool isOpen_ KIFO_GUARDED_BY(mutex_) = false;      ///< The last group takes more writes.
+  bool isOpen_ KIFO_GUARDED_BY(mutex_) = false;  ///< The last group takes more writes.
+  bool isClosed_ KIFO_GUARDED_BY(mutex_) = false;
   std::int64_t copies_ KIFO_GUARDED_BY(mutex_) = 0;  ///< Not yet stored, those being run included.
 };
 

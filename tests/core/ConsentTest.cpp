@@ -243,6 +243,7 @@ TEST_F(ConsentTest, AnInterruptedErasingIsFinishedBeforeAnythingElse) {
     fake.runUntilIdle();
     EXPECT_EQ(atFirstRequest, isRequired ? "" : "none");
     EXPECT_EQ(Kifo::actorId(), isRequired ? "" : "second");
+    fake.http->setHandler([](const HttpRequest&) { return std::optional<HttpAnswer>(); });
     Kifo::revokeConsent();
     expectRevoked();
   }

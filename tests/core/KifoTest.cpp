@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
+#include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
@@ -327,6 +328,22 @@ TEST_F(KifoTest, SessionValuesMayBeReadAndWrittenFromAnyThread) {
   for (auto& thread : threads) thread.join();
   fake.runUntilIdle();
   EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 150);
+}
+
+TEST_F(KifoTest, WritesThatNeverRanKeepNothingOfTheSessionAlive) {
+  start();
+  auto runtime = Runtime::current();
+  const auto store = runtime->store();
+  const auto write = [&](std::shared_ptr<Runtime> held) {
+    store->write({.statement = "delete from KifoLog", .done = [held](const auto&) {}});
+  };
+  write(runtime);
+  fake.mainQueue->discard();
+  Kifo::shutdown(0.0);
+  write(runtime);  // of an answer that comes late
+  const std::weak_ptr<Runtime> life = runtime;
+  runtime.reset();
+  EXPECT_TRUE(life.expired());
 }
 
 }  // namespace

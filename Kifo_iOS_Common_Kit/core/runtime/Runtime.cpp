@@ -139,6 +139,7 @@ bool shutDownRuntime(double bound) {
   const bool statementsDone = platform->mainQueue->stop(deadline.left());
   platform->reachabilityQueue->stop(deadline.left());
   // They hold callbacks, which may hold the runtime.
+  runtime->store()->dropWrites();
   runtime->inFlight->clear();
   runtime->inAppTrigger->clear();
   runtime->popupGate->close();
