@@ -1,26 +1,13 @@
 #include "platform/qt/DesktopNotificationCentre.h"
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 #include <QBuffer>
 #include <QImage>
-#include <QtTest>
-#include <algorithm>
 #include <filesystem>
-#include <memory>
-#include <thread>
 #include <variant>
 
-#include <gmock/gmock.h>
-
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
 #include "platform/qt/desktop/DesktopNotificationMessage.h"
-#include "testing/FakePlatform.h"
-#include "testing/PrivateBus.h"
-#include "tests/desktop/ScriptedNotificationService.h"
+#include "tests/desktop/DesktopNotificationFixture.h"
 
 namespace kifo {
 namespace {
@@ -29,157 +16,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 using ::testing::SizeIs;
-
-constexpr auto CAMPAIGN = R"({"uuid": "U", "code": "C", "action": {"link": "body"},
-    "buttons": [{"id": "buy", "text": "Buy <now>", "action": {"link": "shop"}},
-                {"id": "default", "text": "Later"}]})";
-
-enum Reason : uint { expired = 1, dismissed = 2, closedByCall = 3, undefined = 4 };
-
-/// A socket that takes every connection and closes it: no bus, but one that counts who looks.
-class HangingUp {
- public:
-  explicit HangingUp(const std::string& path) {
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
-    listen(socket_, 64);
-    thread_ = std::thread([this] {
-      for (int end = accept(socket_, nullptr, nullptr); end >= 0;
-           end = accept(socket_, nullptr, nullptr)) {
-        ++connections;
-        close(end);
-      }
-    });
-  }
-  ~HangingUp() {
-    shutdown(socket_, SHUT_RDWR);
-    thread_.join();
-    close(socket_);
-  }
-
-  std::atomic<int> connections = 0;
-
- private:
-  const int socket_ = socket(AF_UNIX, SOCK_STREAM, 0);
-  std::thread thread_;
-};
-
-class DesktopNotificationCentreTest : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() { bus_ = std::make_unique<testing::PrivateBus>(); }
-  static void TearDownTestSuite() { bus_.reset(); }
-
-  void SetUp() override {
-    if (!bus_->problem().empty()) GTEST_SKIP() << bus_->problem();
-    Runtime::current()->session.updateIdentity(
-        [](auto& identity) { identity.listenerUri = "http://listener"; });
-    options_.applicationName = "Shop";
-    options_.busAddress = bus_->address();
-    options_.pictureGrace = 3600.0;
-    options_.dismissalGrace = 0.0;
-    options_.retryInterval = 0.0;
-    service_ = makeService();
-  }
-
-  std::unique_ptr<ScriptedNotificationService> makeService() {
-    return std::make_unique<ScriptedNotificationService>(QString::fromStdString(bus_->address()));
-  }
-
-  void makeCentre() {
-    centre_ = std::make_shared<DesktopNotificationCentre>(
-        options_, [this](auto action, const std::string& token) {
-          clicks_.emplace_back(action ? action->link.value_or("") : "none", token);
-        });
-    Platform platform = fake_.platform();
-    platform.notifications = centre_;
-    Platform::install(std::move(platform));
-  }
-
-  /// A centre whose service is there and has told what it can do.
-  void start() {
-    makeCentre();
-    service_->appear();
-    ASSERT_TRUE(waitForStatus(2));
-  }
-
-  int status() {
-    int known = -1;
-    centre_->getNotificationSettings([&](int status) { known = status; });
-    return known;
-  }
-  bool waitForStatus(int expected) {
-    return QTest::qWaitFor([&] { return status() == expected; }, 20000);
-  }
-  static bool waitFor(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, 20000);
-  }
-  /// Waits until everything that the service has sent so far has been received: the answer to a
-  /// later call comes after it.
-  void settle() {
-    const std::string identifier = "settle" + std::to_string(++settled_);
-    const std::size_t before = service_->shown().size();
-    show(identifier);
-    ASSERT_TRUE(waitFor([&] { return service_->shown().size() > before; }));
-    centre_->close(identifier);
-    const uint id = service_->shown().back().id;
-    ASSERT_TRUE(waitFor([&] { return std::ranges::count(service_->closeCalls(), id) == 1; }));
-  }
-
-  void show(const std::string& identifier, NotificationContent content = {}) {
-    if (content.title.empty()) content.title = identifier;
-    centre_->show({identifier, std::make_shared<NotificationContent>(std::move(content))});
-  }
-  /// Shows the campaign's push and hands back the service's number.
-  uint showCampaign(const std::string& identifier = "push") {
-    const std::size_t before = service_->shown().size();
-    centre_->deliver({{"data", CAMPAIGN}, {"title", "Sale"}, {"body", "All <b>half</b> & less"}},
-                     identifier);
-    EXPECT_TRUE(waitFor([&] { return service_->shown().size() > before; }));
-    return service_->shown().empty() ? 0 : service_->shown().back().id;
-  }
-  std::vector<std::string> titles() const {
-    std::vector<std::string> all;
-    for (const auto& shown : service_->shown()) all.push_back(shown.summary.toStdString());
-    return all;
-  }
-
-  std::vector<Value> events(const std::string& name) {
-    fake_.runUntilIdle();
-    return fake_.http->events(name);
-  }
-
-  void deliverWithPicture(const std::string& title, const std::string& identifier) {
-    centre_->deliver(
-        {{"data", CAMPAIGN}, {"title", title}, {"image", "http://pictures/" + title + ".png"}},
-        identifier);
-  }
-  /// The places, in the transport's requests, of the pictures that are being loaded.
-  std::vector<std::size_t> picturesUnderWay() const {
-    const auto requests = fake_.http->requests();
-    auto open = fake_.http->open();
-    std::erase_if(
-        open, [&](std::size_t at) { return !requests[at].url.starts_with("http://pictures/"); });
-    return open;
-  }
-  void waitForPicturesUnderWay(std::size_t count) {
-    ASSERT_TRUE(waitFor([&] { return picturesUnderWay().size() == count; }));
-  }
-  void answerPictures() {
-    for (const std::size_t at : picturesUnderWay()) fake_.http->answer(at, 200, "GIF89a");
-  }
-
-  static std::unique_ptr<testing::PrivateBus> bus_;
-
-  testing::InstalledFakePlatform fake_;
-  DesktopNotificationCentre::Options options_;
-  std::unique_ptr<ScriptedNotificationService> service_;
-  std::vector<std::pair<std::string, std::string>> clicks_;
-  std::shared_ptr<DesktopNotificationCentre> centre_;
-  int settled_ = 0;
-};
-
-std::unique_ptr<testing::PrivateBus> DesktopNotificationCentreTest::bus_;
 
 // ---- The permission
 
@@ -311,7 +147,7 @@ TEST_F(DesktopNotificationCentreTest, APushThatTheHostClosesIsTakenOffOrNeverSho
   centre_->close("waiting");
   centre_->close("under way");
   // Behind the two closes: once it is reported, they have been handed over.
-  centre_->deliver({{"data", CAMPAIGN}, {"title", "behind"}}, "behind");
+  centre_->deliver({{"data", kCampaign}, {"title", "behind"}}, "behind");
   ASSERT_TRUE(waitFor([&] { return events("push_notification_received").size() == 2; }));
   service_->speak();
   ASSERT_TRUE(waitFor([&] { return service_->closeCalls().size() == 2; }));
@@ -474,122 +310,6 @@ TEST_F(DesktopNotificationCentreTest, SignalsOfOtherSendersAreIgnored) {
   EXPECT_THAT(clicks_, ElementsAre(Pair("shop", "")));
 }
 
-// ---- Services and buses that start and end
-
-TEST_F(DesktopNotificationCentreTest, WhatCameBeforeTheServiceIsShownInOrderOnceItStarts) {
-  makeCentre();
-  for (const char* title : {"one", "two", "three"}) show(title);
-  show("two");  // again
-  ASSERT_TRUE(waitForStatus(1));
-  service_->appear();
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));
-  EXPECT_THAT(titles(), ElementsAre("one", "three", "two"));
-}
-
-TEST_F(DesktopNotificationCentreTest, OnlySoManyWaitAndTheOldestGoFirst) {
-  makeCentre();
-  for (int index = 0; index < 40; ++index) show(std::to_string(index));
-  ASSERT_TRUE(waitForStatus(1));
-  service_->appear();
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 32; }));
-  EXPECT_EQ(service_->shown().front().summary, "8");
-  EXPECT_EQ(fake_.console->count("Kifo DesktopNotificationCentre: too many notifications wait for "
-                                 "the desktop: the oldest was dropped"),
-            8U);
-  const auto dropped = fake_.inspector->ofKind("notification");
-  ASSERT_THAT(dropped, SizeIs(8));
-  EXPECT_THAT(dropped[0].particulars,
-              ElementsAre(Pair("identifier", "0"), Pair("outcome", "not shown"),
-                          Pair("reason", "too many wait for a notification service")));
-
-  service_->silent = true;  // it is there, so nothing is dropped
-  for (int index = 0; index < 40; ++index) show("more" + std::to_string(index));
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  service_->speak();
-  EXPECT_TRUE(waitFor([&] { return service_->shown().size() == 72; }));
-}
-
-TEST_F(DesktopNotificationCentreTest, ABusThatStartsLateIsFoundByThePushThatWaits) {
-  const testing::TemporaryDirectory directory;
-  options_.busAddress = "unix:path=" + directory.file("bus");
-  makeCentre();
-  show("early");
-  ASSERT_TRUE(waitForStatus(1));
-  const std::string address = bus_->address();
-  const auto path = address.substr(0, address.find(',')).substr(std::string("unix:path=").size());
-  std::filesystem::create_symlink(path, directory.file("bus"));
-  service_->appear();
-  EXPECT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
-}
-
-TEST_F(DesktopNotificationCentreTest, ABusThatIsMissingIsLookedForOnceInAnInterval) {
-  const testing::TemporaryDirectory directory;
-  HangingUp bus(directory.file("bus"));
-  options_.busAddress = "unix:path=" + directory.file("bus");
-  options_.retryInterval = 3600.0;
-  makeCentre();
-  ASSERT_TRUE(waitForStatus(1));
-  for (int index = 0; index < 20; ++index) {
-    show(std::to_string(index));
-    EXPECT_EQ(status(), 1);
-  }
-  const auto other = std::make_shared<DesktopNotificationCentre>(options_, nullptr);
-  EXPECT_TRUE(waitFor([&] { return bus.connections >= 2; })) << "the other centre's look";
-  QCoreApplication::processEvents();
-  EXPECT_EQ(bus.connections, 2);
-}
-
-TEST_F(DesktopNotificationCentreTest, ASilentServiceIsAskedOnceAndBlocksNothing) {
-  start();
-  service_->silent = true;
-  show("one");
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  show("two");
-  EXPECT_EQ(status(), 2);
-  service_->speak();
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
-  settle();
-  EXPECT_THAT(titles(), ElementsAre("one", "two", "settle1"));
-}
-
-TEST_F(DesktopNotificationCentreTest, ARestartInTheMiddleLosesAndDoublesNothing) {
-  start();
-  showCampaign("shown");
-  show("gone");
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
-  service_->close(2, expired);
-  settle();
-  service_->silent = true;
-  show("under way");
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  show("waiting");
-  service_->vanish();
-
-  service_ = makeService();
-  service_->silent = true;
-  service_->appear();
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered("GetCapabilities") >= 1; }));
-  EXPECT_EQ(status(), 2) << "a question that failed leaves the permission as it was";
-  service_->speak();
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 3; }));
-  settle();
-  EXPECT_THAT(titles(), ElementsAre("Sale", "under way", "waiting", "settle2"));
-  service_->invokeAction(1, "kifo-0");  // the new service's number for the push that was shown
-  EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
-}
-
-TEST_F(DesktopNotificationCentreTest, APushThatEndsEveryServiceIsGivenUp) {
-  start();
-  show("poison");
-  for (int restart = 0; restart < 5; ++restart) {
-    ASSERT_TRUE(waitFor([&] { return !service_->shown().empty(); }));
-    service_ = makeService();
-    service_->appear();
-  }
-  settle();
-  EXPECT_THAT(titles(), ElementsAre("settle1"));
-}
-
 // ---- The ledger
 
 TEST(DesktopNotificationLedger, WhatWasClosedIsRememberedForAWhileAndItsNumberMayBeGivenAgain) {
@@ -604,37 +324,6 @@ TEST(DesktopNotificationLedger, WhatWasClosedIsRememberedForAWhileAndItsNumberMa
   ledger.shown(2, {"new", content, {}});
   EXPECT_EQ(ledger.idOf("new"), 2U);
   EXPECT_TRUE(ledger.actionInvoked(2, "default"));
-}
-
-// ---- The end
-
-TEST_F(DesktopNotificationCentreTest, ACentreMayBeDestroyedWithCallsAndPushesUnderWay) {
-  start();
-  service_->silent = true;
-  show("under way");
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  show("waiting");
-  Platform::install(fake_.platform());
-  centre_.reset();
-  service_->speak();
-  QTest::qWait(0);
-  EXPECT_THAT(clicks_, IsEmpty());
-}
-
-TEST_F(DesktopNotificationCentreTest, ACentreMayBeDestroyedInItsOwnClick) {
-  start();
-  auto owner = std::make_shared<std::shared_ptr<DesktopNotificationCentre>>();
-  bool clicked = false;
-  *owner = std::make_shared<DesktopNotificationCentre>(options_, [&, owner](auto, const auto&) {
-    owner->reset();
-    clicked = true;
-  });
-  const std::size_t before = service_->shown().size();
-  (*owner)->show({"push", std::make_shared<NotificationContent>(
-                              contentOfPush({{"data", "{}"}, {"title", "T"}}))});
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() > before; }));
-  service_->invokeAction(service_->shown().back().id, "default");
-  EXPECT_TRUE(waitFor([&] { return clicked; }));
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
 // The notification centre against a real service, dunst, on a screen and a bus of the test's own.
-#include <signal.h>
-
 #include <QFile>
 #include <QImage>
 #include <QStandardPaths>
@@ -180,26 +178,6 @@ TEST_F(DunstTest, APushOfTheSameIdentifierReplacesAndOneTakenBackGoes) {
   EXPECT_THAT(dunstctl({"history"}), Not(HasSubstr("First")));
   QCoreApplication::processEvents();
   EXPECT_THAT(events("push_notification_dismissed"), SizeIs(0));
-}
-
-TEST_F(DunstTest, AnotherDunstShowsWhatTheLastOneShowed) {
-  deliver("Sale", "offer", 1);
-  dunst_.end();
-  startDunst();
-  ASSERT_TRUE(waitFor([&] { return displayed() == 1; }));
-  dunstctl({"action"});
-  EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
-}
-
-TEST_F(DunstTest, ADunstThatStandsStillHoldsNothingUpAndLosesNothing) {
-  const auto process = dunst_.process();
-  ASSERT_EQ(kill(process, SIGSTOP), 0);
-  for (const char* identifier : {"one", "two", "three"}) {
-    centre_->deliver({{"data", CAMPAIGN}, {"title", identifier}}, identifier);
-  }
-  ASSERT_TRUE(waitFor([&] { return events("push_notification_received").size() == 3; }));
-  ASSERT_EQ(kill(process, SIGCONT), 0);
-  EXPECT_TRUE(waitFor([&] { return displayed() == 3; }));
 }
 
 }  // namespace
