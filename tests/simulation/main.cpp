@@ -1,3 +1,5 @@
+#include <sqlite3.h>
+
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -70,6 +72,9 @@ int main(int count, char** arguments) {
     std::fputs(kUsage, stderr);
     return 2;
   }
+  // Without threads SQLite needs no locks and no statistics; that makes a world a tenth faster.
+  sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
+  sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
   const auto begin = std::chrono::steady_clock::now();
   std::size_t steps = 0;
   for (std::uint64_t seed = options.first; seed < options.first + options.seeds; ++seed) {
