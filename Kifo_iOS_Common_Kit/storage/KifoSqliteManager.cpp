@@ -76,8 +76,15 @@ void KifoSqliteManager::makeFile() {
   files_->remove(draft);
   if (!files_->makePrivate(draft)) return;
   // A full disk may keep the table out: the file is made when it is next needed.
-  if (makeTable(draft, waitsForLocks_)) files_->move(draft, databasePath_, /*replaces=*/false);
+  if (makeTable(draft, waitsForLocks_) && removeLoneJournal()) {
+    files_->move(draft, databasePath_, /*replaces=*/false);
+  }
   files_->remove(draft);
+}
+
+bool KifoSqliteManager::removeLoneJournal() {
+  const std::string journal = databasePath_ + "-journal";
+  return files_->exists(databasePath_) || !files_->exists(journal) || !files_->remove(journal);
 }
 
 bool KifoSqliteManager::open() {

@@ -112,6 +112,9 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   void enqueue(PendingWrites::Groups groups, std::function<void(StoreConnection&)> work);
   /// Makes the file with its table, unless another process makes it first.
   void makeFile();
+  /// Removes a journal whose file is gone: SQLite would write its pages into the next file. False
+  /// when it stays.
+  bool removeLoneJournal();
   bool open();
   bool close();
   [[nodiscard]] std::string resource(const std::string& name) const;

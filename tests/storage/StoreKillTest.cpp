@@ -54,6 +54,19 @@ TEST_F(StoreKillTest, AHostThatDiesWithinAGroupKeepsTheGroupsBeforeAndNothingOfT
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"10"});
 }
 
+TEST_F(StoreKillTest, AJournalWhoseFileWasRemovedDoesNotReachTheNextFile) {
+  child_.start({KIFO_STORE_CHILD, "group", directory_.path()});
+  EXPECT_EQ(child_.wait(), std::nullopt) << "it kills itself";
+  ASSERT_GT(std::filesystem::file_size(directory_.file("KifoLog.db-journal")), 0U);
+  std::filesystem::remove(directory_.file("KifoLog.db"));
+  child_.start({KIFO_STORE_CHILD, "events", directory_.path()});
+  ASSERT_TRUE(child_.awaitOutput(100));
+  child_.kill();
+  expectSoundFile();
+  EXPECT_EQ(rows("select count(*) from KifoLog where PARAMETERS = '{}'"), Lines{"0"})
+      << "rows of the file that was removed";
+}
+
 TEST_F(StoreKillTest, AHostThatDiesBetweenAnyTwoStepsOfAnErasingHasErasedAllAtItsNextStart) {
   for (int step = 1, end = 0; end == 0; ++step) {
     SCOPED_TRACE(step);
