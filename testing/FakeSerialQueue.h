@@ -12,7 +12,7 @@ namespace kifo::testing {
 /// executor or each on its own. `sync` runs what is due on this queue on the calling thread.
 ///
 /// **Threading:** thread-safe.
-class FakeSerialQueue final : public SerialQueue {
+class FakeSerialQueue : public SerialQueue {
  public:
   explicit FakeSerialQueue(
       std::shared_ptr<ManualExecutor> executor = std::make_shared<ManualExecutor>());

@@ -60,7 +60,6 @@ class StoreConnection {
 
   const std::atomic<bool>& waitsForLocks_;
   sqlite3* handle_ = nullptr;
-  std::int64_t lockedSince_ = 0;  ///< Steady milliseconds.
 };
 
 }  // namespace kifo

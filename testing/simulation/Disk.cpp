@@ -10,6 +10,7 @@ namespace kifo::testing::simulation {
 namespace {
 
 constexpr std::size_t kSectorSize = 512;
+constexpr int kPollsOfTheSdk = 1000;  // for a lock: 5 s, 5 ms each
 
 Error fileError(int code) {
   return {"file", code, std::strerror(code)};
@@ -105,10 +106,28 @@ struct Disk::Vfs {
     *size = static_cast<sqlite3_int64>(openOf(file).file->data.size());
     return SQLITE_OK;
   }
-  // The simulated process is alone with its files, and has one connection at a time.
-  static int lock(sqlite3_file*, int) { return SQLITE_OK; }
-  static int isReserved(sqlite3_file*, int* result) {
-    *result = 0;
+  // The simulated process has one connection at a time: only another process keeps it out.
+  static int lock(sqlite3_file* file, int level) {
+    return level > highestLevel(openOf(file)) ? SQLITE_BUSY : SQLITE_OK;
+  }
+  static int highestLevel(const Open& opened) {
+    const Disk& disk = *opened.disk;
+    if (!disk.isLockSeen_ || opened.file != disk.locked_) return SQLITE_LOCK_EXCLUSIVE;
+    switch (disk.lock_) {
+      case ForeignLock::none:
+        return SQLITE_LOCK_EXCLUSIVE;
+      case ForeignLock::reads:
+        return SQLITE_LOCK_EXCLUSIVE - 1;
+      case ForeignLock::writes:
+        return SQLITE_LOCK_SHARED;
+      case ForeignLock::excludes:
+        return SQLITE_LOCK_NONE;
+    }
+    return SQLITE_LOCK_EXCLUSIVE;
+  }
+  static int unlock(sqlite3_file*, int) { return SQLITE_OK; }
+  static int isReserved(sqlite3_file* file, int* result) {
+    *result = highestLevel(openOf(file)) < SQLITE_LOCK_RESERVED ? 1 : 0;
     return SQLITE_OK;
   }
   static int control(sqlite3_file*, int, void*) { return SQLITE_NOTFOUND; }
@@ -126,7 +145,7 @@ struct Disk::Vfs {
       all.xSync = sync;
       all.xFileSize = fileSize;
       all.xLock = lock;
-      all.xUnlock = lock;
+      all.xUnlock = unlock;
       all.xCheckReservedLock = isReserved;
       all.xFileControl = control;
       all.xSectorSize = sectorSize;
@@ -155,7 +174,11 @@ struct Disk::Vfs {
     std::memset(result, 1, static_cast<std::size_t>(size));  // the same in every world
     return size;
   }
-  static int sleep(sqlite3_vfs*, int microseconds) { return microseconds; }
+  static int sleep(sqlite3_vfs* vfs, int microseconds) {
+    Disk& disk = diskOf(vfs);
+    if (disk.isLocked() && --disk.polls_ <= 0) disk.unlock();
+    return microseconds;
+  }
   static int currentTime(sqlite3_vfs*, double* julianDay) {
     *julianDay = 2460000.0;
     return SQLITE_OK;
@@ -231,8 +254,20 @@ void Disk::setHealthLater(Health next, int operations) {
   changesUntilNext_ = std::max(operations, 1);
 }
 
+void Disk::lock(const std::string& path, ForeignLock lock, int polls) {
+  locked_ = file(path);
+  lock_ = locked_ ? lock : ForeignLock::none;
+  polls_ = polls;
+  isLockLong_ = polls >= kPollsOfTheSdk;
+}
+
+bool Disk::isInOrder() const {
+  return health_ == Health::good && !(isLocked() && isLockLong_);
+}
+
 void Disk::restart(std::uint32_t seed) {
   if (health_ == Health::off) {
+    unlock();
     std::mt19937 random(seed);
     for (const auto& [name, file] : files_) {
       if (file->data != file->durable) file->data = file->durable = torn(*file, random);

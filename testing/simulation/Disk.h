@@ -28,6 +28,13 @@ class Disk final : public StoreFiles {
     full,     ///< Writing fails as on a full disk; files can be removed.
     off,      ///< The power has failed: nothing works until `restart`.
   };
+  /// What another process does with a file.
+  enum class ForeignLock {
+    none,
+    reads,     ///< Nobody else can commit.
+    writes,    ///< Nobody else can begin to write.
+    excludes,  ///< Nobody else can read either.
+  };
   struct File {
     std::string data;
     std::string durable;  ///< As of the last sync.
@@ -49,6 +56,16 @@ class Disk final : public StoreFiles {
   /// The power is back. After a power failure what was not synced is partly lost, as `seed` has it.
   void restart(std::uint32_t seed);
 
+  /// Another process holds `lock` on the file, if that exists, until somebody has waited for it
+  /// `polls` times, or `unlock`.
+  void lock(const std::string& path, ForeignLock lock, int polls);
+  void unlock() { lock_ = ForeignLock::none; }
+  [[nodiscard]] bool isLocked() const { return lock_ != ForeignLock::none; }
+  /// False for a reader that is not part of the world: the lock does not keep it out.
+  void setLockSeen(bool isSeen) { isLockSeen_ = isSeen; }
+  /// Whether every operation succeeds, if it waits long enough.
+  [[nodiscard]] bool isInOrder() const;
+
   /// Grows with every change of any file.
   [[nodiscard]] std::uint64_t version() const { return version_; }
   /// Null when there is none.
@@ -65,6 +82,11 @@ class Disk final : public StoreFiles {
   Health nextHealth_ = Health::good;
   int changesUntilNext_ = 0;  ///< 0: the health stays.
   std::uint64_t version_ = 0;
+  ForeignLock lock_ = ForeignLock::none;
+  std::shared_ptr<const File> locked_;
+  int polls_ = 0;            ///< Left until the lock ends.
+  bool isLockLong_ = false;  ///< It outlasts what the SDK waits.
+  bool isLockSeen_ = true;
   sqlite3_vfs vfs_{};
   sqlite3_vfs* previous_ = nullptr;
 };

@@ -35,6 +35,7 @@ class Network final : public HttpTransport {
   [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
   [[nodiscard]] const std::vector<Exchange>& open() const { return open_; }
   void answer(std::size_t index, HttpAnswer answer);
+  [[nodiscard]] bool isStopped() const { return isStopped_; }
   /// The process is gone: nothing is answered any more.
   void die();
 

@@ -1,5 +1,6 @@
 #include "testing/simulation/Process.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kifo::testing::simulation {
@@ -35,13 +36,22 @@ bool Process::runOne(std::uint32_t number) {
   const auto all = queues();
   for (std::size_t tried = 0; tried <= all.size(); ++tried) {
     const std::size_t which = (number + tried) % (all.size() + 1);
+    if (which < all.size() && std::ranges::count(blocked_, all[which]) > 0) continue;
     if (which < all.size() ? all[which]->runOne() : network->composeNext()) return true;
   }
   return false;
 }
 
+std::shared_ptr<void> Process::block() {
+  const auto all = queues();
+  const auto* current =
+      std::ranges::find_if(all, [](const auto* each) { return each->isCurrent(); });
+  blocked_.push_back(current == all.end() ? nullptr : *current);
+  return {static_cast<void*>(this), [this](void*) { blocked_.pop_back(); }};
+}
+
 bool Process::isIdle() const {
-  return !executor->hasDue() && network->waiting() == 0;
+  return !isBlocked() && !executor->hasDue() && network->waiting() == 0;
 }
 
 void Process::die() {

@@ -31,13 +31,15 @@ enum class Kind {
   changeCampaigns,  ///< The server's next in-app answer is another one.
   changeConsent,    ///< The user revokes the consent, or gives it again.
   pausePopups,      ///< The host holds popups back, or lets them show.
+  changeGate,       ///< The host's own gate for popups decides otherwise.
   showPopup,        ///< The presenter gets to the next popup.
   answerPopup,      ///< The user answers or closes the popup that is shown.
   breakDisk,        ///< Now or within some changes of it.
-  mendDisk,
-  shutDown,    ///< The host ends the SDK and starts it anew.
-  kill,        ///< The process is killed and starts anew.
-  powerFails,  ///< Now or within some changes of the disk; the process starts anew.
+  lockTable,        ///< Another process locks the table.
+  mendDisk,         ///< The other process has ended, too.
+  shutDown,         ///< The host ends the SDK and starts it anew.
+  kill,             ///< The process is killed and starts anew.
+  powerFails,       ///< Now or within some changes of the disk; the process starts anew.
 };
 
 struct Operation {

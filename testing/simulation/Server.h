@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -9,6 +10,21 @@ namespace kifo::testing::simulation {
 
 inline constexpr auto kApi = "http://api.test/inapp";
 inline constexpr auto kListener = "http://listener.test/events";
+
+/// The campaigns of the in-app answers.
+inline constexpr std::array kCampaignIds{"P-NEVER-ENDS", "P-IN-SECONDS", "S-IN-MILLISECONDS",
+                                         "C-SCORE",      "P-EXPIRED",    "P-SPENT"};
+inline constexpr std::uint32_t kReachable = 2;  ///< The network's flag.
+
+/// The next of a row of numbers that look random.
+constexpr std::uint32_t mixed(std::uint32_t number) {
+  return number * 1664525U + 1013904223U;
+}
+
+/// Whether it asks for campaigns.
+inline bool isQuery(const HttpRequest& request) {
+  return request.url.starts_with(kApi);
+}
 
 /// What becomes of a request: what the host's side hears, and whether the server took it.
 struct Fate {

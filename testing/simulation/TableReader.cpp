@@ -31,7 +31,13 @@ void TableReader::close() {
 void TableReader::read(Ledger& ledger, std::size_t sending) {
   // A transaction that failed halfway is undone by the next one of the SDK, and not by a reader.
   const bool isUnfinished = disk_.exists(std::string(kDatabase) + "-journal");
-  if (version_ == disk_.version() || isUnfinished || !open(ledger)) return;
+  if (version_ == disk_.version() || isUnfinished) return;
+  disk_.setLockSeen(false);
+  if (open(ledger)) readRows(ledger, sending);
+  disk_.setLockSeen(true);
+}
+
+void TableReader::readRows(Ledger& ledger, std::size_t sending) {
   version_ = disk_.version();
   rows_.clear();
   std::deque<std::string> bodies;

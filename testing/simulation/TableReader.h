@@ -27,6 +27,7 @@ class TableReader {
  private:
   bool open(Ledger& ledger);
   void close();
+  void readRows(Ledger& ledger, std::size_t sending);
 
   Disk& disk_;
   std::shared_ptr<const Disk::File> file_;  ///< That of the connection.

@@ -2,8 +2,8 @@
 
 #include <ostream>
 
+#include "testing/simulation/Play.h"
 #include "testing/simulation/Script.h"
-#include "testing/simulation/World.h"
 
 namespace kifo::testing::simulation {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "testing/simulation/Play.h"
 #include "testing/simulation/Script.h"
-#include "testing/simulation/World.h"
 
 namespace {
 
