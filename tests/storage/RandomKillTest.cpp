@@ -1,0 +1,193 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <random>
+#include <set>
+#include <sstream>
+
+#include "testing/ChildProgram.h"
+#include "testing/TemporaryDirectory.h"
+#include "testing/server/LocalServer.h"
+#include "tests/support/DatabaseRows.h"
+
+namespace kifo::testing {
+namespace {
+
+constexpr std::int64_t kMostShows = 1'000'000;
+
+/// KIFO_KILLS: how many kills. A thousand take about ten minutes.
+int kills() {
+  const char* given = std::getenv("KIFO_KILLS");
+  return given ? std::atoi(given) : 60;
+}
+
+/// What a host said before it died.
+struct Said {
+  std::string foundActor;
+  std::int64_t foundShows = 0;
+  std::int64_t actor = 0;  ///< The last that was set; 0: none.
+  std::int64_t shows = 0;  ///< The last that were left; 0: not known.
+  bool hasBegun = false;
+  bool hasRevoked = false;
+
+  explicit Said(const std::string& output) {
+    const auto whole = output.substr(0, output.rfind('\n') + 1);
+    std::istringstream lines(whole);
+    for (std::string line; std::getline(lines, line);) take(line);
+  }
+  void take(const std::string& line) {
+    const auto words = line.find(' ');
+    const std::string value = words == std::string::npos ? "" : line.substr(words + 1);
+    if (line == "revoked") hasRevoked = true;
+    if (line.starts_with("actor ")) actor = std::stoll(value);
+    if (line.starts_with("shows ")) shows = std::stoll(value);
+    if (!line.starts_with("found ")) return;
+    hasBegun = true;
+    foundActor = value.substr(0, value.find(' '));
+    foundShows = std::stoll(value.substr(value.find(' ') + 1));
+  }
+};
+
+class RandomKillTest : public ::testing::Test {
+ protected:
+  RandomKillTest() {
+    server_.campaigns().serveText(
+        R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":100000},"model":[
+            {"type":"POPUP","uuid":"campaign","maxShowCount":1000000,"triggeringEventName":"buy",
+             "buttons":[{"id":"b","text":"B"}]}]})");
+    server_.setFaults({.everyOther = 500, .on = Faults::On::LISTENER});
+    server_.respond("/picture.jpg", [](const auto&) {
+      return LocalServer::Answer{.body = std::string(20'000, 'p'), .contentType = "image/jpeg"};
+    });
+    server_.start();
+  }
+
+  /// A host of the next generation lives in `home` until it is killed, and longer sometimes: a
+  /// popup shows half a second after its event.
+  Said killed(const std::string& mode, const std::string& home) {
+    constexpr std::array<std::uint32_t, 4> longest{20'000, 100'000, 200'000, 900'000};
+    const std::uint32_t microseconds = random_() % longest[random_() % longest.size()];
+    ChildProgram host;
+    host.start({KIFO_KILLED_HOST, mode, home, server_.uri(), std::to_string(++generation_),
+                std::to_string(microseconds)});
+    const Said said(host.readAll());
+    EXPECT_EQ(host.wait(), std::nullopt) << "the kill ends it, and nothing else";
+    return said;
+  }
+  /// A host that ends by itself.
+  Said last(const std::string& home) {
+    ChildProgram host;
+    host.start({KIFO_KILLED_HOST, "last", home, server_.uri(), std::to_string(++generation_)});
+    const Said said(host.readAll());
+    EXPECT_EQ(host.wait(), 0);
+    return said;
+  }
+  static void expectSoundFile(const std::string& path) {
+    if (!std::filesystem::exists(path)) return;
+    EXPECT_EQ(databaseRows(path, "pragma integrity_check"), std::vector<std::string>{"ok"});
+    EXPECT_EQ(databaseRows(path,
+                           "select count(*) from KifoLog where REQUEST_ID is null or "
+                           "HTTPMETHOD <> 'POST' or URL not like 'http://%' or "
+                           "not json_valid(PARAMETERS)"),
+              std::vector<std::string>{"0"})
+        << "whole rows only";
+  }
+  static std::set<std::string> filesIn(const std::string& home) {
+    std::set<std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
+      if (entry.is_regular_file()) files.insert(entry.path().filename());
+    }
+    return files;
+  }
+
+  /// Each event arrived once, or twice where the first time failed or its host was killed.
+  void expectOnce() {
+    std::map<std::string, std::vector<RequestLog::Request>> arrivals;
+    for (const auto& each : server_.requests().on("/sdkListenerEvent")) {
+      arrivals[each->text("requestId")].push_back(each);
+    }
+    EXPECT_GT(arrivals.size(), 0U);
+    for (const auto& [event, requests] : arrivals) {
+      ASSERT_LE(requests.size(), 2U) << event;
+      if (requests.size() == 1 || requests[0]->status != 200) continue;
+      EXPECT_NE(requests[0]->header("Authorization"), requests[1]->header("Authorization"))
+          << event << " was answered and sent again by the same host";
+    }
+    for (const std::string& event : stored_) {
+      EXPECT_TRUE(arrivals.contains(event)) << event << " was stored and is lost";
+    }
+  }
+
+  LocalServer server_;
+  std::mt19937 random_{std::random_device{}()};
+  int generation_ = 0;
+  std::set<std::string> stored_;  ///< Events whose rows waited when their host was killed.
+};
+
+TEST_F(RandomKillTest, AtAnyInstantNothingStoredIsLostOrSentTwiceAndSettingsStay) {
+  const TemporaryDirectory home;
+  const std::string database = home.file("KifoLog.db");
+  std::int64_t actor = 0;
+  std::int64_t shows = 0;
+  const auto expectSettings = [&](const Said& next) {
+    if (!next.hasBegun) return;
+    // What was changed after the last line may be there or not.
+    const std::int64_t found = next.foundActor.empty() ? 0 : std::stoll(next.foundActor);
+    EXPECT_GE(found, actor);
+    actor = std::max(actor, found);
+    if (shows > 0) {
+      EXPECT_GT(next.foundShows, 0) << "the number of shows is lost";
+      EXPECT_LE(next.foundShows, shows) << "shows that were spent are left again";
+    }
+    if (next.foundShows > 0) shows = next.foundShows;
+  };
+  for (int kill = 0; kill < kills() * 3 / 4 && !HasFailure(); ++kill) {
+    SCOPED_TRACE(kill);
+    const Said said = killed("live", home.path());
+    expectSettings(said);
+    actor = std::max(actor, said.actor);
+    if (said.shows > 0) shows = said.shows;
+    expectSoundFile(database);
+    if (!std::filesystem::exists(database)) continue;
+    for (const std::string& event :
+         databaseRows(database,
+                      "select json_extract(PARAMETERS, '$.requestId') from KifoLog where TRYCOUNT "
+                      "= 0 and ISSYNC_SUCCESS = 0")) {
+      stored_.insert(event);
+    }
+    if (kill % 50 == 49) expectSettings(last(home.path()));
+  }
+  expectSettings(last(home.path()));
+  expectOnce();
+  EXPECT_GT(stored_.size(), 0U);
+  EXPECT_GT(shows, 0) << "popups were shown";
+  EXPECT_LT(shows, kMostShows);
+  const std::set<std::string> files = filesIn(home.path());
+  EXPECT_FALSE(files.contains("image.jpg"));
+  EXPECT_LE(files.size(), 6U) << "what killed hosts left behind does not pile up";
+}
+
+TEST_F(RandomKillTest, WhileTheConsentIsErasedEitherAllIsKeptOrAllGoes) {
+  for (int kill = 0; kill < kills() / 4 && !HasFailure(); ++kill) {
+    SCOPED_TRACE(kill);
+    const TemporaryDirectory home;
+    const Said said = killed("erase", home.path());
+    expectSoundFile(home.file("KifoLog.db"));
+    const auto before = server_.requests().count();
+    last(home.path());
+    const auto files = filesIn(home.path());
+    if (files.contains("consent.refused")) {
+      EXPECT_EQ(files, std::set<std::string>{"consent.refused"});
+      EXPECT_EQ(server_.requests().count(), before) << "nothing goes out without consent";
+    } else {
+      EXPECT_FALSE(said.hasRevoked);
+      EXPECT_TRUE(files.contains("consent.given") || !said.hasBegun);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kifo::testing
