@@ -85,6 +85,10 @@ bool ScriptedNotificationService::handleMessage(const QDBusMessage& message,
 }
 
 void ScriptedNotificationService::answer(const QDBusMessage& message) {
+  if (reply) {
+    if (const auto given = reply(message)) connection_.send(*given);
+    return;
+  }
   const QString method = message.member();
   if (method == QLatin1String("Notify")) {
     notify(message);

@@ -43,6 +43,8 @@ class ScriptedNotificationService : public QDBusVirtualObject {
   QStringList capabilities = {QStringLiteral("actions"), QStringLiteral("body")};
   std::optional<bool> inhibited;  ///< None: the service does not know the property.
   bool silent = false;            ///< Calls are kept unanswered.
+  /// Answers every call in place of the service; none leaves it unanswered for ever.
+  std::function<std::optional<QDBusMessage>(const QDBusMessage&)> reply;
   /// Refuses a Notify when it gives an error's name.
   std::function<QString(const Shown&)> refuse;
   /// Runs before a Notify is answered.
