@@ -427,6 +427,7 @@ TEST_F(SyncTest, ARowThatCannotBeRebuiltIsGivenUpWithoutARequest) {
   EXPECT_EQ(fake.http->count(), before);
   EXPECT_EQ(rows("select TRYCOUNT from KifoLog"), (Lines{"1", "1", "1", "1"}));
   EXPECT_EQ(lines("data is nil"), 1U);
+  EXPECT_EQ(Kifo::statistics().sinceInitialize.givenUp(), 4);
 }
 
 TEST_F(SyncTest, AGetRowIsSentWithoutABody) {

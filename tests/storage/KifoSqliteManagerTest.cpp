@@ -1,6 +1,5 @@
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
-#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -152,19 +151,19 @@ TEST_F(SqliteManagerTest, WorkThatIsStillQueuedOutlivesItsOwner) {
   EXPECT_TRUE(std::filesystem::exists(databasePath()));
 }
 
-TEST_F(SqliteManagerTest, AFileLockedByAnotherProcessIsWaitedFor) {
+TEST_F(SqliteManagerTest, AFileLockedByAnotherProcessIsWaitedForButNotForEver) {
   prepare();
-  sqlite3* other = nullptr;
-  ASSERT_EQ(sqlite3_open(databasePath().c_str(), &other), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  auto other = std::make_unique<ForeignLock>(databasePath(), "BEGIN EXCLUSIVE");
   std::thread release([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(150));  // how long the other holds on
-    sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr);
+    other.reset();
   });
-  EXPECT_TRUE(execute("insert into KifoLog (REQUEST_ID) values ('a')"));
+  execute("insert into KifoLog (REQUEST_ID) values ('waits')");
   release.join();
-  sqlite3_close(other);
-  EXPECT_EQ(count("select count(*) from KifoLog"), 1);
+  other = std::make_unique<ForeignLock>(databasePath(), "BEGIN EXCLUSIVE");
+  execute("insert into KifoLog (REQUEST_ID) values ('fails')");  // after the five seconds
+  other.reset();
+  EXPECT_EQ(rows("select REQUEST_ID from KifoLog"), std::vector<std::string>{"waits"});
 }
 
 TEST_F(SqliteManagerTest, OpeningAndClosingReportAsTheyAlwaysDid) {
