@@ -295,6 +295,7 @@ TEST_F(ConsentTest, ARequestThatIsMadeAfterTheRevokingLeadsNowhere) {
   EXPECT_EQ(request.url, "");
   EXPECT_EQ(request.body, std::nullopt);
   EXPECT_THAT(request.headers, IsEmpty());
+  EXPECT_EQ(withConsent({.url = "http://pictures/a.png"}).url, "") << "nor does a picture's";
   late->stop();
 }
 

@@ -6,9 +6,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <random>
 
-#include "testing/ChildProgram.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo::testing {
@@ -214,26 +212,6 @@ TEST_F(FileUserDefaultsTest, APlaceWhereNothingCanBeMadeCostsALineAndNoValue) {
   fake_.runUntilIdle();
   EXPECT_EQ(defaults->value("key"), DefaultsValue(true));
   EXPECT_THAT(fake_.console->lines(), ElementsAre(StartsWith("Kifo UserDefaults: ")));
-}
-
-TEST_F(FileUserDefaultsTest, AKillAtAnyInstantLeavesAWholeFile) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
-  std::int64_t last = 0;
-  for (int round = 0; round < 50; ++round) {
-    ChildProgram child;
-    child.start({KIFO_LINUX_CHILD, "set-for-ever", fake_.directory.file("child"), directory_});
-    ASSERT_TRUE(child.awaitOutput(1 + random() % 12));
-    child.kill();
-    DefaultsFile::Values values;
-    ASSERT_EQ(DefaultsFile(directory_).read(values), DefaultsFile::State::sound);
-    const auto count = std::get<std::int64_t>(values.at("count"));
-    EXPECT_GT(count, last) << "what was said to be written is";
-    EXPECT_EQ(std::get<std::string>(values.at("text")).size(),
-              static_cast<std::size_t>(count % 5000));
-    last = count;
-  }
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <functional>
 #include <future>
 #include <map>
@@ -11,9 +10,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "platform/linux/FileUserDefaults.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/threads/LinuxSerialQueue.h"
 
 namespace kifo {
 namespace {
@@ -42,19 +39,6 @@ void request(
                          [done = std::move(done)](const HttpAnswer&) { done(); });
 }
 
-/// `argument`: the documents directory. Sets values until it is killed.
-void setForEver(const std::string& argument) {
-  const auto queue = std::make_shared<LinuxSerialQueue>("kifo.main");
-  FileUserDefaults defaults(argument, queue);
-  for (std::int64_t count = defaults.integer("count") + 1;; ++count) {
-    defaults.setValue("text", std::string(static_cast<std::size_t>(count % 5000), 'x'));
-    defaults.setValue("count", count);
-    queue->sync([] {});
-    std::fputc('.', stdout);
-    std::fflush(stdout);
-  }
-}
-
 void forkAndExit(const std::string& url) {
   request(url);
   platform()->mainQueue->sync([] {});
@@ -75,7 +59,6 @@ void printFromThreads(const std::string&) {
 }
 
 const std::map<std::string, std::function<void(const std::string&)>> kWays = {
-    {"set-for-ever", setForEver},
     {"request-under-way", [](const std::string& url) { request(url); }},
     {"completion-never-returns",
      [](const std::string& url) {

@@ -35,16 +35,6 @@ class StoreKillTest : public ::testing::Test {
   ChildProgram child_;
 };
 
-TEST_F(StoreKillTest, AHostThatIsKilledASecondIntoAThousandEventsASecondLeavesWholeRows) {
-  child_.start({KIFO_STORE_CHILD, "events", directory_.path()});
-  ASSERT_TRUE(child_.awaitOutput(1000));
-  child_.kill();
-  expectSoundFile();
-  const int stored = std::stoi(rows("select count(*) from KifoLog").at(0));
-  RecordProperty("stored", stored);
-  EXPECT_GT(stored, 0);
-}
-
 TEST_F(StoreKillTest, AHostThatDiesWithinAGroupKeepsTheGroupsBeforeAndNothingOfThisOne) {
   child_.start({KIFO_STORE_CHILD, "group", directory_.path()});
   EXPECT_EQ(child_.wait(), std::nullopt) << "it kills itself";
