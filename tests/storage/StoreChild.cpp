@@ -1,4 +1,5 @@
 // A process that stores requests on the real main queue until it is killed:
+//   kifo_store_child events DIRECTORY   sends an event each millisecond, one '.' for each
 //   kifo_store_child group DIRECTORY    dies within a transaction
 //   kifo_store_child revoke DIRECTORY STEP
 //       revokes the consent and dies before that step of the erasing
@@ -10,10 +11,12 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
 #include <string>
+#include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/notifications/AttachmentFile.h"
@@ -53,6 +56,18 @@ KifoInitConfig configuration() {
   config.listenerUri = "http://listener.test/events";
   config.authorization = "token";
   return config;
+}
+
+void sendEvents() {
+  std::promise<void> answered;
+  Kifo::initialize(configuration(), [&] { answered.set_value(); });
+  answered.get_future().wait();
+  auto due = std::chrono::steady_clock::now();
+  for (int number = 0;; ++number) {
+    std::this_thread::sleep_until(due += std::chrono::milliseconds(1));
+    KifoEventManager::sendEvent("tap", std::nullopt, {{"number", number}});
+    if (::write(STDOUT_FILENO, ".", 1) != 1) return;
+  }
 }
 
 /// Ten rows of one group, and then a group that is too large for SQLite's cache, so that pages of
@@ -231,7 +246,6 @@ int main(int count, char** texts) {
     kifo::installKilling(texts[2]);
     return mode == "begin" ? kifo::begin() : kifo::revoke(count > 3 ? std::atoi(texts[3]) : 0);
   }
-  if (mode != "group") return 64;
   kifo::install(texts[2]);
-  kifo::dieWithinGroup();
+  mode == "group" ? kifo::dieWithinGroup() : kifo::sendEvents();
 }
