@@ -40,6 +40,10 @@ WatchedApplication::Stretch since(const WatchedApplication::Stretch& begin) {
 
 }  // namespace
 
+double WatchedApplication::ownTime() {
+  return microsecondsOf(CLOCK_THREAD_CPUTIME_ID);
+}
+
 WatchedApplication::WatchedApplication() : QApplication(argumentCount, programArguments) {}
 
 bool WatchedApplication::notify(QObject* receiver, QEvent* event) {

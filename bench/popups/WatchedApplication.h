@@ -26,6 +26,9 @@ class WatchedApplication : public QApplication {
 
   WatchedApplication();
 
+  /// Microseconds that the calling thread has worked.
+  static double ownTime();
+
   bool notify(QObject* receiver, QEvent* event) override;
 
   /// Waits for the first frame in which the widget of that name is painted and `accepts` it;

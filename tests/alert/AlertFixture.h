@@ -1,80 +1,87 @@
 #pragma once
 
-#include <gmock/gmock.h>
+#include "tests/alert/AlertToolkits.h"
+#include "tests/views/PopupFixture.h"
 
-#include <QApplication>
-#include <QLineEdit>
-#include <QTest>
-#include <QWidget>
-#include <memory>
+namespace kifo::testing {
 
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertOverlay.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-#include "testing/FakePlatform.h"
-
-namespace kifo {
-
-/// A window of the host's with a field that has the focus, and alerts over it that do not move
-/// unless a test wants them to.
-class AlertFixture : public ::testing::Test {
+/// Alerts over one toolkit's host, which do not move unless a test wants them
+/// to. Controls are found by their accessible names.
+template <class Toolkit>
+class AlertFixture : public SettledTest {
  protected:
-  AlertFixture() : window(std::make_unique<QWidget>()), field(new QLineEdit(window.get())) {
-    window->resize(500, 600);
-    window->show();
-    window->activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    field->setFocus();
-  }
+  using Alert = typename Toolkit::Alert;
 
   /// Hides what is still shown.
   ~AlertFixture() override {
     for (const auto& alert : alerts_) {
       if (const auto shown = alert.lock()) shown->hideView();
     }
+    settle();
   }
 
-  std::shared_ptr<KifoPopup> makeAlert(KifoAppearance appearance = {}) {
-    auto alert = std::make_shared<KifoPopup>(std::move(appearance));
-    alert->hostWindow = window.get();
+  std::shared_ptr<Alert> makeAlert(KifoAppearance appearance = {}) {
+    auto alert = std::make_shared<Alert>(std::move(appearance));
+    toolkit.setUp(*alert);
     alert->motion.reduced = true;
     alerts_.push_back(alert);
     return alert;
   }
 
-  std::vector<AlertOverlay*> overlays() const {
-    std::vector<AlertOverlay*> shown;
-    for (auto* overlay : window->findChildren<AlertOverlay*>(Qt::FindDirectChildrenOnly)) {
-      if (overlay->isVisible()) shown.push_back(overlay);
-    }
-    return shown;
+  void click(const QString& name) {
+    user.click(name);
+    settle();
   }
-
-  static void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
-  /// A click into the corner of the window, where no card is.
-  void clickBackground() const {
-    QTest::mouseClick(overlays().back(), Qt::LeftButton, {}, QPoint(3, 3));
+  void clickAt(QPoint place) {
+    QTest::mouseClick(&toolkit.window(), Qt::LeftButton, {}, place);
+    settle();
   }
-  static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  void tapAt(QPoint place) {
+    static QPointingDevice* const finger = QTest::createTouchDevice();
+    QTest::touchEvent(&toolkit.window(), finger).press(0, place, &toolkit.window());
+    QTest::touchEvent(&toolkit.window(), finger).release(0, place, &toolkit.window());
   }
-  /// Waits until an alert that moves has come.
-  static void waitUntilCome(const KifoPopup& alert) {
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return alert.baseView()->graphicsEffect() == nullptr; }, 20000));
-  }
-  /// Lets what was put off for a safer moment happen.
-  static void settle() {
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    user.press(key, 1, modifiers);
     QCoreApplication::processEvents();
   }
+  /// The accessible name of what has the focus; of the host's field, its object
+  /// name.
+  static QString focused() {
+    QObject* object = QGuiApplication::focusObject();
+    if (!object) return {};
+    const QAccessibleInterface* known = QAccessible::queryAccessibleInterface(object);
+    const QString name = known ? known->text(QAccessible::Name) : QString();
+    return name.isEmpty() ? object->objectName() : name;
+  }
+  /// Where the first part of that role and name lies in the window; empty when
+  /// there is none.
+  QRect box(const QString& name, QAccessible::Role role = QAccessible::Button) {
+    const QPoint origin = toolkit.window().mapToGlobal(QPoint());
+    QAccessibleInterface* found = user.overlay() ? search(user.overlay(), name, role) : nullptr;
+    return found ? found->rect().translated(-origin) : QRect();
+  }
+  QRect textBox(const QString& text) { return box(text, QAccessible::StaticText); }
+  QRect fieldBox(const QString& name) { return box(name, QAccessible::EditableText); }
+  QRect windowBox() { return {QPoint(), toolkit.window().size()}; }
+  /// Waits until an alert that moves has come.
+  void waitUntilCome() { user.waitForOverlay(); }
 
-  testing::InstalledFakePlatform fake;
-  std::unique_ptr<QWidget> window;
-  QLineEdit* field;
+  Toolkit toolkit;
+  User user{toolkit.window(), [this] { return toolkit.picture(); }};
 
  private:
-  std::vector<std::weak_ptr<KifoPopup>> alerts_;
+  static QAccessibleInterface* search(QAccessibleInterface* at, const QString& name,
+                                      QAccessible::Role role) {
+    if (at->state().invisible) return nullptr;
+    if (at->role() == role && at->text(QAccessible::Name) == name) return at;
+    for (int i = 0; i < at->childCount(); ++i) {
+      if (auto* found = search(at->child(i), name, role)) return found;
+    }
+    return nullptr;
+  }
+
+  std::vector<std::weak_ptr<Alert>> alerts_;
 };
 
-}  // namespace kifo
+}  // namespace kifo::testing

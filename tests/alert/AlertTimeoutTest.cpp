@@ -1,11 +1,10 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertTimeout.h"
 
-#include <QSignalSpy>
 #include <limits>
 
 #include "tests/alert/AlertFixture.h"
 
-namespace kifo {
+namespace kifo::testing {
 namespace {
 
 using ::testing::ElementsAre;
@@ -43,27 +42,34 @@ TEST(KifoPopupTimeoutClockTest, WhileItIsHeldNothingIsLost) {
   EXPECT_FALSE(clock.timeoutTimer().isActive()) << "a new time waits as well";
 }
 
-class AlertTimeoutTest : public AlertFixture {
+template <class Toolkit>
+class AlertTimeoutTest : public AlertFixture<Toolkit> {
  protected:
-  std::shared_ptr<KifoPopup> showFor(double seconds, std::function<void()> action = {},
-                                     bool pauses = false) {
-    const auto alert = makeAlert();
+  using Alert = typename Toolkit::Alert;
+
+  std::shared_ptr<Alert> showFor(double seconds, std::function<void()> action = {},
+                                 bool pauses = false) {
+    const auto alert = this->makeAlert();
     alert->addButton("Stay", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});
     alert->showWarning("Still there?", "", "Leave",
                        KifoTimeoutConfiguration{seconds, std::move(action), pauses});
     return alert;
   }
-  static bool isHeld(const KifoPopup& alert) { return alert.findChild<AlertTimeout*>()->isHeld(); }
-  static void point(QWidget* widget, QPoint at) {
-    QTest::mouseMove(widget, at);
+  static QString titleOf(const Alert& alert) { return Toolkit::titleOf(*alert.buttons().front()); }
+  static bool isHeld(const Alert& alert) {
+    return alert.template findChild<AlertTimeout*>()->isHeld();
+  }
+  void point(QPoint at) {
+    QTest::mouseMove(&this->toolkit.window(), at);
     QCoreApplication::processEvents();
   }
 };
+TYPED_TEST_SUITE(AlertTimeoutTest, AlertToolkits);
 
-TEST_F(AlertTimeoutTest, WhenTheTimeIsUpTheActionRunsOnceAndTheAlertHides) {
+TYPED_TEST(AlertTimeoutTest, WhenTheTimeIsUpTheActionRunsOnceAndTheAlertHides) {
   std::vector<bool> shownThen;
-  std::shared_ptr<KifoPopup> alert;
-  alert = showFor(0.02, [&] {
+  std::shared_ptr<typename TypeParam::Alert> alert;
+  alert = this->showFor(0.02, [&] {
     shownThen.push_back(alert->isShowing());
     alert->hideViewTimeout();
   });
@@ -72,79 +78,75 @@ TEST_F(AlertTimeoutTest, WhenTheTimeIsUpTheActionRunsOnceAndTheAlertHides) {
   EXPECT_THAT(shownThen, ElementsAre(true));
 }
 
-TEST_F(AlertTimeoutTest, ATimeThatIsUpWhileTheAlertHidesIsTooLate) {
-  const auto alert = showFor(kHour, [] { FAIL(); });
+TYPED_TEST(AlertTimeoutTest, ATimeThatIsUpWhileTheAlertHidesIsTooLate) {
+  const auto alert = this->showFor(kHour, [] { FAIL(); });
   alert->motion.reduced = false;
   alert->hideView();
   alert->hideViewTimeout();
   alert->updateShowTimeout();
   EXPECT_FALSE(alert->isShowing());
-  EXPECT_TRUE(QTest::qWaitFor([&] { return overlays().empty(); }, 20000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return this->toolkit.overlays().empty(); }, 20000));
 }
 
-TEST_F(AlertTimeoutTest, TheActionMayShowTheAlertAnew) {
-  std::shared_ptr<KifoPopup> alert;
-  alert = showFor(kHour, [&] { alert->showInfo("Signed out", "", "OK"); });
+TYPED_TEST(AlertTimeoutTest, TheActionMayShowTheAlertAnew) {
+  std::shared_ptr<typename TypeParam::Alert> alert;
+  alert = this->showFor(kHour, [&] { alert->showInfo("Signed out", "", "OK"); });
   alert->hideViewTimeout();
   EXPECT_TRUE(alert->isShowing());
-  EXPECT_EQ(alert->labelTitle()->text(), "Signed out");
-  EXPECT_EQ(alert->buttons().front()->text(), "Stay") << "there is nothing left to count";
+  EXPECT_FALSE(this->textBox("Signed out").isEmpty());
+  EXPECT_EQ(this->titleOf(*alert), "Stay") << "there is nothing left to count";
 }
 
-TEST_F(AlertTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
-  const auto alert = showFor(3);
+TYPED_TEST(AlertTimeoutTest, TheSecondsAreCountedInTheTitlesThatShowThem) {
+  const auto alert = this->showFor(3);
   std::vector<QString> titles;
   for (int second = 0; second < 5; ++second) {
-    titles.push_back(alert->buttons().front()->text());
+    titles.push_back(this->titleOf(*alert));
     alert->updateShowTimeout();
   }
   EXPECT_THAT(titles,
               ElementsAre("Stay (3 s)", "Stay (2 s)", "Stay (1 s)", "Stay (0 s)", "Stay (0 s)"));
-  EXPECT_EQ(alert->buttons().back()->text(), "Leave");
-  EXPECT_EQ(alert->buttons().front()->accessibleName(), "Stay");
+  EXPECT_EQ(TypeParam::titleOf(*alert->buttons().back()), "Leave");
 }
 
-TEST_F(AlertTimeoutTest, AButtonThatComesLaterCountsDownToo) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertTimeoutTest, AButtonThatComesLaterCountsDownToo) {
+  const auto alert = this->makeAlert();
   alert->showInfo("Later", "", "OK", KifoTimeoutConfiguration{60, {}});
-  const auto* clock = alert->findChild<AlertTimeout*>();
+  const auto* clock = alert->template findChild<AlertTimeout*>();
   EXPECT_FALSE(clock->showTimeoutTimer().isActive()) << "nobody wants to know";
-  KifoButton* button =
-      alert->addButton("Wait", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});
-  EXPECT_EQ(button->text(), "Wait (60 s)");
+  alert->addButton("Wait", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});
+  EXPECT_EQ(this->titleOf(*alert), "Wait (60 s)");
   EXPECT_TRUE(clock->showTimeoutTimer().isActive());
 }
 
-TEST_F(AlertTimeoutTest, ThePointerOnTheCardHoldsTheClockIfTheHostAsksForIt) {
+TYPED_TEST(AlertTimeoutTest, ThePointerOnTheCardHoldsTheClockIfTheHostAsksForIt) {
   for (const bool asked : {false, true}) {
-    const auto alert = showFor(kHour, {}, asked);
-    point(window.get(), QPoint(2, 2));
-    EXPECT_FALSE(isHeld(*alert)) << "the focus that the alert took by itself does not count";
-    point(alert->baseView(), alert->baseView()->rect().center());
-    EXPECT_EQ(isHeld(*alert), asked);
-    point(window.get(), QPoint(2, 2));
-    EXPECT_FALSE(isHeld(*alert));
+    const auto alert = this->showFor(kHour, {}, asked);
+    this->point({2, 2});
+    EXPECT_FALSE(this->isHeld(*alert)) << "the focus that the alert took by itself does not count";
+    this->point(this->toolkit.card(*alert).center());
+    EXPECT_EQ(this->isHeld(*alert), asked);
+    this->point({2, 2});
+    EXPECT_FALSE(this->isHeld(*alert));
     alert->hideView();
   }
 }
 
-TEST_F(AlertTimeoutTest, AUserAtTheKeyboardHoldsTheClockUntilTheWindowIsLeft) {
+TYPED_TEST(AlertTimeoutTest, AUserAtTheKeyboardHoldsTheClockUntilTheWindowIsLeft) {
+  const auto typed = this->makeAlert();
+  typed->addTextField("Name");
+  typed->showEdit("Who?", "", "OK", KifoTimeoutConfiguration{kHour, {}, true});
+  this->user.type("A");
+  EXPECT_TRUE(this->isHeld(*typed));
+  typed->hideView();
+  const auto alert = this->showFor(kHour, {}, true);
+  this->press(Qt::Key_Tab);
+  EXPECT_TRUE(this->isHeld(*alert));
   QWidget elsewhere;
   elsewhere.show();
-  window->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-  const auto typed = makeAlert();
-  QLineEdit* name = typed->addTextField("Name");
-  typed->showEdit("Who?", "", "OK", KifoTimeoutConfiguration{kHour, {}, true});
-  QTest::keyClicks(name, "A");
-  EXPECT_TRUE(isHeld(*typed));
-  typed->hideView();
-  const auto alert = showFor(kHour, {}, true);
-  press(Qt::Key_Tab);
-  EXPECT_TRUE(isHeld(*alert));
   elsewhere.activateWindow();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !isHeld(*alert); }, 20000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !this->isHeld(*alert); }, 20000));
 }
 
 }  // namespace
-}  // namespace kifo
+}  // namespace kifo::testing

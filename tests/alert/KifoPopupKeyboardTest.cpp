@@ -1,19 +1,17 @@
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QShortcut>
-
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
+// Alerts by keyboard alone.
 #include "tests/alert/AlertFixture.h"
+#include "tests/views/Pixels.h"
 
-namespace kifo {
+namespace kifo::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
-class KifoPopupKeyboardTest : public AlertFixture {};
+template <class Toolkit>
+class AlertKeyboardTest : public AlertFixture<Toolkit> {};
+TYPED_TEST_SUITE(AlertKeyboardTest, AlertToolkits);
 
-TEST_F(KifoPopupKeyboardTest, EscapeClosesWhereTheUserIsOfferedAWayOut) {
+TYPED_TEST(AlertKeyboardTest, EscapeClosesWhereTheUserIsOfferedAWayOut) {
   KifoAppearance tappable;
   tappable.hideWhenBackgroundViewIsTapped = true;
   KifoAppearance untappable = tappable;
@@ -40,134 +38,135 @@ TEST_F(KifoPopupKeyboardTest, EscapeClosesWhereTheUserIsOfferedAWayOut) {
       {"no close button allowed", {closed, true, kQuestion, "Close", false}},
   };
   for (const auto& [what, each] : cases) {
-    const auto alert = makeAlert(each.appearance);
+    const auto alert = this->makeAlert(each.appearance);
     if (each.hasButton) alert->addButton("Yes", [] { FAIL() << "Escape is no press"; });
     alert->showTitle("Escape", "", each.style, each.closeButtonTitle);
-    press(Qt::Key_Escape);
+    this->press(Qt::Key_Escape);
     EXPECT_EQ(alert->isShowing(), !each.closes) << what;
     alert->hideView();
   }
 }
 
-TEST_F(KifoPopupKeyboardTest, EnterPressesTheFirstButtonUnlessAnotherHasTheFocus) {
+TYPED_TEST(AlertKeyboardTest, EnterPressesTheFirstButtonUnlessAnotherHasTheFocus) {
   for (const bool moveOn : {false, true}) {
     for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) {
-      const auto alert = makeAlert();
+      const auto alert = this->makeAlert();
       std::vector<QString> pressed;
       for (const QString name : {"First", "Second"}) {
         alert->addButton(name, [&pressed, name] { pressed.push_back(name); });
       }
       alert->showTitle("Enter", "", KifoPopupStyle::question);
-      if (moveOn) press(Qt::Key_Tab);
-      press(enter);
+      if (moveOn) this->press(Qt::Key_Tab);
+      this->press(enter);
       EXPECT_THAT(pressed, ElementsAre(moveOn ? "Second" : "First"));
       EXPECT_FALSE(alert->isShowing());
     }
   }
 }
 
-TEST_F(KifoPopupKeyboardTest, EnterInAFieldPressesTheFirstButtonAndInATextViewBreaksTheLine) {
-  const auto alert = makeAlert();
-  QPlainTextEdit* story = alert->addTextView();
-  QLineEdit* name = alert->addTextField("Name");
+TYPED_TEST(AlertKeyboardTest, EnterInAFieldPressesTheFirstButtonAndInATextViewBreaksTheLine) {
+  const auto alert = this->makeAlert();
+  auto* story = alert->addTextView();
+  auto* name = alert->addTextField("Name");
   int saved = 0;
   alert->addButton("Save", [&] { ++saved; });
   alert->showEdit("Who?");
-
-  story->setFocus();
-  QTest::keyClicks(story, "a");
-  press(Qt::Key_Return);
-  QTest::keyClicks(story, "b");
-  EXPECT_EQ(story->toPlainText(), "a\nb");
+  this->user.type("a");
+  this->press(Qt::Key_Return);
+  this->user.type("b");
+  EXPECT_EQ(TypeParam::textOf(*story), "a\nb");
   EXPECT_EQ(saved, 0);
-  name->setFocus();
-  QTest::keyClicks(name, "Ada");
-  press(Qt::Key_Return);
+  this->press(Qt::Key_Tab);
+  this->user.type("Ada");
+  this->press(Qt::Key_Return);
   EXPECT_EQ(saved, 1);
-  EXPECT_EQ(name->text(), "Ada");
+  EXPECT_EQ(name->text(), "Ada") << "the text outlives the alert's view";
 }
 
-TEST_F(KifoPopupKeyboardTest, AKeyHeldDownSinceBeforeDoesNotAnswer) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertKeyboardTest, AKeyHeldDownSinceBeforeDoesNotAnswer) {
+  const auto alert = this->makeAlert();
   alert->addButton("Yes", [] { FAIL(); });
   alert->showTitle("Held", "", KifoPopupStyle::question, "No");
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
     QKeyEvent repeated(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
-    QApplication::sendEvent(QApplication::focusWidget(), &repeated);
+    QCoreApplication::sendEvent(&this->toolkit.window(), &repeated);
   }
   EXPECT_TRUE(alert->isShowing());
 }
 
-TEST_F(KifoPopupKeyboardTest, TabGoesRoundInTheOrderThatIsSeen) {
-  const auto alert = makeAlert();
-  KifoButton* yes = alert->addButton("Yes", [] {});
-  auto* custom = new QPushButton("Custom");
-  alert->customSubview = custom;
-  QPlainTextEdit* story = alert->addTextView();
-  QLineEdit* name = alert->addTextField("Name");
+TYPED_TEST(AlertKeyboardTest, TabGoesRoundInTheOrderThatIsSeen) {
+  const auto alert = this->makeAlert();
+  alert->addButton("Yes", [] {});
+  this->toolkit.addCustomView(*alert);
+  alert->addTextField("First");
+  alert->addTextField("Second");
   alert->closeIcon = QIcon(QPixmap(16, 16));
   alert->showEdit("Order", "", "No");
-  KifoButton* no = alert->buttons().back();
 
-  std::vector<QWidget*> forth = {QApplication::focusWidget()};
-  for (int i = 0; i < 5; ++i) {
-    press(Qt::Key_Tab);
-    forth.push_back(QApplication::focusWidget());
+  std::vector<QString> forth = {this->focused()};
+  for (int i = 0; i < 6; ++i) {
+    this->press(Qt::Key_Tab);
+    forth.push_back(this->focused());
   }
-  QWidget* cross = forth.back();
-  EXPECT_THAT(forth, ElementsAre(story, name, custom, yes, no, cross));
-  press(Qt::Key_Tab);
-  EXPECT_EQ(QApplication::focusWidget(), story);
-  press(Qt::Key_Backtab);
-  EXPECT_EQ(QApplication::focusWidget(), cross);
+  EXPECT_THAT(forth, ElementsAre("First", "Second", "Custom", "Yes", "No", "Close", "First"));
+  this->press(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(this->focused(), "Close");
 }
 
-TEST_F(KifoPopupKeyboardTest, AnAlertWithoutAnythingToFocusKeepsTheKeysFromTheWindow) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertKeyboardTest, TheFocusRingStandsOutFromBothSidesOfIt) {
+  const auto alert = this->makeAlert();
+  alert->addButton("Yes", [] {});
+  alert->showInfo("Title", "Text", "No");
+  this->settle();
+  const QImage off = cut(this->toolkit.picture(), this->box("No"));
+  this->press(Qt::Key_Tab);
+  this->settle();
+  expectRingStandsOut(off, cut(this->toolkit.picture(), this->box("No")));
+}
+
+TYPED_TEST(AlertKeyboardTest, AnAlertWithoutAnythingToFocusKeepsTheKeysFromTheWindow) {
+  const auto alert = this->makeAlert();
   alert->showWait("One moment");
-  QTest::keyClicks(QApplication::focusWidget(), "abc");
-  EXPECT_THAT(field->text().toStdString(), IsEmpty());
+  this->user.type("abc");
+  EXPECT_EQ(this->toolkit.hostText(), "");
   alert->hideView();
-  QTest::keyClicks(QApplication::focusWidget(), "abc");
-  EXPECT_EQ(field->text(), "abc");
+  this->user.type("abc");
+  EXPECT_EQ(this->toolkit.hostText(), "abc");
 }
 
-TEST_F(KifoPopupKeyboardTest, TheWindowsShortcutsRestAndAnAmpersandInATitleIsNone) {
-  int fired = 0;
-  const QShortcut shortcut(QKeySequence(Qt::CTRL | Qt::Key_D), window.get(), [&] { ++fired; });
-  const auto alert = makeAlert();
-  KifoButton* button = alert->addButton("R&D", [] { FAIL(); });
+TYPED_TEST(AlertKeyboardTest, TheWindowsShortcutsRestAndAnAmpersandInATitleIsNone) {
+  const auto alert = this->makeAlert();
+  alert->addButton("R&D", [] { FAIL(); });
   alert->showInfo("Departments", "", "OK");
-  EXPECT_TRUE(button->shortcut().isEmpty());
-  press(Qt::Key_D, Qt::AltModifier);
+  this->press(Qt::Key_D, Qt::AltModifier);
   EXPECT_TRUE(alert->isShowing());
-  press(Qt::Key_D, Qt::ControlModifier);
-  EXPECT_EQ(fired, 0);
+  this->press(Qt::Key_D, Qt::ControlModifier);
+  EXPECT_EQ(this->toolkit.shortcuts(), 0);
   alert->hideView();
-  press(Qt::Key_D, Qt::ControlModifier);
-  EXPECT_EQ(fired, 1);
+  this->press(Qt::Key_D, Qt::ControlModifier);
+  EXPECT_EQ(this->toolkit.shortcuts(), 1);
 }
 
-TEST_F(KifoPopupKeyboardTest, TheUpperOfTwoAlertsHasTheKeyboardWhicheverEndsFirst) {
+TYPED_TEST(AlertKeyboardTest, TheUpperOfTwoAlertsHasTheKeyboardWhicheverEndsFirst) {
   for (const bool upperEndsFirst : {true, false}) {
-    const auto lower = makeAlert();
-    lower->showInfo("Lower", "", "OK");
-    const auto upper = makeAlert();
-    upper->showInfo("Upper", "", "OK");
-    lower->buttons().front()->setFocus();
-    EXPECT_EQ(QApplication::focusWidget(), upper->buttons().front());
+    const auto lower = this->makeAlert();
+    lower->showInfo("Lower", "", "Lower's");
+    const auto upper = this->makeAlert();
+    upper->showInfo("Upper", "", "Upper's");
+    this->toolkit.focusHost();
+    EXPECT_EQ(this->focused(), "Upper's");
     if (upperEndsFirst) {
-      press(Qt::Key_Escape);
+      this->press(Qt::Key_Escape);
       EXPECT_FALSE(upper->isShowing());
-      EXPECT_EQ(QApplication::focusWidget(), lower->buttons().front());
+      EXPECT_EQ(this->focused(), "Lower's");
     } else {
       lower->hideView();
-      EXPECT_EQ(QApplication::focusWidget(), upper->buttons().front());
+      EXPECT_EQ(this->focused(), "Upper's");
     }
-    press(Qt::Key_Escape);
-    EXPECT_EQ(QApplication::focusWidget(), field);
+    this->press(Qt::Key_Escape);
+    EXPECT_EQ(this->focused(), "hostField");
   }
 }
 
 }  // namespace
-}  // namespace kifo
+}  // namespace kifo::testing

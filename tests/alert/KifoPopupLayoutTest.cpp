@@ -1,178 +1,160 @@
-#include <QPlainTextEdit>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QStyle>
-
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/AlertList.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
+// Where the parts of an alert lie, in logical pixels of the window.
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 #include "tests/alert/AlertFixture.h"
 
-namespace kifo {
+namespace kifo::testing {
 namespace {
 
 using ::testing::Each;
 using ::testing::Ge;
-using ::testing::Le;
 
-class KifoPopupLayoutTest : public AlertFixture {
+template <class Toolkit>
+class AlertLayoutTest : public AlertFixture<Toolkit> {
  protected:
-  /// Where `part` of an alert lies in the window.
-  QRect placeOf(const QWidget* part) const {
-    return {part->mapTo(window.get(), QPoint()), part->size()};
+  void expectCentred(const typename Toolkit::Alert& alert) {
+    const QPoint middle = this->toolkit.card(alert).center();
+    EXPECT_NEAR(middle.x(), this->windowBox().center().x(), 1);
+    EXPECT_NEAR(middle.y(), this->windowBox().center().y(), 1);
   }
-  void expectCentred(const KifoPopup& alert, const QRect& room) const {
-    const QPoint middle = placeOf(alert.baseView()).center();
-    EXPECT_NEAR(middle.x(), room.center().x(), 1);
-    EXPECT_NEAR(middle.y(), room.center().y(), 1);
-  }
-  static const AlertList* listOf(const KifoPopup& alert) {
-    return alert.contentView()->findChild<AlertList*>();
-  }
-  /// Where each text of an alert's list lies in the list.
-  static std::map<QString, QRect> placesInList(const KifoPopup& alert) {
-    std::map<QString, QRect> places;
-    for (const QLabel* label : listOf(alert)->findChildren<QLabel*>()) {
-      places[label->text()] = label->geometry();
+  /// One stands above the other, and so on.
+  static void expectApart(const std::vector<QRect>& boxes) {
+    for (std::size_t i = 1; i < boxes.size(); ++i) {
+      EXPECT_FALSE(boxes[i].isEmpty()) << i;
+      EXPECT_LE(boxes[i - 1].bottom(), boxes[i].top()) << i;
     }
-    return places;
   }
-  /// The parts that an alert has from top to bottom do not overlap.
-  void expectApart(const KifoPopup& alert) const {
-    std::vector<QWidget*> parts = {alert.labelTitle(), alert.viewText()};
-    parts.insert(parts.end(), alert.inputs().begin(), alert.inputs().end());
-    parts.insert(parts.end(), alert.input().begin(), alert.input().end());
-    parts.insert(parts.end(), alert.buttons().begin(), alert.buttons().end());
-    for (std::size_t i = 1; i < parts.size(); ++i) {
-      EXPECT_LT(placeOf(parts[i - 1]).bottom(), placeOf(parts[i]).top());
-    }
+  std::map<QString, QRect> places(const QStringList& texts) {
+    std::map<QString, QRect> found;
+    for (const QString& each : texts) found[each] = this->textBox(each);
+    return found;
   }
 };
+TYPED_TEST_SUITE(AlertLayoutTest, AlertToolkits);
 
-const QString kLongText = QString("The payment terminal does not answer. ").repeated(12);
+const QString kLongText = QString("The payment terminal does not answer. ").repeated(12).trimmed();
 
-TEST_F(KifoPopupLayoutTest, TheCardStandsInTheMiddleOfTheWindowAndFollowsIt) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertLayoutTest, TheCardStandsInTheMiddleOfTheWindowAndFollowsIt) {
+  const auto alert = this->makeAlert();
   alert->showInfo("Middle", "Text", "OK");
-  EXPECT_EQ(alert->baseView()->width(), 240);
+  EXPECT_EQ(this->toolkit.card(*alert).width(), 240);
   for (const QSize size : {QSize(500, 600), QSize(1400, 400), QSize(300, 500)}) {
-    window->resize(size);
-    expectCentred(*alert, window->rect());
-    EXPECT_EQ(overlays().front()->geometry(), window->rect());
-    const auto* area = alert->baseView()->findChild<QScrollArea*>();
-    EXPECT_EQ(area->verticalScrollBar()->maximum(), 0) << "what fits shows no sign of scrolling";
+    this->toolkit.resize(size);
+    this->settle();
+    this->expectCentred(*alert);
   }
   alert->hideView();
 
-  const auto notification = makeAlert();
+  const auto notification = this->makeAlert();
   notification->type = ScreenType::notification;
   notification->showInfo("Above", "Text", "OK");
-  EXPECT_THAT(placeOf(notification->baseView()).top(), Le(16));
+  EXPECT_LE(this->toolkit.card(*notification).top(), 16);
 }
 
-TEST_F(KifoPopupLayoutTest, InAWindowOfAnySizeTheCardFitsAndEveryButtonCanBeReached) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertLayoutTest, InAWindowOfAnySizeTheCardFitsAndEveryButtonCanBeReached) {
+  const QString title = "A rather long title for a small window";
+  const auto alert = this->makeAlert();
   alert->addTextField("Name");
-  alert->addTextView();
   alert->addButton("Yes", [] {});
-  window->resize(200, 160);
-  alert->showError("A rather long title for a small window", kLongText, "No");
-  KifoButton* last = alert->buttons().back();
+  this->toolkit.resize({200, 160});
+  alert->showError(title, kLongText, "No");
   for (const QSize size : {QSize(120, 90), QSize(240, 160), QSize(320, 240), QSize(800, 480)}) {
-    window->resize(size);
-    expectApart(*alert);
-    alert->inputs().front()->setFocus();
-    while (QApplication::focusWidget() != last) press(Qt::Key_Tab);
-    EXPECT_TRUE(window->rect().contains(placeOf(alert->baseView())));
-    EXPECT_TRUE(placeOf(alert->baseView()).contains(placeOf(last).center()));
-    EXPECT_THAT(last->visibleRegion().boundingRect().height(), Ge(std::min(20, size.height() / 4)));
+    this->toolkit.resize(size);
+    this->settle();
+    this->user.tabTo("Name");
+    this->user.tabTo("No");
+    this->expectApart({this->textBox(title), this->textBox(kLongText), this->fieldBox("Name"),
+                       this->box("Yes"), this->box("No")});
+    const QRect card = this->toolkit.card(*alert);
+    EXPECT_TRUE(this->windowBox().contains(card));
+    EXPECT_TRUE(card.contains(this->box("No").center())) << "what has the focus is scrolled to";
+    const QRect seen = this->box("No").intersected(card);
+    EXPECT_GE(seen.height(), std::min(20, size.height() / 4));
   }
 }
 
-TEST_F(KifoPopupLayoutTest, ALongTextMakesTheCardWiderUpToALimit) {
-  window->resize(1400, 900);
-  const auto alert = makeAlert();
+TYPED_TEST(AlertLayoutTest, ALongTextMakesTheCardWiderUpToALimit) {
+  this->toolkit.resize({1400, 900});
+  const auto alert = this->makeAlert();
   const auto responder = alert->showInfo("Width", "Short", "OK");
-  const int narrow = alert->baseView()->width();
+  const int narrow = this->toolkit.card(*alert).width();
   responder.setSubTitle(kLongText);
-  QCoreApplication::processEvents();
-  EXPECT_GT(alert->baseView()->width(), narrow);
-  EXPECT_LE(alert->baseView()->width(), 400);
-  EXPECT_GE(alert->viewText()->height(),
-            alert->viewText()->heightForWidth(alert->viewText()->width()));
+  this->settle();
+  EXPECT_GT(this->toolkit.card(*alert).width(), narrow);
+  EXPECT_LE(this->toolkit.card(*alert).width(), 400);
 }
 
-TEST_F(KifoPopupLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoesNot) {
+TYPED_TEST(AlertLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoesNot) {
   KifoAppearance appearance;
   appearance.buttonsLayout = KifoAlertButtonLayout::horizontal;
-  const auto alert = makeAlert(appearance);
-  alert->addButton("Send it to me by post", [] {});
-  alert->addButton("Throw it away", [] {});
+  const auto alert = this->makeAlert(appearance);
+  const QString post = "Send it to me by post";
+  const QString away = "Throw it away";
+  alert->addButton(post, [] {});
+  alert->addButton(away, [] {});
   alert->showInfo("Receipt");
-  const QRect first = placeOf(alert->buttons()[0]);
-  const QRect second = placeOf(alert->buttons()[1]);
-  EXPECT_EQ(first.top(), second.top());
-  EXPECT_LT(first.right(), second.left());
-  EXPECT_NEAR(first.width(), second.width(), 1);
-  EXPECT_GT(alert->baseView()->width(), 240);
+  EXPECT_EQ(this->box(post).top(), this->box(away).top());
+  EXPECT_LT(this->box(post).right(), this->box(away).left());
+  EXPECT_NEAR(this->box(post).width(), this->box(away).width(), 1);
+  EXPECT_GT(this->toolkit.card(*alert).width(), 240);
 
-  window->setLayoutDirection(Qt::RightToLeft);
-  EXPECT_GT(placeOf(alert->buttons()[0]).left(), placeOf(alert->buttons()[1]).right());
+  this->toolkit.setDirection(Qt::RightToLeft);
+  this->settle();
+  EXPECT_GT(this->box(post).left(), this->box(away).right());
 
-  window->resize(280, 600);
-  EXPECT_LT(placeOf(alert->buttons()[0]).bottom(), placeOf(alert->buttons()[1]).top());
-  window->resize(150, 600);
-  EXPECT_GT(alert->buttons()[0]->height(), 45) << "a title that breaks makes its button higher";
+  this->toolkit.resize({280, 600});
+  this->settle();
+  EXPECT_LT(this->box(post).bottom(), this->box(away).top());
+  this->toolkit.resize({150, 600});
+  this->settle();
+  EXPECT_GT(this->box(post).height(), 45) << "a title that breaks makes its button higher";
 }
 
-TEST_F(KifoPopupLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
+TYPED_TEST(AlertLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
   const QRect keyboard(0, 300, 500, 300);
-  const auto plain = makeAlert();
+  const auto plain = this->makeAlert();
   plain->showInfo("No field", "", "OK");
-  plain->keyboardWillShow(keyboard);
-  expectCentred(*plain, window->rect());
-  EXPECT_FALSE(plain->keyboardHasBeenShown());
+  TypeParam::keyboard(*plain, keyboard);
+  this->expectCentred(*plain);
   plain->hideView();
 
-  const auto alert = makeAlert();
+  const auto alert = this->makeAlert();
   alert->addTextView();
   alert->addTextView();
-  QLineEdit* last = alert->addTextField("Name");
+  alert->addTextField("Name");
   alert->showEdit("Field", "", "OK");
-  alert->keyboardWillShow(keyboard);
-  EXPECT_TRUE(alert->keyboardHasBeenShown());
-  EXPECT_LT(placeOf(alert->baseView()).bottom(), keyboard.top());
-  ASSERT_TRUE(last->visibleRegion().isEmpty());
-  last->setFocus();
-  EXPECT_EQ(last->visibleRegion().boundingRect(), last->rect()) << "the field is scrolled to";
-  alert->keyboardWillHide();
-  expectCentred(*alert, window->rect());
+  TypeParam::keyboard(*alert, keyboard);
+  this->settle();
+  const QRect card = this->toolkit.card(*alert);
+  EXPECT_LT(card.bottom(), keyboard.top());
+  ASSERT_FALSE(card.contains(this->fieldBox("Name")));
+  this->user.tabTo("Name");
+  EXPECT_TRUE(card.contains(this->fieldBox("Name"))) << "the field is scrolled to";
+  TypeParam::keyboard(*alert, {});
+  this->settle();
+  this->expectCentred(*alert);
 }
 
-TEST_F(KifoPopupLayoutTest, ACustomViewStandsAboveTheButtonsAndMayGrow) {
-  const auto alert = makeAlert();
-  auto* custom = new QWidget;
-  custom->setMinimumSize(300, 40);
-  alert->customSubview = custom;
+TYPED_TEST(AlertLayoutTest, ACustomViewStandsAboveTheButtonsAndMayGrow) {
+  const auto alert = this->makeAlert();
+  this->toolkit.addCustomView(*alert);
   alert->showInfo("Custom", "", "OK");
-  EXPECT_GE(custom->width(), 300);
-  EXPECT_LT(placeOf(custom).bottom(), placeOf(alert->buttons().front()).top());
-  const int before = placeOf(alert->baseView()).height();
-  custom->setMinimumHeight(140);
-  custom->updateGeometry();
-  QCoreApplication::processEvents();
-  EXPECT_GE(placeOf(alert->baseView()).height(), before + 60);
-  EXPECT_EQ(custom->height(), 140);
+  EXPECT_GE(this->box("Custom").width(), 300);
+  EXPECT_LT(this->box("Custom").bottom(), this->box("OK").top());
+  const int before = this->toolkit.card(*alert).height();
+  TypeParam::growCustomView(*alert);
+  this->settle();
+  EXPECT_GE(this->toolkit.card(*alert).height(), before + 60);
+  EXPECT_EQ(this->box("Custom").height(), 140);
 }
 
-TEST_F(KifoPopupLayoutTest, TitlesAreNeverLostOnTheirButtons) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertLayoutTest, TitlesAreNeverLostOnTheirButtons) {
+  const auto alert = this->makeAlert();
   alert->addButton("White on white", Qt::white, Qt::white, {}, [] {});
   alert->addButton("Black on navy", QColor(0, 0, 60), Qt::black, {}, [] {});
   alert->addButton("Clear", Qt::yellow, Qt::transparent, {}, [] {});
   std::vector<double> contrasts;
   const auto measure = [&] {
-    for (const KifoButton* button : alert->buttons()) {
+    for (const auto* button : alert->buttons()) {
       contrasts.push_back(contrastRatio(button->look().text, button->look().background));
     }
   };
@@ -184,10 +166,70 @@ TEST_F(KifoPopupLayoutTest, TitlesAreNeverLostOnTheirButtons) {
     measure();
   }
   EXPECT_THAT(contrasts, Each(Ge(3.0)));
-  const auto alone = makeAlert();
+  const auto alone = this->makeAlert();
   alone->showTitle("Colours", "", KifoPopupStyle::info, "Fine as it is", {}, 0x000000, 0xABCDEF);
   EXPECT_EQ(alone->buttons().back()->look().text, QColor(0xAB, 0xCD, 0xEF));
 }
+
+TYPED_TEST(AlertLayoutTest, ATitleMayShrinkToStayOnOneLine) {
+  KifoAppearance appearance;
+  const QString title = "A title that is a little too long";
+  const auto heightWith = [&](double scale) {
+    appearance.kTitleMinimumScaleFactor = scale;
+    const auto alert = this->makeAlert(appearance);
+    alert->showInfo(title, "", "OK");
+    const int height = this->textBox(title).height();
+    alert->hideView();
+    return height;
+  };
+  EXPECT_GT(heightWith(1.0), 45);
+  EXPECT_LT(heightWith(0.5), 35);
+}
+
+TYPED_TEST(AlertLayoutTest, AListRowThatDoesNotFitPutsItsValueBelow) {
+  const QString address = "12 Harbour Street, third floor, ring twice";
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    this->toolkit.setDirection(direction);
+    const auto alert = this->makeAlert();
+    alert->headerStr = "Order 1042";
+    alert->datas = {{"Coffee", "2.40"}, {"Address", address}};
+    alert->showInfo("List", "", "OK");
+    auto places = this->places({"Order 1042", "Coffee", "2.40", "Address", address});
+    EXPECT_LT(places["Order 1042"].bottom(), places["Coffee"].top());
+    EXPECT_EQ(places["Coffee"].top(), places["2.40"].top());
+    const bool mirrored = direction == Qt::RightToLeft;
+    EXPECT_LT(places[mirrored ? "2.40" : "Coffee"].right(),
+              places[mirrored ? "Coffee" : "2.40"].left());
+    EXPECT_LE(places["Address"].bottom(), places[address].top());
+    EXPECT_LT(places[address].bottom(), this->box("OK").top());
+    alert->hideView();
+  }
+}
+
+TYPED_TEST(AlertLayoutTest, AListThatKeepsItsSizeIsLaidOutAnewAllTheSame) {
+  const QStringList texts = {"Order 1042", "Coffee", "2.40", "Tea", "1.90"};
+  const auto alert = this->makeAlert();
+  alert->headerStr = "Order 1042";
+  alert->datas = {{"Coffee", "2.40"}, {"Tea", "1.90"}};
+  alert->showInfo("List", "", "OK");
+  this->settle();
+  const auto places = this->places(texts);
+  alert->showInfo("List", "", "OK");
+  this->settle();
+  EXPECT_EQ(this->places(texts), places) << "shown again";
+  this->toolkit.setDirection(Qt::RightToLeft);
+  this->settle();
+  const int mirror = 2 * this->toolkit.card(*alert).left() + this->toolkit.card(*alert).width() - 1;
+  for (const auto& [text, place] : this->places(texts)) {
+    EXPECT_NEAR(place.left(), mirror - places.at(text).right(), 1) << text.toStdString();
+    EXPECT_EQ(place.top(), places.at(text).top()) << text.toStdString();
+  }
+  this->toolkit.setDirection(Qt::LeftToRight);
+  this->settle();
+  EXPECT_EQ(this->places(texts), places) << "turned back";
+}
+
+using KifoPopupLayoutTest = AlertFixture<WidgetsAlerts>;
 
 TEST_F(KifoPopupLayoutTest, AStyleSheetForAllOfTheHostsWidgetsDoesNotReachTheCard) {
   const auto draw = [this] {
@@ -196,14 +238,16 @@ TEST_F(KifoPopupLayoutTest, AStyleSheetForAllOfTheHostsWidgetsDoesNotReachTheCar
     alert->datas = {{"Coffee", "2.40"}};
     alert->showInfo("Sheet", "Text", "OK");
     QApplication::focusWidget()->clearFocus();
-    const QImage picture = window->grab(placeOf(alert->baseView())).toImage();
+    const QImage picture = toolkit.picture().copy(toolkit.card(*alert));
     alert->hideView();
     return picture;
   };
   const QImage plain = draw();
-  window->setStyleSheet(
-      "QWidget { background: black; color: white; font: 22px; } QLabel { padding: 9px; }"
-      "QPushButton { min-width: 300px; min-height: 90px; } QLineEdit { min-height: 60px; }");
+  QApplication::activeWindow()->setStyleSheet(
+      "QWidget { background: black; color: white; font: 22px; } QLabel { "
+      "padding: 9px; }"
+      "QPushButton { min-width: 300px; min-height: 90px; } QLineEdit { "
+      "min-height: 60px; }");
   const QImage styled = draw();
   ASSERT_EQ(styled.size(), plain.size());
   // What lies around the circle shows the window, which did change.
@@ -211,64 +255,5 @@ TEST_F(KifoPopupLayoutTest, AStyleSheetForAllOfTheHostsWidgetsDoesNotReachTheCar
   EXPECT_EQ(styled.copy(card), plain.copy(card));
 }
 
-TEST_F(KifoPopupLayoutTest, ATitleMayShrinkToStayOnOneLine) {
-  KifoAppearance appearance;
-  const QString title = "A title that is a little too long";
-  const auto heightWith = [&](double scale) {
-    appearance.kTitleMinimumScaleFactor = scale;
-    const auto alert = makeAlert(appearance);
-    alert->showInfo(title, "", "OK");
-    const int height = alert->labelTitle()->height();
-    alert->hideView();
-    return height;
-  };
-  EXPECT_GT(heightWith(1.0), 45);
-  EXPECT_LT(heightWith(0.5), 35);
-}
-
-TEST_F(KifoPopupLayoutTest, AListRowThatDoesNotFitPutsItsValueBelow) {
-  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-    window->setLayoutDirection(direction);
-    const auto alert = makeAlert();
-    alert->headerStr = "Order 1042";
-    alert->datas = {{"Coffee", "2.40"}, {"Address", "12 Harbour Street, third floor, ring twice"}};
-    alert->showInfo("List", "", "OK");
-    std::map<QString, QRect> places;
-    for (const QLabel* label : alert->contentView()->findChildren<QLabel*>()) {
-      places[label->text()] = placeOf(label);
-    }
-    EXPECT_LT(places["Order 1042"].bottom(), places["Coffee"].top());
-    EXPECT_EQ(places["Coffee"].top(), places["2.40"].top());
-    const bool mirrored = direction == Qt::RightToLeft;
-    EXPECT_LT(places[mirrored ? "2.40" : "Coffee"].right(),
-              places[mirrored ? "Coffee" : "2.40"].left());
-    EXPECT_LE(places["Address"].bottom(), places[alert->datas[1].value].top());
-    EXPECT_LT(places[alert->datas[1].value].bottom(), placeOf(alert->buttons().front()).top());
-    alert->hideView();
-  }
-}
-
-TEST_F(KifoPopupLayoutTest, AListThatKeepsItsSizeIsLaidOutAnewAllTheSame) {
-  const auto alert = makeAlert();
-  alert->headerStr = "Order 1042";
-  alert->datas = {{"Coffee", "2.40"}, {"Tea", "1.90"}};
-  alert->showInfo("List", "", "OK");
-  const auto places = placesInList(*alert);
-  const QRect list = listOf(*alert)->rect();
-  alert->showInfo("List", "", "OK");
-  EXPECT_EQ(placesInList(*alert), places) << "shown again";
-  alert->addButton("More", [] {});
-  EXPECT_EQ(placesInList(*alert), places) << "with a further button";
-
-  window->setLayoutDirection(Qt::RightToLeft);
-  for (const auto& [text, place] : placesInList(*alert)) {
-    EXPECT_EQ(place, QStyle::visualRect(Qt::RightToLeft, list, places.at(text)))
-        << text.toStdString();
-  }
-  window->setLayoutDirection(Qt::LeftToRight);
-  EXPECT_EQ(placesInList(*alert), places) << "turned back";
-  ASSERT_EQ(listOf(*alert)->rect(), list);
-}
-
 }  // namespace
-}  // namespace kifo
+}  // namespace kifo::testing

@@ -1,53 +1,33 @@
+// Who may take an alert away, and when.
+#include <QApplication>
 #include <QDialog>
+#include <QLabel>
+#include <QProxyStyle>
 #include <QTimer>
 
-#include <QProxyStyle>
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-
 #include "tests/alert/AlertFixture.h"
+#include "tests/views/Pixels.h"
 
-/// Who may take an alert away, and when.
-namespace kifo {
+namespace kifo::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-class KifoPopupLifeTest : public AlertFixture {};
+template <class Toolkit>
+class AlertLifeTest : public AlertFixture<Toolkit> {};
+TYPED_TEST_SUITE(AlertLifeTest, AlertToolkits);
 
-class MotionlessStyle : public QProxyStyle {
- public:
-  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                QStyleHintReturn* data) const override {
-    if (hint == SH_Widget_Animation_Duration) return 0;
-    return QProxyStyle::styleHint(hint, option, widget, data);
-  }
-};
-
-TEST_F(KifoPopupLifeTest, NothingMovesWhereTheDesktopWantsNoMotion) {
-  const QString before = QApplication::style()->name();
-  QApplication::setStyle(new MotionlessStyle);
-  const auto alert = makeAlert();
-  alert->motion = {std::chrono::hours(1), std::chrono::hours(1), std::chrono::hours(1)};
-  alert->showInfo("Still", "", "OK");
-  alert->hideView();
-  EXPECT_THAT(overlays(), IsEmpty());
-  QApplication::setStyle(before);
-}
-
-TEST_F(KifoPopupLifeTest, AnAlertThatNobodyHoldsLivesUntilItIsHiddenAndTellsOnce) {
-  std::weak_ptr<KifoPopup> life;
-  QPointer<QWidget> card;
+TYPED_TEST(AlertLifeTest, AnAlertThatNobodyHoldsLivesUntilItIsHiddenAndTellsOnce) {
+  std::weak_ptr<typename TypeParam::Alert> life;
   const auto responder = [&] {
-    const auto alert = makeAlert();
+    const auto alert = this->makeAlert();
     alert->motion = {};  // It takes its time to come and to go.
     life = alert;
-    card = alert->baseView();
-    const auto shown = alert->showInfo("Alone", "", "OK");
-    waitUntilCome(*alert);
-    return shown;
+    return alert->showInfo("Alone", "", "OK");
   }();
+  this->waitUntilCome();
   EXPECT_TRUE(responder.isShowing());
   int dismissed = 0;
   responder.setDismissBlock([&] {
@@ -60,8 +40,8 @@ TEST_F(KifoPopupLifeTest, AnAlertThatNobodyHoldsLivesUntilItIsHiddenAndTellsOnce
   EXPECT_EQ(dismissed, 0) << "it is still to be seen";
   EXPECT_FALSE(life.expired()) << "it is still on its way out";
   EXPECT_TRUE(QTest::qWaitFor([&] { return life.expired(); }, 20000));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return card.isNull(); }, 20000));
-  EXPECT_THAT(overlays(), IsEmpty());
+  this->settle();
+  EXPECT_THAT(this->toolkit.overlays(), IsEmpty());
   EXPECT_EQ(dismissed, 1);
 
   responder.setTitle("late");
@@ -71,130 +51,211 @@ TEST_F(KifoPopupLifeTest, AnAlertThatNobodyHoldsLivesUntilItIsHiddenAndTellsOnce
   EXPECT_EQ(responder.alertview(), nullptr);
 }
 
-TEST_F(KifoPopupLifeTest, AClosureMayCloseItsAlertAndDropTheLastReferenceToIt) {
-  auto alert = makeAlert();
-  const std::weak_ptr<KifoPopup> life = alert;
-  KifoButton* button = alert->addButton("Close", [&] {
+TYPED_TEST(AlertLifeTest, HalfwayThroughAFadeNoShadowIsSeenInsideTheCard) {
+  KifoAppearance appearance;
+  appearance.showCircularIcon = false;
+  const auto alert = this->makeAlert(appearance);
+  alert->motion.reduced = false;
+  alert->motion.showDuration = std::chrono::hours(1);
+  alert->showInfo("Title", "Text", "OK");
+  advanceFade(*alert);
+  this->settle();
+  expectNoShadowInside(this->toolkit.picture(), this->toolkit.card(*alert));
+  alert->motion.reduced = true;
+}
+
+TYPED_TEST(AlertLifeTest, ASecondPressWhileTheClosureRunsDoesNothing) {
+  const auto alert = this->makeAlert();
+  int presses = 0;
+  alert->addButton("Yes", [&] {
+    if (++presses > 1) return;
+    const QPoint yes = this->box("Yes").center();
+    QEventLoop nested;
+    QTimer::singleShot(0, &nested, [&] {
+      this->clickAt(yes);
+      this->clickAt(yes);
+      nested.quit();
+    });
+    nested.exec();
+  });
+  alert->showInfo("Title");
+  this->click("Yes");
+  EXPECT_EQ(presses, 1);
+  EXPECT_FALSE(alert->isShowing());
+}
+
+TYPED_TEST(AlertLifeTest, AClosureMayCloseItsAlertAndDropTheLastReferenceToIt) {
+  auto alert = this->makeAlert();
+  const std::weak_ptr<typename TypeParam::Alert> life = alert;
+  alert->addButton("Close", [&] {
     alert->hideView();
     alert.reset();
   });
   alert->showInfo("Close");
-
-  click(button);
-  settle();
+  this->click("Close");
   EXPECT_TRUE(life.expired());
 }
 
-TEST_F(KifoPopupLifeTest, AClosureMayShowAnotherAlert) {
-  const auto first = makeAlert();
-  const auto second = makeAlert();
-  KifoButton* button = first->addButton("Next", [&] { second->showInfo("Second", "", "OK"); });
+TYPED_TEST(AlertLifeTest, AClosureMayShowAnotherAlert) {
+  const auto first = this->makeAlert();
+  const auto second = this->makeAlert();
+  first->addButton("Next", [&] { second->showInfo("Second", "", "OK"); });
   first->showInfo("First");
-
-  click(button);
+  this->click("Next");
   EXPECT_FALSE(first->isShowing());
   EXPECT_TRUE(second->isShowing());
-  EXPECT_EQ(QApplication::focusWidget(), second->buttons().front());
-  click(second->buttons().front());
-  EXPECT_EQ(QApplication::focusWidget(), field);
+  EXPECT_EQ(this->focused(), "OK");
+  this->click("OK");
+  EXPECT_EQ(this->focused(), "hostField");
 }
 
-TEST_F(KifoPopupLifeTest, AClosureMayShowItsOwnAlertAnew) {
-  const auto alert = makeAlert();
-  KifoButton* button = alert->addButton("Again", [&] {
+TYPED_TEST(AlertLifeTest, AClosureMayShowItsOwnAlertAnew) {
+  const auto alert = this->makeAlert();
+  alert->addButton("Again", [&] {
     alert->hideView();
     alert->showWarning("Second");
   });
   alert->showInfo("First");
-
-  click(button);
+  this->click("Again");
   EXPECT_TRUE(alert->isShowing()) << "the press was for the first showing";
-  EXPECT_EQ(alert->labelTitle()->text(), "Second");
-  EXPECT_THAT(overlays(), SizeIs(1));
+  EXPECT_FALSE(this->textBox("Second").isEmpty());
+  EXPECT_THAT(this->toolkit.overlays(), SizeIs(1));
 }
 
-TEST_F(KifoPopupLifeTest, AClosureMayWaitInADialogWhileTheAlertEnds) {
-  auto alert = makeAlert();
-  const std::weak_ptr<KifoPopup> life = alert;
-  QPointer<KifoButton> button = alert->addButton("Ask", [&] {
+TYPED_TEST(AlertLifeTest, AClosureMayWaitInADialogWhileTheAlertEnds) {
+  auto alert = this->makeAlert();
+  const std::weak_ptr<typename TypeParam::Alert> life = alert;
+  QPointer<QObject> button;
+  button = alert->addButton("Ask", [&] {
     alert->hideView();
     alert.reset();
-    QDialog dialog;
-    QTimer::singleShot(0, &dialog, [&] {
-      settle();
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, [&] {
+      this->settle();
       EXPECT_FALSE(button.isNull()) << "its press is not over";
-      dialog.accept();
+      loop.quit();
     });
-    dialog.exec();
+    loop.exec();
   });
   alert->showInfo("Ask");
-
-  click(button);
+  this->click("Ask");
   EXPECT_TRUE(QTest::qWaitFor([&] { return button.isNull(); }, 20000));
   EXPECT_TRUE(life.expired());
 }
 
-TEST_F(KifoPopupLifeTest, AnAlertThatItsOwnerDestroysLeavesNothingBehind) {
+TYPED_TEST(AlertLifeTest, AnAlertThatItsOwnerDestroysLeavesNothingBehind) {
   {
-    KifoPopup alert;
-    alert.hostWindow = window.get();
+    typename TypeParam::Alert alert;
+    this->toolkit.setUp(alert);
     alert.dismissBlock = [] { FAIL(); };
     alert.showInfo("Short", "", "OK");
-    EXPECT_THAT(overlays(), SizeIs(1));
+    EXPECT_THAT(this->toolkit.overlays(), SizeIs(1));
   }
-  EXPECT_THAT(overlays(), IsEmpty());
-  EXPECT_EQ(QApplication::focusWidget(), field);
+  EXPECT_THAT(this->toolkit.overlays(), IsEmpty());
+  EXPECT_EQ(this->focused(), "hostField");
 }
 
-TEST_F(KifoPopupLifeTest, AnAlertCanBeShownAgainWithWhatItHas) {
-  const auto alert = makeAlert();
-  QLineEdit* name = alert->addTextField("Name");
+TYPED_TEST(AlertLifeTest, AWindowThatIsDestroyedEndsItsAlertWithoutRunningAnything) {
+  const auto alert = this->makeAlert();
+  alert->addButton("Yes", [] { FAIL(); });
+  alert->dismissBlock = [] { FAIL(); };
+  alert->showInfo("Short", "", "OK");
+  this->toolkit.destroyHost();
+  EXPECT_FALSE(alert->isShowing());
+  alert->hideView();
+  alert->setTitle("late");
+}
+
+TYPED_TEST(AlertLifeTest, AnAlertCanBeShownAgainWithWhatItHas) {
+  const auto alert = this->makeAlert();
+  auto* name = alert->addTextField("Name");
   alert->showEdit("Who?", "", "OK");
-  QTest::keyClicks(QApplication::focusWidget(), "Ada");
+  this->user.type("Ada");
   alert->hideView();
   alert->showEdit("Really?", "", "OK");
-  EXPECT_TRUE(name->isVisible());
+  EXPECT_FALSE(this->fieldBox("Name").isEmpty());
   EXPECT_EQ(name->text(), "Ada");
   EXPECT_THAT(alert->buttons(), SizeIs(1)) << "the first showing's close button has gone";
-  window.reset();
+  this->toolkit.destroyHost();
   EXPECT_FALSE(alert->isShowing());
   EXPECT_EQ(name->text(), "Ada") << "the window took the alert's card with it";
 }
 
-TEST_F(KifoPopupLifeTest, AShowCallOnAnAlertThatIsOnItsWayOutBringsItBack) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertLifeTest, AShowCallOnAnAlertThatIsOnItsWayOutBringsItBack) {
+  const auto alert = this->makeAlert();
   alert->motion = {};
   int dismissed = 0;
   alert->dismissBlock = [&] { ++dismissed; };
   alert->showInfo("First");
-  waitUntilCome(*alert);
+  this->waitUntilCome();
   alert->motion.hideDuration = std::chrono::hours(1);
   alert->hideView();
   EXPECT_EQ(dismissed, 0);
   alert->showInfo("Second");
   EXPECT_TRUE(alert->isShowing());
   EXPECT_EQ(dismissed, 1);
-  EXPECT_THAT(overlays(), SizeIs(1));
+  EXPECT_THAT(this->toolkit.overlays(), SizeIs(1));
   alert->motion.hideDuration = {};
   alert->hideView();  // while it still comes
   EXPECT_EQ(dismissed, 2);
-  EXPECT_THAT(overlays(), IsEmpty());
+  EXPECT_THAT(this->toolkit.overlays(), IsEmpty());
 }
 
-TEST_F(KifoPopupLifeTest, PartsThatTheHostDeletesAreForgotten) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertLifeTest, PartsThatTheHostDeletesAreForgotten) {
+  const auto alert = this->makeAlert();
   delete alert->addTextField("First");
-  QLineEdit* second = alert->addTextField("Second");
-  auto* custom = new QLabel("Custom");
-  alert->customSubview = custom;
-  KifoButton* button = alert->addButton("Gone", [] {});
+  alert->addTextField("Second");
+  this->toolkit.addCustomView(*alert);
+  auto* button = alert->addButton("Gone", [] {});
   alert->showEdit("Fields", "", "OK");
   delete button;
-  delete custom;
-  window->resize(400, 500);
-  EXPECT_THAT(alert->inputs(), ElementsAre(second));
+  delete alert->customSubview;
+  this->toolkit.resize({400, 500});
+  this->settle();
+  EXPECT_EQ(this->user.named("First"), nullptr);
+  EXPECT_NE(this->user.named("Second"), nullptr);
+  EXPECT_EQ(this->user.named("Gone"), nullptr);
   EXPECT_THAT(alert->buttons(), SizeIs(1));
 }
 
+class MotionlessStyle : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_Widget_Animation_Duration) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+using KifoPopupLifeTest = AlertFixture<WidgetsAlerts>;
+
+TEST_F(KifoPopupLifeTest, AClosureMayDestroyTheHostByAClickOrByEnter) {
+  for (const bool byKeyboard : {false, true}) {
+    WidgetsAlerts host;
+    const auto alert = std::make_shared<KifoPopup>();
+    host.setUp(*alert);
+    KifoButton* button = alert->addButton("Yes", [&] { host.destroyHost(); });
+    alert->showInfo("Title");
+    if (byKeyboard) {
+      QTest::keyClick(button, Qt::Key_Return);
+    } else {
+      QTest::mouseClick(button, Qt::LeftButton);
+    }
+    settle();
+    EXPECT_FALSE(alert->isShowing());
+  }
+}
+
+TEST_F(KifoPopupLifeTest, NothingMovesWhereTheDesktopWantsNoMotion) {
+  const QString before = QApplication::style()->name();
+  QApplication::setStyle(new MotionlessStyle);
+  const auto alert = makeAlert();
+  alert->motion = {std::chrono::hours(1), std::chrono::hours(1), std::chrono::hours(1)};
+  alert->showInfo("Still", "", "OK");
+  alert->hideView();
+  EXPECT_THAT(toolkit.overlays(), IsEmpty());
+  QApplication::setStyle(before);
+}
+
 }  // namespace
-}  // namespace kifo
+}  // namespace kifo::testing

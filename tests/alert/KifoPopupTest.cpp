@@ -1,5 +1,4 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-
+// What a user does with an alert by mouse and finger, and what is shown of it.
 #include <QAccessible>
 #include <stdexcept>
 #include <thread>
@@ -7,16 +6,19 @@
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "tests/alert/AlertFixture.h"
 
-namespace kifo {
+namespace kifo::testing {
 namespace {
 
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 using ::testing::ThrowsMessage;
 
-class KifoPopupTest : public AlertFixture {};
+template <class Toolkit>
+class AlertTest : public AlertFixture<Toolkit> {};
+TYPED_TEST_SUITE(AlertTest, AlertToolkits);
 
 /// What a host hands over as target of a button.
 class Bell : public QObject {
@@ -27,142 +29,168 @@ class Bell : public QObject {
   void ring() { ++rung; }
 };
 
-TEST_F(KifoPopupTest, APressRunsTheClosureOnceAndThenHides) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertTest, APressRunsTheClosureOnceAndThenHides) {
+  const auto alert = this->makeAlert();
   std::vector<bool> shownWhenPressed;
-  KifoButton* button =
-      alert->addButton("Pay", [&] { shownWhenPressed.push_back(alert->isShowing()); });
+  alert->addButton("Pay", [&] { shownWhenPressed.push_back(alert->isShowing()); });
   alert->showSuccess("Pay?", "12.90", "Not yet");
   ASSERT_TRUE(alert->isShowing());
   alert->motion.reduced = false;
-
-  click(button);
-  click(button);
+  const QPoint pay = this->box("Pay").center();
+  this->clickAt(pay);
+  this->clickAt(pay);
   EXPECT_THAT(shownWhenPressed, ElementsAre(true));
   EXPECT_FALSE(alert->isShowing());
-  EXPECT_TRUE(QTest::qWaitFor([this] { return overlays().empty(); }, 20000));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return this->toolkit.overlays().empty(); }, 20000));
 }
 
-TEST_F(KifoPopupTest, AnAlertThatStaysIsClosedByItsCloseButtonOnlyWhichIsTheLast) {
+TYPED_TEST(AlertTest, AnAlertThatStaysIsClosedByItsCloseButtonOnlyWhichIsTheLast) {
   KifoAppearance appearance;
   appearance.shouldAutoDismiss = false;
-  const auto alert = makeAlert(appearance);
+  const auto alert = this->makeAlert(appearance);
   int presses = 0;
   alert->showInfo("Count", "", "Enough");
-  KifoButton* button = alert->addButton("More", [&] { ++presses; });
-  ASSERT_EQ(alert->buttons().back()->text(), "Enough");
-  EXPECT_LT(button->geometry().bottom(), alert->buttons().back()->y());
-  click(button);
-  click(button);
+  alert->addButton("More", [&] { ++presses; });
+  EXPECT_LT(this->box("More").bottom(), this->box("Enough").top());
+  this->click("More");
+  this->click("More");
   EXPECT_EQ(presses, 2);
   EXPECT_TRUE(alert->isShowing());
-  click(alert->buttons().back());
+  this->click("Enough");
   EXPECT_FALSE(alert->isShowing());
 }
 
-TEST_F(KifoPopupTest, AButtonWithoutAnActionOrWithOneThatThrowsSaysSoAndStillHides) {
+TYPED_TEST(AlertTest, AButtonWithoutAnActionOrWithOneThatThrowsSaysSoAndStillHides) {
   const std::pair<KifoButtonActionType, const char*> cases[] = {
       {KifoButtonActionType::none, "Kifo KifoPopup: Unknow action type for button"},
       {KifoButtonActionType::closure, "Kifo KifoPopup: a host callback threw: no paper"}};
   for (const auto& [type, line] : cases) {
-    const auto alert = makeAlert();
-    KifoButton* button = alert->addButton("Print", [] { throw std::runtime_error("no paper"); });
+    const auto alert = this->makeAlert();
+    auto* button = alert->addButton("Print", [] { throw std::runtime_error("no paper"); });
     button->actionType = type;
     alert->showNotice("Printer");
-    click(button);
-    EXPECT_THAT(fake.console->take(), ElementsAre(line));
+    this->click("Print");
+    EXPECT_THAT(this->fake.console->take(), ElementsAre(line));
     EXPECT_FALSE(alert->isShowing());
   }
 }
 
-TEST_F(KifoPopupTest, ASelectorIsInvokedOnItsTargetAndAMissingOneIsAConsoleLine) {
+TYPED_TEST(AlertTest, ASelectorIsInvokedOnItsTargetAndAMissingOneIsAConsoleLine) {
   auto bell = std::make_unique<Bell>();
   KifoAppearance appearance;
   appearance.shouldAutoDismiss = false;
-  const auto alert = makeAlert(appearance);
-  KifoButton* plain = alert->addButton("Ring", {}, {}, {}, bell.get(), "ring");
-  KifoButton* bracketed = alert->addButton("Ring", {}, {}, {}, bell.get(), "ring()");
-  KifoButton* wrong = alert->addButton("Sing", {}, {}, {}, bell.get(), "sing");
+  const auto alert = this->makeAlert(appearance);
+  alert->addButton("Plain", {}, {}, {}, bell.get(), "ring");
+  alert->addButton("Bracketed", {}, {}, {}, bell.get(), "ring()");
+  alert->addButton("Wrong", {}, {}, {}, bell.get(), "sing");
   alert->showNotice("Bell");
 
-  click(plain);
-  click(bracketed);
+  this->click("Plain");
+  this->click("Bracketed");
   EXPECT_EQ(bell->rung, 2);
-  EXPECT_THAT(fake.console->take(), IsEmpty());
+  EXPECT_THAT(this->fake.console->take(), IsEmpty());
 
-  click(wrong);
-  EXPECT_THAT(fake.console->take(), ElementsAre(AllOf(HasSubstr("KifoPopup:"), HasSubstr("sing"))));
+  this->click("Wrong");
+  EXPECT_THAT(this->fake.console->take(),
+              ElementsAre(AllOf(HasSubstr("KifoPopup:"), HasSubstr("sing"))));
 
   bell.reset();
-  click(plain);
-  EXPECT_THAT(fake.console->take(), IsEmpty());
+  this->click("Plain");
+  EXPECT_THAT(this->fake.console->take(), IsEmpty());
   EXPECT_TRUE(alert->isShowing());
 }
 
-TEST_F(KifoPopupTest, AnotherShowCallChangesTheAlertThatIsShown) {
-  const auto alert = makeAlert();
+TYPED_TEST(AlertTest, AnotherShowCallChangesTheAlertThatIsShown) {
+  const auto alert = this->makeAlert();
   alert->showWait("One moment", "Looking for the printer", "Stop");
-  ASSERT_EQ(alert->buttons().size(), 1);
-
+  ASSERT_THAT(alert->buttons(), SizeIs(1));
   const auto responder = alert->showSuccess("Printed", "Two pages");
-
-  EXPECT_EQ(overlays().size(), 1);
-  EXPECT_EQ(alert->labelTitle()->text(), "Printed");
+  EXPECT_THAT(this->toolkit.overlays(), SizeIs(1));
+  EXPECT_FALSE(this->textBox("Printed").isEmpty());
   EXPECT_THAT(alert->buttons(), IsEmpty());
   EXPECT_EQ(alert->viewColor, QColor(0x22, 0xB5, 0x73));
   responder.setTitle("Done");
   responder.setSubTitle("Three pages");
-  EXPECT_EQ(alert->labelTitle()->text(), "Done");
-  EXPECT_EQ(alert->viewText()->text(), "Three pages");
+  EXPECT_FALSE(this->textBox("Done").isEmpty());
+  EXPECT_FALSE(this->textBox("Three pages").isEmpty());
 }
 
-TEST_F(KifoPopupTest, ATapOnTheBackgroundHidesOnlyWhereThatIsWanted) {
-  for (const bool wanted : {false, true}) {
-    for (const bool tapsDisabled : {false, true}) {
-      KifoAppearance appearance;
-      appearance.hideWhenBackgroundViewIsTapped = wanted;
-      appearance.disableTapGesture = tapsDisabled;
-      const auto alert = makeAlert(appearance);
-      alert->showInfo("Tap", "", "OK");
-      click(alert->viewText());
-      click(alert->baseView());
-      EXPECT_TRUE(alert->isShowing()) << "a tap on the card hid it";
-      clickBackground();
-      EXPECT_EQ(alert->isShowing(), !wanted || tapsDisabled);
-      alert->hideView();
+TYPED_TEST(AlertTest, ATapOnTheBackgroundHidesOnlyWhereThatIsWanted) {
+  for (const bool byFinger : {false, true}) {
+    const auto touch = [&](QPoint place) { byFinger ? this->tapAt(place) : this->clickAt(place); };
+    for (const bool wanted : {false, true}) {
+      for (const bool tapsDisabled : {false, true}) {
+        SCOPED_TRACE(::testing::Message() << byFinger << wanted << tapsDisabled);
+        KifoAppearance appearance;
+        appearance.hideWhenBackgroundViewIsTapped = wanted;
+        appearance.disableTapGesture = tapsDisabled;
+        const auto alert = this->makeAlert(appearance);
+        alert->showInfo("Tap", "", "OK");
+        touch(this->textBox("Tap").center());
+        touch(this->toolkit.card(*alert).center() - QPoint(0, 40));
+        EXPECT_TRUE(alert->isShowing()) << "a tap on the card hid it";
+        touch({3, 596});
+        EXPECT_EQ(alert->isShowing(), !wanted || tapsDisabled);
+        if (alert->isShowing()) touch(this->box("OK").center());
+        EXPECT_FALSE(alert->isShowing());
+      }
     }
   }
 }
 
-TEST_F(KifoPopupTest, TheCrossAppearsWhereNothingElseWouldLetTheUserOut) {
-  const auto alert = makeAlert();
-  const auto cross = [&]() -> QAbstractButton* {
-    for (auto* child : alert->baseView()->findChildren<QAbstractButton*>()) {
-      if (qobject_cast<KifoButton*>(child) == nullptr && child->isVisible()) return child;
-    }
-    return nullptr;
-  };
+TYPED_TEST(AlertTest, TheCrossAppearsWhereNothingElseWouldLetTheUserOut) {
+  const auto alert = this->makeAlert();
+  const auto hasCross = [&] { return this->user.named("Close") != nullptr; };
   alert->showInfo("Read this", "", "OK");
-  EXPECT_EQ(cross(), nullptr);
+  EXPECT_FALSE(hasCross());
   alert->showWait("One moment");
-  EXPECT_EQ(cross(), nullptr);
+  EXPECT_FALSE(hasCross());
   alert->closeIcon = QIcon(QPixmap(16, 16));
   alert->showInfo("Read this", "", "OK");
-  EXPECT_NE(cross(), nullptr);
+  EXPECT_TRUE(hasCross());
   alert->closeIcon = {};
   alert->showInfo("Read this");
-  ASSERT_NE(cross(), nullptr);
-  click(cross());
+  ASSERT_TRUE(hasCross());
+  this->click("Close");
   EXPECT_FALSE(alert->isShowing());
 }
 
-TEST_F(KifoPopupTest, TheWaitTurnsOnlyWhileItCanBeSeen) {
+TYPED_TEST(AlertTest, TheWaitTurnsWhileItIsShown) {
+  const auto alert = this->makeAlert();
+  alert->showWait("One moment");
+  this->settle();
+  const QImage first = this->toolkit.picture();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return this->toolkit.picture() != first; }, 20000));
+}
+
+TYPED_TEST(AlertTest, AssistiveTechnologyReadsWhatIsShownAndIsToldWhenItChanges) {
+  const auto alert = this->makeAlert();
+  alert->addTextField("Name");
+  auto* button = alert->addButton("Stay", {}, {}, ShowTimeoutConfiguration{"(", " s)"}, [] {});
+  alert->showError("Printer", "There is no paper", "OK", KifoTimeoutConfiguration{60, {}});
+  QAccessibleInterface* told = this->user.overlay();
+  EXPECT_EQ(told->text(QAccessible::Name), "Printer");
+  EXPECT_EQ(told->text(QAccessible::Description), "There is no paper");
+  alert->setSubTitle("There is paper");
+  EXPECT_EQ(told->text(QAccessible::Description), "There is paper");
+  EXPECT_EQ(TypeParam::titleOf(*button), "Stay (60 s)");
+  EXPECT_EQ(this->user.named("Stay")->text(QAccessible::Description), "(60 s)");
+  EXPECT_EQ(this->user.named("Name")->role(), QAccessible::EditableText);
+}
+
+TYPED_TEST(AlertTest, ACallFromAnotherThreadIsRefused) {
+  const auto alert = this->makeAlert();
+  std::thread([&] { alert->showInfo("Elsewhere"); }).join();
+  EXPECT_FALSE(alert->isShowing());
+  EXPECT_THAT(this->fake.console->lines(), ElementsAre(HasSubstr("UI thread")));
+}
+
+class KifoPopupTest : public AlertFixture<WidgetsAlerts> {};
+
+TEST_F(KifoPopupTest, TheWaitOfAHiddenAlertDoesNotTurn) {
   const auto alert = makeAlert();
   alert->showWait("One moment");
   const auto picture = [&] { return alert->circleIconView()->grab().toImage(); };
-  const QImage first = picture();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return picture() != first; }, 20000));
-
   alert->hideView();
   const QImage last = picture();
   QTimerEvent tick(1);
@@ -170,31 +198,14 @@ TEST_F(KifoPopupTest, TheWaitTurnsOnlyWhileItCanBeSeen) {
   EXPECT_EQ(picture(), last);
 }
 
-TEST_F(KifoPopupTest, AssistiveTechnologyIsToldWhenTheTextChanges) {
-  const auto alert = makeAlert();
-  alert->showError("Printer", "There is no paper", "OK");
-
-  QAccessibleInterface* told = QAccessible::queryAccessibleInterface(overlays().front());
-  EXPECT_EQ(told->text(QAccessible::Description), "There is no paper");
-  alert->setSubTitle("There is paper");
-  EXPECT_EQ(told->text(QAccessible::Description), "There is paper");
-}
-
-TEST_F(KifoPopupTest, ACallFromAnotherThreadIsRefused) {
-  const auto alert = makeAlert();
-  std::thread([&] { alert->showInfo("Elsewhere"); }).join();
-  EXPECT_FALSE(alert->isShowing());
-  EXPECT_THAT(fake.console->lines(), ElementsAre(HasSubstr("UI thread")));
-}
-
 TEST_F(KifoPopupTest, WithoutAWindowTheAlertBringsItsOwn) {
-  window.reset();
+  toolkit.destroyHost();
   settle();
   const auto alert = std::make_shared<KifoPopup>();
   alert->motion.reduced = true;
   alert->showInfo("Alone", "", "OK");
   EXPECT_TRUE(alert->baseView()->isVisible());
-  click(alert->buttons().front());
+  alert->buttons().front()->click();
   EXPECT_FALSE(alert->isShowing());
 }
 
@@ -207,7 +218,20 @@ TEST_F(KifoPopupTest, AnArchivedAlertIsFatal) {
   setFatalErrorHandler(nullptr);
 }
 
+#ifdef KIFO_WITH_QUICK
+class QuickAlertTest : public AlertFixture<QuickAlerts> {};
+
+TEST_F(QuickAlertTest, WithoutAWindowTheAlertIsNotShownAndSaysSo) {
+  toolkit.hideHost();
+  const auto alert = std::make_shared<QuickAlert>();
+  fake.console->take();
+  alert->showInfo("Alone", "", "OK");
+  EXPECT_FALSE(alert->isShowing());
+  EXPECT_THAT(fake.console->take(), ElementsAre(HasSubstr("there is no window for it")));
+}
+#endif
+
 }  // namespace
-}  // namespace kifo
+}  // namespace kifo::testing
 
 #include "KifoPopupTest.moc"

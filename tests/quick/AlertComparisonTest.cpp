@@ -1,22 +1,11 @@
 // One alert in both toolkits: the same boxes, the same colours, the same words.
-#include <gmock/gmock.h>
-
 #include <QAccessible>
-#include <QLabel>
-#include <QQuickWindow>
-#include <QTest>
-#include <QWidget>
 #include <map>
 
-#include "Kifo_iOS_Common_Kit/inapp/quick/QuickAlert.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/alert/KifoPopup.h"
-#include "testing/FakePlatform.h"
+#include "tests/alert/AlertFixture.h"
 
-namespace kifo {
+namespace kifo::testing {
 namespace {
-
-constexpr QSize kWindow(420, 560);
 
 struct Seen {
   std::map<QString, QRect> boxes;  ///< By role and name, in the window's coordinates.
@@ -36,26 +25,6 @@ void collect(QAccessibleInterface* part, QPoint origin, Seen& seen) {
   for (int i = 0; i < part->childCount(); ++i) collect(part->child(i), origin, seen);
 }
 
-QAccessibleInterface* overlayIn(QAccessibleInterface* part) {
-  if (part == nullptr || part->role() == QAccessible::AlertMessage) return part;
-  for (int i = part->childCount() - 1; i >= 0; --i) {
-    if (auto* found = overlayIn(part->child(i))) return found;
-  }
-  return nullptr;
-}
-
-Seen look(QWindow& window, QObject* root, QImage picture) {
-  Seen seen;
-  QAccessibleInterface* overlay = overlayIn(QAccessible::queryAccessibleInterface(root));
-  EXPECT_NE(overlay, nullptr);
-  if (overlay == nullptr) return seen;
-  seen.description =
-      overlay->text(QAccessible::Name) + ": " + overlay->text(QAccessible::Description);
-  collect(overlay, window.mapToGlobal(QPoint()), seen);
-  seen.picture = std::move(picture);
-  return seen;
-}
-
 /// What a host does with an alert, whichever it is.
 struct Case {
   const char* name;
@@ -65,6 +34,7 @@ struct Case {
   QString closeTitle = "Close";
   QStringList buttons = {};
   std::vector<TypeData> rows = {};
+  bool hasFields = false;
   ScreenType type = ScreenType::popup;
 
   template <class Alert>
@@ -74,34 +44,30 @@ struct Case {
     alert.type = type;
     alert.datas = rows;
     if (!rows.empty()) alert.headerStr = "Order 1042";
+    if (hasFields) {
+      alert.addTextField("Name");
+      alert.addTextView();
+    }
     for (const QString& button : buttons) alert.addButton(button, [] {});
     alert.showTitle("A title", text, style, closeTitle);
   }
 };
 
-Seen withWidgets(const Case& each) {
-  QWidget window;
-  window.resize(kWindow);
-  window.setStyleSheet("background: white");
-  window.show();
-  EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-  const auto alert = std::make_shared<KifoPopup>();
-  alert->hostWindow = &window;
+template <class Toolkit>
+Seen look(const Case& each) {
+  Toolkit toolkit;
+  const User user(toolkit.window(), [&] { return toolkit.picture(); });
+  const auto alert = std::make_shared<typename Toolkit::Alert>();
+  toolkit.setUp(*alert);
   each.show(*alert);
   QCoreApplication::processEvents();
-  return look(*window.windowHandle(), &window, window.grab().toImage());
-}
-
-Seen inScene(const Case& each) {
-  QQuickWindow window;
-  window.resize(kWindow);
-  window.show();
-  EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-  const auto alert = std::make_shared<QuickAlert>();
-  alert->hostWindow = &window;
-  each.show(*alert);
-  QCoreApplication::processEvents();
-  return look(window, &window, window.grabWindow());
+  Seen seen;
+  QAccessibleInterface* overlay = user.overlay();
+  seen.description =
+      overlay->text(QAccessible::Name) + ": " + overlay->text(QAccessible::Description);
+  collect(overlay, toolkit.window().mapToGlobal(QPoint()), seen);
+  seen.picture = toolkit.picture();
+  return seen;
 }
 
 void expectNear(const QRect& one, const QRect& other, const QString& what) {
@@ -119,14 +85,11 @@ void expectNear(const QColor& one, const QColor& other, const QString& what) {
   EXPECT_NEAR(one.blue(), other.blue(), 3) << what.toStdString();
 }
 
-class AlertComparisonTest : public ::testing::TestWithParam<Case> {
- protected:
-  testing::InstalledFakePlatform fake_;
-};
+class AlertComparisonTest : public SettledTest, public ::testing::WithParamInterface<Case> {};
 
 TEST_P(AlertComparisonTest, BothToolkitsShowTheSame) {
-  const Seen widgets = withWidgets(GetParam());
-  const Seen scene = inScene(GetParam());
+  const Seen widgets = look<WidgetsAlerts>(GetParam());
+  const Seen scene = look<QuickAlerts>(GetParam());
   EXPECT_EQ(widgets.description, scene.description);
   for (const auto& [part, box] : widgets.boxes) {
     const auto found = scene.boxes.find(part);
@@ -137,7 +100,7 @@ TEST_P(AlertComparisonTest, BothToolkitsShowTheSame) {
     expectNear(widgets.picture.pixelColor(place), scene.picture.pixelColor(place), part);
   }
   EXPECT_EQ(widgets.boxes.size(), scene.boxes.size());
-  for (const QPoint corner : {QPoint(3, 3), QPoint(kWindow.width() - 4, kWindow.height() - 4)}) {
+  for (const QPoint corner : {QPoint(3, 596), QPoint(496, 596)}) {
     expectNear(widgets.picture.pixelColor(corner), scene.picture.pixelColor(corner), "dimming");
   }
 }
@@ -167,6 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{.name = "List",
              .appearance = {},
              .rows = {{"Coffee", "2.40"}, {"Address", "12 Harbour Street, third floor, ring"}}},
+        Case{.name = "Fields", .appearance = {}, .buttons = {"Save"}, .hasFields = true},
         Case{.name = "LongText",
              .appearance = dark(),
              .style = KifoPopupStyle::warning,
@@ -176,4 +140,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 }  // namespace
-}  // namespace kifo
+}  // namespace kifo::testing

@@ -2,8 +2,8 @@
 // directory the pictures of both are saved there, to be looked at.
 #include <QAccessible>
 #include <QDir>
+#include <QWidget>
 
-#include "tests/quick/PopupToolkit.h"
 #include "tests/views/Campaigns.h"
 #include "tests/views/PopupFixture.h"
 
@@ -72,23 +72,7 @@ struct Setting {
   double fontScale;
 };
 
-class PopupComparisonTest : public ::testing::TestWithParam<Setting> {
- protected:
-  void settle() {
-    fake.runUntilIdle();
-    for (int i = 0; i < 3; ++i) {
-      QCoreApplication::processEvents();
-      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-  }
-  void finishDecoding() {
-    settle();
-    ImageDecoders::waitForDone();
-    settle();
-  }
-
-  InstalledFakePlatform fake;
-};
+class PopupComparisonTest : public SettledTest, public ::testing::WithParamInterface<Setting> {};
 
 void expectEqual(const Pieces& widgets, const Pieces& quick) {
   for (const auto& [name, seen] : widgets) {
@@ -158,15 +142,15 @@ TEST_P(PopupComparisonTest, OneCampaignLooksAndReadsTheSameInBothToolkits) {
     request->preferences.controller = screen;
     Pieces pieces[2];
     QImage pictures[2];
-    QRect panel;
-    for (const int i : {0, 1}) {
-      const auto toolkit = i == 0 ? PopupToolkit::widgets() : PopupToolkit::quick();
+    for (const std::size_t i : {0, 1}) {
+      const PopupToolkit::Kind kind = PopupToolkit::all().at(i);
+      const auto toolkit = kind.make();
       toolkit->resize(GetParam().window);
       toolkit->present(request, options);
       finishDecoding();
       pieces[i] = piecesOf(toolkit->window());
       pictures[i] = toolkit->picture().convertToFormat(QImage::Format_RGB32);
-      save(pictures[i], campaign, GetParam(), i == 0 ? "widgets" : "quick");
+      save(pictures[i], campaign, GetParam(), kind.name.c_str());
       settle();
     }
     expectEqual(pieces[0], pieces[1]);

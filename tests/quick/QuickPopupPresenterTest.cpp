@@ -1,9 +1,12 @@
 // Popups in scenes as hosts have them: which window, when, above what, and nothing through them.
+#include <QMainWindow>
 #include <QQmlApplicationEngine>
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickWidget>
 #include <QQuickWindow>
+#include <QWheelEvent>
+#include <QWidget>
 
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
@@ -43,7 +46,7 @@ ApplicationWindow {
   property int closings: 0
   property bool hovered: hover.hovered
   property alias popup: popup
-  property alias field: field
+  property alias drawer: drawer
   Item {
     objectName: "page"
     anchors.fill: parent
@@ -56,7 +59,7 @@ ApplicationWindow {
   }
   Shortcut { sequence: "Escape"; onActivated: root.presses++ }
   Shortcut { sequence: "Return"; onActivated: root.presses++ }
-  TextField { id: field; focus: true }
+  TextField { focus: true }
   Popup {
     id: popup
     modal: true
@@ -65,10 +68,16 @@ ApplicationWindow {
     onClosed: root.closings++
     Button { text: "Host's" }
   }
+  Drawer {
+    id: drawer
+    focus: true
+    width: 200; height: 700
+    onClosed: root.closings++
+  }
 }
 )";
 
-class QuickPopupPresenterTest : public ::testing::Test {
+class QuickPopupPresenterTest : public SettledTest {
  protected:
   QuickPopupPresenterTest() { options.reducedMotion = true; }
   ~QuickPopupPresenterTest() override {
@@ -76,14 +85,6 @@ class QuickPopupPresenterTest : public ::testing::Test {
     engine.reset();
     presenter.reset();
     settle();
-  }
-
-  void settle() {
-    fake.runUntilIdle();
-    for (int i = 0; i < 4; ++i) {
-      QCoreApplication::processEvents();
-      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
   }
 
   void load() {
@@ -126,7 +127,6 @@ class QuickPopupPresenterTest : public ::testing::Test {
     return User(*window, [this] { return window->grabWindow(); });
   }
 
-  InstalledFakePlatform fake;
   PopUpOptions options;
   std::unique_ptr<QQmlApplicationEngine> engine;
   QPointer<QQuickWindow> window;
@@ -253,67 +253,71 @@ TEST_F(QuickPopupPresenterTest, AFingerPressesScrollsAndTouchesTheBody) {
   EXPECT_EQ(touches, 1);
 }
 
-TEST_F(QuickPopupPresenterTest, AnOpenPopupOfTheHostLiesBelowStaysOpenAndHasTheFocusAgain) {
+TEST_F(QuickPopupPresenterTest, AnOpenPopupOrDrawerOfTheHostLiesBelowStaysOpenAndHasTheFocusAgain) {
   load();
   show();
-  auto* hostPopup = window->property("popup").value<QObject*>();
-  QMetaObject::invokeMethod(hostPopup, "open");
-  settle();
-  present(request("one"));
-  user().click("Close one");
-  settle();
-  EXPECT_TRUE(popups().empty());
-  EXPECT_EQ(window->property("closings").toInt(), 0);
-  QTest::keyClick(window, Qt::Key_Escape);
-  settle();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return window->property("closings").toInt() == 1; }));
+  int closings = 0;
+  for (const char* name : {"popup", "drawer"}) {
+    auto* hosts = window->property(name).value<QObject*>();
+    QMetaObject::invokeMethod(hosts, "open");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return hosts->property("opened").toBool(); }));
+    present(request(name));
+    QTest::mouseClick(window, Qt::LeftButton, {}, QPoint(400, 650));
+    user().click("Close " + QString(name));
+    settle();
+    EXPECT_TRUE(popups().empty());
+    EXPECT_EQ(window->property("closings").toInt(), closings) << name;
+    QTest::keyClick(window, Qt::Key_Escape);
+    ++closings;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window->property("closings") == closings; })) << name;
+  }
 }
 
-TEST_F(QuickPopupPresenterTest, AHostThatTakesTheFocusDoesNotKeepIt) {
+TEST_F(QuickPopupPresenterTest, AKeyboardThatTheHostDrawsCanBeUsedUnderAPopup) {
   load();
   show();
+  const QPoint key(200, 600);
+  const QColor plain = user().picture().pixelColor(key);
   present(request("one"));
-  auto* field = window->property("field").value<QQuickItem*>();
-  field->forceActiveFocus();
-  settle();
-  user().type("typed");
-  EXPECT_EQ(field->property("text").toString(), "");
-  user().click("Close one");
-  settle();
-  user().type("typed");
-  EXPECT_EQ(field->property("text").toString(), "typed");
+  popups().front()->keyboardWillShow({0, 500, 414, 200});
+  EXPECT_EQ(user().picture().pixelColor(key), plain) << "it is not dimmed";
+  QTest::mouseClick(window, Qt::LeftButton, {}, key);
+  EXPECT_EQ(window->property("presses").toInt(), 1);
+  popups().front()->keyboardWillHide();
+  EXPECT_NE(user().picture().pixelColor(key), plain);
+  QTest::mouseClick(window, Qt::LeftButton, {}, key);
+  EXPECT_EQ(window->property("presses").toInt(), 1);
 }
 
 TEST_F(QuickPopupPresenterTest, ANewFontOrDirectionIsFollowedWhileAPopupIsUp) {
   load();
   show();
   const auto popup = request("one");
-  popup->preferences.type = "SURVEY";
+  popup->preferences.type = popup->preferences.appCommunicationItem->type = "SURVEY";
   popup->preferences.choices = {option("a", "First"), option("b", "Second")};
-  popup->preferences.appCommunicationItem->type = "SURVEY";
   present(popup);
   auto driver = user();
   driver.click("Second");
   const QRect close = driver.object("closeButton")->rect();
+  const QRect title = driver.object("popupTitle")->rect();
   QGuiApplication::setLayoutDirection(Qt::RightToLeft);
   settle();
   EXPECT_LT(driver.object("closeButton")->rect().x(), close.x());
   EXPECT_TRUE(driver.named("Second")->state().checked) << "what was chosen stays";
   QGuiApplication::setLayoutDirection(Qt::LeftToRight);
   settle();
-  EXPECT_EQ(driver.object("closeButton")->rect(), close);
-}
-
-TEST_F(QuickPopupPresenterTest, TheWindowsSizeIsFollowed) {
-  load();
-  show();
-  present(request("one"));
-  window->resize(700, 500);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return popups().front()->width() == 700; }));
+  const QImage picture = driver.picture();
+  const QFont before = QGuiApplication::font();
+  QFont other = before;
+  other.setFamily("DejaVu Serif");
+  QGuiApplication::setFont(other);
   settle();
-  auto driver = user();
-  const QRect panel = driver.object("popupTitle")->rect();
-  EXPECT_NEAR(window->mapFromGlobal(panel.center()).x(), 350, 1);
+  EXPECT_NE(driver.picture(), picture);
+  EXPECT_TRUE(driver.named("Second")->state().checked);
+  QGuiApplication::setFont(before);
+  settle();
+  EXPECT_EQ(driver.object("closeButton")->rect(), close);
+  EXPECT_EQ(driver.object("popupTitle")->rect(), title);
 }
 
 TEST_F(QuickPopupPresenterTest, WidgetsAndScenesHaveOnePresenter) {

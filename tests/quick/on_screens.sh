@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The popups in scenes drawn by OpenGL: in X windows with the basic and the threaded render loop, and
 # on the only window that eglfs has, with an X server as its screen.
-#   on_screens.sh TESTS      TESTS is the built kifo_quick_tests
+#   on_screens.sh TESTS      TESTS is the built kifo_ui_tests
 # Ends with 77, which counts as skipped, where there is no X server; says which round it leaves out.
 set -euo pipefail
 tests=$1
@@ -12,7 +12,7 @@ server=$!
 trap 'kill "$server"' EXIT
 read -r number <&5
 export DISPLAY=":$number" QT_QUICK_BACKEND=rhi QSG_RHI_BACKEND=opengl
-suites='*Behaviour*quick*:QuickPopupPresenterTest.*'
+suites='*/AnswerTest.*quick:*/FocusTest.*quick:*/LayoutTest.*quick:QuickPopupPresenterTest.*'
 
 for loop in basic threaded; do
   echo "X windows, $loop render loop"
@@ -26,6 +26,6 @@ if [[ $plugins == . ]]; then
 fi
 echo "eglfs"
 # Its window cannot be resized, and there is no second one.
-others='*AKeyboard*:*AFinger*:*TheWindowsSize*:*WidgetsAndScenes*:*WidgetsAndAScene*'
+others='*LayoutTest*:*ATallPanel*:*AFinger*:*WidgetsAndScenes*:*WidgetsAndAScene*'
 QT_QPA_PLATFORM=eglfs QT_QPA_EGLFS_INTEGRATION=eglfs_x11 "$tests" --gtest_brief=1 \
   --gtest_filter="$suites-$others"

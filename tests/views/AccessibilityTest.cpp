@@ -1,5 +1,3 @@
-#include <QAccessible>
-
 #include "tests/views/Campaigns.h"
 #include "tests/views/PopupFixture.h"
 
@@ -18,37 +16,60 @@ void QAccessible::updateAccessibility(QAccessibleEvent* event) {
 namespace kifo::testing {
 namespace {
 
-class AccessibilityTest : public PopupTest {
- protected:
-  AccessibilityTest() { alerts.clear(); }
+using ::testing::ElementsAre;
 
-  static QAccessibleInterface* of(QWidget* widget) {
-    return QAccessible::queryAccessibleInterface(widget);
-  }
-  static QString name(QWidget* widget) { return of(widget)->text(QAccessible::Name); }
-};
+using AccessibilityTest = PopupTest;
 
-TEST_F(AccessibilityTest, ThePopupIsAnnouncedOnce) {
+TEST_P(AccessibilityTest, ThePopupIsAnnouncedOnce) {
+  alerts.clear();
   campaign("POPUP");
   present();
   settle();
   ASSERT_EQ(alerts.size(), 1u);
-  EXPECT_EQ(alerts[0].data(), popup.data());
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(alerts[0]), user.overlay());
 }
 
-TEST_F(AccessibilityTest, NothingThatTakesTheFocusIsWithoutNameOrRole) {
+void expectNamed(QAccessibleInterface* control) {
+  if (control->state().invisible) return;
+  if (control->state().focusable && control->role() != QAccessible::Dialog) {
+    const std::string name = control->object()->objectName().toStdString();
+    EXPECT_FALSE(control->text(QAccessible::Name).trimmed().isEmpty()) << name;
+    EXPECT_NE(control->role(), QAccessible::Client) << name;
+  }
+  for (int i = 0; i < control->childCount(); ++i) expectNamed(control->child(i));
+}
+
+TEST_P(AccessibilityTest, NothingThatTakesTheFocusIsWithoutNameOrRole) {
   for (const Campaign& campaign : campaigns()) {
     SCOPED_TRACE(campaign.name);
     campaign.describe(*request);
     present();
-    for (QWidget* widget : popup->findChildren<QWidget*>()) {
-      if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) continue;
-      EXPECT_FALSE(name(widget).trimmed().isEmpty()) << widget->objectName().toStdString();
-      EXPECT_NE(of(widget)->role(), QAccessible::Client) << widget->objectName().toStdString();
-    }
+    expectNamed(user.overlay());
     dismiss();
   }
 }
+
+TEST_P(AccessibilityTest, OptionsWithoutATextAreNumberedAndABodyWithAnActionIsALink) {
+  std::vector<std::string> links;
+  request->actionBodyItem = [&](auto button) { links.push_back(*button->action->link); };
+  campaign("EMOJI");
+  request->preferences.choices = {option("a", ""), option("b", " ")};
+  submitButton("");
+  bodyAction("app://offers");
+  present();
+  EXPECT_EQ(piece("emojiButton", 0)->text(QAccessible::Name), "Option 1 of 2");
+  EXPECT_EQ(piece("emojiButton", 1)->text(QAccessible::Name), "Option 2 of 2");
+  EXPECT_EQ(text("submitButton"), "Submit");
+  piece("emojiButton", 1)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(toolkit->state()->selectActionItem, request->preferences.choices[1]);
+  auto* body = piece("popupView");
+  EXPECT_EQ(body->role(), QAccessible::Link);
+  body->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  settle();
+  EXPECT_THAT(links, ElementsAre("app://offers"));
+}
+
+KIFO_ON_EACH_TOOLKIT(AccessibilityTest);
 
 }  // namespace
 }  // namespace kifo::testing

@@ -1,5 +1,3 @@
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoImageCollectionViewCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/ActivityIndicator.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -13,116 +11,107 @@ class CarouselTest : public PopupTest {
     options.durations.carouselInterval = std::chrono::hours(1);
     campaign("POPUP");
   }
-
-  void pictures(int count) {
-    for (int i = 0; i < count; ++i) {
-      request->preferences.images.push_back("https://pictures.example/" + std::to_string(i));
-    }
-  }
-
-  PopupCarousel* list() { return elements().popupImageViewList; }
 };
 
-TEST_F(CarouselTest, AdvancesPageByPageAndWrapsWithoutMoving) {
+TEST_P(CarouselTest, AdvancesPageByPageAndWrapsWithoutMoving) {
   pictures(3);
   present();
-  EXPECT_EQ(popup->timer(), nullptr) << "it starts once the popup is up";
   settle();
-  ASSERT_TRUE(popup->timer());
+  ASSERT_TRUE(toolkit->turnsPages());
   const std::pair<int, bool> steps[] = {{1, true}, {2, true}, {0, false}, {1, true}};
   for (const auto& [page, animated] : steps) {
-    popup->scrollImageListTimer();
-    EXPECT_EQ(popup->state().currentIndex, page);
-    EXPECT_EQ(list()->currentPage(), page);
-    EXPECT_EQ(elements().pageIndicator->currentPage(), page);
-    EXPECT_EQ(list()->isScrolling(), animated);
+    toolkit->turnPage();
+    EXPECT_EQ(toolkit->state()->currentIndex, page);
+    EXPECT_EQ(text("pageIndicator"), QString("Image %1 of 3").arg(page + 1));
+    EXPECT_EQ(toolkit->isSliding(), animated);
   }
-  EXPECT_EQ(elements().pageIndicator->numberOfPages(), 3);
   EXPECT_EQ(fake.console->count("Kifo PopUpWindow: image list avaliable"), 1u);
 }
 
-TEST_F(CarouselTest, AdvancesByItself) {
+TEST_P(CarouselTest, AdvancesByItself) {
   pictures(2);
   options.durations.carouselInterval = std::chrono::milliseconds(1);
   present();
-  EXPECT_TRUE(QTest::qWaitFor([this] { return popup->state().currentIndex == 1; }, 5000));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return toolkit->state()->currentIndex == 1; }, 5000));
 }
 
-TEST_F(CarouselTest, OnePictureIsNoCarousel) {
+TEST_P(CarouselTest, OnePictureIsNoCarousel) {
   pictures(1);
   request->preferences.image = "https://pictures.example/single";
   present();
   settle();
-  EXPECT_EQ(list(), nullptr);
-  EXPECT_EQ(popup->timer(), nullptr);
+  EXPECT_TRUE(box("popupImageViewList").isEmpty());
+  EXPECT_FALSE(toolkit->turnsPages());
   ASSERT_EQ(fake.http->count(), 1u);
   EXPECT_EQ(fake.http->requests()[0].url, "https://pictures.example/single");
   EXPECT_EQ(fake.console->count("Kifo PopUpWindow: popup type : POPUP"), 1u);
   EXPECT_EQ(fake.console->count("Kifo PopUpWindow: image list unavaliable"), 1u);
 }
 
-TEST_F(CarouselTest, ClosingStopsItAndAnOpenEndedAnswerLeavesItRunning) {
+TEST_P(CarouselTest, ClosingStopsItAndAnOpenEndedAnswerLeavesItRunning) {
   pictures(2);
   options.durations.fade = std::chrono::hours(1);
   present();
   settle();
-  close();
-  EXPECT_EQ(popup->timer(), nullptr);
-  delete popup;
+  key(Qt::Key_Escape);
+  EXPECT_TRUE(isGone() || !toolkit->turnsPages());
+  delete toolkit->popup();
   campaign("OPEN_ENDED");
   present();
   settle();
-  popup->submitButtonPressed();
-  EXPECT_TRUE(popup->isDismissing());
-  EXPECT_TRUE(popup->timer());
+  toolkit->submit();
+  EXPECT_TRUE(toolkit->turnsPages());
 }
 
-TEST_F(CarouselTest, FetchesOnlyWhatIsNearAndKeepsFewCells) {
+TEST_P(CarouselTest, FetchesOnlyWhatIsNearAndKeepsFewCells) {
   pictures(1000);
   present();
   EXPECT_EQ(fake.http->count(), 2u);
-  popup->scrollImageListTimer();
-  EXPECT_TRUE(QTest::qWaitFor([this] { return !list()->isScrolling(); }, 5000));
+  toolkit->turnPage();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !toolkit->isSliding(); }, 5000));
   EXPECT_EQ(fake.http->count(), 3u);
-  EXPECT_TRUE(list()->cellForItem(1));
-  EXPECT_LE(popup->findChildren<KifoImageCollectionViewCell*>().size(), 4);
+  EXPECT_LT(toolkit->parts().size(), 40u);
 }
 
-TEST_F(CarouselTest, ASwipeTowardsTheNextPageTurnsItAndTouchesNothing) {
+TEST_P(CarouselTest, ASwipeTowardsTheNextPageShowsItTurnsToItAndTouchesNothing) {
   pictures(3);
-  item->action = std::make_shared<AppCommunicationItemAction>();
+  bodyAction("app://offers");
+  fake.http->setHandler([](const HttpRequest& asked) {
+    const QColor color = asked.url.back() == '0' ? Qt::red : Qt::blue;
+    return HttpAnswer{{}, 200, pictureBytes({400, 400}, color)};
+  });
   for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
     options.layoutDirection = direction;
     present();
+    finishDecoding();
     const int onwards = direction == Qt::LeftToRight ? 1 : -1;
-    EXPECT_EQ(list()->cellForItem(0)->x(), 0);
-    EXPECT_EQ(list()->cellForItem(1)->x(), onwards * list()->QWidget::width());
-    const QPoint middle = list()->rect().center();
-    drag(list(), middle, middle - QPoint(140 * onwards, 0));
-    EXPECT_EQ(popup->state().currentIndex, 1);
-    EXPECT_FALSE(popup->isDismissing());
+    const QRect list = box("popupImageViewList");
+    const QPoint middle = list.center();
+    EXPECT_EQ(colorAt(middle), QColor(Qt::red));
+    drag(middle, middle - QPoint(140 * onwards, 0), false);
+    EXPECT_EQ(colorAt(middle + QPoint(130 * onwards, 0)), QColor(Qt::blue));
+    EXPECT_EQ(colorAt(middle - QPoint(80 * onwards, 0)), QColor(Qt::red));
+    QTest::mouseRelease(&toolkit->window(), Qt::LeftButton, {}, middle - QPoint(140 * onwards, 0));
+    EXPECT_EQ(toolkit->state()->currentIndex, 1);
+    EXPECT_FALSE(toolkit->isFading()) << "the body was not touched";
     dismiss();
   }
 }
 
-TEST_F(CarouselTest, ACellShowsItsPictureAWheelUntilThenAndNothingBrokenWithoutIt) {
+TEST_P(CarouselTest, APageWaitsForItsPictureAndShowsNothingBrokenWithoutIt) {
   pictures(3);
   present();
-  auto* first = list()->cellForItem(0);
-  EXPECT_TRUE(first->activityIndicatorView()->isAnimating());
-  const QSize size = first->size();
+  EXPECT_TRUE(toolkit->isLoading(0));
+  const QRect list = box("popupImageViewList");
   fake.http->answer(0, 200, pictureBytes({400, 100}, Qt::red));
   fake.http->answer(1, 200, "this is no picture");
   finishDecoding();
-  EXPECT_FALSE(first->imageView()->image().isNull());
-  EXPECT_FALSE(first->activityIndicatorView()->isAnimating());
-  EXPECT_EQ(first->size(), size);
-  auto* second = list()->cellForItem(1);
-  EXPECT_TRUE(second->imageView()->image().isNull());
-  EXPECT_FALSE(second->activityIndicatorView()->isAnimating());
+  EXPECT_EQ(colorAt(list.center()), QColor(Qt::red));
+  EXPECT_EQ(box("popupImageViewList"), list);
+  for (const int page : {0, 1}) EXPECT_FALSE(toolkit->isLoading(page));
 }
 
-TEST_F(CarouselTest, ATextThatIsNoUrlIsNamedAndNotFetched) {
+TEST_P(CarouselTest, ATextThatIsNoUrlIsNamedAndNotFetched) {
   request->preferences.images = {"http://exa mple/ü%%", ""};
   present();
   EXPECT_EQ(fake.http->count(), 0u);
@@ -131,6 +120,8 @@ TEST_F(CarouselTest, ATextThatIsNoUrlIsNamedAndNotFetched) {
   EXPECT_EQ(fake.console->count(line + "http://exa mple/ü%%"), 1u);
   EXPECT_EQ(fake.console->count(line), 1u);
 }
+
+KIFO_ON_EACH_TOOLKIT(CarouselTest);
 
 }  // namespace
 }  // namespace kifo::testing

@@ -1,6 +1,18 @@
+// The controls of the popups in Qt Widgets, and what only a window of widgets has.
+#include <QMainWindow>
+#include <QPushButton>
+#include <QScrollBar>
 #include <cstdint>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/DashedLabel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -80,9 +92,16 @@ TEST(TextLabelTest, AtItsNaturalWidthNoTextIsBroken) {
   }
 }
 
-using ContrastTest = PopupTest;
+class PopUpWindowTest : public PopupFixture {
+ protected:
+  PopUpWindowTest() : PopupFixture(PopupToolkit::widgets()) {}
 
-TEST_F(ContrastTest, NoTextOfACampaignWithoutColoursIsInvisible) {
+  PopUpWindow* popup() { return qobject_cast<PopUpWindow*>(toolkit->popup()); }
+  QWidget* host() { return popup()->parentWidget(); }
+  const PopupElements& elements() { return popup()->popUpWindowView()->elements(); }
+};
+
+TEST_F(PopUpWindowTest, NoTextOfACampaignWithoutColoursIsInvisible) {
   campaign("POPUP");
   PopupPreferences& p = request->preferences;
   p.titleColor = p.detailTextColor = p.questionColor = p.backgroundColor = Color::white();
@@ -102,7 +121,7 @@ TEST_F(ContrastTest, NoTextOfACampaignWithoutColoursIsInvisible) {
   EXPECT_EQ(elements().popupTitle->textColor(), QColor(Qt::white));
 }
 
-TEST_F(ContrastTest, ScoreLabelsAreWhiteOnDarkAndBlackOnLight) {
+TEST_F(PopUpWindowTest, ScoreLabelsAreWhiteOnDarkAndBlackOnLight) {
   const std::pair<const char*, QColor> cases[] = {
       {"000080", Qt::white}, {"FFFF00", Qt::black}, {"7F7F7F", Qt::white}, {"808080", Qt::black}};
   for (const auto& [background, text] : cases) {
@@ -117,23 +136,92 @@ TEST_F(ContrastTest, ScoreLabelsAreWhiteOnDarkAndBlackOnLight) {
   }
 }
 
-TEST_F(ContrastTest, HostileColoursCrashNothing) {
-  for (const char* color :
-       {"", "#", "GGGGGG", "12345", "ffffffffffffffffffff", "00000000", "\xff\xfe"}) {
-    campaign("SURVEY");
-    item->bgColor = color;
-    choices(2);
-    submitButton();
-    request->preferences.submitButton->color = request->preferences.submitButton->textColor = color;
-    request->preferences.choices[0]->color = request->preferences.choices[0]->textColor = color;
-    item->coupon = Coupon{{"C", color, color, color},
-                          {{"", color, color, {}}, {"", color, color, {}}},
-                          {color, color}};
-    item->defaultFreeText = DefaultFreeText{color, color};
+TEST_F(PopUpWindowTest, WhatLiesAboveThePopupMayTakeTheFocus) {
+  campaign("OPEN_ENDED");
+  present();
+  auto* onTop = new QPushButton(host());
+  onTop->show();
+  onTop->setFocus();
+  EXPECT_EQ(QApplication::focusWidget(), onTop);
+}
+
+TEST_F(PopUpWindowTest, TheScrollIndicatorFlashesUntilTheListIsScrolled) {
+  options.reducedMotion = false;
+  options.durations.fade = {};
+  options.durations.scrollIndicatorDelay = options.durations.scrollIndicatorInterval =
+      std::chrono::milliseconds(1);
+  campaign("SURVEY");
+  choices(12);
+  present();
+  PopupListView* list = elements().buttonsTableview;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return list->indicator()->flashes() > 2; }, 5000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return list->indicator()->strength() > 0; }, 5000));
+  list->verticalScrollBar()->setValue(1);
+  EXPECT_TRUE(popup()->popUpWindowView()->isEnableTimer()) << "one pixel does not count";
+  list->verticalScrollBar()->setValue(2);
+  EXPECT_FALSE(popup()->popUpWindowView()->isEnableTimer());
+  EXPECT_EQ(popup()->popUpWindowView()->timerForShowScrollIndicator(), nullptr);
+}
+
+TEST_F(PopUpWindowTest, PaintsNothingOfTheHostsStyleSheet) {
+  campaign("SCORE");
+  item->maxScore = 10;
+  item->defaultFreeText = DefaultFreeText{};
+  const auto draw = [this] {
     present();
-    popup->grab();
+    settle();
+    const QImage all = popup()->grab().toImage();
+    const QRectF panel = elements().popupView->geometry().adjusted(8, 8, -8, -8);
     dismiss();
+    const double scale = all.devicePixelRatio();
+    return all.copy(QRectF(panel.topLeft() * scale, panel.size() * scale).toRect());
+  };
+  const QImage plain = draw();
+  QApplication::activeWindow()->setStyleSheet(
+      "* { background: red; color: red; border: 3px solid red; padding: 9px; }");
+  EXPECT_EQ(draw(), plain);
+}
+
+TEST_F(PopUpWindowTest, ACallbackMayDestroyTheHostByAClickOrByEnter) {
+  campaign("POPUP");
+  request->preferences.buttons = {option("b1", "Yes")};
+  for (const bool byKeyboard : {false, true}) {
+    toolkit = PopupToolkit::widgets();
+    request->actionItem = [this](auto) { toolkit->destroyHost(); };
+    present();
+    QWidget* button = popup()->findChild<QWidget*>("titleLbl");
+    if (byKeyboard) {
+      QTest::keyClick(button, Qt::Key_Return);
+    } else {
+      QTest::mouseClick(button, Qt::LeftButton);
+    }
+    settle();
+    EXPECT_TRUE(isGone());
   }
+}
+
+TEST_F(PopUpWindowTest, CanBeDismissedBeforeItIsPresented) {
+  campaign("POPUP");
+  int closings = 0;
+  QPointer<PopUpWindow> early = new PopUpWindow(request, options);
+  QObject::connect(early, &PopUpWindow::closed, [&] { ++closings; });
+  early->dismissView();
+  early->present();
+  settle();
+  EXPECT_TRUE(early.isNull());
+  EXPECT_EQ(closings, 1);
+}
+
+TEST_F(PopUpWindowTest, AsAWindowOfItsOwnItClosesAsItsButtonDoes) {
+  campaign("POPUP");
+  QPointer<PopUpWindow> alone = new PopUpWindow(request, options);
+  alone->resize(800, 600);
+  alone->present();
+  EXPECT_TRUE(alone->isWindow());
+  EXPECT_TRUE(alone->close()) << "a window that refuses would refuse the application's end";
+  settle();
+  EXPECT_TRUE(alone.isNull());
+  EXPECT_EQ(reports().size(), 1u);
 }
 
 }  // namespace

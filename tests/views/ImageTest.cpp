@@ -50,7 +50,7 @@ TEST(ImageDecoderTest, RefusesWhatIsTooLargeOfAnotherFormatOrBroken) {
   }
 }
 
-class ImageLoaderTest : public PopupTest {
+class ImageLoaderTest : public SettledTest {
  protected:
   ImageLoader::Done count() {
     return [this](const QImage& image) {

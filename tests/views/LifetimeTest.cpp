@@ -2,6 +2,7 @@
 #include <QFile>
 
 #include "tests/views/Campaigns.h"
+#include "tests/views/Pixels.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -10,82 +11,79 @@ namespace {
 class LifetimeTest : public PopupTest {
  protected:
   bool waitUntilGone() {
-    return QTest::qWaitFor(
-        [this] {
-          settle();
-          return popup.isNull();
-        },
-        5000);
+    return QTest::qWaitFor([this] { return settle(), isGone(); }, 5000);
   }
 };
 
-TEST_F(LifetimeTest, FadesInAndOutAndIsGone) {
+TEST_P(LifetimeTest, FadesInAndOutAndIsGone) {
   options.reducedMotion = false;
   options.durations.fade = std::chrono::milliseconds(30);
   campaign("POPUP");
   present();
-  EXPECT_TRUE(elements().popupView->graphicsEffect());
-  EXPECT_TRUE(QTest::qWaitFor([this] { return !elements().popupView->graphicsEffect(); }, 5000));
-  popup->dismissView();
-  EXPECT_EQ(closings, 0) << "closed comes after the fade";
+  EXPECT_TRUE(toolkit->isFading());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !toolkit->isFading(); }, 5000));
+  toolkit->dismiss();
+  EXPECT_EQ(toolkit->closings, 0) << "closed comes after the fade";
   EXPECT_TRUE(waitUntilGone());
-  EXPECT_EQ(closings, 1);
+  EXPECT_EQ(toolkit->closings, 1);
 }
 
-TEST_F(LifetimeTest, CanBeDismissedWhileItStillFadesIn) {
+TEST_P(LifetimeTest, HalfwayThroughAFadeNoShadowIsSeenInsideThePanel) {
+  options.reducedMotion = false;
+  options.durations.fade = std::chrono::hours(1);
+  campaign("POPUP");
+  present();
+  advanceFade(*toolkit->popup());
+  settle();
+  expectNoShadowInside(toolkit->picture(), box("popupView"));
+  delete toolkit->popup();
+}
+
+TEST_P(LifetimeTest, CanBeDismissedWhileItStillFadesIn) {
   options.reducedMotion = false;
   campaign("POPUP");
   present();
-  QTest::keyClick(popup.data(), Qt::Key_Escape);
-  popup->dismissView();
-  QTest::keyClick(popup.data(), Qt::Key_Escape);
+  advanceFade(*toolkit->popup());
+  key(Qt::Key_Escape);
+  toolkit->dismiss();
   EXPECT_TRUE(waitUntilGone());
-  EXPECT_EQ(closings, 1);
-  EXPECT_EQ(reporter->reports.size(), 1u);
+  EXPECT_EQ(toolkit->closings, 1);
+  EXPECT_EQ(reports().size(), 1u);
 }
 
-TEST_F(LifetimeTest, CanBeDismissedBeforeItIsPresented) {
-  campaign("POPUP");
-  popup = new PopUpWindow(request, options, host.get());
-  QObject::connect(popup, &PopUpWindow::closed, host.get(), [this] { ++closings; });
-  popup->dismissView();
-  popup->present();
-  EXPECT_TRUE(waitUntilGone());
-  EXPECT_EQ(closings, 1);
-}
-
-TEST_F(LifetimeTest, GoesWithAHostThatIsDestroyedWhileItFades) {
+TEST_P(LifetimeTest, GoesWithAHostThatIsDestroyedWhileItFades) {
   options.reducedMotion = false;
   campaign("EMOJI");
   choices(2);
   present();
-  popup->dismissView();
-  host.reset();
+  toolkit->dismiss();
+  toolkit->destroyHost();
   settle();
-  EXPECT_TRUE(popup.isNull());
-  EXPECT_EQ(closings, 0);
+  EXPECT_TRUE(isGone());
+  EXPECT_EQ(toolkit->closings, 0);
 }
 
-TEST_F(LifetimeTest, AnAnswerIsSentEvenWhenTheSubmitCallbackDestroysTheHost) {
+TEST_P(LifetimeTest, AnAnswerIsSentEvenWhenTheSubmitCallbackDestroysTheHost) {
   campaign("OPEN_ENDED");
   submitButton();
-  request->submitButtonItem = [this](auto) { host.reset(); };
+  request->submitButtonItem = [this](auto) { toolkit->destroyHost(); };
   present();
-  popup->submitButtonPressed();
-  EXPECT_TRUE(popup.isNull());
-  ASSERT_EQ(reporter->reports.size(), 1u);
-  EXPECT_TRUE(reporter->reports[0].answer.openEndedField);
+  toolkit->submit();
+  EXPECT_TRUE(isGone());
+  ASSERT_EQ(reports().size(), 1u);
+  EXPECT_TRUE(reports()[0].answer.openEndedField);
 }
 
-TEST_F(LifetimeTest, PicturesThatComeAfterTheEndFindNobody) {
+TEST_P(LifetimeTest, PicturesThatComeAfterTheEndFindNobody) {
   campaign("EMOJI");
   choices(2);
   request->preferences.image = "https://pictures.example/1.png";
-  for (auto& choice : request->preferences.choices)
+  for (auto& choice : request->preferences.choices) {
     choice->imageUrl = "https://pictures.example/face.png";
+  }
   present();
   ASSERT_EQ(fake.http->count(), 2u) << "one fetch for each URL";
-  popup->dismissView();
+  toolkit->dismiss();
   EXPECT_TRUE(waitUntilGone());
   while (fake.http->answerNext(200, pictureBytes({8, 8}, Qt::red))) {
   }
@@ -93,41 +91,27 @@ TEST_F(LifetimeTest, PicturesThatComeAfterTheEndFindNobody) {
 
   present();
   fake.http->answerNext(200, pictureBytes({2000, 2000}, Qt::red));
-  host.reset();  // while the picture is being decoded
+  toolkit->destroyHost();  // while the picture is being decoded
   finishDecoding();
 }
 
-TEST_F(LifetimeTest, AsAWindowOfItsOwnItClosesAsItsButtonDoes) {
-  campaign("POPUP");
-  popup = new PopUpWindow(request, options);
-  popup->resize(800, 600);
-  popup->present();
-  EXPECT_TRUE(popup->isWindow());
-  EXPECT_TRUE(popup->close()) << "a window that refuses would refuse the application's end";
-  EXPECT_TRUE(waitUntilGone());
-  EXPECT_EQ(reporter->reports.size(), 1u);
-}
-
-TEST_F(LifetimeTest, FollowsItsHostsSizeAndKeepsAnswerAndFocus) {
-  campaign("SCORE");
-  item->maxScore = 10;
-  item->defaultFreeText = DefaultFreeText{};
-  request->preferences.image = "https://pictures.example/1.png";
-  present();
-  QTest::keyClicks(elements().textField, "kept");
-  elements().textField->setFocus();
-  EXPECT_EQ(popup->state().imageViewHeight, 172);
-  host->resize(1000, 600);
-  settle();
-  EXPECT_EQ(popup->geometry(), host->rect());
-  EXPECT_EQ(elements().popupView->width(), 480);
-  EXPECT_EQ(popup->state().imageViewHeight, 240);
-  host->resize(320, 480);
-  settle();
-  EXPECT_EQ(elements().popupView->width(), 258);
-  EXPECT_EQ(QApplication::focusWidget()->objectName(), "textField");
-  EXPECT_FALSE(elements().textField->visibleRegion().isEmpty());
-  EXPECT_EQ(popup->popUpWindowView()->freeText(), "kept");
+TEST_P(LifetimeTest, HostileColoursCrashNothing) {
+  for (const char* color :
+       {"", "#", "GGGGGG", "12345", "ffffffffffffffffffff", "00000000", "\xff\xfe"}) {
+    campaign("SURVEY");
+    item->bgColor = color;
+    choices(2);
+    submitButton();
+    request->preferences.submitButton->color = request->preferences.submitButton->textColor = color;
+    request->preferences.choices[0]->color = request->preferences.choices[0]->textColor = color;
+    item->coupon = Coupon{{"C", color, color, color},
+                          {{"", color, color, {}}, {"", color, color, {}}},
+                          {color, color}};
+    item->defaultFreeText = DefaultFreeText{color, color};
+    present();
+    toolkit->picture();
+    dismiss();
+  }
 }
 
 long residentPages() {
@@ -135,7 +119,7 @@ long residentPages() {
   return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').at(1).toLong() : 0;
 }
 
-TEST_F(LifetimeTest, OpeningAndClosingOverAndOverDoesNotGrow) {
+TEST_P(LifetimeTest, OpeningAndClosingOverAndOverDoesNotGrow) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "a sanitizer keeps freed memory for a while";
 #endif
@@ -144,18 +128,18 @@ TEST_F(LifetimeTest, OpeningAndClosingOverAndOverDoesNotGrow) {
       const auto all = campaigns();
       all[static_cast<std::size_t>(i) % all.size()].describe(*request);
       present();
-      popup->grab();
+      toolkit->picture();
       dismiss();
-      ASSERT_TRUE(popup.isNull());
+      ASSERT_TRUE(isGone());
     }
   };
   rounds(100);
   const long before = residentPages();
-  const auto children = host->children().size();
   rounds(120);
-  EXPECT_EQ(host->children().size(), children);
   EXPECT_LT((residentPages() - before) * 4, 2048) << "kilobytes";
 }
+
+KIFO_ON_EACH_TOOLKIT(LifetimeTest);
 
 }  // namespace
 }  // namespace kifo::testing

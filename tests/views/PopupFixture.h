@@ -2,40 +2,21 @@
 
 #include <gmock/gmock.h>
 
-#include <QApplication>
+#include <QAccessible>
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QImage>
-#include <QMainWindow>
-#include <QMouseEvent>
-#include <QPointer>
+#include <QGuiApplication>
 #include <QTest>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoEmojiCollectionViewCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoPopupCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoSurveyCell.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/OptionButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PageIndicator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupEmojiRow.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupImageView.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/CloseButton.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
 #include "testing/FakePlatform.h"
+#include "testing/ui/User.h"
+#include "tests/views/PopupToolkit.h"
 
 namespace kifo::testing {
 
@@ -60,21 +41,6 @@ class RecordingReporter : public InAppReporter {
 
   std::vector<Report> reports;
 };
-
-/// Presses at one place of `widget`, moves to the other in two steps and lets go there.
-inline void drag(QWidget* widget, QPoint from, QPoint to) {
-  const QPoint origin =
-      widget->mapToGlobal(QPoint());  // the widget may scroll away under the pointer
-  const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton button,
-                        Qt::MouseButtons buttons) {
-    QMouseEvent event(type, QPointF(at), QPointF(origin + at), button, buttons, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-  };
-  send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-  send(QEvent::MouseMove, (from + to) / 2, Qt::NoButton, Qt::LeftButton);
-  send(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
-  send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
-}
 
 class Screen : public ViewController {
  public:
@@ -103,24 +69,43 @@ inline std::string pictureBytes(QSize size, QColor color, const char* format = "
   return bytes.toStdString();
 }
 
-/// A host's window and a campaign to show over it. The campaign is described in `request`; what is
-/// not set is absent. All of a popup's pieces can be used with this header alone.
-class PopupTest : public ::testing::Test {
+/// A platform of fakes, on which everything that is due happens when a test says so.
+class SettledTest : public ::testing::Test {
  protected:
-  PopupTest() {
+  /// Queued answers, layouts, deletions.
+  void settle() {
+    fake.runUntilIdle();
+    for (int i = 0; i < 4; ++i) {
+      QCoreApplication::processEvents();
+      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+  }
+  /// Also what other threads have under way.
+  void finishDecoding() {
+    settle();
+    ImageDecoders::waitForDone();
+    settle();
+  }
+
+  InstalledFakePlatform fake;
+};
+
+/// A host's window and a campaign to show over it. The campaign is described in `request`; what is
+/// not set is absent.
+class PopupFixture : public SettledTest {
+ protected:
+  explicit PopupFixture(std::unique_ptr<PopupToolkit> made)
+      : toolkit(std::move(made)), user(toolkit->window(), [this] { return toolkit->picture(); }) {
     item->uuid = "uuid-1";
     request->preferences.appCommunicationItem = item;
     request->preferences.controller = screen;
     request->preferences.pageName = "home";
     request->reporter = reporter;
     options.reducedMotion = true;
-    host->resize(414, 800);
-    host->show();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(host.get()));
   }
 
-  ~PopupTest() override {
-    host.reset();
+  ~PopupFixture() override {
+    toolkit.reset();
     settle();
   }
 
@@ -135,12 +120,10 @@ class PopupTest : public ::testing::Test {
     p.backgroundColor = Color::white();
     item->bgColor = "#FFFFFF";
   }
-
   void submitButton(const std::string& text = "Send") {
-    item->submitButton = option("submit", text, "#0A5CD8", "#FFFFFF");
-    request->preferences.submitButton = item->submitButton;
+    item->submitButton = request->preferences.submitButton =
+        option("submit", text, "#0A5CD8", "#FFFFFF");
   }
-
   /// `count` choices with the ids "c1", "c2", …
   void choices(int count) {
     for (int i = 1; i <= count; ++i) {
@@ -148,57 +131,102 @@ class PopupTest : public ::testing::Test {
       request->preferences.choices.push_back(option("c" + number, "Choice " + number));
     }
   }
-
-  PopUpWindow* present() {
-    popup = new PopUpWindow(request, options, host.get());
-    QObject::connect(popup, &PopUpWindow::closed, host.get(), [this] { ++closings; });
-    popup->present();
-    return popup;
-  }
-
-  void dismiss() {
-    popup->dismissView();
-    settle();
-  }
-
-  /// Lets everything that is due happen: queued answers, decoding, layouts, deletions.
-  void settle() {
-    fake.runUntilIdle();
-    for (int i = 0; i < 3; ++i) {
-      QCoreApplication::processEvents();
-      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  void pictures(int count) {
+    for (int i = 0; i < count; ++i) {
+      request->preferences.images.push_back("https://pictures.example/" + std::to_string(i));
     }
   }
+  /// What a touch of the popup's body does.
+  void bodyAction(const std::string& link) {
+    item->action = std::make_shared<AppCommunicationItemAction>();
+    item->action->link = link;
+  }
 
-  const PopupElements& elements() { return popup->popUpWindowView()->elements(); }
-  PopupButton* button(int row) { return popup->findChildren<KifoPopupCell*>().at(row)->titleLbl(); }
-  KifoSurveyCell* choice(int row) { return popup->findChildren<KifoSurveyCell*>().at(row); }
+  void present() { toolkit->present(request, options); }
+  void dismiss() {
+    toolkit->dismiss();
+    settle();
+  }
+  void close() { click(piece("closeButton")); }
+  [[nodiscard]] bool isGone() const { return toolkit->popup() == nullptr; }
 
-  static void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
-  void close() {
-    click(elements().closeButton);
+  template <class Control>
+  void click(Control control) {
+    user.click(control);
+    settle();
+  }
+  /// Presses at one place of the window, moves to the other in steps and lets go there.
+  void drag(QPoint from, QPoint to, bool letsGo = true) {
+    QTest::mousePress(&toolkit->window(), Qt::LeftButton, {}, from);
+    for (int step = 1; step <= 4; ++step) {
+      QTest::mouseMove(&toolkit->window(), from + (to - from) * step / 4);
+    }
+    if (letsGo) QTest::mouseRelease(&toolkit->window(), Qt::LeftButton, {}, to);
+  }
+  void clickAt(QPoint place) {
+    QTest::mouseClick(&toolkit->window(), Qt::LeftButton, {}, place);
     settle();
   }
   /// Presses `key` wherever the focus is.
-  static void key(Qt::Key code, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(QApplication::focusWidget(), code, modifiers);
+  void key(Qt::Key code, Qt::KeyboardModifiers modifiers = {}) {
+    user.press(code, 1, modifiers);
+    QCoreApplication::processEvents();
   }
-  /// Also what other threads have under way.
-  void finishDecoding() {
-    settle();
-    ImageDecoders::waitForDone();
-    settle();
+  static std::string focused() {
+    const QObject* object = QGuiApplication::focusObject();
+    return object ? object->objectName().toStdString() : "";
+  }
+  std::vector<std::string> tabRound(int steps) {
+    std::vector<std::string> names;
+    for (int i = 0; i < steps; ++i) {
+      key(Qt::Key_Tab);
+      names.push_back(focused());
+    }
+    return names;
   }
 
-  InstalledFakePlatform fake;
+  /// As assistive technology knows it.
+  QAccessibleInterface* piece(const char* objectName, int index = 0) {
+    QAccessibleInterface* found = user.object(objectName, index);
+    if (!found) throw std::runtime_error(std::string("there is no ") + objectName);
+    return found;
+  }
+  QString text(const char* objectName) { return piece(objectName)->text(QAccessible::Name); }
+  /// Empty for what is not visible.
+  PopupToolkit::Part part(const std::string& name, int index = 0) {
+    for (const auto& each : toolkit->parts()) {
+      if (each.name == name && index-- == 0) return each;
+    }
+    return {};
+  }
+  QRect box(const std::string& name, int index = 0) { return part(name, index).box; }
+  /// The colour that is seen at a place of the window.
+  QColor colorAt(QPoint place) {
+    const QImage picture = toolkit->picture();
+    return picture.pixelColor(place * picture.devicePixelRatio());
+  }
+  std::vector<RecordingReporter::Report>& reports() { return reporter->reports; }
+
   std::shared_ptr<RecordingReporter> reporter = std::make_shared<RecordingReporter>();
   std::shared_ptr<Screen> screen = std::make_shared<Screen>();
   std::shared_ptr<AppCommunicationItem> item = std::make_shared<AppCommunicationItem>();
   std::shared_ptr<PopupRequest> request = std::make_shared<PopupRequest>();
   PopUpOptions options;
-  std::unique_ptr<QMainWindow> host = std::make_unique<QMainWindow>();
-  QPointer<PopUpWindow> popup;
-  int closings = 0;
+  std::unique_ptr<PopupToolkit> toolkit;
+  User user;
 };
+
+/// The same on each toolkit.
+class PopupTest : public PopupFixture, public ::testing::WithParamInterface<PopupToolkit::Kind> {
+ protected:
+  PopupTest() : PopupFixture(GetParam().make()) {}
+};
+
+inline std::string nameOfToolkit(const ::testing::TestParamInfo<PopupToolkit::Kind>& tested) {
+  return tested.param.name;
+}
+
+#define KIFO_ON_EACH_TOOLKIT(Suite) \
+  INSTANTIATE_TEST_SUITE_P(Toolkits, Suite, ::testing::ValuesIn(PopupToolkit::all()), nameOfToolkit)
 
 }  // namespace kifo::testing

@@ -158,7 +158,7 @@ AlertOverlay {
         }
         Item {
             id: cross
-            property bool focusStop: true
+            activeFocusOnTab: true
             visible: alert.places.cross.width > 0
             x: alert.places.cross.x
             y: alert.places.cross.y

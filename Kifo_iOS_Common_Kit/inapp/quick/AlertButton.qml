@@ -9,7 +9,7 @@ Rectangle {
     required property var modelData
     property AlertOverlay overlay
     property rect place
-    property bool focusStop: true
+    activeFocusOnTab: true
     readonly property color shown: touch.pressed ? Qt.darker(modelData.background, 1.25)
                                    : touch.containsMouse ? Qt.darker(modelData.background, 1.08)
                                                          : modelData.background

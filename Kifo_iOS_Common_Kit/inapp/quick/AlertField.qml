@@ -34,7 +34,7 @@ Rectangle {
     }
     TextInput {
         id: line
-        property bool focusStop: field.modelData.isLine
+        activeFocusOnTab: field.modelData.isLine
         objectName: "alertField"
         anchors.fill: parent
         leftPadding: 7
@@ -57,17 +57,18 @@ Rectangle {
         Accessible.name: field.modelData.placeholder
     }
     Flickable {
-        anchors { fill: parent; margins: 5 }
+        anchors.fill: parent
         visible: !field.modelData.isLine
         clip: true
         contentHeight: lines.height
         boundsBehavior: Flickable.StopAtBounds
         TextEdit {
             id: lines
-            property bool focusStop: !field.modelData.isLine
+            activeFocusOnTab: !field.modelData.isLine
             objectName: "alertField"
             width: parent.width
-            height: Math.max(field.height - 10, implicitHeight)
+            height: Math.max(field.height, implicitHeight)
+            padding: 5
             enabled: parent.parent.visible
             text: field.modelData.text
             textFormat: TextEdit.PlainText
@@ -77,9 +78,6 @@ Rectangle {
             selectionColor: field.overlay.colors.accent
             selectedTextColor: field.overlay.colors.selectedText
             selectByMouse: true
-            Keys.priority: Keys.BeforeItem
-            Keys.onTabPressed: field.overlay.step(true)
-            Keys.onBacktabPressed: field.overlay.step(false)
             onTextChanged: {
                 if (text === field.modelData.text) return
                 field.modelData.text = text

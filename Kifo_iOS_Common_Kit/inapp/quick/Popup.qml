@@ -192,7 +192,7 @@ Item {
                         TextInput {
                             id: field
 
-                            readonly property bool focusStop: true
+                            activeFocusOnTab: true
 
                             objectName: "textField"
                             anchors.fill: parent

@@ -105,6 +105,7 @@ AlertButton& QuickAlert::makeButton(const QString& title) {
   buttons_.insert(closing, button);
   connect(button, &QObject::destroyed, this, [this](QObject* gone) {
     std::erase_if(buttons_, [gone](QuickAlertButton* each) { return each == gone; });
+    if (overlay_ != nullptr) overlay_->showParts();
   });
   if (overlay_ != nullptr) overlay_->showParts();
   return *button;
@@ -121,11 +122,8 @@ QuickAlertButton* QuickAlert::addButton(const QString& title, const QColor& back
                                         const QColor& textColor,
                                         const std::optional<ShowTimeoutConfiguration>& showTimeout,
                                         std::function<void()> action) {
-  auto& button = static_cast<QuickAlertButton&>(makeButton(title));
-  button.actionType = KifoButtonActionType::closure;
-  button.action = std::move(action);
-  configure(button, backgroundColor, textColor, showTimeout);
-  return &button;
+  return static_cast<QuickAlertButton*>(&addButtonWith({std::move(action), nullptr, {}}, title,
+                                                       backgroundColor, textColor, showTimeout));
 }
 
 QuickAlertButton* QuickAlert::addButton(const QString& title, std::function<void()> action) {
@@ -136,12 +134,8 @@ QuickAlertButton* QuickAlert::addButton(const QString& title, const QColor& back
                                         const QColor& textColor,
                                         const std::optional<ShowTimeoutConfiguration>& showTimeout,
                                         QObject* target, const QByteArray& selector) {
-  auto& button = static_cast<QuickAlertButton&>(makeButton(title));
-  button.actionType = KifoButtonActionType::selector;
-  button.target = target;
-  button.selector = selector;
-  configure(button, backgroundColor, textColor, showTimeout);
-  return &button;
+  return static_cast<QuickAlertButton*>(
+      &addButtonWith({{}, target, selector}, title, backgroundColor, textColor, showTimeout));
 }
 
 QuickAlertField* QuickAlert::addField(const QString& title, bool isLine) {
@@ -149,6 +143,7 @@ QuickAlertField* QuickAlert::addField(const QString& title, bool isLine) {
   fields_.push_back(field);
   connect(field, &QObject::destroyed, this, [this](QObject* gone) {
     std::erase_if(fields_, [gone](QuickAlertField* each) { return each == gone; });
+    if (overlay_ != nullptr) overlay_->showParts();
   });
   if (overlay_ != nullptr) overlay_->showParts();
   return field;
@@ -194,6 +189,14 @@ bool QuickAlert::open() {
   });
   overlay_->open();
   return true;
+}
+
+void QuickAlert::keyboardWillShow(const QRect& keyboard) {
+  if (overlay_ != nullptr) overlay_->setKeyboard(keyboard);
+}
+
+void QuickAlert::keyboardWillHide() {
+  keyboardWillShow({});
 }
 
 void QuickAlert::returnFocus() {

@@ -146,6 +146,12 @@ class KIFO_EXPORT QuickAlert : public KifoAlert {
   /// The card; null while the alert is not shown.
   [[nodiscard]] QQuickItem* baseView() const;
 
+ public Q_SLOTS:
+  /// A keyboard covers `keyboard` of the window: an alert with fields moves out of its way. The
+  /// input method's own keyboard is watched; hosts that draw one themselves call this.
+  void keyboardWillShow(const QRect& keyboard);
+  void keyboardWillHide();
+
  protected:
   [[nodiscard]] std::vector<AlertButton*> buttonsInOrder() const override;
   AlertButton& makeButton(const QString& title) override;

@@ -12,6 +12,7 @@
 #include <cmath>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/inapp/quick/AlertValues.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickAlert.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertAnimator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/DisposeLater.h"
@@ -32,17 +33,6 @@ QQmlEngine* engineOf(QQuickWindow& window) {
   }
   static const QPointer<QQmlEngine> own = new QQmlEngine(QCoreApplication::instance());
   return own;
-}
-
-QVariantMap mapOf(const AlertPlaces::Row& row) {
-  return {{"headerPlace", row.header},
-          {"valuePlace", row.value},
-          {"isBeside", row.isBeside},
-          {"line", row.line}};
-}
-
-QVariantList listOf(const std::vector<QRect>& rects) {
-  return {rects.begin(), rects.end()};
 }
 
 template <class Objects>
@@ -82,9 +72,6 @@ QuickAlertOverlay::~QuickAlertOverlay() {
 void QuickAlertOverlay::follow(QuickAlert& alert) {
   connect(&alert.animator(), &AlertAnimator::moved, this, &QuickAlertOverlay::moveCard);
   connect(window(), &QWindow::activeChanged, this, &QuickAlertOverlay::holdTimeout);
-  const QInputMethod* method = QGuiApplication::inputMethod();
-  connect(method, &QInputMethod::visibleChanged, this, &QuickAlertOverlay::place);
-  connect(method, &QInputMethod::keyboardRectangleChanged, this, &QuickAlertOverlay::place);
 }
 
 void QuickAlertOverlay::open() {
@@ -139,59 +126,15 @@ double QuickAlertOverlay::cardOpacity() const {
 
 QVariantMap QuickAlertOverlay::colors() const {
   if (alert_ == nullptr) return {};
-  return {{"card", colors_.card},
-          {"border", colors_.border},
-          {"title", colors_.title},
-          {"text", colors_.text},
-          {"accent", colors_.accent},
-          {"line", colors_.line},
-          {"field", colors_.field},
-          {"fieldBorder", colors_.fieldBorder},
-          {"selectedText", colors_.selectedText},
-          {"ink", inkOn(colors_.card)},
-          {"disc", alert_->appearance.circleBackgroundColor},
-          {"circle", alert_->viewColor}};
+  return valuesOf(colors_, alert_->appearance, alert_->viewColor);
 }
 
 QVariantMap QuickAlertOverlay::looks() const {
-  if (alert_ == nullptr) return {};
-  const KifoAppearance& appearance = alert_->appearance;
-  const auto alignment = AlertLayout::alignmentOf(appearance.textViewAlignment);
-  return {{"text", appearance.kTextFont},
-          {"row", AlertLayout::rowFont(appearance)},
-          {"button", appearance.kButtonFont},
-          {"cardRadius", appearance.contentViewCornerRadius},
-          {"fieldRadius", appearance.fieldCornerRadius},
-          {"buttonRadius", appearance.buttonCornerRadius},
-          {"alignment", static_cast<int>(alignment)}};
+  return alert_ == nullptr ? QVariantMap() : looksOf(alert_->appearance);
 }
 
 QVariantMap QuickAlertOverlay::places() const {
-  QVariantList rows;
-  for (std::size_t i = 0; alert_ != nullptr && i < places_.rows.size(); ++i) {
-    QVariantMap row = mapOf(places_.rows[i]);
-    row.insert("header", alert_->datas[i].header);
-    row.insert("value", alert_->datas[i].value);
-    rows.append(row);
-  }
-  return {{"card", places_.card},
-          {"panel", places_.panel},
-          {"disc", places_.disc},
-          {"circle", places_.circle},
-          {"icon", places_.icon},
-          {"cross", places_.cross},
-          {"viewport", places_.viewport},
-          {"scrolls", places_.scrolls},
-          {"contents", places_.contents},
-          {"titleFont", places_.titleFont},
-          {"title", places_.title},
-          {"text", places_.text},
-          {"list", places_.list},
-          {"heading", places_.heading},
-          {"rows", rows},
-          {"fields", listOf(places_.fields)},
-          {"custom", places_.custom},
-          {"buttons", listOf(places_.buttons)}};
+  return alert_ == nullptr ? QVariantMap() : valuesOf(places_, alert_->datas);
 }
 
 void QuickAlertOverlay::showTexts() {
@@ -211,6 +154,10 @@ void QuickAlertOverlay::showParts() {
 void QuickAlertOverlay::placeCustomView() {
   QQuickItem* view = alert_->customSubview;
   if (view == nullptr || customPlace_ == nullptr) return;
+  connect(view, &QQuickItem::implicitWidthChanged, this, &QuickAlertOverlay::place,
+          Qt::UniqueConnection);
+  connect(view, &QQuickItem::implicitHeightChanged, this, &QuickAlertOverlay::place,
+          Qt::UniqueConnection);
   view->setParentItem(customPlace_);
   view->setPosition({});
   view->setSize(places_.custom.size());
@@ -246,10 +193,9 @@ AlertContents QuickAlertOverlay::contents() const {
 
 QRect QuickAlertOverlay::available() const {
   QRect available(QPoint(), size().toSize());
-  const QInputMethod* method = QGuiApplication::inputMethod();
-  const QRect keyboard = method->keyboardRectangle().toAlignedRect();
-  if (!alert_->fields_.empty() && method->isVisible() && keyboard.intersects(available)) {
-    available.setBottom(keyboard.top() - 1);
+  const QRect covered = keyboard().toAlignedRect();
+  if (!alert_->fields_.empty() && covered.intersects(available)) {
+    available.setBottom(covered.top() - 1);
   }
   const int gap = std::min({kWidestGap, available.width() / 20, available.height() / 20});
   return available.adjusted(gap, gap, -gap, -gap);
@@ -309,10 +255,10 @@ void QuickAlertOverlay::holdTimeout() {
   alert_->holdTimeout(pointerInside_ || (engaged_ && window()->isActive()));
 }
 
-void QuickAlertOverlay::step(bool forwards) {
+void QuickAlertOverlay::stepFocus(bool forwards) {
   isKeyboardUsed_ = true;
   Q_EMIT keyboardUsedChanged();
-  stepFocus(forwards);
+  QuickOverlay::stepFocus(forwards);
 }
 
 void QuickAlertOverlay::closeByCross() {
@@ -321,11 +267,7 @@ void QuickAlertOverlay::closeByCross() {
 
 // Each is the last thing done: what follows may delete the window.
 void QuickAlertOverlay::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) {
-    isKeyboardUsed_ = true;
-    Q_EMIT keyboardUsedChanged();
-  }
-  QuickOverlay::keyPressEvent(event);
+  event->accept();
   // A key that is held down since before the alert came may not answer it.
   if (event->isAutoRepeat() || alert_ == nullptr) return;
   if (event->key() == Qt::Key_Escape && alert_->mayClose()) return alert_->hideView();

@@ -30,13 +30,10 @@ class QuickAlertOverlay : public kifo::QuickOverlay {
   Q_PROPERTY(QString heading READ heading NOTIFY partsChanged)
   Q_PROPERTY(QVariantList fields READ fields NOTIFY partsChanged)
   Q_PROPERTY(QVariantList buttons READ buttons NOTIFY partsChanged)
-  // Maps; as QVariant, because the lint would look for their keys among a map's own members.
-  /// The members of `AlertColors`, "disc" and "circle", and "ink" for what is drawn on the card.
+  // The maps of AlertValues.h; as QVariant, because the lint would look for their keys among a
+  // map's own members.
   Q_PROPERTY(QVariant colors READ colors NOTIFY partsChanged)
-  /// "text", "row" and "button"; radii under "cardRadius", "fieldRadius" and "buttonRadius";
-  /// "alignment" of the text.
   Q_PROPERTY(QVariant looks READ looks NOTIFY partsChanged)
-  /// The members of `AlertPlaces`; "rows" also with their texts.
   Q_PROPERTY(QVariant places READ places NOTIFY placed)
   Q_PROPERTY(QPointF cardPosition READ cardPosition NOTIFY cardMoved)
   Q_PROPERTY(double cardOpacity READ cardOpacity NOTIFY cardMoved)
@@ -81,8 +78,6 @@ class QuickAlertOverlay : public kifo::QuickOverlay {
   /// The user has put the focus somewhere, or has typed.
   Q_INVOKABLE void engage();
   Q_INVOKABLE void closeByCross();
-  /// To the next or the previous control, as Tab does.
-  Q_INVOKABLE void step(bool forwards);
 
  Q_SIGNALS:
   void textsChanged();
@@ -99,6 +94,7 @@ class QuickAlertOverlay : public kifo::QuickOverlay {
   void place() override;
   void remake() override { showParts(); }
   void focusArrived(QQuickItem* item, bool byUser) override;
+  void stepFocus(bool forwards) override;
   void keyPressEvent(QKeyEvent* event) override;
   void pressed(QPointF position, QPoint global) override;
   void moved(QPoint global) override;

@@ -10,6 +10,8 @@
 #include <QSGRectangleNode>
 #include <QScopedValueRollback>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/FocusOrder.h"
+
 namespace kifo {
 namespace {
 
@@ -50,7 +52,7 @@ bool isInput(QEvent::Type type) {
 void collectStops(const QQuickItem* item, QList<QQuickItem*>& stops) {
   for (QQuickItem* child : item->childItems()) {
     if (!child->isVisible() || !child->isEnabled()) continue;
-    if (child->property("focusStop").toBool()) stops.append(child);
+    if (child->activeFocusOnTab() || child->property("focusStop").toBool()) stops.append(child);
     collectStops(child, stops);
   }
 }
@@ -86,8 +88,12 @@ void QuickOverlay::cover(QQuickWindow& window) {
   connect(&window, &QQuickWindow::activeFocusItemChanged, this, &QuickOverlay::focusMoved);
   connect(qGuiApp, &QGuiApplication::layoutDirectionChanged, this, &QuickOverlay::remake);
   const QInputMethod* method = QGuiApplication::inputMethod();
-  connect(method, &QInputMethod::keyboardRectangleChanged, this, &QQuickItem::update);
-  connect(method, &QInputMethod::visibleChanged, this, &QQuickItem::update);
+  const auto followKeyboard = [this, method] {
+    setKeyboard(method->isVisible() ? method->keyboardRectangle() : QRectF());
+  };
+  connect(method, &QInputMethod::keyboardRectangleChanged, this, followKeyboard);
+  connect(method, &QInputMethod::visibleChanged, this, followKeyboard);
+  followKeyboard();
   follow();
   // Before any filter of the window, by which Qt Quick Controls close and shield their popups.
   QCoreApplication::instance()->installEventFilter(this);
@@ -106,20 +112,21 @@ bool QuickOverlay::takesKey(int /*key*/) const {
 
 void QuickOverlay::focusArrived(QQuickItem* /*item*/, bool /*byUser*/) {}
 
-QRectF QuickOverlay::keyboard() const {
-  const QInputMethod* method = QGuiApplication::inputMethod();
-  return method->isVisible() ? method->keyboardRectangle() : QRectF();
+void QuickOverlay::setKeyboard(const QRectF& keyboard) {
+  keyboard_ = keyboard;
+  place();
+  update();
 }
 
 bool QuickOverlay::contains(const QPointF& point) const {
-  return QQuickItem::contains(point) && !keyboard().contains(point);
+  return QQuickItem::contains(point) && !keyboard_.contains(point);
 }
 
 QSGNode* QuickOverlay::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
   auto* rectangle = static_cast<QSGRectangleNode*>(node);
   if (!rectangle) rectangle = window()->createRectangleNode();
   QRectF dimmed = boundingRect();
-  if (const QRectF covered = keyboard(); !covered.isEmpty()) dimmed.setBottom(covered.top());
+  if (!keyboard_.isEmpty()) dimmed.setBottom(keyboard_.top());
   rectangle->setRect(dimmed);
   rectangle->setColor(QColor::fromRgbF(0, 0, 0, static_cast<float>(dimming_)));
   return rectangle;
@@ -131,8 +138,18 @@ bool QuickOverlay::eventFilter(QObject* watched, QEvent* event) {
   const bool isApplications = watched == QCoreApplication::instance();
   if (isApplications && event->type() == QEvent::ApplicationFontChange) remake();
   if (!holdsFocus_ || watched != window() || !isInput(event->type())) return false;
+  if (event->type() == QEvent::KeyPress && tab(*static_cast<QKeyEvent*>(event))) return true;
   // The scene's own delivery, past the filters of the window.
   watched->event(event);
+  return true;
+}
+
+/// Before any item has the key: the scene would take it to an item outside.
+bool QuickOverlay::tab(const QKeyEvent& event) {
+  const QQuickItem* focused = window()->activeFocusItem();
+  const bool isTab = event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+  if (!isTab || !focused || !isInside(focused)) return false;
+  stepFocus(event.key() == Qt::Key_Tab && !event.modifiers().testFlag(Qt::ShiftModifier));
   return true;
 }
 
@@ -146,9 +163,6 @@ bool QuickOverlay::event(QEvent* event) {
 }
 
 void QuickOverlay::keyPressEvent(QKeyEvent* event) {
-  const bool back = event->key() == Qt::Key_Backtab ||
-                    (event->key() == Qt::Key_Tab && event->modifiers().testFlag(Qt::ShiftModifier));
-  if (back || event->key() == Qt::Key_Tab) stepFocus(!back);
   event->accept();
 }
 
@@ -277,9 +291,8 @@ void QuickOverlay::stepFocus(bool forwards) {
   const QList<QQuickItem*> all = focusStops();
   if (all.isEmpty()) return;
   const auto here = all.indexOf(window()->activeFocusItem());
-  const auto start = here < 0 && !forwards ? all.size() : here;
-  const auto next = (start + (forwards ? 1 : -1) + all.size()) % all.size();
-  all[next]->forceActiveFocus(forwards ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  all[nextStop(here, all.size(), forwards)]->forceActiveFocus(forwards ? Qt::TabFocusReason
+                                                                       : Qt::BacktabFocusReason);
 }
 
 }  // namespace kifo

@@ -12,7 +12,8 @@ namespace kifo {
 /// the keyboard focus while it is open. It lies above everything in the scene, open popups and
 /// drawers of the host's included; of several overlays the later one is above.
 ///
-/// The Tab key stops at the descendants whose `focusStop` property is true, in their order.
+/// The Tab key stops at the descendants with `activeFocusOnTab`, and at those whose `focusStop`
+/// property is true, in their order.
 ///
 /// **Threading:** UI thread only. **Ownership:** once it covers a window it is a child of the
 /// window's content item and goes with it; holds everything else weakly.
@@ -32,14 +33,16 @@ class QuickOverlay : public QQuickItem {
   [[nodiscard]] double dimming() const { return dimming_; }
   void setDimming(double alpha);
 
-  /// False over an on-screen keyboard that is part of the scene, which can be used.
+  /// What a keyboard on the screen covers of the window, empty for none: it is not dimmed and can
+  /// be used. The input method's own keyboard is watched.
+  void setKeyboard(const QRectF& keyboard);
   [[nodiscard]] bool contains(const QPointF& point) const override;
 
  Q_SIGNALS:
   void dimmingChanged();
 
  protected:
-  /// The window has another size.
+  /// The window has another size, or a keyboard covers another part of it.
   virtual void place() {}
   /// The application has another font or reading direction.
   virtual void remake() {}
@@ -57,12 +60,13 @@ class QuickOverlay : public QQuickItem {
 
   /// Remembers who has the focus and gives it to `first`, which may be the overlay itself.
   void takeFocus(QQuickItem* first);
-  /// Lets go of the input and returns the focus to whom it was taken from, if that one can still
-  /// have it.
+  /// Stops taking input and returns the focus to the item that had it before, if that one can
+  /// still have it.
   void giveFocusBack();
-  /// To the next or previous stop, round and round.
-  void stepFocus(bool forwards);
+  /// To the next or previous stop, in a circle.
+  virtual void stepFocus(bool forwards);
   [[nodiscard]] bool isInside(const QQuickItem* item) const;
+  [[nodiscard]] const QRectF& keyboard() const { return keyboard_; }
 
   bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -79,12 +83,13 @@ class QuickOverlay : public QQuickItem {
   QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
 
  private:
-  [[nodiscard]] QRectF keyboard() const;
+  bool tab(const QKeyEvent& event);
   [[nodiscard]] bool isAbove(const QQuickItem* item) const;
   void focusMoved();
   void passFocusOn();
 
   double dimming_ = 0;
+  QRectF keyboard_;
   QPointer<QQuickItem> focusBefore_;
   QPointer<QQuickItem> focusLast_;
   bool holdsFocus_ = false;

@@ -12,15 +12,17 @@ namespace {
 constexpr int kWidestPicture = 480;  ///< Logical pixels: the panel at its widest.
 constexpr std::chrono::milliseconds kSpinnerStep{100};
 constexpr auto kEmojiTag = "Kifo KifoEmojiCollectionViewCell:";
+constexpr auto kPageTag = "Kifo KifoImageCollectionViewCell:";
+
+void printInvalid(const char* tag, const std::string& url) {
+  Console::print(tag, "Failed to present attachment due to an invalid url: " + url);
+}
 
 }  // namespace
 
 QuickPictures::QuickPictures(PopupState& state, const PopUpOptions& options, QObject* popup)
     : QObject(popup), state_(state), options_(options) {
-  connect(&pageTimer_, &QTimer::timeout, this, [this] {
-    const int next = state_.nextPage();
-    showPage(next, next != 0);
-  });
+  connect(&pageTimer_, &QTimer::timeout, this, &QuickPictures::turnByItself);
   connect(&spinner_, &QTimer::timeout, this, [this] {
     spinnerStep_ = (spinnerStep_ + 1) % kSpinnerSteps;
     Q_EMIT pieceChanged(PopupPiece::picture);
@@ -65,7 +67,7 @@ void QuickPictures::fetchEmojis(PopupParts& parts) {
     const auto& url = parts.rows()[row].button->imageUrl;
     if (!url) continue;
     if (!ImageLoader::isUrl(*url)) {
-      Console::print(kEmojiTag, "Failed to present attachment due to an invalid url: " + *url);
+      printInvalid(kEmojiTag, *url);
     } else if (const QImage kept = loader_->kept(*url); !kept.isNull()) {
       Q_EMIT emojiCame(static_cast<int>(row), kept);
     } else {
@@ -93,7 +95,12 @@ void QuickPictures::slideTo(double offset) {
   const int last = std::min(static_cast<int>(std::ceil(offset)) + 1, pages() - 1);
   for (int page = first; page <= last; ++page) {
     const std::string& url = state_.images[static_cast<std::size_t>(page)];
-    if (ImageLoader::isUrl(url)) fetch(url, page);
+    if (ImageLoader::isUrl(url)) {
+      fetch(url, page);
+    } else if (page > lastChecked_) {
+      printInvalid(kPageTag, url);
+    }
+    lastChecked_ = std::max(lastChecked_, page);
   }
   Q_EMIT pieceChanged(PopupPiece::picture);
 }
@@ -111,6 +118,11 @@ void QuickPictures::showPage(int page, bool animated) {
   slide_.setEndValue(static_cast<double>(page));
   slide_.setDuration(static_cast<int>(options_.durations.scroll.count()));
   slide_.start();
+}
+
+void QuickPictures::turnByItself() {
+  const int next = state_.nextPage();
+  showPage(next, next != 0);
 }
 
 void QuickPictures::turnTo(int page) {

@@ -42,6 +42,10 @@ class QuickPictures : public QObject {
   void slideTo(double offset);
   /// The user turned to a page.
   void turnTo(int page);
+  /// To the next page, from the last one back to the first: what the timer does.
+  void turnByItself();
+  [[nodiscard]] bool turnsByItself() const { return pageTimer_.isActive(); }
+  [[nodiscard]] bool isSliding() const { return slide_.state() == QAbstractAnimation::Running; }
   void stopTimer() { pageTimer_.stop(); }
 
  Q_SIGNALS:
@@ -62,6 +66,7 @@ class QuickPictures : public QObject {
   QTimer spinner_;
   QVariantAnimation slide_;
   double offset_ = 0;
+  int lastChecked_ = -1;  ///< Up to this page, texts that are no URL have been printed.
   int spinnerStep_ = 0;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include <QPointer>
 #include <QQuickPaintedItem>
 
@@ -88,6 +90,8 @@ class QuickPiece : public QQuickPaintedItem {
   [[nodiscard]] PopupParts& parts() const { return popup_->parts(); }
 
  private:
+  /// The piece of the panel that a part is or belongs to; none for what the panel lies in.
+  static std::optional<PopupPiece> pieceOf(Part part);
   void follow();
   void refresh();
   [[nodiscard]] QRectF box() const;

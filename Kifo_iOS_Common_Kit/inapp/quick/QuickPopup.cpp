@@ -68,6 +68,7 @@ QuickPopup::QuickPopup(std::shared_ptr<const PopupRequest> request, PopUpOptions
   connect(pictures_, &QuickPictures::emojiCame, this, [this](int row, const QImage& image) {
     parts_->rows()[static_cast<std::size_t>(row)].emoji.image = image;
   });
+  emojiTimer_.setSingleShot(true);
   connect(&emojiTimer_, &QTimer::timeout, this, [this] {
     namedEmoji_ = -1;
     Q_EMIT pieceChanged(PopupPiece::emojis);
@@ -199,13 +200,14 @@ void QuickPopup::choose(int row) {
   const bool wasOpen = state_.isFreeTextOpen;
   state_.select(parts_->rows()[static_cast<std::size_t>(row)].button);
   if (state_.popupType == PopupType::emoji) {
-    namedEmoji_ = row;
+    const bool hasText = !parts_->rows()[static_cast<std::size_t>(row)].text.caption.isEmpty();
+    namedEmoji_ = hasText ? row : -1;
     emojiTimer_.start(kEmojiTextShown);
   }
   ButtonLook& submit = parts_->submitLook();
   submit.isDimmed = false;
   if (state_.preferences.submitButton) submit.surface = submit.surface.value_or(Qt::white);
-  if (!state_.isFreeTextOpen) Q_EMIT freeTextChanged();
+  if (!state_.isFreeTextOpen) showFreeText();
   if (parts_->has(PopupPiece::fieldView)) moveOpennessTo(state_.isFreeTextOpen ? 1 : 0);
   Q_EMIT changed();
   if (wasOpen || !state_.isFreeTextOpen || !view_) return;
@@ -266,7 +268,11 @@ void QuickPopup::setFreeText(const QString& text) {
   const std::string typed = text.toStdString();
   if (typed == state_.freeText) return;
   state_.freeText = typed;
-  parts_->setText(PopupPiece::counter, PopupContent::counter(parts_->theme(), typed));
+  showFreeText();
+}
+
+void QuickPopup::showFreeText() {
+  parts_->setText(PopupPiece::counter, PopupContent::counter(parts_->theme(), state_.freeText));
   Q_EMIT freeTextChanged();
   Q_EMIT pieceChanged(PopupPiece::counter);
 }
@@ -278,19 +284,21 @@ void QuickPopup::fieldDone() {
 
 void QuickPopup::setScore(float value) {
   state_.sliderValue = value;
-  TextLook look = parts_->content().score;
-  look.text = QString::number(state_.score());
-  parts_->setText(PopupPiece::score, look);
-  Q_EMIT pieceChanged(PopupPiece::score);
+  showScore();
+}
+
+void QuickPopup::holdScore(bool holds) {
+  holdsScore_ = holds;
+  showScore();
+  if (!holds) arrange();  // which makes a long number fit again
 }
 
 /// The value is a little larger while the thumb is held.
-void QuickPopup::holdScore(bool holds) {
+void QuickPopup::showScore() {
   TextLook look = parts_->content().score;
   look.text = QString::number(state_.score());
-  if (holds) look.font = PopupContent::heldScore(parts_->theme());
+  if (holdsScore_) look.font = PopupContent::heldScore(parts_->theme());
   parts_->setText(PopupPiece::score, look);
-  if (!holds) arrange();  // which makes a long number fit again
   Q_EMIT pieceChanged(PopupPiece::score);
 }
 
@@ -393,10 +401,12 @@ void QuickPopup::dismissKeyboard() {
 }
 
 void QuickPopup::keyboardWillShow(const QRectF& keyboard) {
+  setKeyboard(keyboard);
   keyboard_->show(keyboard);
 }
 
 void QuickPopup::keyboardWillHide() {
+  setKeyboard({});
   keyboard_->hide();
 }
 

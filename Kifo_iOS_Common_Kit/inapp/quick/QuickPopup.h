@@ -148,6 +148,8 @@ class QuickPopup : public kifo::QuickOverlay {
   [[nodiscard]] bool takesAnswer() const { return !dismissing_ && !state_.isAnswering; }
   void press(const PopupRequest::ButtonCallback& action, const PopupState::Button& button);
   void choose(int row);
+  void showScore();
+  void showFreeText();
   void moveOpennessTo(double openness);
   void flash();
   [[nodiscard]] QuickScroll* scrollAt(QPointF position) const;
@@ -174,6 +176,7 @@ class QuickPopup : public kifo::QuickOverlay {
   int stopRow_ = 0;
   int namedEmoji_ = -1;
   bool copied_ = false;
+  bool holdsScore_ = false;
   bool pressing_ = false;
   bool dismissing_ = false;
   bool gone_ = false;

@@ -110,11 +110,8 @@ KifoButton* KifoPopup::addButton(const QString& title, const QColor& backgroundC
                                  const QColor& textColor,
                                  const std::optional<ShowTimeoutConfiguration>& showTimeout,
                                  std::function<void()> action) {
-  auto& button = static_cast<KifoButton&>(makeButton(title));
-  button.actionType = KifoButtonActionType::closure;
-  button.action = std::move(action);
-  configure(button, backgroundColor, textColor, showTimeout);
-  return &button;
+  return static_cast<KifoButton*>(&addButtonWith({std::move(action), nullptr, {}}, title,
+                                                 backgroundColor, textColor, showTimeout));
 }
 
 KifoButton* KifoPopup::addButton(const QString& title, std::function<void()> action) {
@@ -125,12 +122,8 @@ KifoButton* KifoPopup::addButton(const QString& title, const QColor& backgroundC
                                  const QColor& textColor,
                                  const std::optional<ShowTimeoutConfiguration>& showTimeout,
                                  QObject* target, const QByteArray& selector) {
-  auto& button = static_cast<KifoButton&>(makeButton(title));
-  button.actionType = KifoButtonActionType::selector;
-  button.target = target;
-  button.selector = selector;
-  configure(button, backgroundColor, textColor, showTimeout);
-  return &button;
+  return static_cast<KifoButton*>(
+      &addButtonWith({{}, target, selector}, title, backgroundColor, textColor, showTimeout));
 }
 
 QLineEdit* KifoPopup::addTextField(const QString& title) {

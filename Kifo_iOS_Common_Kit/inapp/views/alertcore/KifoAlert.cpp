@@ -79,17 +79,25 @@ KifoAlert::~KifoAlert() {
 
 // Buttons.
 
-void KifoAlert::configure(AlertButton& button, const QColor& background, const QColor& text,
-                          const std::optional<ShowTimeoutConfiguration>& showTimeout) {
+AlertButton& KifoAlert::addButtonWith(const ButtonAction& action, const QString& title,
+                                      const QColor& background, const QColor& text,
+                                      const std::optional<ShowTimeoutConfiguration>& showTimeout) {
+  AlertButton& button = makeButton(title);
+  const bool isSlot = !action.selector.isNull();
+  button.actionType = isSlot ? KifoButtonActionType::selector : KifoButtonActionType::closure;
+  button.action = action.closure;
+  button.target = action.target;
+  button.selector = action.selector;
   button.customBackgroundColor = background;
   button.customTextColor = text;
   button.showTimeout = showTimeout;
-  if (phase_ != Phase::shown) return;
+  if (phase_ != Phase::shown) return button;
   if (showTimeout) {
     clock_->tickToo();
     button.showSeconds(clock_->secondsLeft());
   }
   refresh();
+  return button;
 }
 
 void KifoAlert::press(AlertButton& button) {

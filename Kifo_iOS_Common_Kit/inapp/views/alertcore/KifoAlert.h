@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QColor>
 #include <QIcon>
 #include <QObject>
@@ -160,8 +161,16 @@ class KIFO_EXPORT KifoAlert : public QObject,
   [[nodiscard]] virtual bool desktopAnimates() const = 0;
 
   // What a toolkit tells and asks.
-  void configure(AlertButton& button, const QColor& background, const QColor& text,
-                 const std::optional<ShowTimeoutConfiguration>& showTimeout);
+  /// A closure, or with `target` a slot of it.
+  struct ButtonAction {
+    std::function<void()> closure;
+    QObject* target = nullptr;
+    QByteArray selector;
+  };
+  /// Makes a button that does what `action` says. An invalid colour stands for the alert's own.
+  AlertButton& addButtonWith(const ButtonAction& action, const QString& title,
+                             const QColor& background, const QColor& text,
+                             const std::optional<ShowTimeoutConfiguration>& showTimeout);
   void press(AlertButton& button);
   /// The user is inside: the pointer is on the card, or the keyboard is used.
   void holdTimeout(bool isInside);

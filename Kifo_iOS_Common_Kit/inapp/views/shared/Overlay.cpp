@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/FocusOrder.h"
+
 namespace kifo {
 
 Overlay::Overlay(QWidget* host, Qt::WindowFlags type) : QWidget(host) {
@@ -138,9 +140,8 @@ void Overlay::stepFocus(bool forwards) {
   const QList<QWidget*> all = focusStops();
   if (all.isEmpty()) return;
   const auto here = all.indexOf(window()->focusWidget());
-  const auto start = here < 0 && !forwards ? all.size() : here;
-  const auto next = (start + (forwards ? 1 : -1) + all.size()) % all.size();
-  all[next]->setFocus(forwards ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  all[nextStop(here, all.size(), forwards)]->setFocus(forwards ? Qt::TabFocusReason
+                                                               : Qt::BacktabFocusReason);
 }
 
 }  // namespace kifo

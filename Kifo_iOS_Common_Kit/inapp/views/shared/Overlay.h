@@ -43,7 +43,7 @@ class Overlay : public QWidget {
   void takeFocus(QWidget* first);
   /// Returns the focus to the widget that had it before, if that one can still have it.
   void giveFocusBack();
-  /// To the next or previous stop, round and round.
+  /// To the next or previous stop, in a circle.
   void stepFocus(bool forwards);
 
   bool event(QEvent* event) override;
