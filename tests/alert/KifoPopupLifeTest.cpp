@@ -1,8 +1,10 @@
 // Who may take an alert away, and when.
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QLabel>
 #include <QProxyStyle>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include "tests/alert/AlertFixture.h"
@@ -218,6 +220,29 @@ TYPED_TEST(AlertLifeTest, PartsThatTheHostDeletesAreForgotten) {
   EXPECT_THAT(alert->buttons(), SizeIs(1));
 }
 
+TYPED_TEST(AlertLifeTest, NothingMovesWhereTheDesktopWantsNoMotion) {
+  const std::pair<const char*, const char*> settings[] = {
+      {"kdeglobals", "[KDE]\nAnimationDurationFactor=0\n"},
+      {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=0\n"},
+      {"gtk-4.0/settings.ini", "[Settings]\ngtk-enable-animations=false\n"}};
+  const QByteArray before = qgetenv("XDG_CONFIG_HOME");
+  for (const auto& [name, text] : settings) {
+    const QTemporaryDir directory;
+    QDir(directory.path()).mkpath(QFileInfo(name).path());
+    QFile file(directory.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    file.close();
+    qputenv("XDG_CONFIG_HOME", directory.path().toUtf8());
+    const auto alert = this->makeAlert();
+    alert->motion = {std::chrono::hours(1), std::chrono::hours(1), std::chrono::hours(1)};
+    alert->showInfo("Still", "", "OK");
+    alert->hideView();
+    EXPECT_THAT(this->toolkit.overlays(), IsEmpty()) << name;
+  }
+  before.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", before);
+}
+
 class MotionlessStyle : public QProxyStyle {
  public:
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -246,7 +271,7 @@ TEST_F(KifoPopupLifeTest, AClosureMayDestroyTheHostByAClickOrByEnter) {
   }
 }
 
-TEST_F(KifoPopupLifeTest, NothingMovesWhereTheDesktopWantsNoMotion) {
+TEST_F(KifoPopupLifeTest, NothingMovesWhereTheStyleWantsNoMotion) {
   const QString before = QApplication::style()->name();
   QApplication::setStyle(new MotionlessStyle);
   const auto alert = makeAlert();

@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "tests/views/Campaigns.h"
+#include "tests/views/Pixels.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -113,6 +114,41 @@ TEST_P(LayoutTest, WhereThePanelScrollsItsSubmitButtonStaysInSightIfThereIsRoom)
     EXPECT_EQ(reports().size(), 1u);
     reports().clear();
   }
+}
+
+/// The widths of the lines of dark text in a picture.
+std::vector<int> lineWidths(const QImage& picture) {
+  std::vector<int> widths;
+  bool inLine = false;
+  for (int y = 0; y < picture.height(); ++y) {
+    int first = -1;
+    int last = -1;
+    for (int x = 0; x < picture.width(); ++x) {
+      if (picture.pixelColor(x, y).lightness() > 128) continue;
+      if (first < 0) first = x;
+      last = x;
+    }
+    if (first >= 0 && !inLine) widths.push_back(0);
+    inLine = first >= 0;
+    if (inLine) widths.back() = std::max(widths.back(), last - first);
+  }
+  return widths;
+}
+
+TEST_P(LayoutTest, TheLinesOfATitleAreOfAboutTheSameLength) {
+  std::size_t most = 0;
+  for (int words = 6; words < 30; words += 2) {
+    campaign("POPUP");
+    request->preferences.title = QString("sun ").repeated(words).trimmed().toStdString();
+    present();
+    settle();
+    const auto widths = lineWidths(cut(toolkit->picture(), box("popupTitle")));
+    ASSERT_FALSE(widths.empty());
+    EXPECT_GT(std::ranges::min(widths), std::ranges::max(widths) * 0.6) << words;
+    most = std::max(most, widths.size());
+    dismiss();
+  }
+  EXPECT_GE(most, 3u);
 }
 
 TEST_P(LayoutTest, RightToLeftTextMirrorsThePanel) {

@@ -64,5 +64,7 @@ Rectangle {
             button.forceActiveFocus(Qt.MouseFocusReason)
         }
         onClicked: button.modelData.press()
+        // Without this the scene drops the second tap of two in quick succession.
+        onDoubleClicked: button.modelData.press()
     }
 }

@@ -161,7 +161,6 @@ class KIFO_EXPORT QuickAlert : public KifoAlert {
   bool open() override;
   void returnFocus() override;
   void close() override;
-  [[nodiscard]] bool desktopAnimates() const override { return true; }
 
  private:
   friend class QuickAlertButton;

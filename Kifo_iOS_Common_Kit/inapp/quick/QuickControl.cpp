@@ -74,6 +74,11 @@ void QuickControl::mouseReleaseEvent(QMouseEvent*) {
   if (presses) press();
 }
 
+/// Where this is refused, the scene drops the second tap of two in quick succession.
+void QuickControl::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->accept();
+}
+
 void QuickControl::mouseUngrabEvent() {
   setPressed(false);
 }

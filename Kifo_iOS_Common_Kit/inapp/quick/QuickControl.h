@@ -33,6 +33,7 @@ class QuickControl : public kifo::QuickPiece {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mouseUngrabEvent() override;
   void hoverEnterEvent(QHoverEvent* event) override;
   void hoverLeaveEvent(QHoverEvent* event) override;

@@ -146,9 +146,8 @@ bool QuickOverlay::eventFilter(QObject* watched, QEvent* event) {
 
 /// Before any item has the key: the scene would take it to an item outside.
 bool QuickOverlay::tab(const QKeyEvent& event) {
-  const QQuickItem* focused = window()->activeFocusItem();
   const bool isTab = event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
-  if (!isTab || !focused || !isInside(focused)) return false;
+  if (!isTab || isAbove(window()->activeFocusItem())) return false;
   stepFocus(event.key() == Qt::Key_Tab && !event.modifiers().testFlag(Qt::ShiftModifier));
   return true;
 }

@@ -25,8 +25,7 @@
 namespace kifo {
 namespace {
 
-constexpr double kDim = 0.3;   ///< Alpha of the black over the host.
-constexpr int kLineStep = 48;  ///< An arrow key scrolls a tall panel by this much.
+constexpr double kDim = 0.3;  ///< Alpha of the black over the host.
 constexpr std::chrono::milliseconds kEmojiTextShown{1500};
 
 /// The component of which every popup's items are made. Its engine is the SDK's own: the host's
@@ -42,15 +41,12 @@ QQmlComponent& component() {
   return *only;
 }
 
-bool scrolls(int key) {
-  return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
-         key == Qt::Key_PageDown;
-}
-
 }  // namespace
 
 QuickPopup::QuickPopup(std::shared_ptr<const PopupRequest> request, PopUpOptions options)
-    : request_(std::move(request)), options_(std::move(options)) {
+    : request_(std::move(request)),
+      options_(std::move(options)),
+      scrolling_(*this, options_.durations) {
   setObjectName(QStringLiteral("PopUpWindow"));
   Console::print(PopupState::LOG_TAG, "popup type : " + request_->preferences.type.value_or("nil"));
   const int fade = options_.reducedMotion ? 0 : static_cast<int>(options_.durations.fade.count());
@@ -73,7 +69,6 @@ QuickPopup::QuickPopup(std::shared_ptr<const PopupRequest> request, PopUpOptions
     namedEmoji_ = -1;
     Q_EMIT pieceChanged(PopupPiece::emojis);
   });
-  connect(&flashTimer_, &QTimer::timeout, this, &QuickPopup::flash);
   connect(&opening_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
     openness_ = value.toDouble();
     arrange();
@@ -120,8 +115,7 @@ void QuickPopup::present(QQuickWindow& window) {
     QAccessibleEvent event(view_, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
   }
-  flashTimer_.start(options_.durations.scrollIndicatorDelay +
-                    options_.durations.scrollIndicatorInterval);
+  scrolling_.start();
 }
 
 void QuickPopup::makeParts() {
@@ -303,7 +297,7 @@ void QuickPopup::showScore() {
 }
 
 void QuickPopup::addScroll(QuickScroll* scroll) {
-  scrolls_.emplace_back(scroll);
+  scrolling_.add(scroll);
   connect(scroll, &QuickScroll::scrolled, this, &QuickPopup::scrolled);
 }
 
@@ -337,9 +331,10 @@ void QuickPopup::faded() {
 // Input.
 
 bool QuickPopup::takesKey(int key) const {
-  return scrolls(key) || key == Qt::Key_Escape || key == Qt::Key_Tab || key == Qt::Key_Backtab ||
-         key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space ||
-         key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Home || key == Qt::Key_End;
+  return QuickScrolling::isKey(key) || key == Qt::Key_Escape || key == Qt::Key_Tab ||
+         key == Qt::Key_Backtab || key == Qt::Key_Return || key == Qt::Key_Enter ||
+         key == Qt::Key_Space || key == Qt::Key_Left || key == Qt::Key_Right ||
+         key == Qt::Key_Home || key == Qt::Key_End;
 }
 
 void QuickPopup::focusArrived(QQuickItem* item, bool /*byUser*/) {
@@ -351,43 +346,23 @@ void QuickPopup::focusArrived(QQuickItem* item, bool /*byUser*/) {
 void QuickPopup::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
   if (key == Qt::Key_Escape) return closeButtonAction();
-  auto* panel = view_ ? view_->findChild<QuickScroll*>(QStringLiteral("panelScroll")) : nullptr;
-  if (scrolls(key) && panel) {
-    const int page = static_cast<int>(panel->height()) * 4 / 5;
-    const int step = key == Qt::Key_PageUp || key == Qt::Key_PageDown ? page : kLineStep;
-    const bool up = key == Qt::Key_Up || key == Qt::Key_PageUp;
-    if (panel->scrollBy(up ? -step : step)) return;
-  }
+  if (scrolling_.scrollByKey(key)) return;
   const bool isFirst = window()->activeFocusItem() == view_;
   if (isFirst && (key == Qt::Key_Down || key == Qt::Key_Right)) return stepFocus(true);
   QuickOverlay::keyPressEvent(event);
 }
 
-/// The innermost area that scrolls at that place.
-QuickScroll* QuickPopup::scrollAt(QPointF position) const {
-  QuickScroll* found = nullptr;
-  for (const auto& scroll : scrolls_) {
-    const bool isThere =
-        scroll && scroll->isVisible() && scroll->contains(scroll->mapFromItem(this, position));
-    if (isThere && (!found || found->isAncestorOf(scroll))) found = scroll;
-  }
-  return found;
-}
-
 void QuickPopup::pressed(QPointF position, QPoint global) {
-  pressing_ = true;
-  touched_ = scrollAt(position);
-  pan_.press(global);
+  scrolling_.press(position, global);
 }
 
 void QuickPopup::moved(QPoint global) {
-  const int travelled = pressing_ ? pan_.move(global) : 0;
-  if (travelled != 0) scrollAround(touched_, travelled);
+  scrolling_.move(global);
 }
 
 /// A press that did not become a drag touches the popup's body, and ends typing as well.
 void QuickPopup::released() {
-  if (!std::exchange(pressing_, false) || pan_.isPanning()) return;
+  if (!scrolling_.release()) return;
   const QPointer<QuickPopup> self(this);
   touchesBegan();
   if (self && !dismissing_ && !isPlain()) dismissKeyboard();
@@ -408,17 +383,6 @@ void QuickPopup::keyboardWillShow(const QRectF& keyboard) {
 void QuickPopup::keyboardWillHide() {
   setKeyboard({});
   keyboard_->hide();
-}
-
-/// Until something has been scrolled, what can be scrolled says so now and then.
-void QuickPopup::flash() {
-  flashTimer_.setInterval(options_.durations.scrollIndicatorInterval);
-  for (const auto& scroll : scrolls_) {
-    if (scroll && scroll->contentY() > 1) return flashTimer_.stop();
-  }
-  for (const auto& scroll : scrolls_) {
-    if (scroll) scroll->flash();
-  }
 }
 
 }  // namespace kifo

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include <QFont>
 #include <QPalette>
@@ -12,8 +11,8 @@
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/PopupParts.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickOverlay.h"
+#include "Kifo_iOS_Common_Kit/inapp/quick/QuickScrolling.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/FreeTextValidator.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanTracker.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
 
 namespace kifo {
@@ -151,8 +150,6 @@ class QuickPopup : public kifo::QuickOverlay {
   void showScore();
   void showFreeText();
   void moveOpennessTo(double openness);
-  void flash();
-  [[nodiscard]] QuickScroll* scrollAt(QPointF position) const;
   void dismissKeyboard();
   void dismiss();
   void faded();
@@ -167,17 +164,13 @@ class QuickPopup : public kifo::QuickOverlay {
   QuickPictures* pictures_;
   QPointer<QQuickItem> view_;
   QTimer emojiTimer_;
-  QTimer flashTimer_;
   QVariantAnimation opening_;
-  std::vector<QPointer<QuickScroll>> scrolls_;
-  PanTracker pan_;
-  QPointer<QuickScroll> touched_;  ///< What a press that no control took would scroll.
+  QuickScrolling scrolling_;
   double openness_ = 0;
   int stopRow_ = 0;
   int namedEmoji_ = -1;
   bool copied_ = false;
   bool holdsScore_ = false;
-  bool pressing_ = false;
   bool dismissing_ = false;
   bool gone_ = false;
 };

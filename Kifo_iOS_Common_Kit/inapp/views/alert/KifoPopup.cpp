@@ -191,8 +191,9 @@ QWidget* KifoPopup::firstFocus() const {
   return nullptr;
 }
 
-bool KifoPopup::desktopAnimates() const {
-  return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
+bool KifoPopup::mayMove() const {
+  const int duration = QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration);
+  return duration > 0 && KifoAlert::mayMove();
 }
 
 void KifoPopup::returnFocus() {

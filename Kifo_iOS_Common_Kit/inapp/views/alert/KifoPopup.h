@@ -98,7 +98,7 @@ class KIFO_EXPORT KifoPopup : public KifoAlert {
   bool open() override;
   void returnFocus() override;
   void close() override;
-  [[nodiscard]] bool desktopAnimates() const override;
+  [[nodiscard]] bool mayMove() const override;
 
  private:
   void engagementChanged();

@@ -6,9 +6,9 @@ namespace kifo {
 
 /// How long an alert's animations take. A duration of zero is no animation.
 ///
-/// Nothing moves either while the desktop asks for reduced motion, which Qt tells as a
-/// `QStyle::SH_Widget_Animation_Duration` of zero; the indicator of the wait style alone goes on
-/// turning, because it is the message.
+/// Nothing moves either while the desktop asks for reduced motion: by the settings of Plasma and
+/// GTK, and over Qt Widgets by a style whose `QStyle::SH_Widget_Animation_Duration` is zero. The
+/// indicator of the wait style alone goes on turning, because it is the message.
 ///
 /// **Threading:** a plain value.
 struct AlertMotion {

@@ -12,6 +12,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertButton.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertIcon.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertTimeout.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/DesktopMotion.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/DisposeLater.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
 
@@ -281,8 +282,12 @@ void KifoAlert::end() {
 
 AlertMotion KifoAlert::allowedMotion() const {
   AlertMotion allowed = motion;
-  allowed.reduced = motion.reduced || !desktopAnimates();
+  allowed.reduced = motion.reduced || !mayMove();
   return allowed;
+}
+
+bool KifoAlert::mayMove() const {
+  return desktopAnimates();
 }
 
 void KifoAlert::tappedBackground() {

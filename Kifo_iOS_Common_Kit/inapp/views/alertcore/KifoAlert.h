@@ -157,8 +157,8 @@ class KIFO_EXPORT KifoAlert : public QObject,
   virtual void returnFocus() = 0;
   /// Takes the cover away.
   virtual void close() = 0;
-  /// Whether the desktop allows animations.
-  [[nodiscard]] virtual bool desktopAnimates() const = 0;
+  /// Whether desktop and toolkit allow animations.
+  [[nodiscard]] virtual bool mayMove() const;
 
   // What a toolkit tells and asks.
   /// A closure, or with `target` a slot of it.
