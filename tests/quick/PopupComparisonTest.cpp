@@ -1,7 +1,5 @@
-// One campaign looks the same and reads the same in both toolkits. With KIFO_PORTRAITS set to a
-// directory the pictures of both are saved there, to be looked at.
+// One campaign looks the same and reads the same in both toolkits.
 #include <QAccessible>
-#include <QDir>
 #include <QWidget>
 
 #include "tests/views/Campaigns.h"
@@ -114,19 +112,6 @@ double difference(const QImage& one, const QImage& other) {
   return 1.0 * different / (one.width() * one.height());
 }
 
-void save(const QImage& image, const Campaign& campaign, const Setting& setting,
-          const char* toolkit) {
-  const QString directory = qEnvironmentVariable("KIFO_PORTRAITS");
-  if (directory.isEmpty()) return;
-  QDir().mkpath(directory);
-  image.save(QStringLiteral("%1/%2-%3x%4-%5-%6.png")
-                 .arg(directory, QString::fromStdString(campaign.name))
-                 .arg(setting.window.width())
-                 .arg(setting.window.height())
-                 .arg(setting.fontScale)
-                 .arg(QLatin1String(toolkit)));
-}
-
 TEST_P(PopupComparisonTest, OneCampaignLooksAndReadsTheSameInBothToolkits) {
   fake.http->setHandler([](const HttpRequest&) {
     return HttpAnswer{{}, 200, pictureBytes({960, 480}, QColor("#60A5FA"))};
@@ -150,7 +135,6 @@ TEST_P(PopupComparisonTest, OneCampaignLooksAndReadsTheSameInBothToolkits) {
       finishDecoding();
       pieces[i] = piecesOf(toolkit->window());
       pictures[i] = toolkit->picture().convertToFormat(QImage::Format_RGB32);
-      save(pictures[i], campaign, GetParam(), kind.name.c_str());
       settle();
     }
     expectEqual(pieces[0], pieces[1]);
