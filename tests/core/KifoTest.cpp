@@ -123,7 +123,7 @@ TEST_F(KifoTest, AWaitForATokenEndsWithItsServicesTimeOutItsAnswerOrTheShutdown)
   begun.get_future().wait();
   const auto other = std::make_shared<Runtime>();
   for (const auto& service :
-       {std::make_shared<ScriptedTokens>(),
+       {std::make_shared<ScriptedTokens>(), std::make_shared<ScriptedTokens>(),
         std::make_shared<ScriptedTokens>([](const auto& answer) { answer("token"); }, 30.0)}) {
     other->session.setTokenService(service);
     TokenFetch::run(other);
