@@ -358,7 +358,7 @@ bool ServiceClient::chooses(const std::optional<KifoLog>& row) {
   }
   const std::string& requestId = row->_requestId;
   if (std::ranges::find(lastSyncRequestIds_, requestId) != lastSyncRequestIds_.end()) {
-    // The store hands out each row twice. Kept for compatibility.
+    // The store gives each row twice. Kept for compatibility.
     print("lastSyncRequestIds contains log requestId");
     return false;
   }

@@ -239,7 +239,7 @@ void KifoSqliteManager::renameDatabaseWithName(const std::string& oldName,
     if (!isCurrent) return;
     open();
     if (!error) currentDbInfo_ = newName;
-    // Success is said in both cases; the error alone tells them apart.
+    // Success is true in both cases; only the error differs.
     if (statusBlock) statusBlock(true, error);
   });
 }

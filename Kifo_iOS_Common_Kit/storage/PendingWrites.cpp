@@ -87,7 +87,7 @@ class Transaction {
     return outcome;
   }
 
-  /// Counts the rows that wait. False when that fails, which `result` tells about.
+  /// Counts the rows that wait. False when that fails; `result` says why.
   bool count(StoreConnection::Result& result) {
     if (known_ && changeCounter_ == known_->changeCounter) {
       waiting_ = known_->waiting;

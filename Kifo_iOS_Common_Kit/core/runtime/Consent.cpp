@@ -35,7 +35,7 @@ void end(Runtime& runtime) {
   runtime.store()->abandon();
   runtime.inAppTrigger->clear();
   runtime.popupGate->close();
-  // Behind the flag: a request that is made later leads nowhere, one made earlier is cancelled.
+  // After the flag is set: a request made later is empty, one made earlier is cancelled.
   Platform::current()->http->cancelOpen();
 }
 

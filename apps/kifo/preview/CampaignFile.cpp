@@ -25,7 +25,7 @@ std::string contents(const std::string& path) {
 
 nlohmann::json parsed(const std::string& text) {
   try {
-    // Tells by its exception where the text is no JSON.
+    // Its exception says where the text is no JSON.
     const auto whole = nlohmann::json::parse(text);
     auto json = readJson(text);
     if (json.is_discarded()) throw NoCampaigns("it is nested too deeply");

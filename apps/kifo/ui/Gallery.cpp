@@ -61,7 +61,7 @@ std::string html(const std::string& text) {
   return QString::fromStdString(text).toHtmlEscaped().toStdString();
 }
 
-/// Tells a person how far it is.
+/// Prints the progress.
 class Progress {
  public:
   explicit Progress(std::size_t all) : all_(all) {}

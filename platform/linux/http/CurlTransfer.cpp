@@ -137,7 +137,7 @@ void CurlTransfer::begin(CURL* easy, CurlSockets& sockets) {
   curl_easy_setopt(easy_, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy_, CURLOPT_DNS_CACHE_TIMEOUT, sockets.nameLifetime());
   // HTTP/2 would put the request on an old connection while others still use it. A second attempt
-  // must not meet another kept connection that has ended.
+  // must not get another kept connection that has ended.
   const bool isFresh = isRepeated_ || (sockets.hasStale() && isSecure());
   curl_easy_setopt(easy_, CURLOPT_FRESH_CONNECT, isFresh ? 1L : 0L);
   setMethod();

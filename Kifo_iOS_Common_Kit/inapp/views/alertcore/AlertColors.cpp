@@ -17,7 +17,7 @@ AlertColors AlertColors::of(const KifoAppearance& appearance, const QColor& colo
   colors.border = appearance.contentViewBorderColor;
   colors.title = textOn(colors.card, appearance.titleColor, appearance.kTitleFont);
   colors.text = textOn(colors.card, appearance.subTitleColor, appearance.kTextFont);
-  // A line or a ring in a colour that the card swallows would not be seen.
+  // A line or a ring in the card's own colour would not be seen.
   const bool isSeen = contrastRatio(color, colors.card) >= Contrast::mark;
   colors.accent = isSeen ? color : colors.text;
   colors.line = mixed(colors.card, colors.text, 0.15);

@@ -122,7 +122,7 @@ void ImageLoader::fetch(const std::string& url) {
     request.maximumBodySize = kMaximumBytes;
     return withConsent(std::move(request));
   };
-  // The transport's thread hands the bytes on at once: decoding may take a while.
+  // Not on the transport's thread: decoding may take a while.
   const auto done = [url, inbox = inbox_, bounds = bounds_](HttpAnswer answer) {
     if (!inbox->isOpen()) return;
     const bool isEmpty = answer.status == kNoContent || answer.body.empty();
