@@ -114,6 +114,7 @@ class World {
   std::uint64_t revokedStep_ = 0;
   bool isPaused_ = false;                         ///< The host holds popups back.
   PopupDecision decision_ = PopupDecision::show;  ///< Of the host's gate.
+  bool isPutOff_ = false;                         ///< The gate has just said "later".
   bool isBlind_ = false;               ///< Reading the network has failed: its watcher has stopped.
   std::uint64_t idleIdentifiers_ = 0;  ///< Identifiers given out when all work had last ended.
   int chosen_ = 0;                     ///< Calls of handlers of chosen buttons.

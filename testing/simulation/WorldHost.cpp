@@ -149,7 +149,12 @@ void World::showPopup() {
   const Presenter::Request request = waiting.front();
   waiting.pop_front();
   const auto& item = *request->preferences.appCommunicationItem;
-  if (!request->open || !request->open()) return;
+  isPutOff_ = false;
+  const bool isShown = request->open && request->open();
+  if (isPutOff_ && !Runtime::current()->popupGate->holds(*item.uuid)) {
+    fail("a popup that the host put off is forgotten");
+  }
+  if (!isShown) return;
   auto& budget = ledger_.budgets.try_emplace(*item.uuid, Budget{*item.maxShowCount}).first->second;
   if (isOn()) budget.isOverspent |= --budget.left < 0;
   if (*item.uuid == "P-EXPIRED") fail("an expired campaign was shown");

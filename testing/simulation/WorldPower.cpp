@@ -28,6 +28,7 @@ void World::start(std::uint32_t argument) {
   decision_ = PopupDecision::show;
   Kifo::setPopupGate([this](const PopupInfo&) {
     if (isPaused_) fail("the host's gate was asked while popups are paused");
+    isPutOff_ = decision_ == PopupDecision::later;
     return decision_;
   });
   initialize(argument, false);
@@ -55,7 +56,7 @@ void World::shutDown(std::uint32_t argument) {
 /// failed.
 bool World::drain(std::uint32_t argument) {
   const bool isAnswered = argument / 4 % 4 != 0;
-  bool isOpen = false;
+  bool isOpen = !process_->isIdle();  // what is there already has to be waited for
   bool isIdle = false;
   {
     const auto blocked = process_->block();
