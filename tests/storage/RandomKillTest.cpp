@@ -175,7 +175,7 @@ TEST_F(RandomKillTest, AtAnyInstantNothingStoredIsLostOrSentTwiceAndSettingsStay
   EXPECT_LT(shows, kMostShows);
   const std::set<std::string> files = filesIn(home.path());
   EXPECT_FALSE(files.contains("image.jpg"));
-  EXPECT_LE(files.size(), 6U) << "what killed hosts left behind does not pile up";
+  EXPECT_LE(files.size(), 6U) << "the directories of killed hosts are removed by the next start";
 }
 
 TEST_F(RandomKillTest, WhileTheConsentIsErasedEitherAllIsKeptOrAllGoes) {
