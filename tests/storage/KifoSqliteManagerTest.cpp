@@ -4,9 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
-#include "tests/support/ForeignLock.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
@@ -149,21 +147,6 @@ TEST_F(SqliteManagerTest, WorkThatIsStillQueuedOutlivesItsOwner) {
   late.reset();
   fake.runUntilIdle();
   EXPECT_TRUE(std::filesystem::exists(databasePath()));
-}
-
-TEST_F(SqliteManagerTest, AFileLockedByAnotherProcessIsWaitedForButNotForEver) {
-  prepare();
-  auto other = std::make_unique<ForeignLock>(databasePath(), "BEGIN EXCLUSIVE");
-  std::thread release([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(150));  // how long the other holds on
-    other.reset();
-  });
-  execute("insert into KifoLog (REQUEST_ID) values ('waits')");
-  release.join();
-  other = std::make_unique<ForeignLock>(databasePath(), "BEGIN EXCLUSIVE");
-  execute("insert into KifoLog (REQUEST_ID) values ('fails')");  // after the five seconds
-  other.reset();
-  EXPECT_EQ(rows("select REQUEST_ID from KifoLog"), std::vector<std::string>{"waits"});
 }
 
 TEST_F(SqliteManagerTest, OpeningAndClosingReportAsTheyAlwaysDid) {

@@ -5,9 +5,11 @@
 //       the same for a moment, then revokes the consent
 //   kifo_killed_host last HOME URI GENERATION
 //       sends all that waits again, and ends
+//   kifo_killed_host group HOME URI GENERATION
+//       kills itself within a transaction
 // Its output: "found ACTOR SHOWS" as it begins, "actor ACTOR" and "shows SHOWS" once the main
-// queue, which writes them, has got that far, "revoked" when all is erased. A generation is the
-// token of its requests.
+// queue, which writes them, has got that far, "revoked" when all is erased, "counter NAME VALUE" of
+// the store's life at its own end. A generation is the token of its requests.
 #include <signal.h>
 #include <time.h>
 #include <unistd.h>
@@ -22,6 +24,7 @@
 #include "Kifo_iOS_Common_Kit/core/PreferencesManager.h"
 #include "Kifo_iOS_Common_Kit/notifications/PushImage.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
+#include "Kifo_iOS_Common_Kit/storage/DataManager.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "testing/FakePopupPresenter.h"
 #include "testing/FakeReachability.h"
@@ -113,6 +116,31 @@ struct Host {
       left = Kifo::statistics().sinceInitialize[Counter::waiting];
       say("left " + std::to_string(left));
     }
+    const Counts life = Kifo::statistics().overLife;
+    for (std::size_t index = 0; index < kCounters; ++index) {
+      const auto counter = static_cast<Counter>(index);
+      say("counter " + std::string(name(counter)) + " " + std::to_string(life[counter]));
+    }
+  }
+  /// Stores ten rows, and then a group that is too large for SQLite's cache, so that pages of it
+  /// reach the file before the process dies.
+  static void dieWithinGroup() {
+    const DataManager data;
+    data.createTable();
+    const auto storeAll = [&](int count, const std::string& body) {
+      Platform::current()->mainQueue->sync([&] {
+        for (int number = 0; number < count; ++number) {
+          data.cacheLog(1000, std::to_string(number), [=] {
+            if (number == 90) raise(SIGKILL);
+            return KifoLog(0, body, "http://h/p", "POST", 1, 0, 0, std::to_string(number));
+          });
+        }
+      });
+    };
+    storeAll(10, "{}");
+    Platform::current()->mainQueue->sync([] {});
+    storeAll(100, "\"" + std::string(100'000, 'x') + "\"");
+    pause();
   }
 
   static constexpr std::uint32_t kReachable = 2;
@@ -125,6 +153,7 @@ struct Host {
 
 int run(Host& host, const std::string& mode) {
   constexpr int noEnd = 1'000'000'000;
+  if (mode == "group") Host::dieWithinGroup();
   if (mode == "last") {
     host.begin();
     if (Kifo::consent() == ConsentStatus::GIVEN) host.sendAll();

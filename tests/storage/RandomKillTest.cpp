@@ -33,6 +33,7 @@ struct Said {
   std::int64_t shows = 0;  ///< The last that were left; 0: not known.
   bool hasBegun = false;
   bool hasRevoked = false;
+  std::map<std::string, std::int64_t> counters;  ///< Over the store's life, of a host that ended.
 
   explicit Said(const std::string& output) {
     const auto whole = output.substr(0, output.rfind('\n') + 1);
@@ -45,6 +46,10 @@ struct Said {
     if (line == "revoked") hasRevoked = true;
     if (line.starts_with("actor ")) actor = std::stoll(value);
     if (line.starts_with("shows ")) shows = std::stoll(value);
+    if (line.starts_with("counter ")) {
+      const auto end = value.find(' ');
+      counters[value.substr(0, end)] = std::stoll(value.substr(end));
+    }
     if (!line.starts_with("found ")) return;
     hasBegun = true;
     foundActor = value.substr(0, value.find(' '));
@@ -124,6 +129,21 @@ class RandomKillTest : public ::testing::Test {
     EXPECT_LE(lost, generation_) << "of " << stored_.size() << " that were stored";
   }
 
+  /// Each event that a host composed was delivered, given up or dropped for one reason.
+  void expectSum(const Said& last) {
+    std::int64_t ended = 0;
+    for (const auto& [name, value] : last.counters) {
+      if (name == "delivered" || name.starts_with("givenUp") || name.starts_with("dropped")) {
+        ended += value;
+      }
+    }
+    EXPECT_EQ(last.counters.at("composed") + last.counters.at("found"), ended);
+    EXPECT_GE(last.counters.at("composed"), std::ssize(stored_));
+    EXPECT_LE(last.counters.at("delivered"),
+              std::ranges::count_if(server_.requests().on("/sdkListenerEvent"),
+                                    [](const auto& each) { return each->status == 200; }));
+  }
+
   /// What the killed host left in its table.
   void note(const std::string& database) {
     for (const auto& event :
@@ -168,7 +188,9 @@ TEST_F(RandomKillTest, AtAnyInstantNothingStoredIsLostOrSentTwiceAndSettingsStay
     note(database);
     if (kill % 50 == 49) expectSettings(last(home.path()));
   }
-  expectSettings(last(home.path()));
+  const Said end = last(home.path());
+  expectSettings(end);
+  expectSum(end);
   expectOnce();
   EXPECT_GT(stored_.size(), 0U);
   EXPECT_GT(shows, 0) << "popups were shown";
@@ -195,6 +217,21 @@ TEST_F(RandomKillTest, WhileTheConsentIsErasedEitherAllIsKeptOrAllGoes) {
       EXPECT_TRUE(files.contains("consent.given") || !said.hasBegun);
     }
   }
+}
+
+TEST_F(RandomKillTest, WithinAGroupItLosesThatGroupAloneAndALoneJournalReachesNoNewFile) {
+  const TemporaryDirectory home;
+  const std::string database = home.file("KifoLog.db");
+  for (int file = 0; file < 2; ++file) {
+    std::filesystem::remove(database);
+    ChildProgram host;
+    host.start({KIFO_KILLED_HOST, "group", home.path(), server_.uri(), "1"});
+    EXPECT_EQ(host.wait(), std::nullopt) << "it kills itself";
+    ASSERT_GT(std::filesystem::file_size(database + "-journal"), 0U)
+        << "pages had reached the file";
+  }
+  expectSoundFile(database);
+  EXPECT_EQ(databaseRows(database, "select count(*) from KifoLog"), std::vector<std::string>{"10"});
 }
 
 }  // namespace
