@@ -3,15 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <future>
 #include <map>
-#include <memory>
 #include <string>
 
 #include "platform/linux/http/CurlTransport.h"
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/support/Certificate.h"
+#include "tests/support/Sockets.h"
 
 namespace kifo::testing {
 namespace {
@@ -32,10 +31,7 @@ class SecureServer {
   }
 
   HttpAnswer fetch(CurlTransport& transport, const std::string& path) const {
-    std::promise<HttpAnswer> answer;
-    transport.send([&] { return HttpRequest{.url = server_.uri() + path}; },
-                   [&](HttpAnswer given) { answer.set_value(std::move(given)); });
-    return answer.get_future().get();
+    return answerTo(transport, {.url = server_.uri() + path}).get();
   }
 
  private:
@@ -83,13 +79,6 @@ TEST_F(CurlTlsTest, AServerIsBelievedOnlyIfAnAuthorityVouchesForItsAddressToday)
 TEST_F(CurlTlsTest, ARedirectDownToHttpIsRefused) {
   const SecureServer server(good_);
   EXPECT_EQ(server.fetch(trusting_, "/down").error.value().code, CURLE_UNSUPPORTED_PROTOCOL);
-}
-
-TEST_F(CurlTlsTest, AfterANetworkChangeTheNextRequestStillGetsThrough) {
-  const SecureServer server(good_);
-  server.fetch(trusting_, "/good");
-  trusting_.networkChanged();
-  EXPECT_EQ(server.fetch(trusting_, "/good").body, "over TLS");
 }
 
 }  // namespace

@@ -1,10 +1,6 @@
 #include "platform/linux/http/CurlTransport.h"
 
 #include <curl/curl.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-#include <zlib.h>
 
 #include <chrono>
 #include <cmath>
@@ -16,6 +12,7 @@
 
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
+#include "tests/support/Sockets.h"
 
 namespace kifo::testing {
 namespace {
@@ -27,43 +24,6 @@ using ::testing::UnorderedElementsAre;
 using Answer = LocalServer::Answer;
 using namespace std::chrono_literals;
 
-/// A socket that takes connections and says nothing.
-class MuteServer {
- public:
-  MuteServer() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address);
-    listen(socket_, 64);
-    socklen_t length = sizeof address;
-    getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &length);
-    port_ = ntohs(address.sin_port);
-  }
-  ~MuteServer() { close(socket_); }
-  [[nodiscard]] std::string uri() const { return "http://127.0.0.1:" + std::to_string(port_); }
-  /// The next connection, which the caller closes.
-  [[nodiscard]] int accept() const { return ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC); }
-
- private:
-  const int socket_;
-  int port_ = 0;
-};
-
-std::string gzipped(const std::string& text) {
-  z_stream stream{};
-  deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
-  std::string packed(deflateBound(&stream, text.size()), '\0');
-  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
-  stream.avail_in = static_cast<uInt>(text.size());
-  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-  stream.avail_out = static_cast<uInt>(packed.size());
-  deflate(&stream, Z_FINISH);
-  packed.resize(stream.total_out);
-  deflateEnd(&stream);
-  return packed;
-}
-
 class CurlTransportTest : public ::testing::Test {
  protected:
   CurlTransportTest() {
@@ -74,10 +34,7 @@ class CurlTransportTest : public ::testing::Test {
   }
 
   std::future<HttpAnswer> send(HttpRequest request) {
-    auto promise = std::make_shared<std::promise<HttpAnswer>>();
-    transport_->send([request = std::move(request)] { return request; },
-                     [promise](HttpAnswer answer) { promise->set_value(std::move(answer)); });
-    return promise->get_future();
+    return answerTo(*transport_, std::move(request));
   }
   HttpAnswer fetch(HttpRequest request) { return send(std::move(request)).get(); }
   HttpAnswer get(const std::string& path) { return fetch({.url = server_.uri() + path}); }
@@ -142,7 +99,7 @@ TEST_F(CurlTransportTest, SendsTheHeadersItIsGivenAndBesidesOnlyWhatHttpNeeds) {
 }
 
 TEST_F(CurlTransportTest, AHeaderWithoutAValueIsSentAllTheSame) {
-  const MuteServer mute;
+  const ListeningSocket mute;
   send({.url = mute.uri(), .headers = {{"LocalOrigin", ""}}});
   const int connection = mute.accept();
   std::string text(1024, '\0');
@@ -250,17 +207,6 @@ TEST_F(CurlTransportTest, AMakerThatThrowsIsAnErrorAndACompletionThatThrowsIsPri
                           "Kifo HttpTransport: a completion threw: in the host"));
 }
 
-TEST_F(CurlTransportTest, ABrokenConnectionIsAnErrorAndTheNextRequestMakesANewOne) {
-  for (const auto connection : {Faults::Connection::DROP, Faults::Connection::DIE}) {
-    server_.setFaults({.connection = connection, .times = 1});
-    const auto answer = fetch({.method = "POST", .url = server_.listenerUri(), .body = "{}"});
-    EXPECT_EQ(answer.error.value().domain, "http");
-    EXPECT_EQ(answer.status, 0);
-    EXPECT_THAT(answer.body, IsEmpty());
-    EXPECT_EQ(fetch({.url = server_.apiUri()}).status, 200);
-  }
-}
-
 TEST_F(CurlTransportTest, WhatMayNotBeRepeatedGoesOutOnceWhenKeptConnectionsEndWithoutAByte) {
   struct Case {
     const char* method;
@@ -292,9 +238,9 @@ TEST_F(CurlTransportTest, ABurstTakesSixConnectionsAtMost) {
   EXPECT_LE(connections().size(), 6u);
 }
 
-TEST_F(CurlTransportTest, AMuteServerIsGivenUpWhenTheTimeIsOverEvenForThoseThatStillWait) {
-  const MuteServer mute;
-  const MuteServer idle;
+TEST_F(CurlTransportTest, AListeningSocketIsGivenUpWhenTheTimeIsOverEvenForThoseThatStillWait) {
+  const ListeningSocket mute;
+  const ListeningSocket idle;
   std::vector<std::future<HttpAnswer>> patient;
   for (int index = 0; index < 40; ++index) patient.push_back(send({.url = mute.uri()}));
   for (const auto& uri : {mute.uri(), idle.uri()}) {
@@ -323,7 +269,7 @@ TEST_F(CurlTransportTest, ALateAnswerIsTakenAsLongAsThereIsTimeAndThatMayBeBeyon
 }
 
 TEST_F(CurlTransportTest, StoppingDoesNotWaitForACompletionThatNeverReturns) {
-  const MuteServer mute;
+  const ListeningSocket mute;
   std::promise<void> entered;
   std::promise<void> release;
   std::promise<void> left;
@@ -375,7 +321,7 @@ TEST_F(CurlTransportTest, ARequestUnderWaySurvivesANetworkChangeButItsConnection
 }
 
 TEST_F(CurlTransportTest, ARequestOverAnAddressThatIsGoneEndsWithAnError) {
-  const MuteServer mute;
+  const ListeningSocket mute;
   transport_ = std::make_shared<CurlTransport>(
       CurlTransportOptions{.localAddresses = [] { return std::set<std::string>{"192.0.2.1"}; }});
   auto stranded = send({.url = mute.uri()});

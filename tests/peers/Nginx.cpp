@@ -1,30 +1,17 @@
 #include "tests/peers/Nginx.h"
 
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "tests/support/Sockets.h"
+
 namespace kifo::testing {
 namespace {
 
 constexpr auto kProgram = "/usr/sbin/nginx";
-
-/// A port that was free a moment ago.
-int freePort() {
-  const int made = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  bind(made, reinterpret_cast<sockaddr*>(&address), length);
-  getsockname(made, reinterpret_cast<sockaddr*>(&address), &length);
-  close(made);
-  return ntohs(address.sin_port);
-}
 
 }  // namespace
 
@@ -33,8 +20,9 @@ std::string Nginx::whyNot() {
 }
 
 bool Nginx::start(int port, const Options& options) {
-  port_ = freePort();
-  proxyPort_ = freePort();
+  // Ports that were free a moment ago.
+  port_ = ListeningSocket().port();
+  proxyPort_ = ListeningSocket().port();
   std::ofstream(authorities()) << authority_.pem();
   std::ofstream(directory_.file("server.pem")) << certificate_.pem();
   std::ofstream(directory_.file("server.key")) << certificate_.keyPem();

@@ -12,6 +12,7 @@
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/peers/Nginx.h"
+#include "tests/support/Sockets.h"
 
 namespace kifo::testing {
 namespace {
@@ -118,10 +119,8 @@ TEST(NginxProxyTest, TheProxyOfTheEnvironmentIsUsed) {
   ASSERT_TRUE(nginx.start(server.port(), {}));
   setenv("http_proxy", nginx.proxy().c_str(), 1);
   CurlTransport transport;
-  std::promise<HttpAnswer> answer;
-  transport.send([&] { return HttpRequest{.method = "POST", .url = server.listenerUri()}; },
-                 [&](HttpAnswer given) { answer.set_value(std::move(given)); });
-  EXPECT_EQ(answer.get_future().get().status, 200);
+  auto answer = answerTo(transport, {.method = "POST", .url = server.listenerUri()});
+  EXPECT_EQ(answer.get().status, 200);
   unsetenv("http_proxy");
   const auto requests = server.requests().all();
   ASSERT_EQ(requests.size(), 1u);
