@@ -299,7 +299,10 @@ TEST_F(KifoTest, ForcedItInitialisesAgainWithTheNewSwitchesAndKeepsOneWatcher) {
   EXPECT_EQ(std::ranges::count(eventNames(), "install"), 1) << "it is installed already";
   EXPECT_EQ(fake.reachability->listening(), 1U);
   fake.console->clear();
-  setOnline(false);
+  fake.reachability->change(0);
+  fake.reachabilityQueue->sync([] {});
+  EXPECT_EQ(Kifo::networkStatus(), KifoNetworkStatus::OFFLINE) << "whatever the main queue does";
+  fake.runUntilIdle();
   EXPECT_EQ(said(), Lines{"KifoNetworkStatus: OFFLINE"});
   setOnline(true);
   EXPECT_EQ(fake.http->networkChanges(), 1) << "connections of before the loss lead nowhere";

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <future>
 #include <map>
 #include <set>
 #include <sstream>
@@ -11,6 +10,7 @@
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
 #include "tests/namespaces/NetworkScene.h"
+#include "tests/support/Sockets.h"
 
 namespace kifo::testing {
 namespace {
@@ -58,11 +58,7 @@ class ConsentOnTheNetwork : public NetworkScene {
   }
   /// Waits until the transport has cancelled what it had: by a request that it begins afterwards.
   void awaitTransport() const {
-    const std::string url = endpoint("10.99.0.1", "/barrier");
-    std::promise<void> answered;
-    Platform::current()->http->send([&] { return HttpRequest{.url = url}; },
-                                    [&](const HttpAnswer&) { answered.set_value(); });
-    answered.get_future().wait();
+    answerTo(*Platform::current()->http, {.url = endpoint("10.99.0.1", "/barrier")}).wait();
   }
   void callMuch() {
     send("tap", 20);

@@ -48,12 +48,6 @@ class ConsoleLog final : public ConsoleSink {
     return written_.wait_for(lock, patience(), [&] { return lines_.size() > mark; });
   }
 
-  /// How many lines behind `mark` are exactly `line`.
-  [[nodiscard]] std::ptrdiff_t count(std::string_view line, std::size_t mark) const {
-    const std::lock_guard lock(mutex_);
-    return std::count(lines_.begin() + static_cast<std::ptrdiff_t>(mark), lines_.end(), line);
-  }
-
  private:
   mutable std::mutex mutex_;
   mutable std::condition_variable written_;

@@ -1,13 +1,7 @@
 #include "tests/namespaces/NetworkScene.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
-
-#include <array>
 #include <charconv>
 #include <future>
-#include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
@@ -125,15 +119,6 @@ bool NetworkScene::isOnlineAtLast() {
   return false;
 }
 
-bool NetworkScene::becomes(KifoNetworkStatus status) {
-  const auto platform = Platform::current();
-  const auto end = Clock::now() + patience();
-  while (Kifo::networkStatus() != status && Clock::now() < end) {
-    platform->reachabilityQueue->sync([] {});  // that is where it changes
-  }
-  return Kifo::networkStatus() == status;
-}
-
 bool NetworkScene::drains() {
   const auto end = Clock::now() + patience();
   while (Clock::now() < end) {
@@ -189,43 +174,5 @@ std::vector<std::string> NetworkScene::rows(const std::string& query) const {
   platform->mainQueue->sync([] {});
   return databaseRows(platform->documentsDirectory + "/KifoLog.db", query);
 }
-
-struct Line::Ends {
-  Ends(int one, int other) : descriptors{one, other} {
-    EXPECT_EQ(pipe2(stop.data(), O_CLOEXEC), 0);
-    thread = std::thread([this] { pass(); });
-  }
-  ~Ends() {
-    close(stop[1]);
-    thread.join();
-    close(stop[0]);
-  }
-
-  void pass() const {
-    std::array<char, 65536> packet{};
-    for (;;) {
-      std::array<pollfd, 3> waiting{
-          {{stop[0], POLLIN, 0}, {descriptors[0], POLLIN, 0}, {descriptors[1], POLLIN, 0}}};
-      poll(waiting.data(), waiting.size(), -1);
-      if (waiting[0].revents != 0) return;
-      for (int from = 0; from < 2; ++from) {
-        if ((waiting[from + 1].revents & POLLIN) == 0) continue;
-        const auto size = ::read(descriptors[from], packet.data(), packet.size());
-        // An end that is down takes no packet: it is lost, as on a real line.
-        if (size > 0) [[maybe_unused]]
-          const auto passed = ::write(descriptors[1 - from], packet.data(), size);
-      }
-    }
-  }
-
-  const std::array<int, 2> descriptors;
-  std::array<int, 2> stop{};
-  std::thread thread;
-};
-
-Line::Line(const TunDevice& one, const TunDevice& other)
-    : ends_(std::make_unique<Ends>(one.descriptor(), other.descriptor())) {}
-
-Line::~Line() = default;
 
 }  // namespace kifo::testing

@@ -45,8 +45,6 @@ class NetworkScene : public CabledTest {
   bool goesOnline() { return awaitStatus("ONLINE"); }
   /// Waits until the SDK takes itself for online; status lines from before count no more.
   bool isOnlineAtLast();
-  /// Waits until `Kifo::networkStatus` says so, whatever the main queue is doing.
-  static bool becomes(KifoNetworkStatus status);
   /// Waits until no stored request is left.
   bool drains();
 
@@ -63,8 +61,6 @@ class NetworkScene : public CabledTest {
   [[nodiscard]] std::vector<std::string> rows(const std::string& query) const;
   /// Waits until every request was answered or given up.
   static bool awaitAnswers();
-  /// What the SDK decided.
-  [[nodiscard]] const RecordingInspector& decisions() const { return *fake_.inspector; }
   [[nodiscard]] std::string rowCount() const { return rows("select count(*) from KifoLog").at(0); }
 
   std::unique_ptr<LocalServer> server_;
@@ -78,19 +74,6 @@ class NetworkScene : public CabledTest {
 
   FakePlatform fake_;
   std::size_t statusMark_ = 0;
-};
-
-/// Runs until the test goes: passes packets between two TUN devices, as a modem's line would.
-class Line {
- public:
-  Line(const TunDevice& one, const TunDevice& other);
-  ~Line();
-  Line(const Line&) = delete;
-  Line& operator=(const Line&) = delete;
-
- private:
-  struct Ends;
-  const std::unique_ptr<Ends> ends_;
 };
 
 }  // namespace kifo::testing

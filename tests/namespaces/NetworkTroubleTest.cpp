@@ -7,7 +7,6 @@
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "tests/namespaces/NetworkScene.h"
-#include "tests/support/HeldUp.h"
 
 namespace kifo::testing {
 namespace {
@@ -47,30 +46,6 @@ TEST_F(NetworkTrouble, ABlackHoleHoldsUpNeitherEventsNorTheStoreNorTheEnd) {
   ASSERT_TRUE(awaitReceived("lost", 10));
   EXPECT_TRUE(drains());
   EXPECT_THAT(received("lost"), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9));
-}
-
-TEST_F(NetworkTrouble, TheStatusWaitsForNoStatementInEitherDirection) {
-  start();
-  ASSERT_TRUE(drains());
-  {
-    const HeldUp disk(*Platform::current()->mainQueue);
-    host("route del default");
-    ASSERT_TRUE(becomes(KifoNetworkStatus::OFFLINE));
-    send("kept", 2);
-  }
-  EXPECT_TRUE(goesOffline());
-  EXPECT_EQ(rows("select ISSYNC, TRYCOUNT from KifoLog"), (std::vector<std::string>{"1|0", "1|0"}));
-  EXPECT_THAT(received("kept"), IsEmpty());
-  {
-    const HeldUp disk(*Platform::current()->mainQueue);
-    host("route add default via 10.7.0.1");
-    ASSERT_TRUE(becomes(KifoNetworkStatus::ONLINE));
-    send("sent", 1);
-    EXPECT_TRUE(awaitReceived("sent", 1));
-  }
-  ASSERT_TRUE(awaitReceived("kept", 2));
-  EXPECT_TRUE(drains());
-  EXPECT_THAT(received("kept"), ElementsAre(0, 1));
 }
 
 /// Gives the calling thread, and those that it starts, a hosts file of their own.
