@@ -6,6 +6,7 @@
 An include points down or stays within its own module. Qt, system headers and conditional compilation
 are allowed in some folders only, and no two files include each other in a circle.
 """
+import functools
 import os
 import re
 import sys
@@ -77,6 +78,12 @@ def module_of(path):
     return next((module for module in MODULES if path.startswith(module)), None)
 
 
+@functools.cache
+def lines_of(path):
+    with open(path, encoding="utf-8") as file:
+        return file.readlines()
+
+
 def sources(root):
     for top in ("Kifo_iOS_Common_Kit", "platform", "testing", "apps"):
         for folder, _, names in os.walk(os.path.join(root, top)):
@@ -117,21 +124,20 @@ def check_angled(path, header):
     return None
 
 
-def check_file(root, path, graph):
+def check_lines(root, path, lines, graph):
     graph[path] = []
-    with open(os.path.join(root, path), encoding="utf-8") as file:
-        for number, line in enumerate(file, 1):
-            problem = None
-            include = INCLUDE.match(line)
-            if include and include[1]:
-                graph[path].append(include[1])
-                problem = check_quoted(root, path, include[1])
-            elif include:
-                problem = check_angled(path, include[2])
-            elif CONDITION.match(line) and not path.startswith(CONDITIONAL):
-                problem = "conditional compilation outside platform/"
-            if problem:
-                yield f"{path}:{number}: {problem}"
+    for number, line in enumerate(lines, 1):
+        problem = None
+        include = INCLUDE.match(line)
+        if include and include[1]:
+            graph[path].append(include[1])
+            problem = check_quoted(root, path, include[1])
+        elif include:
+            problem = check_angled(path, include[2])
+        elif CONDITION.match(line) and not path.startswith(CONDITIONAL):
+            problem = "conditional compilation outside platform/"
+        if problem:
+            yield f"{path}:{number}: {problem}"
 
 
 def circles(graph):
@@ -154,13 +160,17 @@ def circles(graph):
         yield from walk(path)
 
 
-def violations(root):
+def violations(root, planted_path=None, planted_line=None):
+    """What the sources of `root` break, with a line added to one of them or to a new file."""
     graph, found = {}, []
-    for path in sources(root):
+    for path in sorted({*sources(root), *filter(None, [planted_path])}):
+        lines = lines_of(os.path.join(root, path)) if os.path.exists(os.path.join(root, path)) else []
+        if path == planted_path:
+            lines = [*lines, planted_line]
         if module_of(path) is None:
             found.append(f"{path}: is in no module")
         else:
-            found.extend(check_file(root, path, graph))
+            found.extend(check_lines(root, path, lines, graph))
     found.extend(circles(graph))
     return found
 
