@@ -104,7 +104,7 @@ TEST_F(ConsentOnTheNetwork, NoPacketLeavesAndNoFileIsMadeUntilItIsGivenNorOnceIt
   EXPECT_THAT(received("tap"), ::testing::IsEmpty()) << "what was called without consent";
   EXPECT_THAT(received("page_in"), ::testing::IsEmpty());
   EXPECT_EQ(files(), std::set<std::string>{"consent.refused"});
-  shutDown();
+  Kifo::shutdown(10.0);
 }
 
 }  // namespace

@@ -1,18 +1,21 @@
-#include <algorithm>
+#include <sched.h>
+#include <sys/mount.h>
+
 #include <atomic>
+#include <fstream>
 #include <numeric>
-#include <string>
+#include <sstream>
 #include <thread>
 
-#include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/core/PayloadKeys.h"
 #include "tests/namespaces/NetworkScene.h"
 
 namespace kifo::testing {
 namespace {
 
 using ::testing::Each;
+using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
 
 /// A way in which a network is lost and comes back.
 struct Loss {
@@ -68,7 +71,7 @@ class NetworkComesAndGoes : public NetworkScene {
     send("after", 1);
     ASSERT_TRUE(awaitReceived("after", 1));
     EXPECT_THAT(values("after", Constants::NETWORK_STATUS), Each("wifi"));
-    EXPECT_TRUE(shutDown());
+    EXPECT_TRUE(Kifo::shutdown(10.0));
   }
 };
 
@@ -124,7 +127,8 @@ TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
   // Once more, for what a flap answered with an error; an answer takes the rows that were given up,
   // or are under way, along.
   ASSERT_TRUE(isOnlineAtLast());
-  loseAndFindTheRoute();
+  loseTheRoute();
+  findTheRoute();
   send("end", 1);
   EXPECT_TRUE(drains());
   EXPECT_TRUE(awaitAnswers());
@@ -139,6 +143,78 @@ TEST_F(NetworkComesAndGoes, AHundredFlapsUnderLoadLoseAndDoubleNothing) {
   }
   EXPECT_EQ(arrived + lost, kThreads * kEach);
   EXPECT_LT(lost, 10);
+}
+
+/// How many connections of the calling thread's namespace the kernel still tries to bring to an
+/// end, with whatever they have left to say, though nobody holds them any more.
+std::ptrdiff_t lingering() {
+  std::ifstream table("/proc/thread-self/net/tcp");
+  std::ptrdiff_t count = 0;
+  for (std::string line; std::getline(table, line);) {
+    std::istringstream words(line);
+    std::string number, local, remote, state;
+    words >> number >> local >> remote >> state;
+    count += state == "04" ? 1 : 0;  // FIN_WAIT1
+  }
+  return count;
+}
+
+TEST_F(NetworkComesAndGoes, ABlackHoleHoldsUpNeitherEventsNorTheStoreNorTheEnd) {
+  start();
+  ASSERT_TRUE(drains());
+  net("rule add prio 1 from 10.7.0.2 blackhole");
+  send("lost", 10);
+  EXPECT_EQ(rowCount(), "10") << "stored while every request still waits";
+  EXPECT_EQ(Kifo::networkStatus(), KifoNetworkStatus::ONLINE) << "the link says nothing of it";
+  EXPECT_FALSE(Kifo::shutdown(0.5)) << "the requests were cut short";
+  EXPECT_EQ(lingering(), 0) << "what was given up may not arrive after all";
+  EXPECT_THAT(received("lost"), IsEmpty());
+
+  net("rule del prio 1 from 10.7.0.2 blackhole");
+  start();
+  ASSERT_TRUE(awaitReceived("lost", 10));
+  EXPECT_TRUE(drains());
+  EXPECT_THAT(received("lost"), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9));
+}
+
+/// Gives the calling thread, and those that it starts, a hosts file of their own.
+class OwnHostsFile {
+ public:
+  explicit OwnHostsFile(const TemporaryDirectory& directory) : path_(directory.file("hosts")) {
+    write("");
+    isThere_ = unshare(CLONE_NEWNS) == 0 &&
+               mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount(path_.c_str(), "/etc/hosts", nullptr, MS_BIND, nullptr) == 0;
+  }
+  [[nodiscard]] bool isThere() const { return isThere_; }
+  void write(const std::string& lines) const { std::ofstream(path_) << lines; }
+
+ private:
+  const std::string path_;
+  bool isThere_ = false;
+};
+
+TEST_F(NetworkComesAndGoes, AServerThatComesBackWithAnotherAddressIsFoundByItsName) {
+  const TemporaryDirectory directory;
+  // On a thread of its own, for what it changes cannot be changed back.
+  std::thread([&] {
+    const InNamespace inside(*host_);
+    const OwnHostsFile hosts(directory);
+    if (!hosts.isThere()) GTEST_SKIP() << "cannot have a hosts file of its own";
+    hosts.write("10.99.0.1 kiosk-server.test\n");
+    start("kiosk-server.test");
+    ASSERT_TRUE(drains());
+    loseTheRoute();
+    send("moved", 3);
+    net("addr del 10.99.0.1/32 dev lo");
+    net("addr add 10.99.0.2/32 dev lo");
+    hosts.write("10.99.0.2 kiosk-server.test\n");
+    findTheRoute();
+    EXPECT_TRUE(awaitReceived("moved", 3));
+    EXPECT_TRUE(drains());
+    EXPECT_THAT(received("moved"), ElementsAre(0, 1, 2));
+    Kifo::shutdown(10.0);
+  }).join();
 }
 
 }  // namespace
