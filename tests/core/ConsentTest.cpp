@@ -175,22 +175,6 @@ TEST_F(ConsentTest, RevokedTwiceOrBeforeTheStartOrAfterTheEndItIsTheSame) {
   expectRevoked();
 }
 
-TEST_F(ConsentTest, RevokedFromACallbackInTheMidstOfAPassNothingFollows) {
-  work();
-  setOnline(false);
-  for (int row = 0; row < 5; ++row) KifoEventManager::sendEvent("kept", std::nullopt);
-  fake.runUntilIdle();
-  fake.http->setHandler([](const HttpRequest&) {
-    Kifo::revokeConsent();
-    return HttpAnswer{{}, 200, "{}"};
-  });
-  const auto before = fake.http->count();
-  setOnline(true);
-  EXPECT_EQ(fake.http->count(), before + 1);
-  fake.http->setHandler({});
-  expectRevoked();
-}
-
 TEST_F(ConsentTest, RevokedDuringTheWaitForATokenTheStartEndsThere) {
   auto config = requiring();
   config.authorization.reset();
@@ -247,21 +231,6 @@ TEST_F(ConsentTest, AnInterruptedErasingIsFinishedBeforeAnythingElse) {
     Kifo::revokeConsent();
     expectRevoked();
   }
-}
-
-TEST_F(ConsentTest, GivenWhileStillErasingItBeginsWhenThatIsDone) {
-  work();
-  Kifo::revokeConsent();
-  Kifo::giveConsent();
-  EXPECT_EQ(Kifo::actorId(), "");
-  KifoEventManager::sendEvent("early", std::nullopt);
-  fake.runUntilIdle();
-  EXPECT_TRUE(Kifo::isInitialized());
-  EXPECT_EQ(Kifo::consent(), ConsentStatus::GIVEN);
-  EXPECT_EQ(fake.userDefaults->string("PUSH_TOKEN"), std::nullopt);
-  EXPECT_EQ(rows("select count(*) from KifoLog where PARAMETERS like '%kept%'"),
-            std::vector<std::string>{"0"});
-  EXPECT_THAT(fake.http->events("early"), IsEmpty());
 }
 
 TEST_F(ConsentTest, RevokedFromManyThreadsBesideSendersNothingIsLeft) {

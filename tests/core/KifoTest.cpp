@@ -26,16 +26,7 @@ class KifoTest : public SdkTest {
     }
     return own;
   }
-  /// A configuration without a token, whose token service keeps its question in `asked_`.
-  KifoInitConfig withoutToken() {
-    auto config = configuration();
-    config.authorization.reset();
-    config.tokenService = std::make_shared<ScriptedTokens>([this](auto ask) { asked_ = ask; });
-    return config;
-  }
   std::string storedActor() const { return fake.userDefaults->string("kifo_actorId").value_or(""); }
-
-  TokenServiceProtocol::Completion asked_;
 };
 
 TEST_F(KifoTest, AnInstallationGoesThroughEveryStepInOrder) {
@@ -98,20 +89,14 @@ TEST_F(KifoTest, WithoutAuthorizationOrBundleNothingIsSetUp) {
 }
 
 TEST_F(KifoTest, ATokenServiceThatHasNoTokenFailsTheStatusAndTheStartGoesOn) {
-  auto config = withoutToken();
+  auto config = configuration();
+  config.authorization.reset();
   config.tokenService =
       std::make_shared<ScriptedTokens>([](const auto& answer) { answer(std::nullopt); });
   Kifo::initialize(config);
   EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZE_FAILED);
   EXPECT_TRUE(Kifo::isStarted());
   EXPECT_EQ(storedActor(), "actor");
-}
-
-TEST_F(KifoTest, ATokenThatComesAfterTheWaitStillCounts) {
-  Kifo::initialize(withoutToken());
-  EXPECT_EQ(Kifo::authorization(), "");
-  asked_("late");
-  EXPECT_EQ(Kifo::authorization(), "late");
 }
 
 TEST_F(KifoTest, AWaitForATokenEndsWithItsServicesTimeOutItsAnswerOrTheShutdown) {
@@ -132,16 +117,6 @@ TEST_F(KifoTest, AWaitForATokenEndsWithItsServicesTimeOutItsAnswerOrTheShutdown)
       << "the wait that began first ends last";
   Kifo::shutdown(0.0);
   EXPECT_EQ(wait.wait_for(std::chrono::seconds(10)), std::future_status::ready);
-}
-
-TEST_F(KifoTest, ATokenThatComesAfterTheEndOfItsSessionDoesNotReachTheNextOne) {
-  Kifo::initialize(withoutToken());
-  Runtime::detach();  // as a shutdown does
-  start();
-  asked_("the first user's");
-  EXPECT_EQ(Kifo::authorization(), "token");
-  asked_(std::nullopt);
-  EXPECT_EQ(Kifo::getInitializeStatusType(), InitializeStatusType::INITIALIZED);
 }
 
 struct ActorCase {

@@ -152,6 +152,7 @@ TEST_F(EventManagerTest, AnAnswerNamesItsPageAlsoWhenTheScreenIsGone) {
   screen.reset();
   const auto request = fake.popups->requests().at(0);
   const auto& preferences = request->preferences;
+  EXPECT_TRUE(preferences.controller.expired()) << "a popup keeps no screen alive";
   request->reporter->answered(preferences.appCommunicationItem, {}, preferences.controller.lock(),
                               preferences.pageName);
   EXPECT_EQ(lastEvent("InAppMessageResponse")["page_name"], "HomeScreen");

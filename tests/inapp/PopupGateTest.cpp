@@ -19,18 +19,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class SilentReporter final : public InAppReporter {
- public:
-  void opened(std::shared_ptr<AppCommunicationItem> item, std::shared_ptr<ViewController>,
-              std::optional<std::string>) override {
-    openings.push_back(*item->uuid);
-  }
-  void answered(std::shared_ptr<AppCommunicationItem>, InAppAnswer, std::shared_ptr<ViewController>,
-                std::optional<std::string>) override {}
-
-  std::vector<std::string> openings;
-};
-
 class PopupGateTest : public ::testing::Test {
  protected:
   /// A campaign that may be shown twice becomes due over `screen`.
@@ -53,6 +41,12 @@ class PopupGateTest : public ::testing::Test {
     return uuids;
   }
 
+  [[nodiscard]] std::vector<std::string> opened() const {
+    std::vector<std::string> uuids;
+    for (const Report& opening : reporter_->openings) uuids.push_back(*opening.item->uuid);
+    return uuids;
+  }
+
   /// What became of the campaigns, as "uuid: outcome: reason".
   std::vector<std::string> decisions() {
     std::vector<std::string> lines;
@@ -70,7 +64,7 @@ class PopupGateTest : public ::testing::Test {
   }
 
   kifo::testing::InstalledFakePlatform fake_;
-  std::shared_ptr<SilentReporter> reporter_ = std::make_shared<SilentReporter>();
+  std::shared_ptr<RecordingReporter> reporter_ = std::make_shared<RecordingReporter>();
   std::shared_ptr<HomeScreen> screen_ = std::make_shared<HomeScreen>();
   PopupManager manager_{reporter_};
 };
@@ -194,7 +188,7 @@ TEST_F(PopupGateTest, AGateMayThrowPauseReplaceItselfOrEndTheSdk) {
   });
   due("b");
   EXPECT_THAT(fake_.popups->take(), IsEmpty());
-  EXPECT_THAT(reporter_->openings, ElementsAre("a"));
+  EXPECT_THAT(opened(), ElementsAre("a"));
 }
 
 // The queue that presenters keep for each window
@@ -218,7 +212,7 @@ TEST_F(PopupGateTest, APopupThatTheGateHeldBackKeepsItsPlaceInThePresentersQueue
     ASSERT_TRUE(next);
     EXPECT_EQ(next->preferences.appCommunicationItem->uuid, uuid);
   }
-  EXPECT_THAT(reporter_->openings, ElementsAre("first", "second"));
+  EXPECT_THAT(opened(), ElementsAre("first", "second"));
 }
 
 TEST_F(PopupGateTest, AGateThatClosesTheWindowOrTheScreenLeavesTheCampaignUnspent) {

@@ -19,30 +19,6 @@ using ::testing::IsEmpty;
 using ::testing::Pair;
 using Lines = std::vector<std::string>;
 
-struct Report {
-  std::shared_ptr<AppCommunicationItem> item;
-  std::shared_ptr<ViewController> controller;
-  std::optional<std::string> pageName;
-  InAppAnswer answer;
-};
-
-class RecordingReporter final : public InAppReporter {
- public:
-  void opened(std::shared_ptr<AppCommunicationItem> item,
-              std::shared_ptr<ViewController> controller,
-              std::optional<std::string> pageName) override {
-    openings.push_back({item, controller, pageName, {}});
-  }
-  void answered(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
-                std::shared_ptr<ViewController> controller,
-                std::optional<std::string> pageName) override {
-    answers.push_back({item, controller, pageName, answer});
-  }
-
-  std::vector<Report> openings;
-  std::vector<Report> answers;
-};
-
 std::shared_ptr<AppCommunicationItem> itemFrom(const nlohmann::json& json) {
   const auto item = decode<AppCommunicationItem>(json);
   if (!item) throw std::invalid_argument("no campaign: " + json.dump());
@@ -419,21 +395,6 @@ TEST_F(PopupManagerTest, AHostThatThrowsIsSaidSoAndTheAnswerStillGoesOut) {
   request->actionItem(request->preferences.buttons.at(0));
   EXPECT_EQ(reporter_->answers.size(), 1u);
   EXPECT_EQ(fake_.console->count("Kifo PopupManager: a host callback threw: no such page"), 1u);
-}
-
-TEST_F(PopupManagerTest, AScreenThatIsClosedUnderItsPopupLeavesItsNameToTheAnswers) {
-  const auto request = presented(campaign("POPUP", {{"buttons", options(1)}}));
-  reporter_->openings.clear();
-  screen_.reset();
-  EXPECT_TRUE(request->preferences.controller.expired()) << "a popup keeps no screen alive";
-  request->actionItem(request->preferences.buttons.at(0));
-  request->reporter->answered(request->preferences.appCommunicationItem, {}, nullptr, "Home");
-  ASSERT_EQ(reporter_->answers.size(), 2u) << "the button's and the close";
-  for (const Report& answer : reporter_->answers) {
-    ASSERT_TRUE(answer.controller);
-    EXPECT_EQ(answer.controller->className(), "HomeScreen");
-    EXPECT_EQ(answer.pageName, "Home");
-  }
 }
 
 TEST_F(PopupManagerTest, TheInspectorHearsOfTheCutAndOfTheShow) {

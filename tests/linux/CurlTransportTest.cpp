@@ -238,7 +238,7 @@ TEST_F(CurlTransportTest, ABurstTakesSixConnectionsAtMost) {
   EXPECT_LE(connections().size(), 6u);
 }
 
-TEST_F(CurlTransportTest, AListeningSocketIsGivenUpWhenTheTimeIsOverEvenForThoseThatStillWait) {
+TEST_F(CurlTransportTest, AMuteServerIsGivenUpWhenTheTimeIsOverEvenForThoseThatStillWait) {
   const ListeningSocket mute;
   const ListeningSocket idle;
   std::vector<std::future<HttpAnswer>> patient;

@@ -110,16 +110,6 @@ TEST_F(ReachabilityTest, TheFirstReadingAlwaysTellsAndAnEqualOneNever) {
   EXPECT_THAT(told_, ElementsAre("unreachable", "posted", "reachable", "posted"));
 }
 
-TEST_F(ReachabilityTest, AChangeIsToldAsItStandsWhenItsTurnComes) {
-  const auto subject = watcher();
-  platform_.reachability->setFlags(kReachable);
-  subject->startNotifier();
-  platform_.reachability->setFlags(0);
-  platform_.runUntilIdle();
-  // The re-reading is a change of its own; both tell what is true now.
-  EXPECT_THAT(told_, ElementsAre("unreachable", "unreachable"));
-}
-
 TEST_F(ReachabilityTest, WithoutANotificationQueueChangesAreHandledWhereFlagsAreRead) {
   const auto subject = watcher(true);
   bool onSerialQueue = false;

@@ -50,17 +50,13 @@ TEST_F(AttachmentFileTest, TheBytesLieUnchangedUnderTheFixedNameUntilTheFileIsLe
   const fs::path path = file->path();
   EXPECT_EQ(path.filename(), "image.jpg");
   EXPECT_EQ(path.parent_path().parent_path(), fake_.directory.path());
+  auto other = AttachmentFile::write("other");
+  EXPECT_NE(other->path(), path);
   EXPECT_EQ(contentsOf(path), bytes);
   EXPECT_EQ(fs::status(path.parent_path()).permissions(), fs::perms::owner_all);
+  other.reset();
   file.reset();
   EXPECT_TRUE(fs::is_empty(fake_.directory.path()));
-}
-
-TEST_F(AttachmentFileTest, EveryFileHasADirectoryOfItsOwn) {
-  const auto one = AttachmentFile::write("one");
-  const auto two = AttachmentFile::write("two");
-  EXPECT_NE(one->path(), two->path());
-  EXPECT_EQ(contentsOf(one->path()), "one");
 }
 
 TEST_F(AttachmentFileTest, AFailedWriteThrowsAndLeavesNothing) {

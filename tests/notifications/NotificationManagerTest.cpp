@@ -107,21 +107,16 @@ TEST_F(NotificationManagerTest, APushWithEverythingIsReportedAndGetsItsButtonsAn
   EXPECT_EQ(received[0]["code"], "C");
 }
 
-TEST_F(NotificationManagerTest, APushWithoutButtonsRegistersAnEmptyCategoryAndIsNotOfIt) {
+TEST_F(NotificationManagerTest, APushWithoutAButtonThatCanBeOfferedRegistersAnEmptyCategory) {
   receive({{"data", CAMPAIGN}});
-  for (const char* data : {"{}", R"({"buttons": []})"}) {
+  for (const auto& [data, category] :
+       {std::pair("{}", ""), std::pair(R"({"buttons": []})", ""),
+        std::pair(R"({"buttons": [{"id": "b"}, {"text": "t"}]})", "KifoNotificationCategory")}) {
     const auto handled = receive({{"data", data}});
-    EXPECT_EQ(handled.at(0)->categoryIdentifier, "") << data;
+    EXPECT_EQ(handled.at(0)->categoryIdentifier, category) << data;
     EXPECT_THAT(fake_.notifications->categories.get(),
                 ElementsAre(NotificationCategory{"KifoNotificationCategory", {}}));
   }
-}
-
-TEST_F(NotificationManagerTest, AButtonThatCannotBeOfferedLeavesTheCategoryWithoutIt) {
-  const auto handled = receive({{"data", R"({"buttons": [{"id": "b"}, {"text": "t"}]})"}});
-  EXPECT_EQ(handled.at(0)->categoryIdentifier, "KifoNotificationCategory");
-  EXPECT_THAT(fake_.notifications->categories.get(),
-              ElementsAre(NotificationCategory{"KifoNotificationCategory", {}}));
 }
 
 TEST_F(NotificationManagerTest, ACampaignThatCannotBeReadSendsNothingAndStillGetsItsImage) {
@@ -199,7 +194,7 @@ TEST_F(NotificationManagerTest, AContentHandlerThatThrowsIsRunOnceAndHarmsNothin
 }
 
 struct Tap {
-  const char* description;
+  const char* name;
   std::string actionIdentifier;
   const char* link;  ///< What the host is handed.
   Value responseType, responseId, responseText;
@@ -224,15 +219,11 @@ TEST_P(Taps, AreReportedOnceAndHandedToTheHost) {
 INSTANTIATE_TEST_SUITE_P(
     NotificationManager, Taps,
     ::testing::Values(
-        Tap{"body", NotificationResponse::defaultActionIdentifier, "body", "SELF", "", {}},
-        Tap{"button", "b1", "one", "BUTTON", "b1", "One"},
-        Tap{"first of two", "b2", "two", "BUTTON", "b2", "Two"},
-        Tap{"unknown", "B1", "body", "SELF", "", {}}),
-    [](const auto& tap) {
-      std::string name = tap.param.description;
-      std::ranges::replace(name, ' ', '_');
-      return name;
-    });
+        Tap{"Body", NotificationResponse::defaultActionIdentifier, "body", "SELF", "", {}},
+        Tap{"Button", "b1", "one", "BUTTON", "b1", "One"},
+        Tap{"FirstOfTwo", "b2", "two", "BUTTON", "b2", "Two"},
+        Tap{"Unknown", "B1", "body", "SELF", "", {}}),
+    [](const auto& tap) { return tap.param.name; });
 
 TEST_F(NotificationManagerTest, ATapWithNothingToOpenIsStillHandedOn) {
   int calls = 0;
@@ -267,18 +258,6 @@ TEST_F(NotificationManagerTest, ThePermissionFollowsTheCentresAnswerAndStaysUnti
     NotificationManager::refreshNotificationPermissionStatusType();
     EXPECT_EQ(status, expected[value]) << value;
   }
-}
-
-TEST_F(NotificationManagerTest, EveryEventAsksForThePermissionAndReportsTheOneOfBefore) {
-  fake_.notifications->status.set(std::nullopt);
-  receive({{"data", "{}"}});
-  EXPECT_GE(fake_.notifications->waiting(), 1U);
-  fake_.notifications->answer(1);
-  receive({{"data", "{}"}});
-  const auto received = events("push_notification_received");
-  ASSERT_EQ(received.size(), 2U);
-  EXPECT_EQ(received[0]["push_notification_permission_status"], "UNKNOWN");
-  EXPECT_EQ(received[1]["push_notification_permission_status"], "DENIED");
 }
 
 }  // namespace

@@ -35,15 +35,6 @@ TEST_F(ManualExecutorTest, RunsTheTasksOfAllQueuesInTheOrderInWhichTheyBecomeDue
   EXPECT_EQ(notes_.back(), "at 2");
 }
 
-TEST_F(ManualExecutorTest, TimersThatATaskSetsWhileTheTimeMovesOnFallDueInTheSameMove) {
-  fake_.mainQueue->schedule(Seconds(1), [&] {
-    fake_.mainQueue->schedule(Seconds(1), note("second"));
-    fake_.mainQueue->schedule(Seconds(3), note("too late"));
-  });
-  fake_.advance(3);
-  EXPECT_THAT(notes_, ElementsAre("second"));
-}
-
 TEST_F(ManualExecutorTest, SyncRunsWhatStandsBeforeItOnItsOwnQueueOnly) {
   fake_.answerQueue->post(note("other queue"));
   fake_.mainQueue->post(note("before"));

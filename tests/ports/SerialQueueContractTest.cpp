@@ -61,13 +61,6 @@ class SerialQueueContract : public ::testing::Test {
 using Benches = ::testing::Types<RealQueue, ManualQueue>;
 TYPED_TEST_SUITE(SerialQueueContract, Benches);
 
-TYPED_TEST(SerialQueueContract, RunsTasksInTheOrderOfPosting) {
-  for (int value = 0; value < 100; ++value) this->queue().post(this->note(value));
-  this->settle();
-  ASSERT_EQ(this->notes_.size(), 100u);
-  EXPECT_TRUE(std::ranges::is_sorted(this->notes_));
-}
-
 TYPED_TEST(SerialQueueContract, ATaskPostedFromATaskRunsAfterItAndKnowsItsQueue) {
   this->queue().post([this] {
     this->queue().post(this->note(2));

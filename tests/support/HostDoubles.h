@@ -1,12 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/TokenServiceProtocol.h"
 #include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
+#include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
 
 namespace kifo {
@@ -30,6 +33,31 @@ class ScriptedTokens final : public TokenServiceProtocol {
 
  private:
   const Answer answer_;
+};
+
+struct Report {
+  std::shared_ptr<AppCommunicationItem> item;
+  std::shared_ptr<ViewController> controller;
+  std::optional<std::string> pageName;
+  InAppAnswer answer;
+};
+
+/// Keeps what popups report.
+class RecordingReporter final : public InAppReporter {
+ public:
+  void opened(std::shared_ptr<AppCommunicationItem> item,
+              std::shared_ptr<ViewController> controller,
+              std::optional<std::string> pageName) override {
+    openings.push_back({item, controller, pageName, {}});
+  }
+  void answered(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
+                std::shared_ptr<ViewController> controller,
+                std::optional<std::string> pageName) override {
+    answers.push_back({item, controller, pageName, answer});
+  }
+
+  std::vector<Report> openings;
+  std::vector<Report> answers;
 };
 
 /// A transport that makes its requests later than they are handed over: when the test does.
