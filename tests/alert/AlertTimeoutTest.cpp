@@ -27,15 +27,18 @@ TEST(KifoPopupTimeoutClockTest, WhileItIsHeldNothingIsLost) {
   AlertTimeout clock;
   clock.start(kHour, true);
   clock.tick();
+  EXPECT_EQ(clock.secondsLeft(), 3599);
+  const_cast<QTimer&>(clock.timeoutTimer()).start(10'000);  // as after a long block of the thread
+  clock.tick();
+  EXPECT_EQ(clock.secondsLeft(), 10) << "the ticks that were missed count";
   clock.setHeld(true);
   EXPECT_FALSE(clock.timeoutTimer().isActive());
   EXPECT_FALSE(clock.showTimeoutTimer().isActive());
-  EXPECT_EQ(clock.secondsLeft(), 3599);
+  EXPECT_EQ(clock.secondsLeft(), 10);
   clock.setHeld(false);
   EXPECT_TRUE(clock.timeoutTimer().isActive());
   EXPECT_TRUE(clock.showTimeoutTimer().isActive());
-  EXPECT_LE(clock.timeoutTimer().interval(), 3600000);
-  EXPECT_GT(clock.timeoutTimer().interval(), 3500000);
+  EXPECT_LE(clock.timeoutTimer().interval(), 10'000);
 
   clock.setHeld(true);
   clock.start(kHour, false);

@@ -221,7 +221,14 @@ TEST_F(KifoPopupTest, AnArchivedAlertIsFatal) {
 #ifdef KIFO_WITH_QUICK
 class QuickAlertTest : public AlertFixture<QuickAlerts> {};
 
-TEST_F(QuickAlertTest, WithoutAWindowTheAlertIsNotShownAndSaysSo) {
+TEST_F(QuickAlertTest, ShowsInItsHostsWindowAndWithoutAnyNotAtAllAndSaysSo) {
+  {
+    const QuickAlerts inUse;
+    const auto alert = makeAlert();
+    alert->showInfo("Here", "", "OK");
+    EXPECT_THAT(toolkit.overlays(), SizeIs(1));
+    alert->hideView();
+  }
   toolkit.hideHost();
   const auto alert = std::make_shared<QuickAlert>();
   fake.console->take();

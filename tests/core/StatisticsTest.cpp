@@ -113,6 +113,15 @@ TEST_F(StatisticsTest, AnEventIsInOnePlaceFromItsCallToItsEnd) {
   fake.http->failNext();
   run();
   EXPECT_EQ(grown(), (Grown{{"failed", 1}, {"givenUpNotAnswered", 1}, {"underWay", -1}}));
+
+  setOnline(false);
+  rows(
+      "insert into KifoLog (PARAMETERS, REQUEST_ID, URL, DATE, ISSYNC, ISSYNC_SUCCESS, TRYCOUNT,"
+      " HTTPMETHOD) values ('{}', 'other', 'http://listener', 1, 0, 0, 0, 'POST')");
+  grown();
+  returnOfTheNetwork();
+  EXPECT_EQ(grown(), (Grown{{"found", 1}, {"resent", 1}, {"underWay", 1}}))
+      << "another process has put the row there";
 }
 
 TEST_F(StatisticsTest, ARefusedCopyThatIsDeliveredIsNotDropped) {

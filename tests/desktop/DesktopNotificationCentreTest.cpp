@@ -65,6 +65,9 @@ TEST_F(DesktopNotificationCentreTest, APushIsShownWithItsTextsAndItsButtons) {
   EXPECT_EQ(shown.body, "All &lt;b&gt;half&lt;/b&gt; &amp; less");
   EXPECT_EQ(shown.actions,
             QStringList({"default", "Open", "kifo-0", "Buy <now>", "kifo-1", "Later"}));
+  show(std::string(300, 'x'));
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
+  EXPECT_EQ(service_->shown().at(1).summary, QString(256, 'x') + QChar(0x2026));
 }
 
 TEST_F(DesktopNotificationCentreTest, AServiceGetsOnlyWhatItsCapabilitiesAllow) {

@@ -93,8 +93,9 @@ class DesktopNotificationCentreTest : public ::testing::Test {
   /// Shows the campaign's push and hands back the service's number.
   uint showCampaign(const std::string& identifier = "push") {
     const std::size_t before = service_->shown().size();
-    centre_->deliver({{"data", kCampaign}, {"title", "Sale"}, {"body", "All <b>half</b> & less"}},
-                     identifier);
+    centre_->deliver(
+        {{"data", kCampaign}, {"title", "Sa\x01le"}, {"body", "All <b>half</b> & less"}},
+        identifier);
     EXPECT_TRUE(waitFor([&] { return service_->shown().size() > before; }));
     return service_->shown().empty() ? 0 : service_->shown().back().id;
   }

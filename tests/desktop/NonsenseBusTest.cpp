@@ -1,15 +1,8 @@
 // A notification service that answers nonsense: the SDK asks no more often than it would a good
 // one, reports every push as received, and shows what comes once a good service takes over.
 #include <QDBusVariant>
-#include <QtTest>
 
-#include <gmock/gmock.h>
-
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
-#include "platform/qt/DesktopNotificationCentre.h"
-#include "testing/FakePlatform.h"
-#include "testing/PrivateBus.h"
-#include "tests/desktop/ScriptedNotificationService.h"
+#include "tests/desktop/DesktopNotificationFixture.h"
 
 namespace kifo {
 namespace {
@@ -37,18 +30,11 @@ Nonsense error(const char* name, const char* error, int notifies, bool onlyNotif
           notifies, onlyNotify};
 }
 
-class NonsenseBusTest : public ::testing::TestWithParam<Nonsense> {
+class NonsenseBusTest : public DesktopNotificationCentreTest,
+                        public ::testing::WithParamInterface<Nonsense> {
  protected:
-  static bool waitFor(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, 20000);
-  }
-  std::unique_ptr<ScriptedNotificationService> makeService() const {
-    return std::make_unique<ScriptedNotificationService>(QString::fromStdString(bus_.address()));
-  }
   void deliver(const std::string& title) {
-    centre_->deliver(
-        {{"data", R"({"uuid": "U", "buttons": [{"id": "b", "text": "B"}]})"}, {"title", title}},
-        title);
+    centre_->deliver({{"data", kCampaign}, {"title", title}}, title);
   }
   /// Signals of every type, from the service itself.
   static void sendSignals(ScriptedNotificationService& service) {
@@ -67,51 +53,37 @@ class NonsenseBusTest : public ::testing::TestWithParam<Nonsense> {
       }
     }
   }
-
-  const testing::PrivateBus bus_;
-  const testing::InstalledFakePlatform fake_;
-  std::shared_ptr<DesktopNotificationCentre> centre_;
 };
 
 TEST_P(NonsenseBusTest, IsAskedNoMoreThanAGoodOneAndTheNextServiceShowsWhatComes) {
-  if (!bus_.problem().empty()) GTEST_SKIP() << bus_.problem();
   const Nonsense& nonsense = GetParam();
-  Runtime::current()->session.updateIdentity(
-      [](auto& identity) { identity.listenerUri = "http://listener"; });
-  auto service = makeService();
   int calls = 0;
   int notifies = 0;
-  service->reply = [&](const QDBusMessage& call) -> std::optional<QDBusMessage> {
+  service_->reply = [&](const QDBusMessage& call) -> std::optional<QDBusMessage> {
     ++calls;
     const bool isNotify = call.member() == QLatin1String("Notify");
     notifies += isNotify ? 1 : 0;
     if (isNotify || !nonsense.onlyNotify) return nonsense.reply(call);
     return call.createReply(QVariant(QStringList{QStringLiteral("body")}));
   };
-  service->appear();
-  centre_ = std::make_shared<DesktopNotificationCentre>(
-      DesktopNotificationCentre::Options{
-          .applicationName = "Shop", .busAddress = bus_.address(), .retryInterval = 3600.0},
-      [](const auto&, const auto&) {});
-  Platform platform = fake_.platform();
-  platform.notifications = centre_;
-  Platform::install(std::move(platform));
+  service_->appear();
+  options_.retryInterval = 3600.0;
+  makeCentre();
   ASSERT_TRUE(waitFor([&] { return calls > 0; }));
   for (int push = 0; push < kPushes; ++push) deliver("push " + std::to_string(push));
   ASSERT_TRUE(waitFor([&] { return notifies == nonsense.notifies; }));
-  sendSignals(*service);
+  sendSignals(*service_);
 
   auto next = makeService();
   const int before = calls;
-  service.reset();
+  service_.reset();
   next->appear();
   deliver("last");
   const auto isLast = [](const auto& shown) { return shown.summary == QLatin1String("last"); };
   ASSERT_TRUE(waitFor([&] { return std::ranges::any_of(next->shown(), isLast); }));
   EXPECT_EQ(std::ranges::count_if(next->shown(), isLast), 1);
   EXPECT_LE(before, 3 * kPushes + 3) << "questions, notifications and their closing";
-  fake_.runUntilIdle();
-  EXPECT_EQ(fake_.http->events("push_notification_received").size(), kPushes + 1U);
+  EXPECT_EQ(events("push_notification_received").size(), kPushes + 1U);
   centre_.reset();
 }
 

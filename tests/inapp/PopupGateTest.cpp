@@ -74,6 +74,8 @@ TEST_F(PopupGateTest, WhilePopupsArePausedNoneShowsAndThenEachValidCampaignShows
   fake_.popups->hold();
   due("before");
   Kifo::setPopupsPaused(true);
+  int asked = 0;
+  Kifo::setPopupGate([&](const PopupInfo&) { return ++asked, PopupDecision::show; });
   fake_.popups->release();
   auto closing = std::make_shared<HomeScreen>();
   const auto other = std::make_shared<HomeScreen>();
@@ -84,6 +86,7 @@ TEST_F(PopupGateTest, WhilePopupsArePausedNoneShowsAndThenEachValidCampaignShows
   due("expires", screen_, {{"expireDate", 1'000'000'001'000}});
   due("spent", screen_, {{"maxShowCount", 1}});
   EXPECT_THAT(shown(), IsEmpty());
+  EXPECT_EQ(asked, 0) << "there is nothing to ask the host";
   expectNothingSpent();
   fake_.clock->setMillisecondsSince1970(1'000'000'002'000);
   fake_.userDefaults->setValue("spent", std::int64_t{0});

@@ -10,8 +10,13 @@
 namespace kifo {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+
+constexpr auto kCampaign = R"({"model": [{
+    "type": "POPUP", "uuid": "u", "maxShowCount": 1, "triggeringEventName": "look",
+    "buttons": [{"id": "b", "text": "Show me", "action": {"link": "shop://lamp"}}]}]})";
 
 /// A window in QML whose screens report themselves.
 class KifoScreenTest : public ::testing::Test {
@@ -100,6 +105,33 @@ TEST_F(KifoScreenTest, AnEventBelongsToItsScreenOrToTheOneThatWasShownLast) {
   run("send");
   run("enter");
   EXPECT_THAT(events(), ElementsAre("of_first First", "of_last First", "login First"));
+}
+
+TEST_F(KifoScreenTest, AStartReportsWhatIsShownAndAPopupsButtonReachesTheHostWithItsLink) {
+  fake_.reachability->setFlags(2);
+  fake_.http->setHandler([](const HttpRequest& request) {
+    return HttpAnswer{{}, 200, request.url.starts_with("http://api") ? kCampaign : ""};
+  });
+  load(R"(Item { KifoScreen { name: "Menu" } }
+          property string link
+          Connections { target: Kifo; function onButtonChosen(button) { link = button.link } }
+          function start() {
+            Kifo.initialize({ bundle: "com.example.kiosk", apiUri: "http://api/inapp",
+                              listenerUri: "http://events/", authorization: "token" })
+          }
+          function send() { Kifo.sendEvent("look") })");
+  events();
+  run("start");
+  fake_.runUntilIdle();
+  QCoreApplication::processEvents();
+  EXPECT_THAT(events(), Contains("page_in Menu"));
+  run("send");
+  fake_.runUntilIdle();
+  fake_.advance(1.0);
+  const auto shown = fake_.popups->take();  // by the presenter that the host has chosen
+  ASSERT_EQ(shown.size(), 1u);
+  shown[0]->actionItem(shown[0]->preferences.buttons.at(0));
+  EXPECT_EQ(engine_.rootObjects().value(0)->property("link"), "shop://lamp");
 }
 
 }  // namespace

@@ -239,10 +239,10 @@ TEST_F(QuickPopupPresenterTest, AFingerPressesScrollsAndTouchesTheBody) {
   static QPointingDevice* finger = QTest::createTouchDevice();
   const QPoint from(200, 200);
   const int before = driver.object("popupTitle")->rect().y();
-  QTest::touchEvent(window, finger).press(0, from);
-  for (int y = 20; y <= 100; y += 20)
-    QTest::touchEvent(window, finger).move(0, from - QPoint(0, y));
-  QTest::touchEvent(window, finger).release(0, from - QPoint(0, 100));
+  QTest::touchEvent(window, finger).press(0, from).press(1, from);
+  for (int y = 20; y <= 100; y += 20)  // the second finger moves the other way
+    QTest::touchEvent(window, finger).move(0, from - QPoint(0, y)).move(1, from + QPoint(0, y));
+  QTest::touchEvent(window, finger).release(0, from - QPoint(0, 100)).release(1, from);
   EXPECT_LT(driver.object("popupTitle")->rect().y(), before - 40);
   EXPECT_EQ(touches, 0) << "a drag touches nothing";
   QTest::touchEvent(window, finger).press(0, from);

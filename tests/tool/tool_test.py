@@ -99,7 +99,7 @@ class HostLines(ToolCase):
         bad = ["no json\n", "[1]\n", f'{{"push": {DEEP}}}\n', {"call": "Kifo.fly"}, {"dance": 1}, {"get": "Kifo.colour"},
                {"call": "Kifo.setPushToken", "token": 7}, {"call": "Kifo.setPushToken"},
                {"call": "Kifo.setPushToken", "token": "t", "tokn": "u"},
-               {"call": "Kifo.setApnsToken", "deviceToken": "0a f"},
+               {"call": "Kifo.setApnsToken", "deviceToken": "0af"},
                {"set": "Kifo.sendEventStatus", "value": "MAYBE"},
                {"set": "Kifo.apiUri", "value": "x"}, {"location": {"authorization": 5}},
                {"network": "slow"}, {"wait": -1}, {"popup": "close"}, {"popup": "kick"},
@@ -167,9 +167,10 @@ class HostEvents(ToolCase):
                   {"permission": 1}, {"defaults": {"kifo_actorId": "stored"}},
                   server.initialize(isBatteryStatusRequired=True, isDiskCapacityRequired=True,
                                     isLocationRequired=True), IDLE,
-                  {"call": "KifoEventManager.sendEvent", "eventName": "look"}, IDLE)
+                  {"call": "KifoEventManager.sendEvent", "eventName": "look",
+                   "controller": "HomeScreen", "initialParameters": {"shelf": "7"}}, IDLE)
         event = server.events()[-1]
-        wanted = {"name": "look", "actorId": "stored", "phone_model": "iPhone 12",
+        wanted = {"name": "look", "shelf": "7", "actorId": "stored", "phone_model": "iPhone 12",
                   "device_os_version": "16.1", "device_id": "V", "battery": "25",
                   "total_disk": "100", "free_disk": "40", "time_zone": "Asia/Tokyo",
                   "push_notification_permission_status": "DENIED"}
@@ -438,6 +439,7 @@ class Log(ToolCase):
         self.assertEqual(table.returncode, 0, table.stderr)
         self.assertIn("kept", table.stdout)
         self.assertRegex(table.stdout, r"campaign-uuid +3")
+        self.assertEqual(table.stdout.count("campaign-uuid"), 1)
         self.assertIn("the user was not asked", table.stdout)
         self.assertRegex(table.stdout, r"kifo_actorId +[0-9A-Fa-f-]{36}")
         self.assertRegex(table.stdout, r"composed +[1-9]")

@@ -45,6 +45,10 @@ TEST_F(CustomSliderTest, AKeyAfterADragLandsOnAWholeScore) {
   EXPECT_NEAR(slider.position(), 3.75, 0.2) << "the thumb follows the finger";
   QTest::keyClick(&slider, Qt::Key_Right);
   EXPECT_EQ(slider.position(), 4.f);
+  QWheelEvent passing({50, 20}, {}, {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&slider, &passing);
+  EXPECT_EQ(slider.position(), 4.f) << "the wheel scrolls what lies below";
+  QTest::mouseRelease(&slider, Qt::LeftButton, {}, QPoint(85, 20));
 }
 
 TEST(DashedLabelTest, StrokesItsBoundsInItsTint) {

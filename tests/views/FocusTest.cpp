@@ -55,6 +55,8 @@ TEST_P(FocusTest, ASurveyIsOneStopAndItsArrowsMoveWithinIt) {
               ElementsAre("selectButton", "submitButton", "closeButton", "selectButton"));
   for (const auto code : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Space}) key(code);
   EXPECT_EQ(toolkit->state()->selectActionItem, request->preferences.choices[2]);
+  key(Qt::Key_Home);
+  EXPECT_TRUE(user.named("Choice 1")->state().focused);
   key(Qt::Key_End);
   EXPECT_TRUE(user.named("Choice 20")->state().focused);
   const QRect list = piece("buttonsTableview")->rect();

@@ -1,3 +1,6 @@
+#include <QImageWriter>
+
+#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
 #include "tests/views/PopupFixture.h"
@@ -5,23 +8,16 @@
 namespace kifo::testing {
 namespace {
 
-/// A PNG whose header claims a size and whose pixels are not there.
-std::string pngThatClaims(quint32 width, quint32 height) {
-  std::string bytes = pictureBytes({1, 1}, Qt::red);
-  for (int i = 0; i < 4; ++i) {
-    bytes[16 + i] = static_cast<char>(width >> (24 - 8 * i));
-    bytes[20 + i] = static_cast<char>(height >> (24 - 8 * i));
-  }
-  const auto crc = [&] {
-    quint32 value = 0xffffffffu;
-    for (int i = 12; i < 29; ++i) {
-      value ^= static_cast<uchar>(bytes[i]);
-      for (int bit = 0; bit < 8; ++bit) value = (value >> 1) ^ (value & 1 ? 0xedb88320u : 0);
-    }
-    return ~value;
-  }();
-  for (int i = 0; i < 4; ++i) bytes[29 + i] = static_cast<char>(crc >> (24 - 8 * i));
-  return bytes;
+/// A picture that is stored lying on its side, as cameras do.
+std::string turnedPicture(QSize size) {
+  QImage image(size, QImage::Format_RGB32);
+  image.fill(Qt::red);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QImageWriter writer(&buffer, "JPG");
+  writer.setTransformation(QImageIOHandler::TransformationRotate90);
+  writer.write(image);
+  return bytes.toStdString();
 }
 
 TEST(ImageDecoderTest, BringsPicturesDownToTheSizeWantedAndKeepsTheirColours) {
@@ -38,15 +34,15 @@ TEST(ImageDecoderTest, BringsPicturesDownToTheSizeWantedAndKeepsTheirColours) {
   }
   const QImage red = decodeImage(pictureBytes({9, 9}, QColor(200, 10, 10)), {480, 480});
   EXPECT_EQ(red.pixelColor(4, 4), QColor(200, 10, 10));
+  EXPECT_EQ(decodeImage(turnedPicture({40, 30}), {480, 480}).size(), QSize(30, 40));
 }
 
 TEST(ImageDecoderTest, RefusesWhatIsTooLargeOfAnotherFormatOrBroken) {
   for (const std::string& bytes :
-       {pngThatClaims(20000, 20000), pngThatClaims(0x7fffffff, 1),
-        pictureBytes({8, 8}, Qt::red, "BMP"),
+       {pictureBytes({4097, 4096}, Qt::red, "JPG"), pictureBytes({8, 8}, Qt::red, "BMP"),
         std::string("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"),
         pictureBytes({64, 64}, Qt::red, "JPG").substr(0, 40), std::string()}) {
-    EXPECT_TRUE(decodeImage(bytes, {480, 480}).isNull()) << bytes;
+    EXPECT_TRUE(decodeImage(bytes, {480, 480}).isNull()) << bytes.substr(0, 40);
   }
 }
 
@@ -95,14 +91,35 @@ TEST_F(ImageLoaderTest, AnAnswerWithoutAPictureIsAFailure) {
   EXPECT_EQ(calls, 3);
 }
 
-TEST_F(ImageLoaderTest, FetchesNothingButTheWeb) {
+TEST_F(ImageLoaderTest, KeepsSoManyBytesAndDropsThePictureThatWasNotUsedForLongest) {
+  loader = std::make_unique<ImageLoader>(QSize(2000, 2000));
+  fake.http->setHandler([large = pictureBytes({2000, 2000}, Qt::red)](const HttpRequest&) {
+    return HttpAnswer{{}, 200, large};
+  });
+  for (const char* url : {"https://p.example/1", "https://p.example/2", "https://p.example/3",
+                          "https://p.example/1", "https://p.example/4"}) {
+    loader->load(url, &context, count());
+    finishDecoding();
+  }
+  EXPECT_EQ(fake.http->count(), 4u);
+  EXPECT_FALSE(loader->kept("https://p.example/1").isNull());
+  EXPECT_TRUE(loader->kept("https://p.example/2").isNull());
+}
+
+TEST_F(ImageLoaderTest, FetchesNothingButTheWebAndNothingWithoutConsent) {
+  Runtime::current()->consent.setWithheld(true);
+  loader->load("https://pictures.example/1", &context, count());
+  settle();
+  EXPECT_EQ(fake.http->requests()[0].url, "");
+  Runtime::current()->consent.setWithheld(false);
+
   for (const char* url :
        {"file:///etc/passwd", "ftp://pictures.example/1", "data:image/png;base64,AAAA",
         "javascript:alert(1)", "pictures.example/1"}) {
     loader->load(url, &context, count());
   }
   finishDecoding();
-  EXPECT_EQ(fake.http->count(), 0u);
+  EXPECT_EQ(fake.http->count(), 1u);
   EXPECT_EQ(calls, 5);
   EXPECT_TRUE(last.isNull());
 }

@@ -162,6 +162,17 @@ TEST_P(LayoutTest, RightToLeftTextMirrorsThePanel) {
   EXPECT_EQ(box("textFieldCountLabel").x(), box("textField").x());
   clickAt({box("slider").left() + 10, box("slider").center().y()});
   EXPECT_EQ(toolkit->state()->sliderValue, 10.f);
+  key(Qt::Key_Right);
+  EXPECT_EQ(toolkit->state()->sliderValue, 9.f);
+  dismiss();
+
+  campaign("EMOJI");
+  request->preferences.title = "قيم زيارتك";
+  choices(2);
+  present();
+  key(Qt::Key_Tab);
+  key(Qt::Key_Left);
+  EXPECT_TRUE(user.named("Choice 2")->state().focused);
 }
 
 TEST_P(LayoutTest, TheKeyboardLiftsTheViewByHalfItsHeightOnce) {
