@@ -14,7 +14,7 @@
 namespace kifo {
 namespace {
 
-constexpr std::size_t kDeepest = 1000;
+constexpr std::size_t kDeepest = 1000;  ///< Also ends a value that contains itself.
 constexpr std::size_t kMost = 100'000;
 constexpr double kLargestWhole = 9007199254740992.0;  ///< 2^53: above it doubles skip numbers.
 
@@ -72,11 +72,6 @@ struct Container {
   Value::Map map;
 };
 
-bool holds(const std::vector<Container>& containers, const QJSValue& value) {
-  return std::ranges::any_of(
-      containers, [&](const Container& each) { return each.source.strictlyEquals(value); });
-}
-
 }  // namespace
 
 std::optional<Value> valueOf(const QJSValue& value) {
@@ -92,7 +87,7 @@ std::optional<Value> valueOf(const QJSValue& value) {
       open.back().add(std::move(finished));
     } else if (auto leaf = leafOf(*member)) {
       open.back().add(std::move(*leaf));
-    } else if (open.size() < kDeepest && !holds(open, *member)) {
+    } else if (open.size() < kDeepest) {
       open.emplace_back(*member);
     } else {
       return std::nullopt;

@@ -207,15 +207,16 @@ TEST_F(PopupGateTest, APopupThatTheGateHeldBackKeepsItsPlaceInThePresentersQueue
   Kifo::setPopupsPaused(false);
   due("second");
   fake_.runUntilIdle();
+  due("third");
   const auto requests = fake_.popups->takeHeld();
-  ASSERT_EQ(requests.size(), 2u);
+  ASSERT_EQ(requests.size(), 3u);
   for (const auto& request : requests) queue.enqueue(request);
-  for (const char* uuid : {"first", "second"}) {
+  for (const char* uuid : {"first", "second", "third"}) {
     const auto next = queue.takeNext([] { return true; });
     ASSERT_TRUE(next);
     EXPECT_EQ(next->preferences.appCommunicationItem->uuid, uuid);
   }
-  EXPECT_THAT(opened(), ElementsAre("first", "second"));
+  EXPECT_THAT(opened(), ElementsAre("first", "second", "third"));
 }
 
 TEST_F(PopupGateTest, AGateThatClosesTheWindowOrTheScreenLeavesTheCampaignUnspent) {

@@ -38,12 +38,15 @@ TEST_F(PopupStateTest, HeightsFollowFromTheKindAndFromWhatTheCampaignHas) {
   p.detailText = "text";
   p.buttons = options(2);
   EXPECT_EQ(PopupHeights::of(state("POPUP")).totalHeight, 395);
+  item->coupon = Coupon{};
+  EXPECT_EQ(PopupHeights::of(state("POPUP")).totalHeight, 395 + 106);
+  item->coupon.reset();
   p.buttons = options(5);
   EXPECT_EQ(state("POPUP").tableViewHeigth, 260) << "not capped";
   p.choices = options(3);
   EXPECT_EQ(state("SURVEY").tableViewHeigth, 160);
   p.choices = options(4);
-  EXPECT_EQ(state("SURVEY").tableViewHeigth, 200) << "capped";
+  EXPECT_EQ(PopupHeights::of(state("SURVEY")).listHeightFor(500), 200) << "capped";
   EXPECT_EQ(state("SCORE").popupType, PopupType::emoji);
   EXPECT_EQ(state("SCORE").tableViewHeigth, 200);
   p.detailText.reset();
@@ -53,6 +56,8 @@ TEST_F(PopupStateTest, HeightsFollowFromTheKindAndFromWhatTheCampaignHas) {
   EXPECT_EQ(state("EMOJI").imageViewHeight, 164);
   EXPECT_EQ(state("EMOJI", 414).imageViewHeight, 172);
   EXPECT_FALSE(PopupHeights::of(state("EMOJI")).isImageListAvailable);
+  EXPECT_EQ(PopupHeights().openFieldHeight(/*hasQuestion=*/true), 100);
+  EXPECT_EQ(PopupHeights().openFieldHeight(/*hasQuestion=*/false), 48);
 }
 
 TEST_F(PopupStateTest, FreeTextTiedToChoicesOpensAndClosesWithThemAndForgets) {

@@ -74,6 +74,10 @@ TEST_F(KifoScreenTest, AScreenThatIsNotActiveIsHiddenAlthoughItIsVisible) {
   EXPECT_THAT(events(), ElementsAre("page_in MenuScreen"));
   object("screen")->setProperty("active", false);
   EXPECT_THAT(events(), ElementsAre("page_out MenuScreen"));
+  object("screen")->setProperty("active", true);
+  events();
+  delete object("screen");
+  EXPECT_THAT(events(), ElementsAre("page_out MenuScreen")) << "its item stays";
 }
 
 TEST_F(KifoScreenTest, AScreenWithoutANameIsCalledAfterItsType) {

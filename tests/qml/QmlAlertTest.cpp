@@ -56,8 +56,10 @@ TEST(QmlAlertTest, AQmlHostWritesTheAlertAsAnElement) {
   EXPECT_EQ(window->property("dismissals"), 1);
   EXPECT_EQ(alert->property("showing"), false);
 
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   alert->setProperty("timeout", 0.02);
   QMetaObject::invokeMethod(alert, "show");
+  EXPECT_EQ(window->contentItem()->findChild<QuickAlertOverlay*>()->buttons().size(), 3);
   EXPECT_TRUE(QTest::qWaitFor([&] { return window->property("dismissals") == 2; }, 20000));
   EXPECT_EQ(window->property("timeouts"), 1);
 }

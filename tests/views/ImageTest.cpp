@@ -1,5 +1,3 @@
-#include <QImageWriter>
-
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageLoader.h"
@@ -8,16 +6,14 @@
 namespace kifo::testing {
 namespace {
 
-/// A picture that is stored lying on its side, as cameras do.
+/// A picture that is stored lying on its side, as cameras do: with "turned to the right" in its
+/// Exif data.
 std::string turnedPicture(QSize size) {
-  QImage image(size, QImage::Format_RGB32);
-  image.fill(Qt::red);
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  QImageWriter writer(&buffer, "JPG");
-  writer.setTransformation(QImageIOHandler::TransformationRotate90);
-  writer.write(image);
-  return bytes.toStdString();
+  static const std::string exif(
+      "\xFF\xE1\0\x22"
+      "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0",
+      36);
+  return pictureBytes(size, Qt::red, "JPG").insert(2, exif);
 }
 
 TEST(ImageDecoderTest, BringsPicturesDownToTheSizeWantedAndKeepsTheirColours) {

@@ -59,7 +59,7 @@ TEST_P(LayoutTest, PiecesFollowEachOtherInTheOrderOfReading) {
   request->preferences.questionText = "How likely?";
   pictures(2);
   item->maxScore = 10;
-  item->coupon = Coupon{{"CODE", "000000", "FFFFFF", {}}, {}, {"000000", "4"}};
+  item->coupon = Coupon{{"HALF-OF-ALL-SUMMER", "000000", "FFFFFF", "40"}, {}, {"000000", "4"}};
   item->defaultFreeText = DefaultFreeText{std::nullopt, "Why?"};
   submitButton();
   present();
@@ -67,6 +67,7 @@ TEST_P(LayoutTest, PiecesFollowEachOtherInTheOrderOfReading) {
                                      "popupDescription", "couponLabel", "copyButton",
                                      "popupQuestion", "sliderMinLabel", "scoreValueLabel",
                                      "sliderMaksLabel", "slider", "fieldView", "submitButton"));
+  EXPECT_LT(box("couponLabel").height(), 60) << "the code is made to fit";
   dismiss();
 
   request->preferences.images.resize(1);
@@ -84,6 +85,10 @@ TEST_P(LayoutTest, PiecesFollowEachOtherInTheOrderOfReading) {
   campaign("EMOJI");
   present();
   EXPECT_EQ(reading().at(4), "emojiCollectionView");
+  dismiss();
+  choices(6);
+  present();
+  EXPECT_GT(box("emojiButton", 9).top(), box("emojiButton", 0).bottom()) << "in rows";
 }
 
 TEST_P(LayoutTest, APanelWithoutFreeTextIsClosedUpUnlessTheHostKeepsItsRoom) {
@@ -164,6 +169,8 @@ TEST_P(LayoutTest, RightToLeftTextMirrorsThePanel) {
   EXPECT_EQ(toolkit->state()->sliderValue, 10.f);
   key(Qt::Key_Right);
   EXPECT_EQ(toolkit->state()->sliderValue, 9.f);
+  for (int i = 0; i < 2; ++i) key(Qt::Key_Left);
+  EXPECT_EQ(toolkit->state()->sliderValue, 10.f);
   dismiss();
 
   campaign("EMOJI");
@@ -299,10 +306,9 @@ TEST_P(PortraitTest, NothingIsClippedOverlappingOrOutside) {
     return HttpAnswer{{}, 200, pictureBytes({960, 480}, QColor("#60A5FA"))};
   });
   toolkit->resize(portrait.window);
-  for (const Campaign& campaign : campaigns()) {
+  for (const Campaign& campaign : campaigns(fake)) {
     SCOPED_TRACE(campaign.name);
-    campaign.describe(*request);
-    present();
+    toolkit->present(campaign.request, options);
     finishDecoding();
     const QRect window(QPoint(), portrait.window);
     EXPECT_TRUE(window.contains(box("closeButton")));

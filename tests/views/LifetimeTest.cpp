@@ -123,11 +123,9 @@ TEST_P(LifetimeTest, OpeningAndClosingOverAndOverDoesNotGrow) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "a sanitizer keeps freed memory for a while";
 #endif
-  const auto rounds = [this](int count) {
-    for (int i = 0; i < count; ++i) {
-      const auto all = campaigns();
-      all[static_cast<std::size_t>(i) % all.size()].describe(*request);
-      present();
+  const auto rounds = [this, all = campaigns(fake)](std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      toolkit->present(all[i % all.size()].request, options);
       toolkit->picture();
       dismiss();
       ASSERT_TRUE(isGone());

@@ -1,12 +1,8 @@
 // Every field of every sample campaign dropped, of another type, blown up and nested, on its way
 // from the server's answer to the pixels of both toolkits.
-#include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
-
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "tests/views/Campaigns.h"
 #include "tests/views/PopupFixture.h"
-#include "tests/views/PopupToolkit.h"
 
 namespace kifo::testing {
 namespace {
@@ -146,19 +142,14 @@ class MutatedCampaignTest : public ::testing::Test {
 TEST_F(MutatedCampaignTest, AnyShapeOfACampaignIsRefusedOrShownInBothToolkits) {
   std::size_t mutants = 0;
   std::size_t played = 0;
-  for (const auto& file : std::filesystem::directory_iterator(KIFO_CAMPAIGNS)) {
-    if (file.path().extension() != ".json") continue;
-    std::ifstream text(file.path());
-    const Json original = Json::parse(text);
-    if (original.value("model", Json::array()).empty()) continue;
+  for (const auto& [name, original] : sampleAnswers()) {
     const std::string event = original["model"][0].value("triggeringEventName", "");
     std::vector<Json::json_pointer> places;
     collectPlaces(original, Json::json_pointer(), places);
     for (const auto& place : places) {
       for (const Mutation mutation : kMutations) {
         if (mutants++ % (leftOut() + 1) != 0) continue;
-        SCOPED_TRACE(file.path().filename().string() + place.to_string() + " " +
-                     std::to_string(static_cast<int>(mutation)));
+        SCOPED_TRACE(name + place.to_string() + " " + std::to_string(static_cast<int>(mutation)));
         RecordProperty("last", place.to_string());
         Json answer = original;
         mutate(answer, place, mutation);

@@ -290,8 +290,9 @@ bool KifoAlert::mayMove() const {
   return desktopAnimates();
 }
 
+/// Called while the appearance allows taps.
 void KifoAlert::tappedBackground() {
-  if (!appearance.disableTapGesture && appearance.hideWhenBackgroundViewIsTapped) hideView();
+  if (appearance.hideWhenBackgroundViewIsTapped) hideView();
 }
 
 // The time-out.

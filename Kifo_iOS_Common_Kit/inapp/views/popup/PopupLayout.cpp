@@ -102,7 +102,12 @@ void PopupLayout::shrinkToFit(PopupPiece piece, int width, int leastPixels) cons
 
 PopupBoxes PopupLayout::arrange(const PopupHeights& heights, const PopupArrangement& how) const {
   const PopupBoxes boxes = arrangePieces(*this, heights, how);
-  if (e_.buttonsTableview) e_.buttonsTableview->setAtFoot(boxes.isListAtFoot);
+  if (e_.buttonsTableview) {
+    e_.buttonsTableview->setAtFoot(boxes.isListAtFoot);
+    // Assistive technology would read an empty group.
+    e_.buttonsTableview->setHidden(heightFor(PopupPiece::list, boxes.of(PopupPiece::list).width) ==
+                                   0);
+  }
   for (std::size_t i = 0; i < kPopupPieces; ++i) {
     const auto piece = static_cast<PopupPiece>(i);
     QWidget* widget = widgetOf(piece);
