@@ -13,7 +13,7 @@ struct KifoNotificationCenter::Entry {
   Token token;
   std::string name;
   Observer observer;
-  std::atomic<bool> removed = false;
+  std::atomic<bool> isRemoved = false;
 };
 
 KifoNotificationCenter& KifoNotificationCenter::defaultCenter() {
@@ -33,14 +33,14 @@ KifoNotificationCenter::Token KifoNotificationCenter::addObserver(std::string na
 }
 
 void KifoNotificationCenter::removeObserver(Token token) {
-  std::shared_ptr<Entry>
-      removed;  // what the observer captured is destroyed after the lock is released
+  // What the observer captured is destroyed after the lock is released.
+  std::shared_ptr<Entry> found;
   const std::lock_guard lock(mutex_);
-  const auto found = std::ranges::find(entries_, token, [](const auto& e) { return e->token; });
-  if (found == entries_.end()) return;
-  removed = std::move(*found);
-  removed->removed = true;
-  entries_.erase(found);
+  const auto place = std::ranges::find(entries_, token, [](const auto& e) { return e->token; });
+  if (place == entries_.end()) return;
+  found = std::move(*place);
+  found->isRemoved = true;
+  entries_.erase(place);
 }
 
 void KifoNotificationCenter::post(const KifoNotification& note) {
@@ -52,7 +52,7 @@ void KifoNotificationCenter::post(const KifoNotification& note) {
   }
   for (const auto& entry : concerned) {
     // An observer before this one may have removed it.
-    if (!entry->removed) callHost(KifoNotificationCenter::LOG_TAG, entry->observer, note);
+    if (!entry->isRemoved) callHost(KifoNotificationCenter::LOG_TAG, entry->observer, note);
   }
 }
 

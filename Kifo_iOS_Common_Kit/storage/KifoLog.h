@@ -21,8 +21,8 @@ struct KifoLog {
         _requestId(std::move(requestId)) {}
 
   std::int64_t _id = 0;
-  std::string
-      _paramaters;  ///< The body as compact JSON text. The spelling is kept for compatibility.
+  /// The body as compact JSON text. The spelling is kept for compatibility.
+  std::string _paramaters;
   std::string _url;
   std::string _httpMethod = "POST";
   std::int64_t _date = 0;  ///< Whole seconds since 1970.
