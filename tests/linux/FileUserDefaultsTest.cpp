@@ -1,13 +1,12 @@
 #include "platform/linux/FileUserDefaults.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 
 #include "testing/FakePlatform.h"
+#include "tests/support/FullDisk.h"
 
 namespace kifo::testing {
 namespace {
@@ -16,24 +15,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 namespace fs = std::filesystem;
-
-/// While it lives no file can grow, as on a full disk.
-class FullDisk {
- public:
-  FullDisk() : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit none{0, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &none);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-
- private:
-  void (*handler_)(int);
-  rlimit before_{};
-};
 
 class FileUserDefaultsTest : public ::testing::Test {
  protected:

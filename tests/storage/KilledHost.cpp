@@ -7,9 +7,9 @@
 //       sends all that waits again, and ends
 //   kifo_killed_host group HOME URI GENERATION
 //       kills itself within a transaction
-// Its output: "found ACTOR SHOWS" as it begins, "actor ACTOR" and "shows SHOWS" once the main
-// queue, which writes them, has got that far, "revoked" when all is erased, "counter NAME VALUE" of
-// the store's life at its own end. A generation is the token of its requests.
+// Its output, a JSON object a line: "foundActor" and "foundShows" as it begins, "actor" and "shows"
+// once the main queue, which writes them, has got that far, "revoked" when all is erased,
+// "counters" over the store's life at its own end. A generation is the token of its requests.
 #include <signal.h>
 #include <time.h>
 #include <unistd.h>
@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <thread>
 
@@ -49,12 +50,17 @@ void dieIn(long microseconds) {
 }
 
 /// One write: the parent reads whole lines only.
-void say(const std::string& line) {
-  if (::write(STDOUT_FILENO, (line + "\n").data(), line.size() + 1) < 0) std::exit(71);
+void say(const nlohmann::json& members) {
+  const std::string line = members.dump() + "\n";
+  if (::write(STDOUT_FILENO, line.data(), line.size()) < 0) std::exit(71);
 }
 
-std::string showsLeft() {
-  return std::to_string(Platform::current()->userDefaults->integer("campaign"));
+std::int64_t showsLeft() {
+  return Platform::current()->userDefaults->integer("campaign");
+}
+
+int storedActor() {
+  return std::atoi(PreferencesManager::actorId().c_str());
 }
 
 struct Host {
@@ -75,7 +81,7 @@ struct Host {
   }
 
   void begin() const {
-    say("found " + PreferencesManager::actorId() + " " + showsLeft());
+    say({{"foundActor", storedActor()}, {"foundShows", showsLeft()}});
     Kifo::initialize(configuration);
     // Until it has begun, calls are dropped for want of consent.
     Platform::current()->mainQueue->sync([] {});
@@ -93,17 +99,17 @@ struct Host {
   }
   void live(int rounds) {
     std::thread([this] { loadPictures(); }).detach();
-    int actor = std::atoi(PreferencesManager::actorId().c_str());
+    int actor = storedActor();
     for (int round = 0; round < rounds; ++round) {
       if (round % 16 >= 14) setNetwork(round % 2 == 1);
       Kifo::updateActorId(std::to_string(++actor));
       KifoEventManager::sendEvent(screen, "buy", std::nullopt, {{"round", round}},
                                   [](const auto&) {});
       if (round % 4 != 0) continue;
-      const std::string shows = showsLeft();
+      nlohmann::json written{{"actor", actor}};
+      if (const auto shows = showsLeft(); shows > 0) written["shows"] = shows;
       Platform::current()->mainQueue->sync([] {});
-      say("actor " + std::to_string(actor));
-      say("shows " + shows);
+      say(written);
     }
   }
   /// Until nothing waits any more. Says how many do, so that the parent sees it work.
@@ -114,13 +120,14 @@ struct Host {
       setNetwork(true);
       Kifo::waitUntilIdle(5.0);
       left = Kifo::statistics().sinceInitialize[Counter::waiting];
-      say("left " + std::to_string(left));
+      say({{"left", left}});
     }
-    const Counts life = Kifo::statistics().overLife;
+    nlohmann::json counters;
     for (std::size_t index = 0; index < kCounters; ++index) {
       const auto counter = static_cast<Counter>(index);
-      say("counter " + std::string(name(counter)) + " " + std::to_string(life[counter]));
+      counters[std::string(name(counter))] = Kifo::statistics().overLife[counter];
     }
+    say({{"counters", counters}});
   }
   /// Stores ten rows, and then a group that is too large for SQLite's cache, so that pages of it
   /// reach the file before the process dies.
@@ -164,7 +171,7 @@ int run(Host& host, const std::string& mode) {
   host.live(mode == "erase" ? 64 : noEnd);
   Kifo::revokeConsent();
   Kifo::waitUntilIdle(20.0);
-  say("revoked");
+  say({{"revoked", true}});
   pause();
   return 0;
 }

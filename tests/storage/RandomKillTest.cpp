@@ -25,37 +25,13 @@ int kills() {
   return given ? std::atoi(given) : 60;
 }
 
-/// What a host said before it died.
-struct Said {
-  std::string foundActor;
-  std::int64_t foundShows = 0;
-  std::int64_t actor = 0;  ///< The last that was set; 0: none.
-  std::int64_t shows = 0;  ///< The last that were left; 0: not known.
-  bool hasBegun = false;
-  bool hasRevoked = false;
-  std::map<std::string, std::int64_t> counters;  ///< Over the store's life, of a host that ended.
-
-  explicit Said(const std::string& output) {
-    const auto whole = output.substr(0, output.rfind('\n') + 1);
-    std::istringstream lines(whole);
-    for (std::string line; std::getline(lines, line);) take(line);
-  }
-  void take(const std::string& line) {
-    const auto words = line.find(' ');
-    const std::string value = words == std::string::npos ? "" : line.substr(words + 1);
-    if (line == "revoked") hasRevoked = true;
-    if (line.starts_with("actor ")) actor = std::stoll(value);
-    if (line.starts_with("shows ")) shows = std::stoll(value);
-    if (line.starts_with("counter ")) {
-      const auto end = value.find(' ');
-      counters[value.substr(0, end)] = std::stoll(value.substr(end));
-    }
-    if (!line.starts_with("found ")) return;
-    hasBegun = true;
-    foundActor = value.substr(0, value.find(' '));
-    foundShows = std::stoll(value.substr(value.find(' ') + 1));
-  }
-};
+/// What a host said before it died, the last value of each member. See KilledHost.cpp.
+nlohmann::json saidIn(const std::string& output) {
+  nlohmann::json said = nlohmann::json::object();
+  std::istringstream lines(output.substr(0, output.rfind('\n') + 1));
+  for (std::string line; std::getline(lines, line);) said.merge_patch(nlohmann::json::parse(line));
+  return said;
+}
 
 class RandomKillTest : public ::testing::Test {
  protected:
@@ -73,21 +49,21 @@ class RandomKillTest : public ::testing::Test {
 
   /// A host of the next generation lives in `home` until it is killed, and longer sometimes: a
   /// popup shows half a second after its event.
-  Said killed(const std::string& mode, const std::string& home) {
+  nlohmann::json killed(const std::string& mode, const std::string& home) {
     constexpr std::array<std::uint32_t, 4> longest{20'000, 100'000, 200'000, 900'000};
     const std::uint32_t microseconds = random_() % longest[random_() % longest.size()];
     ChildProgram host;
     host.start({KIFO_KILLED_HOST, mode, home, server_.uri(), std::to_string(++generation_),
                 std::to_string(microseconds)});
-    const Said said(host.readAll());
+    auto said = saidIn(host.readAll());
     EXPECT_EQ(host.wait(), std::nullopt) << "the kill ends it, and nothing else";
     return said;
   }
   /// A host that ends by itself.
-  Said last(const std::string& home) {
+  nlohmann::json last(const std::string& home) {
     ChildProgram host;
     host.start({KIFO_KILLED_HOST, "last", home, server_.uri(), std::to_string(++generation_)});
-    const Said said(host.readAll());
+    auto said = saidIn(host.readAll());
     EXPECT_EQ(host.wait(), 0);
     return said;
   }
@@ -130,16 +106,16 @@ class RandomKillTest : public ::testing::Test {
   }
 
   /// Each event that a host composed was delivered, given up or dropped for one reason.
-  void expectSum(const Said& last) {
+  void expectSum(const std::map<std::string, std::int64_t>& counters) {
     std::int64_t ended = 0;
-    for (const auto& [name, value] : last.counters) {
+    for (const auto& [name, value] : counters) {
       if (name == "delivered" || name.starts_with("givenUp") || name.starts_with("dropped")) {
         ended += value;
       }
     }
-    EXPECT_EQ(last.counters.at("composed") + last.counters.at("found"), ended);
-    EXPECT_GE(last.counters.at("composed"), std::ssize(stored_));
-    EXPECT_LE(last.counters.at("delivered"),
+    EXPECT_EQ(counters.at("composed") + counters.at("found"), ended);
+    EXPECT_GE(counters.at("composed"), std::ssize(stored_));
+    EXPECT_LE(counters.at("delivered"),
               std::ranges::count_if(server_.requests().on("/sdkListenerEvent"),
                                     [](const auto& each) { return each->status == 200; }));
   }
@@ -165,32 +141,31 @@ TEST_F(RandomKillTest, AtAnyInstantNothingStoredIsLostOrSentTwiceAndSettingsStay
   const std::string database = home.file("KifoLog.db");
   std::int64_t actor = 0;
   std::int64_t shows = 0;
-  const auto expectSettings = [&](const Said& next) {
-    if (!next.hasBegun) return;
+  const auto expectSettings = [&](const nlohmann::json& next) {
+    if (!next.contains("foundActor")) return;
     // What was changed after the last line may be there or not.
-    const std::int64_t found = next.foundActor.empty() ? 0 : std::stoll(next.foundActor);
-    EXPECT_GE(found, actor);
-    actor = std::max(actor, found);
+    EXPECT_GE(next["foundActor"], actor);
+    actor = std::max<std::int64_t>(actor, next["foundActor"]);
     if (shows > 0) {
-      EXPECT_GT(next.foundShows, 0) << "the number of shows is lost";
-      EXPECT_LE(next.foundShows, shows) << "shows that were spent are left again";
+      EXPECT_GT(next["foundShows"], 0) << "the number of shows is lost";
+      EXPECT_LE(next["foundShows"], shows) << "shows that were spent are left again";
     }
-    if (next.foundShows > 0) shows = next.foundShows;
+    if (next["foundShows"] > 0) shows = next["foundShows"];
   };
   for (int kill = 0; kill < kills() * 3 / 4 && !HasFailure(); ++kill) {
     SCOPED_TRACE(kill);
-    const Said said = killed("live", home.path());
+    const auto said = killed("live", home.path());
     expectSettings(said);
-    actor = std::max(actor, said.actor);
-    if (said.shows > 0) shows = said.shows;
+    actor = std::max(actor, said.value("actor", std::int64_t{0}));
+    shows = said.value("shows", shows);
     expectSoundFile(database);
     if (!std::filesystem::exists(database)) continue;
     note(database);
     if (kill % 50 == 49) expectSettings(last(home.path()));
   }
-  const Said end = last(home.path());
+  const auto end = last(home.path());
   expectSettings(end);
-  expectSum(end);
+  expectSum(end.at("counters"));
   expectOnce();
   EXPECT_GT(stored_.size(), 0U);
   EXPECT_GT(shows, 0) << "popups were shown";
@@ -204,7 +179,7 @@ TEST_F(RandomKillTest, WhileTheConsentIsErasedEitherAllIsKeptOrAllGoes) {
   for (int kill = 0; kill < kills() / 4 && !HasFailure(); ++kill) {
     SCOPED_TRACE(kill);
     const TemporaryDirectory home;
-    const Said said = killed("erase", home.path());
+    const auto said = killed("erase", home.path());
     expectSoundFile(home.file("KifoLog.db"));
     const auto before = server_.requests().count();
     last(home.path());
@@ -213,8 +188,8 @@ TEST_F(RandomKillTest, WhileTheConsentIsErasedEitherAllIsKeptOrAllGoes) {
       EXPECT_EQ(files, std::set<std::string>{"consent.refused"});
       EXPECT_EQ(server_.requests().count(), before) << "nothing goes out without consent";
     } else {
-      EXPECT_FALSE(said.hasRevoked);
-      EXPECT_TRUE(files.contains("consent.given") || !said.hasBegun);
+      EXPECT_FALSE(said.contains("revoked"));
+      EXPECT_TRUE(files.contains("consent.given") || !said.contains("foundActor"));
     }
   }
 }
