@@ -10,6 +10,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/PageEvents.h"
 
 namespace kifo::shopfront {
 
@@ -49,17 +50,7 @@ using ::testing::IsEmpty;
 
 class QtScreenTest : public ::testing::Test {
  protected:
-  /// The page events since the last call, such as "page_in HomeScreen".
-  std::vector<std::string> pageEvents() {
-    std::vector<std::string> events;
-    for (const auto& decision : fake_.inspector->ofKind("composed")) {
-      const auto parameters = nlohmann::json::parse(decision.particulars[2].second);
-      events.push_back(decision.particulars[0].second + " " +
-                       parameters.value("page_name", "none"));
-    }
-    fake_.inspector->clear();
-    return events;
-  }
+  std::vector<std::string> pageEvents() { return testing::takeEvents(*fake_.inspector); }
 
   kifo::testing::InstalledFakePlatform fake_;
 };

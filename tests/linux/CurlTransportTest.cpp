@@ -229,15 +229,6 @@ TEST_F(CurlTransportTest, WhatMayNotBeRepeatedGoesOutOnceWhenKeptConnectionsEndW
   }
 }
 
-TEST_F(CurlTransportTest, ABurstTakesSixConnectionsAtMost) {
-  std::vector<std::future<HttpAnswer>> answers;
-  for (int index = 0; index < 300; ++index) {
-    answers.push_back(send({.url = server_.uri() + "/a?" + std::to_string(index)}));
-  }
-  for (auto& answer : answers) EXPECT_EQ(answer.get().status, 200);
-  EXPECT_LE(connections().size(), 6u);
-}
-
 TEST_F(CurlTransportTest, AMuteServerIsGivenUpWhenTheTimeIsOverEvenForThoseThatStillWait) {
   const ListeningSocket mute;
   const ListeningSocket idle;

@@ -2,12 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
 
 #include "testing/NetworkNamespace.h"
 
 namespace kifo::testing {
+
+/// How long a wait takes when what it waits for does not come. A test that has failed already waits
+/// no more: it ends soon, however many waits follow.
+inline std::chrono::seconds patience() {
+  return std::chrono::seconds(::testing::Test::HasFailure() ? 0 : 20);
+}
 
 /// A host and the net beyond it, on a cable, without a route yet:
 ///

@@ -20,7 +20,6 @@
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/namespaces/CabledTest.h"
-#include "tests/namespaces/Patience.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo::testing {

@@ -11,7 +11,7 @@
 
 #include "platform/linux/reachability/NetlinkReachability.h"
 #include "platform/linux/threads/LinuxSerialQueue.h"
-#include "tests/namespaces/Patience.h"
+#include "tests/namespaces/CabledTest.h"
 
 namespace kifo::testing {
 

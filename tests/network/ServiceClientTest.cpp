@@ -129,30 +129,6 @@ TEST_F(ServiceClientTest, A200WithoutABodyMarksTheRowAndKeepsIt) {
       << "and the chain ends with it";
 }
 
-class FailedAnswer : public ServiceClientTest, public ::testing::WithParamInterface<int> {};
-
-TEST_P(FailedAnswer, KeepsTheRowForOneMoreTry) {
-  start(kCounted);
-  Kifo::setTokenService(std::make_shared<ScriptedTokens>());
-  answerNothing();
-  send("tap");
-  if (GetParam() == 0) {
-    fake.http->failNext();
-  } else {
-    fake.http->answerNext(GetParam(), "{}");
-  }
-  fake.runUntilIdle();
-  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT from KifoLog"), Lines{"1|0|0"});
-  answerWith(200);
-  setOnline(false);
-  setOnline(true);
-  EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 2);
-  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
-}
-
-INSTANTIATE_TEST_SUITE_P(ServiceClient, FailedAnswer,
-                         ::testing::Values(0, 500, 404, 302, 204, 401));
-
 TEST_F(ServiceClientTest, TheLineOfAnAnswerKeepsItsTwoBlanks) {
   start(kCounted);
   fake.console->clear();
@@ -249,17 +225,41 @@ TEST_F(SyncTest, NothingIsSentAgainWhenCachingIsDisabled) {
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"3"});
 }
 
-/// How the request that a pass waits for fails.
+/// How a request fails.
 struct Failure {
-  const char* name;
-  int status;  ///< 0: no answer, with curl's code.
-  int code;
+  int status;  ///< 0: no answer.
+  int code;    ///< curl's, where there is no answer.
 };
 
-class WaitingPass : public SyncTest, public ::testing::WithParamInterface<Failure> {};
+class FailedAnswer : public SyncTest, public ::testing::WithParamInterface<Failure> {
+ protected:
+  void fail() {
+    if (GetParam().status > 0) {
+      fake.http->answerNext(GetParam().status, "{}");
+    } else {
+      fake.http->fail(fake.http->open().at(0), GetParam().code, "failed");
+    }
+    fake.runUntilIdle();
+  }
+};
 
-TEST_P(WaitingPass, StartsOverWhenItsRequestFailsSoThatTheRowsBehindItGoOutOnThisReturn) {
+TEST_P(FailedAnswer, KeepsTheRowForOneMoreTry) {
+  start(kCounted);
+  Kifo::setTokenService(std::make_shared<ScriptedTokens>());
+  answerNothing();
+  send("one");
+  fail();
+  EXPECT_EQ(rows("select ISSYNC, ISSYNC_SUCCESS, TRYCOUNT from KifoLog"), Lines{"1|0|0"});
+  answerWith(200);
+  setOnline(false);
+  setOnline(true);
+  EXPECT_EQ(resent(), (Lines{"one", "one"}));
+  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
+}
+
+TEST_P(FailedAnswer, StartsAPassThatWaitsForItOverSoThatTheRowsBehindItGoOutOnThisReturn) {
   start();
+  Kifo::setTokenService(std::make_shared<ScriptedTokens>());
   answerNothing();
   send("one");
   setOnline(false);
@@ -268,21 +268,16 @@ TEST_P(WaitingPass, StartsOverWhenItsRequestFailsSoThatTheRowsBehindItGoOutOnThi
   setOnline(true);
   EXPECT_EQ(resent(), Lines{"one"});
   answerWith(200);
-  const Failure& failure = GetParam();
-  if (failure.status > 0) {
-    fake.http->answerNext(failure.status);
-  } else {
-    fake.http->fail(fake.http->open().at(0), failure.code, failure.name);
-  }
-  fake.runUntilIdle();
+  fail();
   EXPECT_EQ(resent(), (Lines{"one", "one", "two", "three"}));
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
 }
 
-INSTANTIATE_TEST_SUITE_P(Network, WaitingPass,
-                         ::testing::Values(Failure{"unavailable", 503, 0}, Failure{"refused", 0, 7},
-                                           Failure{"cut", 0, 56}, Failure{"timed out", 0, 28},
-                                           Failure{"cancelled", 0, 42}));
+INSTANTIATE_TEST_SUITE_P(Network, FailedAnswer,
+                         ::testing::Values(Failure{500, 0}, Failure{503, 0}, Failure{404, 0},
+                                           Failure{302, 0}, Failure{204, 0}, Failure{401, 0},
+                                           Failure{0, 7}, Failure{0, 56}, Failure{0, 28},
+                                           Failure{0, 42}));
 
 class ServerAway : public SyncTest {
  protected:
@@ -370,25 +365,6 @@ TEST_F(ServiceClientTest, AnEventKeepsTheTokenOfItsMomentAndARowGetsThatOfItsSen
   EXPECT_EQ(late->kept.at(0)().headers[0].second, "BearerMOBILE the second user's");
   EXPECT_EQ(late->kept.at(1)().headers[0].second, "BearerMOBILE token");
   late->stop();
-}
-
-TEST_F(SyncTest, ARowThatALockedFileKeepsIsNotSentAgainOnceAnswered) {
-  start(kCounted);
-  answerNothing();
-  send("one");
-  // A reader that stays: writers wait their time and fail. The hurry makes that time short.
-  auto reader = std::make_unique<ForeignLock>(databasePath(), ForeignLock::kReader);
-  Runtime::current()->store()->stopWaitingForLocks();
-  fake.http->answerNext(200, "{}");
-  fake.runUntilIdle();
-  setOnline(false);
-  setOnline(true);
-  reader.reset();
-  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"1"}) << "the row was kept by the lock";
-  setOnline(false);
-  setOnline(true);
-  EXPECT_EQ(resent(), Lines{"one"});
-  EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"0"});
 }
 
 TEST_F(SyncTest, AFileThatIsLockedBetweenTwoRowsCostsNeitherOfThem) {

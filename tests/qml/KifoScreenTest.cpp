@@ -6,6 +6,7 @@
 #include <QQuickWindow>
 
 #include "testing/FakePlatform.h"
+#include "tests/support/PageEvents.h"
 
 namespace kifo {
 namespace {
@@ -31,17 +32,7 @@ class KifoScreenTest : public ::testing::Test {
   void run(const char* function) {
     EXPECT_TRUE(QMetaObject::invokeMethod(engine_.rootObjects().value(0), function));
   }
-  /// The events since the last call, with their pages, such as "page_in MenuScreen".
-  std::vector<std::string> events() {
-    std::vector<std::string> events;
-    for (const auto& decision : fake_.inspector->ofKind("composed")) {
-      const auto parameters = nlohmann::json::parse(decision.particulars[2].second);
-      events.push_back(decision.particulars[0].second + " " +
-                       parameters.value("page_name", "none"));
-    }
-    fake_.inspector->clear();
-    return events;
-  }
+  std::vector<std::string> events() { return testing::takeEvents(*fake_.inspector); }
 
   testing::InstalledFakePlatform fake_;
   QQmlApplicationEngine engine_;
