@@ -210,11 +210,13 @@ TEST_F(ConsentTest, RevokedWhileAPopupWaitsItIsNeverShownAndAnOpenOnesAnswerIsDr
 }
 
 TEST_F(ConsentTest, AnInterruptedErasingIsFinishedBeforeAnythingElse) {
-  for (const bool isRequired : {true, false}) {
+  for (const auto& [isRequired, isStoreGone] :
+       {std::pair(true, false), std::pair(false, true), std::pair(true, true)}) {
     work();
     Kifo::revokeConsent();
     restartProcess();
     EXPECT_FALSE(fake.userDefaults->values().empty()) << "killed before it began";
+    if (isStoreGone) fs::remove(databasePath());  // or after its first step
     auto config = requiring();
     config.requiresConsent = isRequired;
     config.actorId = "second";

@@ -1,14 +1,37 @@
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
+#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
 
+#include "tests/support/ForeignLock.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
 namespace {
+
+/// For as long as this lives SQLite's waits take no time; each calls `wait` with its microseconds.
+class InstantSleep {
+ public:
+  explicit InstantSleep(std::function<void(int)> wait) : vfs_(*sqlite3_vfs_find(nullptr)) {
+    wait_ = std::move(wait);
+    vfs_.zName = "instant";
+    vfs_.xSleep = [](sqlite3_vfs*, int microseconds) {
+      wait_(microseconds);
+      return microseconds;
+    };
+    sqlite3_vfs_register(&vfs_, /*makeDflt=*/1);
+  }
+  ~InstantSleep() { sqlite3_vfs_unregister(&vfs_); }
+  InstantSleep(const InstantSleep&) = delete;
+  InstantSleep& operator=(const InstantSleep&) = delete;
+
+ private:
+  static inline std::function<void(int)> wait_;
+  sqlite3_vfs vfs_;
+};
 
 class SqliteManagerTest : public SdkTest {
  protected:
@@ -147,6 +170,26 @@ TEST_F(SqliteManagerTest, WorkThatIsStillQueuedOutlivesItsOwner) {
   late.reset();
   fake.runUntilIdle();
   EXPECT_TRUE(std::filesystem::exists(databasePath()));
+}
+
+TEST_F(SqliteManagerTest, AFileLockedByAnotherProcessIsWaitedForForFiveSeconds) {
+  prepare();
+  std::optional<ForeignLock> other;
+  int waited = 0;
+  int lockedFor = 0;
+  const InstantSleep sleep([&](int microseconds) {
+    waited += microseconds;
+    if (waited >= lockedFor) other.reset();
+  });
+  for (const auto& [locked, expected] : {std::pair(100'000, 100'000), {60'000'000, 5'000'000}}) {
+    waited = 0;
+    lockedFor = locked;
+    other.emplace(databasePath(), "BEGIN EXCLUSIVE");
+    execute("insert into KifoLog (URL) values ('" + std::to_string(locked) + "')");
+    EXPECT_EQ(waited, expected);
+  }
+  other.reset();
+  EXPECT_EQ(rows("select URL from KifoLog"), std::vector<std::string>{"100000"});
 }
 
 TEST_F(SqliteManagerTest, OpeningAndClosingReportAsTheyAlwaysDid) {
