@@ -24,9 +24,9 @@ struct BaseEvent {
   std::optional<std::string> actorId;  ///< None: the actor of the snapshot.
   EventParameters initialParameters;   ///< What the composition starts from: a host's parameters.
   EventParameters ownKeys;             ///< What the kind adds last.
-  bool reportsStatus =
-      false;               ///< Adds "status", the permission for notifications, to the own keys.
-  EventSnapshot snapshot;  ///< Taken when the event is sent.
+  EventSnapshot snapshot;              ///< Taken when the event is sent.
+  /// Adds "status", the permission for notifications, to the own keys.
+  bool reportsStatus = false;
 };
 
 /// The event's flat dictionary: what it starts from, then location, common keys, device keys, its

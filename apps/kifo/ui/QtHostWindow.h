@@ -85,8 +85,8 @@ class QtHostWindow : public QObject, public HostWindow {
   std::vector<Shown> popups_;  ///< Those on the screen, oldest first.
 
   std::mutex mutex_;
-  std::deque<std::packaged_task<void()>>
-      tasks_;  ///< Guarded by mutex_: each has an event under way.
+  /// Guarded by mutex_: each has an event under way.
+  std::deque<std::packaged_task<void()>> tasks_;
 };
 
 /// With Qt Widgets.
