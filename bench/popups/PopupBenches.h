@@ -8,6 +8,7 @@ void wideStretchBench();  ///< The same in a window of 3840 x 2160.
 void choosingBench();     ///< Choosing among 500 campaigns.
 void cyclesBench();       ///< What 10,000 popups leave behind.
 
+void quickLoadBench();     ///< What `import Kifo` costs before the first popup.
 void quickFrameBench();    ///< The first frame in a Qt Quick scene.
 void quickStretchBench();  ///< The longest stretch there.
 void quickCyclesBench();   ///< What 10,000 popups leave behind there.

@@ -58,6 +58,13 @@ Rectangle {
 }
 )";
 
+/// What the two hosts of the load bench have in common, and what one of them has more.
+constexpr auto kHost = R"(
+import QtQuick
+%1
+Item { %2 }
+)";
+
 struct Nobody final : InAppReporter {
   void opened(std::shared_ptr<AppCommunicationItem>, std::shared_ptr<ViewController>,
               std::optional<std::string>) override {}
@@ -245,6 +252,30 @@ void quickFrameBench() {
       "bare Qt Quick: " + microseconds(bare.wall) + ", own time " + microseconds(bare.cpu) +
           "; wanted 50000 µs");
   for (const PopupType kind : PopupStand::kinds) compareOpenings(scene, kind);
+}
+
+void quickLoadBench() {
+  section("loading a QML host of one item, in one process one after the other");
+  const WatchedApplication application;
+  QQmlEngine engine;
+  const auto load = [&engine](const char* import, const char* content) {
+    const Begin begin;
+    QQmlComponent host(&engine);
+    host.setData(QByteArray(kHost).replace("%1", import).replace("%2", content), {});
+    const std::unique_ptr<QObject> item(host.create());
+    return begin.until(Clock::now());
+  };
+  load("", "");
+  const Opening layouts = load("import QtQuick.Layouts", "ColumnLayout {}");
+  const Opening kifo = load("import Kifo", "KifoScreen { name: \"Menu\" }");
+  const Opening again = load("import Kifo", "KifoScreen { name: \"Menu\" }");
+  const auto figures = [](const Opening& opening) {
+    return microseconds(opening.wall) + ", own time " + microseconds(opening.cpu);
+  };
+  row("import Kifo with one KifoScreen", figures(kifo),
+      "import QtQuick.Layouts with one ColumnLayout: " + figures(layouts) + "; " +
+          ratio(kifo.cpu / layouts.cpu) + " of its own time");
+  row("the same again", figures(again), "");
 }
 
 void quickStretchBench() {

@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
                      {"wide", wideStretchBench},
                      {"choosing", choosingBench},
                      {"cycles", cyclesBench},
+                     {"quick-load", quickLoadBench},
                      {"quick-frame", quickFrameBench},
                      {"quick-stretch", quickStretchBench},
                      {"quick-cycles", quickCyclesBench}});

@@ -1,13 +1,12 @@
 // Who may take an alert away, and when.
 #include <QApplication>
 #include <QDialog>
-#include <QDir>
 #include <QLabel>
 #include <QProxyStyle>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include "tests/alert/AlertFixture.h"
+#include "tests/support/StillDesktop.h"
 #include "tests/views/Pixels.h"
 
 namespace kifo::testing {
@@ -221,26 +220,14 @@ TYPED_TEST(AlertLifeTest, PartsThatTheHostDeletesAreForgotten) {
 }
 
 TYPED_TEST(AlertLifeTest, NothingMovesWhereTheDesktopWantsNoMotion) {
-  const std::pair<const char*, const char*> settings[] = {
-      {"kdeglobals", "[KDE]\nAnimationDurationFactor=0\n"},
-      {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=0\n"},
-      {"gtk-4.0/settings.ini", "[Settings]\ngtk-enable-animations=false\n"}};
-  const QByteArray before = qgetenv("XDG_CONFIG_HOME");
-  for (const auto& [name, text] : settings) {
-    const QTemporaryDir directory;
-    QDir(directory.path()).mkpath(QFileInfo(name).path());
-    QFile file(directory.filePath(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text);
-    file.close();
-    qputenv("XDG_CONFIG_HOME", directory.path().toUtf8());
+  for (const auto& settings : {StillDesktop::plasma, StillDesktop::gtk3, StillDesktop::gtk4}) {
+    const StillDesktop desktop(settings);
     const auto alert = this->makeAlert();
     alert->motion = {std::chrono::hours(1), std::chrono::hours(1), std::chrono::hours(1)};
     alert->showInfo("Still", "", "OK");
     alert->hideView();
-    EXPECT_THAT(this->toolkit.overlays(), IsEmpty()) << name;
+    EXPECT_THAT(this->toolkit.overlays(), IsEmpty()) << settings.file;
   }
-  before.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", before);
 }
 
 class MotionlessStyle : public QProxyStyle {

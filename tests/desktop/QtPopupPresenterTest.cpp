@@ -18,6 +18,7 @@
 #include "platform/qt/QtWindowProvider.h"
 #include "platform/qt/popups/PopupRouter.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/StillDesktop.h"
 
 namespace kifo {
 namespace {
@@ -297,6 +298,19 @@ TEST_F(QtPopupPresenterTest, TheHostsOptionsReachThePopup) {
   presenter_->present(request);
   ASSERT_TRUE(waitForPopup(window_, "a"));
   EXPECT_EQ(shownIn(window_).front()->state().imageViewHeight, 164);
+}
+
+TEST_F(QtPopupPresenterTest, NothingMovesWhereTheDesktopWantsNoMotion) {
+  const testing::StillDesktop desktop;
+  options_ = {};
+  options_.durations.fade = std::chrono::hours(1);
+  presenter_ = std::make_unique<QtPopupPresenter>(options_);
+  present(screen_, "a");
+  ASSERT_TRUE(waitForPopup(window_, "a"));
+  const QPointer<PopUpWindow> popup(shownIn(window_).front());
+  popup->dismissView();
+  settle();
+  EXPECT_TRUE(popup.isNull());
 }
 
 TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsIt) {

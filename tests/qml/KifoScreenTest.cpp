@@ -38,6 +38,12 @@ class KifoScreenTest : public ::testing::Test {
   QQmlApplicationEngine engine_;
 };
 
+TEST_F(KifoScreenTest, LoadingTheModuleMakesNothingForPopupsThatMayCome) {
+  load(R"(Item { KifoScreen { name: "MenuScreen" } } KifoAlert { title: "Later" })");
+  ASSERT_FALSE(engine_.rootObjects().isEmpty());
+  EXPECT_THAT(QCoreApplication::instance()->findChildren<QQmlEngine*>(), IsEmpty());
+}
+
 TEST_F(KifoScreenTest, ShowingAndHidingTheItemSendThePageUnderItsName) {
   load(R"(Item { objectName: "menu"; KifoScreen { name: "MenuScreen" } }
           Item { objectName: "basket"; visible: false; KifoScreen { name: "BasketScreen" } })");

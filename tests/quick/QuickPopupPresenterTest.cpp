@@ -16,6 +16,7 @@
 #include "platform/qt/QuickPopupPresenter.h"
 #include "platform/qt/QuickScreenProvider.h"
 #include "testing/ui/User.h"
+#include "tests/support/StillDesktop.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {
@@ -316,6 +317,20 @@ TEST_F(QuickPopupPresenterTest, ANewFontOrDirectionIsFollowedWhileAPopupIsUp) {
   settle();
   EXPECT_EQ(driver.object("closeButton")->rect(), close);
   EXPECT_EQ(driver.object("popupTitle")->rect(), title);
+}
+
+TEST_F(QuickPopupPresenterTest, NothingMovesWhereTheDesktopWantsNoMotion) {
+  const StillDesktop desktop;
+  PopUpOptions slow;
+  slow.durations.fade = std::chrono::hours(1);
+  presenter = std::make_shared<QuickPopupPresenter>(slow);
+  load();
+  show();
+  present(request("one"));
+  ASSERT_EQ(popups().size(), 1u);
+  user().click("Close one");
+  settle();
+  EXPECT_TRUE(popups().empty());
 }
 
 TEST_F(QuickPopupPresenterTest, WidgetsAndScenesHaveOnePresenter) {

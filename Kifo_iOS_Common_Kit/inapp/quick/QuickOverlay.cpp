@@ -69,7 +69,11 @@ QuickOverlay::QuickOverlay(QQuickItem* parent) : QQuickItem(parent) {
   setCursor(Qt::ArrowCursor);
 }
 
-QuickOverlay::~QuickOverlay() = default;
+/// The item's own destructor takes the focus away and tells the window, which must not reach what
+/// is destroyed by then.
+QuickOverlay::~QuickOverlay() {
+  if (window()) window()->disconnect(this);
+}
 
 void QuickOverlay::cover(QQuickWindow& window) {
   QQuickItem* content = window.contentItem();

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/inapp/views/looks/DesktopMotion.h"
+
 namespace kifo {
 namespace {
 
@@ -59,7 +61,9 @@ void WindowPopups::showNext() {
   const QPointer<WindowPopups> self(this);
   const std::string_view tag = tag_;
   if (const auto request = queue->takeNext([&] { return self && canShow(); })) {
-    current_ = show(request);
+    PopUpOptions options = options_;
+    options.reducedMotion = options.reducedMotion || !desktopAnimates();
+    current_ = show(request, std::move(options));
     Shown::shared().popups.push_back({current_, systemWindow()});
     // The next one must not be made inside the destructor of this one or of the host's window. It
     // may be one of a queue that is made meanwhile.

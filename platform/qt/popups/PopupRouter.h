@@ -38,14 +38,14 @@ class KIFO_SHARED WindowPopups : public QObject {
  protected:
   /// Looks whether the next one can be shown now.
   void showNext();
-  [[nodiscard]] const PopUpOptions& options() const { return options_; }
 
   /// The window as the window system knows it; null when it is gone or not made yet.
   [[nodiscard]] virtual QWindow* systemWindow() const = 0;
   /// Whether the window is there and a popup in it would be seen.
   [[nodiscard]] virtual bool isReady() const = 0;
-  /// Shows the popup and returns it; the next one follows once it is destroyed.
-  virtual QObject* show(const Request& request) = 0;
+  /// Shows the popup and returns it; the next one follows once it is destroyed. `options` are the
+  /// host's, with reduced motion where the desktop asks for it.
+  virtual QObject* show(const Request& request, PopUpOptions options) = 0;
 
  private:
   [[nodiscard]] bool canShow() const;

@@ -1,5 +1,9 @@
 #include "platform/qt/popups/QtPopupQueue.h"
 
+#include <QApplication>
+#include <QStyle>
+#include <utility>
+
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "platform/qt/popups/QtWindowFollower.h"
 
@@ -19,8 +23,10 @@ bool QtPopupQueue::isReady() const {
   return widget_ || window_;
 }
 
-QObject* QtPopupQueue::show(const Request& request) {
-  auto* popup = new PopUpWindow(request, options(), widget_);
+QObject* QtPopupQueue::show(const Request& request, PopUpOptions options) {
+  const int duration = QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration);
+  options.reducedMotion = options.reducedMotion || duration == 0;
+  auto* popup = new PopUpWindow(request, std::move(options), widget_);
   if (window_) new QtWindowFollower(popup, window_);
   popup->present();
   return popup;

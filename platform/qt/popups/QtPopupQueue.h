@@ -26,7 +26,7 @@ class QtPopupQueue : public WindowPopups {
  protected:
   [[nodiscard]] QWindow* systemWindow() const override;
   [[nodiscard]] bool isReady() const override;
-  QObject* show(const Request& request) override;
+  QObject* show(const Request& request, PopUpOptions options) override;
 
  private:
   QPointer<QWidget> widget_;

@@ -62,8 +62,8 @@ bool QuickPopupQueue::isReady() const {
          window->visibility() != QWindow::Minimized;
 }
 
-QObject* QuickPopupQueue::show(const Request& request) {
-  auto* popup = new QuickPopup(request, options());
+QObject* QuickPopupQueue::show(const Request& request, PopUpOptions options) {
+  auto* popup = new QuickPopup(request, std::move(options));
   popup->present(*scene_);
   return popup;
 }

@@ -24,7 +24,7 @@ class QuickPopupQueue : public WindowPopups {
  protected:
   [[nodiscard]] QWindow* systemWindow() const override;
   [[nodiscard]] bool isReady() const override;
-  QObject* show(const Request& request) override;
+  QObject* show(const Request& request, PopUpOptions options) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -43,7 +43,7 @@ struct PopUpTexts {
 ///
 /// **Threading:** a plain value.
 struct PopUpOptions {
-  bool reducedMotion = false;
+  bool reducedMotion = false;  ///< Also where the settings of the user's desktop ask for it.
   ContrastPolicy contrast = ContrastPolicy::legible;
   PopUpDurations durations;
   double fontScale = 1.0;  ///< 1.0 to 2.0; values outside are clamped.
