@@ -10,6 +10,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindowView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupButton.h"
+#include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupListView.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
@@ -165,6 +166,17 @@ TEST_F(PopUpWindowTest, TheScrollIndicatorFlashesUntilTheListIsScrolled) {
   list->verticalScrollBar()->setValue(2);
   EXPECT_FALSE(popup()->popUpWindowView()->isEnableTimer());
   EXPECT_EQ(popup()->popUpWindowView()->timerForShowScrollIndicator(), nullptr);
+}
+
+TEST_F(PopUpWindowTest, ThePageThatTheUserChoseStaysItsWholeTime) {
+  campaign("POPUP");
+  pictures(2);
+  present();
+  settle();
+  popup()->timer()->stop();
+  elements().popupImageViewList->setFocus();
+  key(Qt::Key_Right);
+  EXPECT_TRUE(popup()->timer()->isActive()) << "it starts anew";
 }
 
 TEST_F(PopUpWindowTest, PaintsNothingOfTheHostsStyleSheet) {

@@ -1,7 +1,6 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/CustomSlider.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -47,13 +46,10 @@ ScoreLook CustomSlider::look() const {
 }
 
 void CustomSlider::moveTo(float position) {
-  position = std::clamp(position, static_cast<float>(minimum()), static_cast<float>(maximum()));
   if (position == position_) return;
   position_ = position;
   touched_ = true;
-  const int whole =
-      static_cast<int>(std::clamp(std::trunc(static_cast<double>(position)),
-                                  static_cast<double>(minimum()), static_cast<double>(maximum())));
+  const int whole = static_cast<int>(position);
   if (whole != value()) setValue(whole);
   update();
   Q_EMIT valueDidChange(position_);
