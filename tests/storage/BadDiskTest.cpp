@@ -51,6 +51,16 @@ TEST_F(BadDiskTest, FullAtAnyWriteItLosesOnlyThatGroupAndGoesOnWhenThereIsRoom) 
   EXPECT_EQ(kept, 3);
   EXPECT_GT(attempts, 3) << "the disk was full at several writes";
   EXPECT_EQ(stored(), atFirst + attempts + 3);
+  // The file is gone and there is no room, or too little, for another.
+  for (rlim_t room = 0; room < 40'000; room += 4096) {
+    fs::remove(databasePath());
+    {
+      const testing::FullDisk full(room);
+      store("lost");
+    }
+    store("kept");
+    EXPECT_GE(stored(), 1) << room;
+  }
 }
 
 struct Damage {
