@@ -315,6 +315,16 @@ TEST_F(DesktopNotificationCentreTest, SignalsOfOtherSendersAreIgnored) {
 
 // ---- The ledger
 
+TEST(DesktopNotificationLedger, AClickWithinTheGraceTakesADismissalBack) {
+  DesktopNotificationLedger ledger;
+  ledger.shown(1, {"push", std::make_shared<NotificationContent>(), {}});
+  const auto entry = ledger.closed(1, dismissed);
+  ASSERT_TRUE(entry);
+  EXPECT_TRUE(DesktopNotificationLedger::settle(*entry));
+  EXPECT_TRUE(ledger.actionInvoked(1, "default"));
+  EXPECT_FALSE(DesktopNotificationLedger::settle(*entry));
+}
+
 TEST(DesktopNotificationLedger, WhatWasClosedIsRememberedForAWhileAndItsNumberMayBeGivenAgain) {
   const auto content = std::make_shared<NotificationContent>();
   DesktopNotificationLedger ledger;
@@ -325,6 +335,10 @@ TEST(DesktopNotificationLedger, WhatWasClosedIsRememberedForAWhileAndItsNumberMa
   EXPECT_FALSE(ledger.actionInvoked(1, "default"));
   EXPECT_TRUE(ledger.actionInvoked(2, "default"));
   ledger.shown(2, {"new", content, {}});
+  for (std::uint32_t id = 100; id <= 164; ++id) {
+    ledger.shown(id, {std::to_string(id), content, {}});
+    ledger.closed(id, expired);
+  }
   EXPECT_EQ(ledger.idOf("new"), 2U);
   EXPECT_TRUE(ledger.actionInvoked(2, "default"));
 }

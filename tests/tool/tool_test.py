@@ -305,7 +305,8 @@ class Watch(ToolCase):
         self.assertGreaterEqual(state["counters"]["waiting"], 1)
         self.tell(host, self.event("looked_at"))
         told = {}
-        while "stored" not in told:
+        while ("composed" not in told or
+               told.get("stored", {}).get("requestId") != told["composed"]["requestId"]):
             line = json.loads(follower.stdout.readline())
             told[line["kind"]] = line
         self.assertEqual(told["composed"]["event"], "looked_at")
