@@ -182,17 +182,20 @@ TEST_F(DesktopNotificationCentreTest, APushIsClosedOrReplacedWhileItsPictureLoad
   start();
   deliverWithPicture("closed", "a");
   deliverWithPicture("replaced", "b");
-  waitForPicturesUnderWay(2);
+  deliverWithPicture("earlier", "d");
+  waitForPicturesUnderWay(3);
+  deliverWithPicture("later", "d");
+  waitForPicturesUnderWay(4);
   centre_->close("a");
   show("b");
   ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
   answerPictures();
-  deliverWithPicture("c", "c");  // whose picture comes after both
+  deliverWithPicture("c", "c");  // whose picture comes after all of them
   waitForPicturesUnderWay(1);
   answerPictures();
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() > 1; }));
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() > 2; }));
   settle();
-  EXPECT_THAT(titles(), ElementsAre("b", "c", "settle1"));
+  EXPECT_THAT(titles(), ElementsAre("b", "later", "c", "settle1"));
 }
 
 TEST_F(DesktopNotificationCentreTest, APushWhosePictureIsLateIsShownFirstAndGetsItThen) {
@@ -211,6 +214,14 @@ TEST_F(DesktopNotificationCentreTest, APushWhosePictureIsLateIsShownFirstAndGets
   EXPECT_TRUE(service_->shown()[3].hints.contains("image-path"));
   settle();
   EXPECT_THAT(titles(), ElementsAre("late", "dismissed", "settle1", "late", "settle2"));
+
+  deliverWithPicture("gone", "c");
+  waitForPicturesUnderWay(1);
+  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 6; }));
+  service_->beforeAnswer = [&](const auto& shown) { service_->close(shown.replaces, dismissed); };
+  answerPictures();
+  const uint id = service_->shown().at(5).id;
+  EXPECT_TRUE(waitFor([&] { return service_->closeCalls().back() == id; }));
 }
 
 // ---- Clicks and dismissals
@@ -222,6 +233,7 @@ TEST_F(DesktopNotificationCentreTest, AButtonIsAClickWithItsActionAndTheTokenOfI
   service_->invokeAction(id, "kifo-0");
   ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
   EXPECT_THAT(clicks_, ElementsAre(Pair("shop", "token")));
+  EXPECT_TRUE(waitFor([&] { return service_->closeCalls() == std::vector<uint>{id}; }));
   const auto clicked = events("push_notification_clicked");
   ASSERT_THAT(clicked, SizeIs(1));
   EXPECT_EQ(clicked[0]["responseId"], "buy");

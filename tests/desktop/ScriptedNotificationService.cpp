@@ -38,6 +38,10 @@ void ScriptedNotificationService::appear() {
   connection_.interface()->registerService(NAME, QDBusConnectionInterface::QueueService);
 }
 
+void ScriptedNotificationService::releaseName() {
+  connection_.interface()->unregisterService(NAME);
+}
+
 void ScriptedNotificationService::vanish() {
   if (!connection_.isConnected()) return;
   kept_.clear();

@@ -30,6 +30,8 @@ class ScriptedNotificationService : public QDBusVirtualObject {
 
   /// Takes the name, or queues for it.
   void appear();
+  /// Gives the name up and stays on the bus.
+  void releaseName();
   /// Disconnects from the bus; open calls get no answer.
   void vanish();
   /// Answers what came while it was silent, in order, and everything from now on.

@@ -167,6 +167,12 @@ TEST_F(QuickPopupPresenterTest, APopupForASceneThatIsNotSeenWaitsAndSpendsNothin
   EXPECT_THAT(opened, ElementsAre("one"));
   show();
   EXPECT_TRUE(QTest::qWaitFor([&] { return settle(), opened.size() == 2; }));
+  user().click("Close two");
+  window->showMinimized();
+  present(request("three"));
+  EXPECT_EQ(opened.size(), 2u);
+  window->showNormal();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return settle(), opened.size() == 3; }));
 }
 
 TEST_F(QuickPopupPresenterTest, WithoutAScreenOfASceneTheActiveOneIsTaken) {
@@ -175,6 +181,15 @@ TEST_F(QuickPopupPresenterTest, WithoutAScreenOfASceneTheActiveOneIsTaken) {
   screen = std::make_shared<Screen>();
   present(request("one"));
   EXPECT_EQ(popups().size(), 1u);
+  user().click("Close one");
+  QQuickWindow second;
+  second.show();
+  QWidget active;
+  active.show();
+  active.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&active));
+  present(request("two"));
+  EXPECT_TRUE(popups().empty()) << "either scene might be meant";
 }
 
 TEST_F(QuickPopupPresenterTest, AWindowThatGoesTakesItsPopupAlongAndWhatWaitsIsNotShown) {

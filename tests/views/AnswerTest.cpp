@@ -219,6 +219,9 @@ TEST_P(AnswerTest, AThumbFollowsTheFingerItsValueGrowsAndItGoesToTheWholeScoreWh
   drag(at, at, false);
   EXPECT_NEAR(toolkit->state()->sliderValue, 2.7, 0.2);
   EXPECT_GT(valueHeight(), before);
+  QTest::mouseMove(&toolkit->window(), at + QPoint(600, 0));
+  EXPECT_EQ(toolkit->state()->sliderValue, 4.f) << "not beyond its end";
+  QTest::mouseMove(&toolkit->window(), at);
   QTest::mouseRelease(&toolkit->window(), Qt::LeftButton, {}, at);
   EXPECT_EQ(toolkit->state()->sliderValue, 2.f);
   EXPECT_EQ(valueHeight(), before);
