@@ -20,8 +20,12 @@ Overlay::Overlay(QWidget* host, Qt::WindowFlags type) : QWidget(host) {
     setWindowFlags(type | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
   }
-  connect(qApp, &QApplication::focusChanged, this,
-          [this](QWidget* /*before*/, QWidget* now) { focusChanged(now); });
+  connect(qApp, &QApplication::focusChanged, this, &Overlay::focusChanged);
+}
+
+/// The widget's own destructor moves the focus, of which what is destroyed by then must not hear.
+Overlay::~Overlay() {
+  if (qApp) qApp->disconnect(this);
 }
 
 void Overlay::setDimming(double alpha) {
@@ -113,7 +117,7 @@ bool Overlay::isAbove(const QWidget* widget) const {
   return order.indexOf(widget) > order.indexOf(this);
 }
 
-void Overlay::focusChanged(QWidget* now) {
+void Overlay::focusChanged(QWidget* /*before*/, QWidget* now) {
   if (!holdsFocus_ || !now || now->window() != window() || !isVisible()) return;
   if (isInside(now)) {
     const bool byUser = !movesFocus_ && now != focusLast_;

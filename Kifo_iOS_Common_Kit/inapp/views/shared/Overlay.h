@@ -20,6 +20,7 @@ class Overlay : public QWidget {
  public:
   /// `host`: a window; null makes the overlay a translucent window of its own, of `type`.
   Overlay(QWidget* host, Qt::WindowFlags type);
+  ~Overlay() override;
 
   /// Black of this alpha over the host, 0 to 1.
   void setDimming(double alpha);
@@ -52,7 +53,7 @@ class Overlay : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void focusChanged(QWidget* now);
+  void focusChanged(QWidget* before, QWidget* now);
   void passFocusOn();
   [[nodiscard]] bool isInside(const QWidget* widget) const;
   [[nodiscard]] bool isAbove(const QWidget* widget) const;
