@@ -117,8 +117,9 @@ class DesktopNotificationCentreTest : public ::testing::Test {
   }
   /// The places, in the transport's requests, of the pictures that are being loaded.
   std::vector<std::size_t> picturesUnderWay() const {
-    const auto requests = fake_.http->requests();
+    // In this order: the worker's thread may send one more in between.
     auto open = fake_.http->open();
+    const auto requests = fake_.http->requests();
     std::erase_if(
         open, [&](std::size_t at) { return !requests[at].url.starts_with("http://pictures/"); });
     return open;
