@@ -46,6 +46,9 @@ QuickPopupQueue::QuickPopupQueue(QQuickWindow* scene, const PopUpOptions& option
   watched_ = systemWindow();
   if (!watched_) watched_ = scene;
   watched_->installEventFilter(this);
+  // Without a window manager, restoring a minimised window comes with no event.
+  connect(watched_, &QWindow::visibilityChanged, this, &QuickPopupQueue::showNext,
+          Qt::QueuedConnection);
 }
 
 QWindow* QuickPopupQueue::systemWindow() const {
@@ -69,7 +72,7 @@ QObject* QuickPopupQueue::show(const Request& request, PopUpOptions options) {
 }
 
 bool QuickPopupQueue::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Expose || event->type() == QEvent::WindowStateChange) {
+  if (event->type() == QEvent::Expose) {
     QMetaObject::invokeMethod(this, &QuickPopupQueue::showNext, Qt::QueuedConnection);
   }
   return WindowPopups::eventFilter(watched, event);

@@ -29,7 +29,7 @@ class QuickPopupQueue : public WindowPopups {
 
  private:
   QPointer<QQuickWindow> scene_;
-  QPointer<QWindow> watched_;  ///< Whose exposure is followed.
+  QPointer<QWindow> watched_;  ///< Whose exposure and visibility are followed.
 };
 
 /// The popups of hosts with Qt Quick scenes. Popups for other screens go to `widgets`.
