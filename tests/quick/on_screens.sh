@@ -26,6 +26,6 @@ if [[ $plugins == . ]]; then
 fi
 echo "eglfs"
 # Its window cannot be resized, and there is no second one.
-others='*LayoutTest*:*ATallPanel*:*AFinger*:*WidgetsAndScenes*:*WidgetsAndAScene*'
+others='*LayoutTest*:*ATallPanel*:*AFinger*:*WidgetsAndScenes*:*WidgetsAndAScene*:*TheActiveOne*'
 QT_QPA_PLATFORM=eglfs QT_QPA_EGLFS_INTEGRATION=eglfs_x11 "$tests" --gtest_brief=1 \
   --gtest_filter="$suites-$others"
