@@ -165,7 +165,7 @@ TEST_F(FileUserDefaultsTest, AValueOfAnUnknownKindDoesNotSpoilTheOthers) {
   EXPECT_EQ(defaults->integer("e"), INT64_MAX);
 }
 
-TEST_F(FileUserDefaultsTest, AFullDiskIsSaidOnceAndTheValueIsWrittenWhenThereIsRoom) {
+TEST_F(FileUserDefaultsTest, AFullDiskIsSaidOnceAndTheValueIsWrittenWhenThereIsSpace) {
   const auto defaults = open();
   defaults->setValue("before", true);
   fake_.runUntilIdle();

@@ -27,18 +27,18 @@ class BadDiskTest : public SdkTest {
   int stored() { return std::stoi(rows("select count(*) from KifoLog").at(0)); }
 };
 
-TEST_F(BadDiskTest, FullAtAnyWriteItLosesOnlyThatGroupAndGoesOnWhenThereIsRoom) {
+TEST_F(BadDiskTest, FullAtAnyWriteItLosesOnlyThatGroupAndGoesOnWhenThereIsSpace) {
   start();
   setOnline(false);
   const int atFirst = stored();
   int kept = 0;
   int attempts = 0;
   // The file grows by some 8 KB each time.
-  for (rlim_t room = 0; kept < 3 && attempts < 40; room += 12'288, ++attempts) {
-    SCOPED_TRACE(room);
+  for (rlim_t bytes = 0; kept < 3 && attempts < 40; bytes += 12'288, ++attempts) {
+    SCOPED_TRACE(bytes);
     const int before = stored();
     {
-      const testing::FullDisk full(room);
+      const testing::FullDisk full(bytes);
       for (const char* name : {"one", "two", "three"}) send(name);
       fake.runUntilIdle();
     }
@@ -51,15 +51,15 @@ TEST_F(BadDiskTest, FullAtAnyWriteItLosesOnlyThatGroupAndGoesOnWhenThereIsRoom) 
   EXPECT_EQ(kept, 3);
   EXPECT_GT(attempts, 3) << "the disk was full at several writes";
   EXPECT_EQ(stored(), atFirst + attempts + 3);
-  // The file is gone and there is no room, or too little, for another.
-  for (rlim_t room = 0; room < 40'000; room += 4096) {
+  // The file is gone and there is no space, or too little, for another.
+  for (rlim_t bytes = 0; bytes < 40'000; bytes += 4096) {
     fs::remove(databasePath());
     {
-      const testing::FullDisk full(room);
+      const testing::FullDisk full(bytes);
       store("lost");
     }
     store("kept");
-    EXPECT_GE(stored(), 1) << room;
+    EXPECT_GE(stored(), 1) << bytes;
   }
 }
 

@@ -85,7 +85,7 @@ TEST_F(DataManagerTest, TheCapHoldsHoweverManyThreadsStoreAtOnce) {
   fake.runUntilIdle();
   EXPECT_EQ(waiting(), 17);
   EXPECT_EQ(rows("select count(*) from KifoLog"), Lines{"17"});
-  rows("delete from KifoLog where ID = 1");  // by another process, which leaves room for one
+  rows("delete from KifoLog where ID = 1");  // by another process: one more fits
   cache("late", 17);
   cache("too late", 17);
   EXPECT_EQ(waiting(), 17);
