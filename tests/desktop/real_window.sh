@@ -6,29 +6,10 @@
 set -euo pipefail
 shop=$1
 picture=$2
-for tool in Xvfb xdotool python3; do
-  command -v "$tool" > /dev/null || { echo "skipped: $tool is not installed"; exit 77; }
-done
-framebuffer=$(dirname "$0")/framebuffer.py
-
-home=$(mktemp -d)
-pids=()
-finish() {
-  for pid in "${pids[@]}"; do kill "$pid" 2> /dev/null || true; done
-  wait 2> /dev/null || true
-  rm -rf "$home"
-}
-trap finish EXIT
-
-# The server chooses a free display and says which; reading it waits until it takes windows.
-mkfifo "$home/display"
-Xvfb -displayfd 3 -screen 0 1180x800x24 -fbdir "$home" -nolisten tcp \
-  3> "$home/display" 2> "$home/xvfb" &
-pids+=($!)
-read -r -t 30 number < "$home/display" ||
-  { echo "skipped: Xvfb does not start"; cat "$home/xvfb"; exit 77; }
-export DISPLAY=:$number QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$home
-unset QT_SCALE_FACTOR WAYLAND_DISPLAY
+. "$(dirname "$0")/x_server.sh"
+need Xvfb xdotool xwdtopnm
+start_server 1180x800x24 -fbdir "$home"
+export QT_QPA_PLATFORM=xcb
 
 "$shop" --verbose > "$home/log" 2>&1 &
 pids+=($!)
@@ -40,9 +21,14 @@ said() {
     { echo "never said: $1"; cat "$home/log"; exit 1; }
 }
 
+# The whole screen, which the server keeps in a file.
+screen() {
+  xwdtopnm "$home/Xvfb_screen0" 2> /dev/null
+}
+
 # The colour of the shop's bar, far from any panel, as "red green blue".
 bar() {
-  python3 "$framebuffer" "$home/Xvfb_screen0" pixel 600 10
+  screen | pamcut -left 600 -top 10 -width 1 -height 1 | tail -c 3 | od -An -tu1
 }
 
 # Waits until the bar has this share, in percent, of the brightness that it had at first.
@@ -52,7 +38,7 @@ dimmed() {
     ((now >= bright * $1 / 100 - 2 && now <= bright * $1 / 100 + 2)) && return
     sleep 0.1
   done
-  python3 "$framebuffer" "$home/Xvfb_screen0" save "$picture"
+  screen | pnmtopng > "$picture"
   echo "the window's bar is at $now, not at $1 % of $bright; see $picture"
   exit 1
 }
@@ -63,6 +49,6 @@ until ((bright > 200)); do read -r bright _ <<< "$(bar)"; done
 xdotool mousemove --window "$window" 170 284 click 1
 said "popup type : POPUP"
 dimmed 70
-python3 "$framebuffer" "$home/Xvfb_screen0" save "$picture"
+screen | pnmtopng > "$picture"
 xdotool key --window "$window" Escape
 dimmed 100

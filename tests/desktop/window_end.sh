@@ -7,31 +7,13 @@
 set -euo pipefail
 host=$1
 manager=${2:-}
-for tool in Xvfb openbox wmctrl; do
-  command -v "$tool" > /dev/null || { echo "skipped: $tool is not installed"; exit 77; }
-done
+. "$(dirname "$0")/x_server.sh"
+need Xvfb openbox wmctrl
+export QT_QPA_PLATFORM=xcb HOME=$home
 
-home=$(mktemp -d)
-pids=()
-finish() {
-  for pid in "${pids[@]}"; do kill "$pid" 2> /dev/null || true; done
-  wait 2> /dev/null || true
-  rm -rf "$home"
-}
-trap finish EXIT
-export QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$home HOME=$home
-unset QT_SCALE_FACTOR WAYLAND_DISPLAY
-
-# Starts an X server on a free display, with a window manager.
+# Starts an X server with a window manager.
 start_display() {
-  mkfifo "$home/display"
-  Xvfb -displayfd 3 -screen 0 800x600x24 -nolisten tcp 3> "$home/display" 2> "$home/xvfb" &
-  server=$!
-  pids+=("$server")
-  read -r -t 30 number < "$home/display" ||
-    { echo "skipped: Xvfb does not start"; cat "$home/xvfb"; exit 77; }
-  rm "$home/display"
-  export DISPLAY=:$number
+  start_server 800x600x24
   openbox --sm-disable > "$home/openbox" 2>&1 &
   pids+=($!)
   for ((try = 0; try < 300; ++try)); do
