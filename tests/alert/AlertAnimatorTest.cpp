@@ -9,7 +9,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr QRect kRoom(0, 0, 1000, 800);
+constexpr QRect kWindow(0, 0, 1000, 800);
 constexpr QRect kPlace(380, 300, 240, 200);
 
 // Long enough that no test ever sees its end by itself.
@@ -32,10 +32,10 @@ TEST(AlertAnimatorTest, ACardComesFromTheSideOfItsStyle) {
   for (const auto& [style, start] : starts) {
     AlertAnimator animator;
     animator.enter(style, false, slow());
-    EXPECT_EQ(animator.offset(kPlace, kRoom), start);
+    EXPECT_EQ(animator.offset(kPlace, kWindow), start);
     EXPECT_EQ(animator.opacity(), 0);
     goTo(animator, 1);
-    EXPECT_EQ(animator.offset(kPlace, kRoom), QPoint());
+    EXPECT_EQ(animator.offset(kPlace, kWindow), QPoint());
     EXPECT_EQ(animator.opacity(), 1);
   }
 }
@@ -46,11 +46,11 @@ TEST(AlertAnimatorTest, HidingGoesOnFromWhereShowingWas) {
   QSignalSpy entered(&animator, &AlertAnimator::entered);
   animator.enter(KifoAnimationStyle::topToBottom, false, slow());
   goTo(animator, 0.3);
-  const QPoint halfway = animator.offset(kPlace, kRoom);
+  const QPoint halfway = animator.offset(kPlace, kWindow);
   ASSERT_LT(halfway.y(), 0);
 
   animator.leave(slow());
-  EXPECT_EQ(animator.offset(kPlace, kRoom), halfway);
+  EXPECT_EQ(animator.offset(kPlace, kWindow), halfway);
   EXPECT_LT(animator.animation().duration(), 3600000) << "there is less way to go";
   goTo(animator, 1);
   EXPECT_EQ(animator.opacity(), 0);
@@ -64,13 +64,13 @@ TEST(AlertAnimatorTest, TheSpringRunsPastItsPlaceAndComesToRestThere) {
   int furthest = 0;
   for (double share = 0; share <= 1; share += 0.02) {
     goTo(animator, share);
-    furthest = std::max(furthest, animator.offset(kPlace, kRoom).x());
+    furthest = std::max(furthest, animator.offset(kPlace, kWindow).x());
     EXPECT_LE(animator.opacity(), 1);
   }
   EXPECT_GT(furthest, 5);
   EXPECT_LT(furthest, 60);
   goTo(animator, 1);
-  EXPECT_EQ(animator.offset(kPlace, kRoom), QPoint());
+  EXPECT_EQ(animator.offset(kPlace, kWindow), QPoint());
 }
 
 TEST(AlertAnimatorTest, NothingMovesWhereNoMotionIsWanted) {

@@ -128,10 +128,10 @@ TYPED_TEST(AlertKeyboardTest, AnAlertWithoutAnythingToFocusKeepsTheKeysFromTheWi
   const auto alert = this->makeAlert();
   alert->showWait("One moment");
   this->user.type("abc");
-  EXPECT_EQ(this->toolkit.hostText(), "");
+  EXPECT_EQ(this->toolkit.text(), "");
   alert->hideView();
   this->user.type("abc");
-  EXPECT_EQ(this->toolkit.hostText(), "abc");
+  EXPECT_EQ(this->toolkit.text(), "abc");
 }
 
 TYPED_TEST(AlertKeyboardTest, TheWindowsShortcutsRestAndAnAmpersandInATitleIsNone) {
@@ -153,7 +153,7 @@ TYPED_TEST(AlertKeyboardTest, TheUpperOfTwoAlertsHasTheKeyboardWhicheverEndsFirs
     lower->showInfo("Lower", "", "Lower's");
     const auto upper = this->makeAlert();
     upper->showInfo("Upper", "", "Upper's");
-    this->toolkit.focusHost();
+    this->toolkit.focusField();
     EXPECT_EQ(this->focused(), "Upper's");
     if (upperEndsFirst) {
       this->press(Qt::Key_Escape);

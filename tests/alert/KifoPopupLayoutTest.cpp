@@ -113,7 +113,7 @@ TYPED_TEST(AlertLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
   const QRect keyboard(0, 300, 500, 300);
   const auto plain = this->makeAlert();
   plain->showInfo("No field", "", "OK");
-  TypeParam::keyboard(*plain, keyboard);
+  plain->keyboardWillShow(keyboard);
   this->expectCentred(*plain);
   plain->hideView();
 
@@ -122,14 +122,14 @@ TYPED_TEST(AlertLayoutTest, AKeyboardOnTheScreenLiftsAnAlertWithFieldsOnly) {
   alert->addTextView();
   alert->addTextField("Name");
   alert->showEdit("Field", "", "OK");
-  TypeParam::keyboard(*alert, keyboard);
+  alert->keyboardWillShow(keyboard);
   this->settle();
   const QRect card = this->toolkit.card(*alert);
   EXPECT_LT(card.bottom(), keyboard.top());
   ASSERT_FALSE(card.contains(this->fieldBox("Name")));
   this->user.tabTo("Name");
   EXPECT_TRUE(card.contains(this->fieldBox("Name"))) << "the field is scrolled to";
-  TypeParam::keyboard(*alert, {});
+  alert->keyboardWillHide();
   this->settle();
   this->expectCentred(*alert);
 }

@@ -199,7 +199,7 @@ TEST_F(KifoPopupTest, TheWaitOfAHiddenAlertDoesNotTurn) {
 }
 
 TEST_F(KifoPopupTest, WithoutAWindowTheAlertBringsItsOwn) {
-  toolkit.destroyHost();
+  toolkit.destroy();
   settle();
   const auto alert = std::make_shared<KifoPopup>();
   alert->motion.reduced = true;
@@ -229,7 +229,7 @@ TEST_F(QuickAlertTest, ShowsInItsHostsWindowAndWithoutAnyNotAtAllAndSaysSo) {
     EXPECT_THAT(toolkit.overlays(), SizeIs(1));
     alert->hideView();
   }
-  toolkit.hideHost();
+  toolkit.hide();
   const auto alert = std::make_shared<QuickAlert>();
   fake.console->take();
   alert->showInfo("Alone", "", "OK");

@@ -12,10 +12,10 @@
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/QtScreen.h"
-#include "platform/qt/QtWindowProvider.h"
 #include "platform/qt/QuickPopupPresenter.h"
 #include "platform/qt/QuickScreenProvider.h"
 #include "testing/ui/User.h"
+#include "tests/support/QtScreens.h"
 #include "tests/support/StillDesktop.h"
 #include "tests/views/PopupFixture.h"
 
@@ -27,7 +27,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 /// A host's screen that is an item.
-class ItemScreen : public Screen, public QuickScreenProvider {
+class ItemScreen : public HomeScreen, public QuickScreenProvider {
  public:
   explicit ItemScreen(QQuickItem* item) : item_(item) {}
   [[nodiscard]] QQuickItem* item() const override { return item_; }
@@ -131,7 +131,7 @@ class QuickPopupPresenterTest : public SettledTest {
   PopUpOptions options;
   std::unique_ptr<QQmlApplicationEngine> engine;
   QPointer<QQuickWindow> window;
-  std::shared_ptr<Screen> screen;
+  std::shared_ptr<ViewController> screen;
   std::shared_ptr<QuickPopupPresenter> presenter = std::make_shared<QuickPopupPresenter>([] {
     PopUpOptions still;
     still.reducedMotion = true;
@@ -178,7 +178,7 @@ TEST_F(QuickPopupPresenterTest, APopupForASceneThatIsNotSeenWaitsAndSpendsNothin
 TEST_F(QuickPopupPresenterTest, WithoutAScreenOfASceneTheActiveOneIsTaken) {
   load();
   show();
-  screen = std::make_shared<Screen>();
+  screen = std::make_shared<HomeScreen>();
   present(request("one"));
   EXPECT_EQ(popups().size(), 1u);
   user().click("Close one");
@@ -203,7 +203,7 @@ TEST_F(QuickPopupPresenterTest, AWindowThatGoesTakesItsPopupAlongAndWhatWaitsIsN
   screen.reset();
   engine.reset();
   settle();
-  EXPECT_TRUE(reporter->reports.empty());
+  EXPECT_TRUE(reporter->answers.empty());
   EXPECT_THAT(opened, ElementsAre("one"));
   EXPECT_THAT(fake.console->lines(),
               Contains("Kifo QuickPopupPresenter: the popup is not shown: its screen is gone"));
@@ -368,15 +368,6 @@ TEST_F(QuickPopupPresenterTest, WidgetsAndScenesHaveOnePresenter) {
   EXPECT_EQ(popups().size(), 1u);
 }
 
-class HostScreen : public Screen, public QtWidgetProvider {
- public:
-  explicit HostScreen(QWidget* widget) : widget_(widget) {}
-  [[nodiscard]] QWidget* widget() const override { return widget_; }
-
- private:
-  QWidget* widget_;
-};
-
 TEST_F(QuickPopupPresenterTest, AWindowWithWidgetsAndASceneShowsOnePopupAtATime) {
   QMainWindow host;
   auto* scene = new QQuickWidget(&host);
@@ -394,7 +385,7 @@ TEST_F(QuickPopupPresenterTest, AWindowWithWidgetsAndASceneShowsOnePopupAtATime)
   const Platform both = withQuick(withQt(nullPlatform(), options), options);
   const auto inScene = request("in the scene");
   const auto ofWidgets = request("of widgets");
-  const auto hostScreen = std::make_shared<HostScreen>(&host);
+  const auto hostScreen = std::make_shared<WidgetScreen>(&host);
   ofWidgets->preferences.controller = hostScreen;
   both.popups->present(inScene);
   settle();

@@ -33,7 +33,7 @@ std::vector<std::pair<std::string, nlohmann::json>> sampleAnswers() {
 }
 
 std::vector<Campaign> campaigns(const FakePlatform& fake) {
-  static const auto screen = std::make_shared<Screen>();
+  static const auto screen = std::make_shared<HomeScreen>();
   PopupManager manager(std::make_shared<RecordingReporter>());
   std::vector<Campaign> all;
   for (const auto& [name, answer] : sampleAnswers()) {

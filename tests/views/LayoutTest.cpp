@@ -313,7 +313,7 @@ TEST_P(PortraitTest, NothingIsClippedOverlappingOrOutside) {
     const QRect window(QPoint(), portrait.window);
     EXPECT_TRUE(window.contains(box("closeButton")));
     EXPECT_TRUE(window.contains(box("popupView")));
-    toolkit->expectRoom();
+    toolkit->expectNothingCut();
     auto parts = toolkit->parts();
     for (const auto& each : parts) {
       if (each.isText && !each.box.isEmpty() && each.name != "couponLabel") expectWhole(each);

@@ -133,7 +133,7 @@ class MutatedCampaignTest : public ::testing::Test {
     settle(fake);
   }
 
-  const std::shared_ptr<Screen> screen_ = std::make_shared<Screen>();
+  const std::shared_ptr<HomeScreen> screen_ = std::make_shared<HomeScreen>();
   std::vector<std::unique_ptr<PopupToolkit>> toolkits_;
   PopUpOptions options_;
   std::size_t shown_ = 0;

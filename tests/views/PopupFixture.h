@@ -16,36 +16,10 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 #include "testing/FakePlatform.h"
 #include "testing/ui/User.h"
+#include "tests/support/HostDoubles.h"
 #include "tests/views/PopupToolkit.h"
 
 namespace kifo::testing {
-
-/// Keeps what a popup reports.
-class RecordingReporter : public InAppReporter {
- public:
-  struct Report {
-    std::shared_ptr<AppCommunicationItem> item;
-    InAppAnswer answer;
-    std::shared_ptr<ViewController> controller;
-    std::optional<std::string> pageName;
-  };
-
-  void opened(std::shared_ptr<AppCommunicationItem>, std::shared_ptr<ViewController>,
-              std::optional<std::string>) override {}
-  void answered(std::shared_ptr<AppCommunicationItem> item, InAppAnswer answer,
-                std::shared_ptr<ViewController> controller,
-                std::optional<std::string> pageName) override {
-    reports.push_back(
-        {std::move(item), std::move(answer), std::move(controller), std::move(pageName)});
-  }
-
-  std::vector<Report> reports;
-};
-
-class Screen : public ViewController {
- public:
-  [[nodiscard]] std::string className() const override { return "HomeScreen"; }
-};
 
 inline std::shared_ptr<AppCommunicationItemButton> option(
     std::optional<std::string> id, std::string text, std::optional<std::string> color = {},
@@ -205,10 +179,10 @@ class PopupFixture : public SettledTest {
     const QImage picture = toolkit->picture();
     return picture.pixelColor(place * picture.devicePixelRatio());
   }
-  std::vector<RecordingReporter::Report>& reports() { return reporter->reports; }
+  std::vector<Report>& reports() { return reporter->answers; }
 
   std::shared_ptr<RecordingReporter> reporter = std::make_shared<RecordingReporter>();
-  std::shared_ptr<Screen> screen = std::make_shared<Screen>();
+  std::shared_ptr<HomeScreen> screen = std::make_shared<HomeScreen>();
   std::shared_ptr<AppCommunicationItem> item = std::make_shared<AppCommunicationItem>();
   std::shared_ptr<PopupRequest> request = std::make_shared<PopupRequest>();
   PopUpOptions options;

@@ -40,6 +40,7 @@ class PopupToolkit {
   static std::unique_ptr<PopupToolkit> widgets();
 
   // The host.
+
   virtual void resize(QSize size) = 0;
   [[nodiscard]] virtual QWindow& window() = 0;
   [[nodiscard]] virtual QImage picture() = 0;
@@ -47,7 +48,6 @@ class PopupToolkit {
   virtual void focusHost() = 0;
   virtual void removeHostField() = 0;
   [[nodiscard]] virtual QString hostText() const = 0;
-  /// How often the shortcut was used.
   [[nodiscard]] virtual int shortcuts() const = 0;
 
   // The popup.
@@ -69,8 +69,25 @@ class PopupToolkit {
   [[nodiscard]] virtual const PopupState* state() const = 0;
   [[nodiscard]] virtual std::vector<Part> parts() const = 0;
   /// No label or button is lower than its text, where the toolkit tells.
-  virtual void expectRoom() const {}
+  virtual void expectNothingCut() const {}
   int closings = 0;
+};
+
+/// What a toolkit leaves to its host, a `WidgetsHost` or a `QuickHost`.
+template <class Host>
+class PopupToolkitOn : public PopupToolkit {
+ public:
+  void resize(QSize size) override { host_.resize(size); }
+  QWindow& window() override { return host_.window(); }
+  QImage picture() override { return host_.picture(); }
+  void destroyHost() override { host_.destroy(); }
+  void focusHost() override { host_.focusField(); }
+  void removeHostField() override { host_.removeField(); }
+  QString hostText() const override { return host_.text(); }
+  int shortcuts() const override { return host_.shortcuts(); }
+
+ protected:
+  Host host_{{414, 800}, "Escape"};
 };
 
 }  // namespace kifo::testing

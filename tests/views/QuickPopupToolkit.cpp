@@ -1,67 +1,21 @@
-#include <gtest/gtest.h>
 
 #include <QAccessible>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
-#include <QTest>
 
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPictures.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPiece.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
+#include "tests/views/Hosts.h"
 #include "tests/views/PopupToolkit.h"
 
 namespace kifo::testing {
 namespace {
 
-constexpr auto kHost = R"(
-import QtQuick
-Rectangle {
-  color: "#efefef"
-  property int shortcuts: 0
-  Shortcut { sequence: "Escape"; onActivated: shortcuts++ }
-  TextInput { objectName: "hostField"; focus: true; width: 200; height: 40 }
-}
-)";
-
-class Quick : public PopupToolkit {
+class Quick : public PopupToolkitOn<QuickHost> {
  public:
-  Quick() {
-    QQmlComponent component(view_->engine());
-    component.setData(kHost, {});
-    auto* root = qobject_cast<QQuickItem*>(component.create());
-    view_->setContent({}, nullptr, root);
-    view_->setResizeMode(QQuickView::SizeRootObjectToView);
-    view_->setColor(QGuiApplication::palette().color(QPalette::Window));
-    field_ = root->findChild<QQuickItem*>("hostField");
-    view_->resize(414, 800);
-    view_->show();
-    view_->requestActivate();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(view_.get()));
-    field_->forceActiveFocus();
-  }
-
-  void resize(QSize size) override {
-    view_->resize(size);
-    EXPECT_TRUE(QTest::qWaitFor([this, size] { return view_->contentItem()->size() == size; }));
-  }
-  QWindow& window() override { return *view_; }
-  QImage picture() override {
-    QImage picture = view_->grabWindow();
-    picture.setDevicePixelRatio(view_->devicePixelRatio());
-    return picture;
-  }
-  void destroyHost() override { view_.reset(); }
-  void focusHost() override { field_->forceActiveFocus(); }
-  void removeHostField() override { delete field_; }
-  QString hostText() const override { return field_->property("text").toString(); }
-  int shortcuts() const override { return view_->rootObject()->property("shortcuts").toInt(); }
-
   void present(std::shared_ptr<const PopupRequest> request, const PopUpOptions& options) override {
     popup_ = new QuickPopup(std::move(request), options);
-    QObject::connect(popup_, &QuickPopup::closed, view_.get(), [this] { ++closings; });
-    popup_->present(*view_);
+    QObject::connect(popup_, &QuickPopup::closed, host_.view(), [this] { ++closings; });
+    popup_->present(*host_.view());
   }
   void dismiss() override { popup_->dismissView(); }
   void submit() override { popup_->submitButtonPressed(); }
@@ -100,8 +54,6 @@ class Quick : public PopupToolkit {
     return known && known->role() == QAccessible::StaticText;
   }
 
-  std::unique_ptr<QQuickView> view_ = std::make_unique<QQuickView>();
-  QPointer<QQuickItem> field_;
   QPointer<QuickPopup> popup_;
 };
 

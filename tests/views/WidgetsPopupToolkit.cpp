@@ -1,9 +1,4 @@
-#include <gtest/gtest.h>
 
-#include <QLineEdit>
-#include <QMainWindow>
-#include <QShortcut>
-#include <QTest>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoImageCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
@@ -13,35 +8,17 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupPanel.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/ActivityIndicator.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/shared/TextLabel.h"
+#include "tests/views/Hosts.h"
 #include "tests/views/PopupToolkit.h"
 
 namespace kifo::testing {
 namespace {
 
-class Widgets : public PopupToolkit {
+class Widgets : public PopupToolkitOn<WidgetsHost> {
  public:
-  Widgets() : field_(new QLineEdit(host_.get())) {
-    field_->setObjectName("hostField");
-    host_->setCentralWidget(field_);
-    new QShortcut(QKeySequence(Qt::Key_Escape), host_.get(), [this] { ++shortcuts_; });
-    host_->resize(414, 800);
-    host_->show();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(host_.get()));
-    field_->setFocus();
-  }
-
-  void resize(QSize size) override { host_->resize(size); }
-  QWindow& window() override { return *host_->windowHandle(); }
-  QImage picture() override { return host_->grab().toImage(); }
-  void destroyHost() override { host_.reset(); }
-  void focusHost() override { field_->setFocus(); }
-  void removeHostField() override { delete host_->takeCentralWidget(); }
-  QString hostText() const override { return field_->text(); }
-  int shortcuts() const override { return shortcuts_; }
-
   void present(std::shared_ptr<const PopupRequest> request, const PopUpOptions& options) override {
-    popup_ = new PopUpWindow(std::move(request), options, host_.get());
-    QObject::connect(popup_, &PopUpWindow::closed, host_.get(), [this] { ++closings; });
+    popup_ = new PopUpWindow(std::move(request), options, host_.widget());
+    QObject::connect(popup_, &PopUpWindow::closed, host_.widget(), [this] { ++closings; });
     popup_->present();
   }
   void dismiss() override { popup_->dismissView(); }
@@ -59,7 +36,7 @@ class Widgets : public PopupToolkit {
   bool isFading() const override { return elements().popupView->graphicsEffect() != nullptr; }
   QObject* popup() const override { return popup_; }
   const PopupState* state() const override { return popup_ ? &popup_->state() : nullptr; }
-  void expectRoom() const override {
+  void expectNothingCut() const override {
     for (const auto* label : popup_->findChildren<TextLabel*>()) {
       if (!label->isVisible()) continue;
       EXPECT_GE(label->height(), label->heightForWidth(label->width()))
@@ -75,7 +52,7 @@ class Widgets : public PopupToolkit {
     std::vector<Part> parts;
     for (auto* widget : popup_->findChildren<QWidget*>()) {
       if (widget->objectName().isEmpty() || !widget->isVisible()) continue;
-      const QPoint place = widget->mapTo(host_.get(), QPoint());
+      const QPoint place = widget->mapTo(host_.widget(), QPoint());
       auto* label = qobject_cast<TextLabel*>(widget);
       parts.push_back({widget->objectName().toStdString(),
                        {place, widget->size()},
@@ -89,10 +66,7 @@ class Widgets : public PopupToolkit {
  private:
   const PopupElements& elements() const { return popup_->popUpWindowView()->elements(); }
 
-  std::unique_ptr<QMainWindow> host_ = std::make_unique<QMainWindow>();
-  QLineEdit* field_;
   QPointer<PopUpWindow> popup_;
-  int shortcuts_ = 0;
 };
 
 }  // namespace
