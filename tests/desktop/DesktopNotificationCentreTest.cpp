@@ -20,27 +20,21 @@ using ::testing::SizeIs;
 // ---- The permission
 
 TEST_F(DesktopNotificationCentreTest,
-       ThePermissionIsNotDeterminedUntilTheServiceAnswersAndThenAuthorized) {
-  service_->silent = true;
+       ThePermissionIsDeniedWithoutABusOrAServiceAndNotDeterminedUntilOneAnswers) {
+  options_.busAddress = "unix:path=/nonexistent/bus";
+  makeCentre();
+  EXPECT_TRUE(waitForStatus(1));
+  options_.busAddress = bus_->address();
+  makeCentre();
+  EXPECT_TRUE(waitForStatus(1));
   service_->appear();
+  EXPECT_TRUE(waitForStatus(2));
+  service_->silent = true;
   makeCentre();
   ASSERT_TRUE(waitFor([&] { return service_->unanswered("GetCapabilities") == 1; }));
   EXPECT_EQ(status(), 0);
   service_->speak();
   EXPECT_TRUE(waitForStatus(2));
-}
-
-TEST_F(DesktopNotificationCentreTest, WithoutAServiceThePermissionIsDeniedUntilOneStarts) {
-  makeCentre();
-  EXPECT_TRUE(waitForStatus(1));
-  service_->appear();
-  EXPECT_TRUE(waitForStatus(2));
-}
-
-TEST_F(DesktopNotificationCentreTest, WithoutABusThePermissionIsDenied) {
-  options_.busAddress = "unix:path=/nonexistent/bus";
-  makeCentre();
-  EXPECT_TRUE(waitForStatus(1));
 }
 
 TEST_F(DesktopNotificationCentreTest,
@@ -296,18 +290,6 @@ INSTANTIATE_TEST_SUITE_P(
                       SignalSequence{"unknownAction", {"inline-reply"}, 0, 0}),
     [](const auto& sequence) { return sequence.param.name; });
 
-TEST_F(DesktopNotificationCentreTest, ACloseWithoutAReasonIsNoDismissal) {
-  start();
-  const uint id = showCampaign();
-  service_->emitSignal("NotificationClosed", {id});
-  service_->emitSignal("NotificationClosed", {});
-  service_->emitSignal("ActionInvoked", {"text", id});
-  settle();
-  QCoreApplication::processEvents();
-  EXPECT_THAT(events("push_notification_dismissed"), IsEmpty());
-  EXPECT_THAT(clicks_, IsEmpty());
-}
-
 TEST_F(DesktopNotificationCentreTest, SignalsThatComeBeforeTheNumberIsKnownCount) {
   service_->beforeAnswer = [&](const auto& shown) { service_->invokeAction(shown.id, "kifo-0"); };
   start();
@@ -315,14 +297,19 @@ TEST_F(DesktopNotificationCentreTest, SignalsThatComeBeforeTheNumberIsKnownCount
   EXPECT_TRUE(waitFor([&] { return clicks_.size() == 1; }));
 }
 
-TEST_F(DesktopNotificationCentreTest, SignalsOfOtherSendersAreIgnored) {
+TEST_F(DesktopNotificationCentreTest, SignalsOfOtherSendersOrWithoutTheirArgumentsAreIgnored) {
   start();
   const uint id = showCampaign();
   const auto other = makeService();  // on the bus, without the name
   other->invokeAction(id, "default");
+  service_->emitSignal("NotificationClosed", {id});
+  service_->emitSignal("NotificationClosed", {});
+  service_->emitSignal("ActionInvoked", {"text", id});
+  settle();
   service_->invokeAction(id, "kifo-0");
   ASSERT_TRUE(waitFor([&] { return !clicks_.empty(); }));
   EXPECT_THAT(clicks_, ElementsAre(Pair("shop", "")));
+  EXPECT_THAT(events("push_notification_dismissed"), IsEmpty());
 }
 
 // ---- The ledger

@@ -20,30 +20,21 @@ namespace kifo {
 
 enum Reason : uint { expired = 1, dismissed = 2, closedByCall = 3, undefined = 4 };
 
-/// A centre on a bus of its own, with a scripted service.
-class DesktopNotificationCentreTest : public ::testing::Test {
+/// A centre on a bus, and what the host and the server hear of it.
+class NotificationCentreFixture : public ::testing::Test {
  protected:
   static constexpr auto kCampaign = R"({"uuid": "U", "code": "C", "action": {"link": "body"},
     "buttons": [{"id": "buy", "text": "Buy <now>", "action": {"link": "shop"}},
-                {"id": "default", "text": "Later"}]})";
+                {"id": "default", "text": "Later", "action": {"link": "later"}}]})";
 
-  static void SetUpTestSuite() { bus_ = std::make_unique<testing::PrivateBus>(); }
-  static void TearDownTestSuite() { bus_.reset(); }
-
-  void SetUp() override {
-    if (!bus_->problem().empty()) GTEST_SKIP() << bus_->problem();
+  void useBus(const std::string& address) {
     Runtime::current()->session.updateIdentity(
         [](auto& identity) { identity.listenerUri = "http://listener"; });
     options_.applicationName = "Shop";
-    options_.busAddress = bus_->address();
+    options_.busAddress = address;
     options_.pictureGrace = 3600.0;
     options_.dismissalGrace = 0.0;
     options_.retryInterval = 0.0;
-    service_ = makeService();
-  }
-
-  std::unique_ptr<ScriptedNotificationService> makeService() {
-    return std::make_unique<ScriptedNotificationService>(QString::fromStdString(bus_->address()));
   }
 
   void makeCentre() {
@@ -56,23 +47,50 @@ class DesktopNotificationCentreTest : public ::testing::Test {
     Platform::install(std::move(platform));
   }
 
-  /// A centre whose service is there and has told what it can do.
-  void start() {
-    makeCentre();
-    service_->appear();
-    ASSERT_TRUE(waitForStatus(2));
-  }
-
   int status() {
     int known = -1;
     centre_->getNotificationSettings([&](int status) { known = status; });
     return known;
   }
   bool waitForStatus(int expected) {
-    return QTest::qWaitFor([&] { return status() == expected; }, 20000);
+    return waitFor([&] { return status() == expected; });
   }
   static bool waitFor(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 20000);
+  }
+
+  std::vector<Value> events(const std::string& name) {
+    fake_.runUntilIdle();
+    return fake_.http->events(name);
+  }
+
+  testing::InstalledFakePlatform fake_;
+  DesktopNotificationCentre::Options options_;
+  std::vector<std::pair<std::string, std::string>> clicks_;
+  std::shared_ptr<DesktopNotificationCentre> centre_;
+};
+
+/// A centre on a bus of its own, with a scripted service.
+class DesktopNotificationCentreTest : public NotificationCentreFixture {
+ protected:
+  static void SetUpTestSuite() { bus_ = std::make_unique<testing::PrivateBus>(); }
+  static void TearDownTestSuite() { bus_.reset(); }
+
+  void SetUp() override {
+    if (!bus_->problem().empty()) GTEST_SKIP() << bus_->problem();
+    useBus(bus_->address());
+    service_ = makeService();
+  }
+
+  std::unique_ptr<ScriptedNotificationService> makeService() {
+    return std::make_unique<ScriptedNotificationService>(QString::fromStdString(bus_->address()));
+  }
+
+  /// A centre whose service is there and has told what it can do.
+  void start() {
+    makeCentre();
+    service_->appear();
+    ASSERT_TRUE(waitForStatus(2));
   }
   /// Waits until everything that the service has sent so far has been received: the answer to a
   /// later call comes after it.
@@ -105,11 +123,6 @@ class DesktopNotificationCentreTest : public ::testing::Test {
     return all;
   }
 
-  std::vector<Value> events(const std::string& name) {
-    fake_.runUntilIdle();
-    return fake_.http->events(name);
-  }
-
   void deliverWithPicture(const std::string& title, const std::string& identifier) {
     centre_->deliver(
         {{"data", kCampaign}, {"title", title}, {"image", "http://pictures/" + title + ".png"}},
@@ -133,11 +146,7 @@ class DesktopNotificationCentreTest : public ::testing::Test {
 
   static inline std::unique_ptr<testing::PrivateBus> bus_;
 
-  testing::InstalledFakePlatform fake_;
-  DesktopNotificationCentre::Options options_;
   std::unique_ptr<ScriptedNotificationService> service_;
-  std::vector<std::pair<std::string, std::string>> clicks_;
-  std::shared_ptr<DesktopNotificationCentre> centre_;
   int settled_ = 0;
 };
 

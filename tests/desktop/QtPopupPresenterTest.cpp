@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QClipboard>
 #include <QDialog>
 #include <QPointer>
 #include <QRasterWindow>
@@ -13,35 +12,17 @@
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
-#include "platform/qt/QtPlatform.h"
 #include "platform/qt/QtPopupSwitch.h"
-#include "platform/qt/QtWindowProvider.h"
 #include "platform/qt/popups/PopupRouter.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/QtScreens.h"
 #include "tests/support/StillDesktop.h"
 
 namespace kifo {
 namespace {
 
-class WidgetScreen final : public ViewController, public QtWidgetProvider {
- public:
-  explicit WidgetScreen(QWidget* widget) : widget_(widget) {}
-  std::string className() const override { return "WidgetScreen"; }
-  QWidget* widget() const override { return widget_; }
-
- private:
-  QPointer<QWidget> widget_;
-};
-
-class WindowScreen final : public ViewController, public QtWindowProvider {
- public:
-  explicit WindowScreen(QWindow* window) : window_(window) {}
-  std::string className() const override { return "WindowScreen"; }
-  QWindow* window() const override { return window_; }
-
- private:
-  QPointer<QWindow> window_;
-};
+using testing::WidgetScreen;
+using testing::WindowScreen;
 
 class PlainScreen final : public ViewController {
  public:
@@ -126,21 +107,25 @@ class QtPopupPresenterTest : public ::testing::Test {
 
   kifo::testing::InstalledFakePlatform fake_;
   PopUpOptions options_;
-  std::string opened_;   ///< The popups whose turn has come.
-  std::string refused_;  ///< One that its campaign refuses then.
+  std::string opened_;   ///< The popups that were opened.
+  std::string refused_;  ///< One whose campaign refuses.
   std::unique_ptr<QtPopupPresenter> presenter_;
   QWidget window_;
   std::shared_ptr<WidgetScreen> screen_ = std::make_shared<WidgetScreen>(&window_);
 };
 
-TEST_F(QtPopupPresenterTest, APopupLiesInsideTheWindowThatItsScreenIsIn) {
+TEST_F(QtPopupPresenterTest, APopupIsInsideTheWindowThatItsScreenIsInAndEachWindowShowsItsOwn) {
   QWidget page(&window_);
   QWidget inner(&page);
+  QDialog other;
   const auto screen = std::make_shared<WidgetScreen>(&inner);
+  const auto otherScreen = std::make_shared<WidgetScreen>(&other);
   present(screen, "a");
-  EXPECT_TRUE(shownIn(window_).empty()) << "shown before the UI thread had its turn";
+  present(otherScreen, "b");
+  EXPECT_TRUE(shownIn(window_).empty()) << "shown before the UI thread got to it";
   ASSERT_TRUE(waitForPopup(window_, "a"));
   EXPECT_EQ(shownIn(window_).front()->geometry(), window_.rect());
+  EXPECT_TRUE(waitForPopup(other, "b"));
 }
 
 TEST_F(QtPopupPresenterTest, OverOneWindowPopupsAreOpenedAndShownOneAfterTheOther) {
@@ -153,25 +138,6 @@ TEST_F(QtPopupPresenterTest, OverOneWindowPopupsAreOpenedAndShownOneAfterTheOthe
     shownIn(window_).front()->closeButtonAction();
   }
   ASSERT_TRUE(waitFor([&] { return window_.findChildren<PopUpWindow*>().empty(); }));
-}
-
-TEST_F(QtPopupPresenterTest, TwoWindowsShowTheirPopupsAtTheSameTime) {
-  QDialog other;
-  const auto otherScreen = std::make_shared<WidgetScreen>(&other);
-  present(screen_, "a");
-  present(otherScreen, "b");
-  EXPECT_TRUE(waitForPopup(other, "b"));
-  EXPECT_TRUE(waitForPopup(window_, "a"));
-}
-
-TEST_F(QtPopupPresenterTest, AScreenThatDiedBeforeItsPopupIsSaidSoOnce) {
-  present(screen_, "a");
-  screen_.reset();
-  ASSERT_TRUE(waitFor([&] { return said("its screen is gone"); }));
-  EXPECT_TRUE(window_.findChildren<PopUpWindow*>().empty());
-  ASSERT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
-  EXPECT_THAT(fake_.inspector->ofKind("popup").front().particulars,
-              ::testing::Contains(::testing::Pair("uuid", "a")));
 }
 
 TEST_F(QtPopupPresenterTest, WithoutAWindowNothingIsShownAndTheReasonIsSaid) {
@@ -188,7 +154,7 @@ TEST_F(QtPopupPresenterTest, WithoutAWindowNothingIsShownAndTheReasonIsSaid) {
   EXPECT_EQ(opened_, "") << "what cannot be shown is not opened";
 }
 
-TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesMakesRoomForTheNext) {
+TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesIsSaidOnceAndTheNextOneShows) {
   auto doomed = std::make_shared<WidgetScreen>(&window_);
   present(screen_, "a");
   present(doomed, "b");
@@ -199,6 +165,9 @@ TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesMakesRoomForTheNext) {
   EXPECT_TRUE(waitForPopup(window_, "c"));
   EXPECT_TRUE(said("its screen is gone"));
   EXPECT_EQ(opened_, "ac");
+  ASSERT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
+  EXPECT_THAT(fake_.inspector->ofKind("popup").front().particulars,
+              ::testing::Contains(::testing::Pair("uuid", "b")));
 }
 
 TEST_F(QtPopupPresenterTest, AGateThatClosesTheWindowLeavesItsPopupsUnopened) {
@@ -290,31 +259,26 @@ TEST_F(QtPopupPresenterTest, APresenterMadeOffTheUiThreadShowsNothing) {
   EXPECT_EQ(opened_, "");
 }
 
-TEST_F(QtPopupPresenterTest, TheHostsOptionsReachThePopup) {
+TEST_F(QtPopupPresenterTest, ThePopupHasTheHostsOptionsAndIsStillWhereTheDesktopWantsNoMotion) {
+  const testing::StillDesktop desktop;
+  options_ = {};
   options_.screenWidth = 390;
+  options_.durations.fade = std::chrono::hours(1);
   presenter_ = std::make_unique<QtPopupPresenter>(options_);
   const auto request = requestFor(screen_, "a");
   request->preferences.image = "http://127.0.0.1:1/picture.png";
   presenter_->present(request);
   ASSERT_TRUE(waitForPopup(window_, "a"));
-  EXPECT_EQ(shownIn(window_).front()->state().imageViewHeight, 164);
-}
-
-TEST_F(QtPopupPresenterTest, NothingMovesWhereTheDesktopWantsNoMotion) {
-  const testing::StillDesktop desktop;
-  options_ = {};
-  options_.durations.fade = std::chrono::hours(1);
-  presenter_ = std::make_unique<QtPopupPresenter>(options_);
-  present(screen_, "a");
-  ASSERT_TRUE(waitForPopup(window_, "a"));
   const QPointer<PopUpWindow> popup(shownIn(window_).front());
+  EXPECT_EQ(popup->state().imageViewHeight, 164);
   popup->dismissView();
   settle();
   EXPECT_TRUE(popup.isNull());
 }
 
-TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsIt) {
-  QRasterWindow window;
+TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsItToItsEnd) {
+  auto foreign = std::make_unique<QRasterWindow>();
+  QRasterWindow& window = *foreign;
   window.setGeometry(100, 80, 500, 400);
   window.show();
   const auto screen = std::make_shared<WindowScreen>(&window);
@@ -337,15 +301,7 @@ TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsIt) {
   EXPECT_TRUE(popup->isVisible());
   popup->closeButtonAction();
   EXPECT_TRUE(waitFor([] { return topLevelPopup() && uuidOf(topLevelPopup()) == "b"; }));
-}
-
-TEST_F(QtPopupPresenterTest, AForeignWindowThatGoesTakesItsPopupAlong) {
-  auto window = std::make_unique<QRasterWindow>();
-  window->show();
-  const auto screen = std::make_shared<WindowScreen>(window.get());
-  present(screen, "a");
-  ASSERT_TRUE(waitFor([] { return topLevelPopup() != nullptr; }));
-  window.reset();
+  foreign.reset();
   EXPECT_TRUE(waitFor([] { return topLevelPopup() == nullptr; }));
 }
 
@@ -366,15 +322,6 @@ TEST_F(QtPopupPresenterTest, OverASceneOnTheOnlyWindowThereIsNothingIsShownAndTh
       [&] { return said("the platform eglfs has no second window for a popup over the scene"); }));
   EXPECT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
   EXPECT_EQ(topLevelPopup(), nullptr);
-}
-
-TEST(QtPlatform, PutsPopupsAndTheClipboardInAndLeavesTheRest) {
-  const kifo::testing::FakePlatform fake;
-  const Platform platform = withQt(fake.platform());
-  EXPECT_TRUE(std::dynamic_pointer_cast<QtPopupPresenter>(platform.popups));
-  EXPECT_EQ(platform.http, fake.http);
-  platform.pasteboard->setString("K\u0130F0-10");
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf8("K\u0130F0-10"));
 }
 
 }  // namespace

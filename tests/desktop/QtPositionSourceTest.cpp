@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/device/LocationManager.h"
-#include "platform/qt/QtPlatform.h"
 #include "testing/FakePlatform.h"
 
 namespace kifo {
@@ -113,14 +112,6 @@ TEST_F(QtPositionSourceTest, OneThatIsMadeOffTheUiThreadKnowsNothing) {
   EXPECT_EQ(position_->authorizationStatus(), 0);
   EXPECT_EQ(position_->applicationState(), 2);
   EXPECT_EQ(position_->location(), std::nullopt);
-}
-
-TEST(QtPlatform, TakesThePositionFromQtAndTheFirstQuestionIsAnsweredAtOnce) {
-  const testing::FakePlatform fake;
-  const Platform platform = withQt(fake.platform());
-  ASSERT_TRUE(std::dynamic_pointer_cast<QtPositionSource>(platform.position));
-  EXPECT_EQ(platform.position->authorizationStatus(), 0);
-  QCoreApplication::processEvents();  // makes the default source, whatever the system has of it
 }
 
 }  // namespace

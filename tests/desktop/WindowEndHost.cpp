@@ -14,7 +14,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "platform/qt/QtPlatform.h"
-#include "platform/qt/QtWindowProvider.h"
+#include "tests/support/QtScreens.h"
 
 namespace {
 
@@ -27,26 +27,6 @@ void quitOnTerm() {
   auto* notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, qApp);
   QObject::connect(notifier, &QSocketNotifier::activated, qApp, &QApplication::quit);
 }
-
-class WidgetScreen final : public kifo::ViewController, public kifo::QtWidgetProvider {
- public:
-  explicit WidgetScreen(QWidget& widget) : widget_(widget) {}
-  std::string className() const override { return "WidgetScreen"; }
-  QWidget* widget() const override { return &widget_; }
-
- private:
-  QWidget& widget_;
-};
-
-class SceneScreen final : public kifo::ViewController, public kifo::QtWindowProvider {
- public:
-  explicit SceneScreen(QWindow& window) : window_(window) {}
-  std::string className() const override { return "SceneScreen"; }
-  QWindow* window() const override { return &window_; }
-
- private:
-  QWindow& window_;
-};
 
 void present(const std::shared_ptr<kifo::ViewController>& screen) {
   const auto request = std::make_shared<kifo::PopupRequest>();
@@ -81,8 +61,8 @@ int main(int argc, char** argv) {
   QRasterWindow scene;
   widget.setWindowTitle("Host");
   scene.setTitle("Host");
-  const auto widgetScreen = std::make_shared<WidgetScreen>(widget);
-  const auto sceneScreen = std::make_shared<SceneScreen>(scene);
+  const auto widgetScreen = std::make_shared<kifo::testing::WidgetScreen>(&widget);
+  const auto sceneScreen = std::make_shared<kifo::testing::WindowScreen>(&scene);
   widget.resize(400, 300);
   scene.resize(400, 300);
   isScene ? scene.show() : widget.show();
