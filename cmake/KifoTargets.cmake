@@ -69,6 +69,13 @@ function(kifo_qt_objects name)
   target_compile_definitions(${name} PRIVATE QT_NO_KEYWORDS)
 endfunction()
 
+# One popup without a toolkit, which kifo::gui holds. A headless host has no use for it.
+kifo_object_library(kifo_popup_objects)
+target_link_libraries(kifo_popup_objects PUBLIC nlohmann_json::nlohmann_json)
+if(NOT KIFO_WITH_UI)
+  set_target_properties(kifo_popup_objects PROPERTIES EXCLUDE_FROM_ALL ON)
+endif()
+
 if(KIFO_WITH_UI)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus)
   find_package(Qt6 6.4 QUIET COMPONENTS Positioning)
@@ -83,7 +90,7 @@ if(KIFO_WITH_UI)
     <functional> <memory> <optional> <string> <vector> <QtGui>)
   kifo_library(kifo_gui gui)
   target_link_libraries(kifo_gui PUBLIC kifo_kit Qt6::Gui Qt6::DBus
-    PRIVATE $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
+    PRIVATE $<BUILD_INTERFACE:kifo_popup_objects> $<TARGET_NAME_IF_EXISTS:Qt6::Positioning>)
 
   kifo_qt_objects(kifo_ui_objects ${_views}/shared ${_views}/popup ${_views}/alert platform/qt)
   target_link_libraries(kifo_ui_objects PUBLIC Qt6::Widgets Qt6::DBus)

@@ -148,4 +148,14 @@ std::optional<Buttons> offeredEmojis(const AppCommunicationItem& item) {
   return emojis;
 }
 
+void sayNotShown(std::string_view tag, const PopupRequest& request, const std::string& reason) {
+  count(Counter::popupsRefusedNotShowable);
+  Console::print(tag, "the popup is not shown: " + reason);
+  const auto& item = request.preferences.appCommunicationItem;
+  if (item) remember(*item, "not shown: " + reason);
+  KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
+                         {"outcome", "not shown"},
+                         {"reason", reason}});
+}
+
 }  // namespace kifo::rules

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/model/AppCommunicationItem.h"
+#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
+#include "Kifo_iOS_Common_Kit/ports/Export.h"
 
 namespace kifo {
 class Runtime;
@@ -74,6 +76,11 @@ Buttons firstOf(const ListRule& rule, std::optional<Buttons> list);
 
 /// The emojis that the campaign offers; none when it has no list of them.
 std::optional<Buttons> offeredEmojis(const AppCommunicationItem& item);
+
+/// Says on the console, with `tag` at the line's start, and to the inspector why a popup is not
+/// shown.
+KIFO_SHARED void sayNotShown(std::string_view tag, const PopupRequest& request,
+                             const std::string& reason);
 
 /// Tells the inspector what became of the campaign, and remembers it for tools.
 void inspect(const AppCommunicationItem& item, std::string_view outcome, std::string_view reason);

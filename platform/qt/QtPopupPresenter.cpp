@@ -4,6 +4,7 @@
 #include <QThread>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "platform/qt/popups/QtPopupQueue.h"
 #include "platform/qt/popups/QtPopupRouter.h"
 
@@ -22,7 +23,7 @@ QtPopupPresenter::~QtPopupPresenter() {
 void QtPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
   const auto accept = [request](PopupRouter& router) { router.accept(request); };
   if (link_ && link_->post(accept)) return;
-  sayNotShown(QtPopupQueue::LOG_TAG, *request, "there is no QApplication");
+  rules::sayNotShown(QtPopupQueue::LOG_TAG, *request, "there is no QApplication");
 }
 
 }  // namespace kifo

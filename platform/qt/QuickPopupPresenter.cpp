@@ -4,6 +4,7 @@
 #include <QThread>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "platform/qt/QtServices.h"
 #include "platform/qt/popups/QuickPopupRouter.h"
 
@@ -23,7 +24,7 @@ QuickPopupPresenter::~QuickPopupPresenter() {
 void QuickPopupPresenter::present(std::shared_ptr<const PopupRequest> request) {
   const auto accept = [request](PopupRouter& router) { router.accept(request); };
   if (link_ && link_->post(accept)) return;
-  sayNotShown(QuickPopupQueue::LOG_TAG, *request, "there is no QGuiApplication");
+  rules::sayNotShown(QuickPopupQueue::LOG_TAG, *request, "there is no QGuiApplication");
 }
 
 Platform withQuick(Platform platform, PopUpOptions options) {

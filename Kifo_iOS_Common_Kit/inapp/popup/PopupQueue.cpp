@@ -3,22 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "Kifo_iOS_Common_Kit/core/runtime/Inspect.h"
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 
 namespace kifo {
-
-void sayNotShown(std::string_view tag, const PopupRequest& request, const std::string& reason) {
-  count(Counter::popupsRefusedNotShowable);
-  Console::print(tag, "the popup is not shown: " + reason);
-  const auto& item = request.preferences.appCommunicationItem;
-  if (item) rules::remember(*item, "not shown: " + reason);
-  KIFO_INSPECT("popup", {{"uuid", item ? item->uuid.value_or("") : ""},
-                         {"outcome", "not shown"},
-                         {"reason", reason}});
-}
 
 bool isScreenGone(const PopupRequest& request) {
   const auto& screen = request.preferences.controller;
@@ -56,7 +43,7 @@ PopupQueue::Request PopupQueue::openFirst(const std::function<bool()>& canShow) 
 
 bool PopupQueue::dropsForItsScreen(const PopupRequest& request) const {
   if (!isScreenGone(request)) return false;
-  sayNotShown(tag_, request, "its screen is gone");
+  rules::sayNotShown(tag_, request, "its screen is gone");
   return true;
 }
 

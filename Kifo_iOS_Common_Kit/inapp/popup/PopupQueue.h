@@ -3,7 +3,6 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
@@ -47,10 +46,5 @@ class KIFO_SHARED PopupQueue {
 
 /// Whether the popup was given a screen that is destroyed by now.
 KIFO_SHARED bool isScreenGone(const PopupRequest& request);
-
-/// Says on the console, with `tag` at the line's start, and to the inspector why a popup is not
-/// shown. **Threading:** thread-safe.
-KIFO_SHARED void sayNotShown(std::string_view tag, const PopupRequest& request,
-                             const std::string& reason);
 
 }  // namespace kifo

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/DesktopMotion.h"
 
 namespace kifo {
@@ -75,7 +76,8 @@ void WindowPopups::showNext() {
     return;
   }
   if (self) return;
-  for (const auto& orphan : queue->takeWaiting()) sayNotShown(tag, *orphan, "its window is gone");
+  for (const auto& orphan : queue->takeWaiting())
+    rules::sayNotShown(tag, *orphan, "its window is gone");
 }
 
 PopupRouter::PopupRouter(QObject* parent)

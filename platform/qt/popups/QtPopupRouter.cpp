@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "platform/qt/QtWindowProvider.h"
 #include "platform/qt/popups/QtPopupQueue.h"
 
@@ -39,7 +40,7 @@ QtPopupRouter::QtPopupRouter(PopUpOptions options, QObject* parent)
 
 void QtPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
   const auto notShown = [&request](const std::string& reason) {
-    sayNotShown(QtPopupQueue::LOG_TAG, *request, reason);
+    rules::sayNotShown(QtPopupQueue::LOG_TAG, *request, reason);
   };
   const auto screen = request->preferences.controller.lock();
   if (!screen) {

@@ -5,6 +5,7 @@
 #include <QQuickRenderControl>
 #include <utility>
 
+#include "Kifo_iOS_Common_Kit/inapp/PopupRules.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPopup.h"
 #include "platform/qt/QtWindowProvider.h"
 #include "platform/qt/QuickScreenProvider.h"
@@ -85,13 +86,13 @@ QuickPopupRouter::QuickPopupRouter(PopUpOptions options, std::shared_ptr<PopupPr
 void QuickPopupRouter::accept(const std::shared_ptr<const PopupRequest>& request) {
   const auto screen = request->preferences.controller.lock();
   if (!screen && isScreenGone(*request)) {
-    return sayNotShown(QuickPopupQueue::LOG_TAG, *request, "its screen is gone");
+    return rules::sayNotShown(QuickPopupQueue::LOG_TAG, *request, "its screen is gone");
   }
   if (QQuickWindow* scene = sceneOf(screen.get())) return queueOf(scene).enqueue(request);
   if (widgets_) return widgets_->present(request);
-  sayNotShown(QuickPopupQueue::LOG_TAG, *request,
-              screen ? "the screen " + screen->className() + " is in no Qt Quick window"
-                     : "no Qt Quick window is active");
+  rules::sayNotShown(QuickPopupQueue::LOG_TAG, *request,
+                     screen ? "the screen " + screen->className() + " is in no Qt Quick window"
+                            : "no Qt Quick window is active");
 }
 
 std::unique_ptr<WindowPopups> QuickPopupRouter::makeQueue(QObject* window) {
