@@ -9,7 +9,7 @@
 #include <tuple>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 /// Records that are decoded from JSON and encoded to it. A record lists its fields once:
 ///
@@ -53,133 +53,130 @@ inline constexpr bool isOptional<std::optional<Type>> = true;
 template <class Type>
 inline constexpr bool isOptional<std::shared_ptr<Type>> = true;
 
-inline bool read(const nlohmann::json& json, std::string& value) {
-  if (!json.is_string()) return false;
-  value = json.get_ref<const std::string&>();
-  return true;
+inline bool read(const Value& json, std::string& value) {
+  const std::string* text = json.asText();
+  if (text) value = *text;
+  return text != nullptr;
 }
 
-inline bool read(const nlohmann::json& json, bool& value) {
-  if (!json.is_boolean()) return false;
-  value = json.get<bool>();
-  return true;
+inline bool read(const Value& json, bool& value) {
+  const auto flag = json.asBoolean();
+  value = flag.value_or(false);
+  return flag.has_value();
 }
 
-inline bool read(const nlohmann::json& json, double& value) {
-  if (!json.is_number()) return false;
-  value = json.get<double>();
-  return true;
+inline bool read(const Value& json, double& value) {
+  const auto number = json.asNumber();
+  value = number.value_or(0);
+  return number.has_value();
 }
 
 /// A whole number, also when it is written with a fraction of zero, that fits 64 bits.
-inline bool read(const nlohmann::json& json, std::int64_t& value) {
-  if (json.is_number_unsigned()) {
-    const auto number = json.get<std::uint64_t>();
-    value = static_cast<std::int64_t>(number);
-    return number <= static_cast<std::uint64_t>(INT64_MAX);
-  }
-  if (json.is_number_integer()) {
-    value = json.get<std::int64_t>();
+inline bool read(const Value& json, std::int64_t& value) {
+  if (const auto whole = json.asInteger()) {
+    value = *whole;
     return true;
   }
-  if (!json.is_number_float()) return false;
-  const double number = json.get<double>();
+  if (json.kind() != Value::Kind::number) return false;
+  const double number = *json.asNumber();
   if (std::trunc(number) != number || std::abs(number) >= 9223372036854775808.0) return false;
   value = static_cast<std::int64_t>(number);
   return true;
 }
 
 template <class Record>
-bool read(const nlohmann::json& json, Record& value);
+bool read(const Value& json, Record& value);
 template <class Type>
-bool read(const nlohmann::json& json, std::shared_ptr<Type>& value);
+bool read(const Value& json, std::shared_ptr<Type>& value);
 template <class Type>
-bool read(const nlohmann::json& json, std::vector<Type>& values);
+bool read(const Value& json, std::vector<Type>& values);
 
 template <class Type>
-bool read(const nlohmann::json& json, std::vector<Type>& values) {
-  if (!json.is_array()) return false;
-  values.reserve(json.size());
-  for (const auto& element : json) {
-    if (element.is_null() || !read(element, values.emplace_back())) return false;
+bool read(const Value& json, std::vector<Type>& values) {
+  const auto* list = json.asList();
+  if (!list) return false;
+  values.reserve(list->size());
+  for (const Value& element : *list) {
+    if (element.isNull() || !read(element, values.emplace_back())) return false;
   }
   return true;
 }
 
 template <class Type>
-bool read(const nlohmann::json& json, std::optional<Type>& value) {
+bool read(const Value& json, std::optional<Type>& value) {
   return read(json, value.emplace());
 }
 
 template <class Type>
-bool read(const nlohmann::json& json, std::shared_ptr<Type>& value) {
+bool read(const Value& json, std::shared_ptr<Type>& value) {
   value = std::make_shared<Type>();
   return read(json, *value);
 }
 
 template <class Record, class Member>
-bool readField(const nlohmann::json& object, Record& record,
-               const RecordField<Record, Member>& field) {
+bool readField(const Value::Map& object, Record& record, const RecordField<Record, Member>& field) {
   const auto found = object.find(field.key);
-  if (found == object.end() || found->is_null()) return isOptional<Member>;
-  return read(*found, record.*field.member);
+  if (found == object.end() || found->second.isNull()) return isOptional<Member>;
+  return read(found->second, record.*field.member);
 }
 
 template <class Record>
-bool read(const nlohmann::json& json, Record& value) {
-  if (!json.is_object()) return false;
-  return std::apply([&](const auto&... fields) { return (readField(json, value, fields) && ...); },
-                    RecordFields<Record>::fields);
+bool read(const Value& json, Record& value) {
+  const auto* object = json.asMap();
+  if (!object) return false;
+  return std::apply(
+      [&](const auto&... fields) { return (readField(*object, value, fields) && ...); },
+      RecordFields<Record>::fields);
 }
 
-inline nlohmann::json write(const std::string& value) {
+inline Value write(const std::string& value) {
   return value;
 }
-inline nlohmann::json write(bool value) {
+inline Value write(bool value) {
   return value;
 }
-inline nlohmann::json write(double value) {
+inline Value write(double value) {
   return value;
 }
-inline nlohmann::json write(std::int64_t value) {
+inline Value write(std::int64_t value) {
   return value;
 }
 
 template <class Record>
-nlohmann::json write(const Record& value);
+Value write(const Record& value);
 template <class Type>
-nlohmann::json write(const std::vector<Type>& values);
+Value write(const std::vector<Type>& values);
 
 template <class Type>
-nlohmann::json write(const std::shared_ptr<Type>& value) {
+Value write(const std::shared_ptr<Type>& value) {
   return write(*value);
 }
 
 template <class Type>
-nlohmann::json write(const std::optional<Type>& value) {
+Value write(const std::optional<Type>& value) {
   return write(*value);
 }
 
 template <class Type>
-nlohmann::json write(const std::vector<Type>& values) {
-  auto array = nlohmann::json::array();
-  for (const auto& element : values) array.push_back(write(element));
-  return array;
+Value write(const std::vector<Type>& values) {
+  Value::List list;
+  for (const auto& element : values) list.push_back(write(element));
+  return list;
 }
 
 template <class Record, class Member>
-void writeField(nlohmann::json& object, const Record& record,
+void writeField(Value::Map& object, const Record& record,
                 const RecordField<Record, Member>& field) {
   const Member& value = record.*field.member;
   if constexpr (isOptional<Member>) {
     if (!value) return;
   }
-  object[field.key] = write(value);
+  object.emplace(field.key, write(value));
 }
 
 template <class Record>
-nlohmann::json write(const Record& value) {
-  auto object = nlohmann::json::object();
+Value write(const Record& value) {
+  Value::Map object;
   std::apply([&](const auto&... fields) { (writeField(object, value, fields), ...); },
              RecordFields<Record>::fields);
   return object;
@@ -187,24 +184,18 @@ nlohmann::json write(const Record& value) {
 
 }  // namespace record
 
-/// The record that `json` holds, or null.
-template <class Record>
-std::shared_ptr<Record> decode(const nlohmann::json& json) {
-  auto decoded = std::make_shared<Record>();
-  return record::read(json, *decoded) ? decoded : nullptr;
-}
-
 /// The record that the JSON text holds, or null; text that is no JSON or no UTF-8 gives null too.
 template <class Record>
 std::shared_ptr<Record> decode(std::string_view text) {
-  const auto json = nlohmann::json::parse(text, nullptr, /*allow_exceptions=*/false);
-  return json.is_discarded() ? nullptr : decode<Record>(json);
+  const auto json = valueFromJson(text);
+  auto decoded = json ? std::make_shared<Record>() : nullptr;
+  return decoded && record::read(*json, *decoded) ? decoded : nullptr;
 }
 
-/// The JSON object that `value` makes.
+/// The record as compact JSON. Bytes that are no UTF-8 become U+FFFD.
 template <class Record>
-nlohmann::json encode(const Record& value) {
-  return record::write(value);
+std::string encode(const Record& value) {
+  return jsonFromValue(record::write(value));
 }
 
 }  // namespace kifo

@@ -29,8 +29,7 @@ struct Trigger {
 
 template <class Record>
 std::string description(const std::shared_ptr<Record>& record) {
-  if (!record) return "none";
-  return encode(*record).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  return record ? encode(*record) : "none";
 }
 
 std::vector<std::string> imageUrls(const AppCommunicationItem& item) {

@@ -56,7 +56,7 @@ std::shared_ptr<AppCommunication> campaigns() {
                      {"choices", {{{"id", "a"}, {"text", "One"}}, {{"id", "b"}, {"text", "Two"}}}},
                      {"submitButton", {{"id", "s"}, {"text", "Send"}}}});
   }
-  return decode<AppCommunication>(nlohmann::json{{"model", model}});
+  return decode<AppCommunication>(nlohmann::json{{"model", model}}.dump());
 }
 
 /// From the event to the last campaign that it names, over the main queue and back.

@@ -8,12 +8,12 @@
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <system_error>
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/ports/Mutex.h"
 #include "platform/linux/Directories.h"
 
@@ -22,18 +22,12 @@ namespace {
 
 constexpr std::string_view LOG_TAG = "Kifo UserDefaults:";
 
-using nlohmann::json;
-
 constexpr std::size_t kLargestFile = 8u << 20;
 constexpr auto kBytes = "bytes";  // a text that is no UTF-8, as hexadecimal digits: {"bytes": "ff"}
 
+/// JSON keeps a text only when it is UTF-8.
 bool isUtf8(const std::string& text) {
-  try {
-    static_cast<void>(json(text).dump());
-    return true;
-  } catch (const json::type_error&) {
-    return false;
-  }
+  return valueFromJson(jsonFromValue(Value(text))) == Value(text);
 }
 
 std::string hexadecimal(const std::string& bytes) {
@@ -55,35 +49,33 @@ std::string fromHexadecimal(const std::string& digits) {
 }
 
 struct ToJson {
-  json operator()(const std::string& text) const {
-    return isUtf8(text) ? json(text) : json{{kBytes, hexadecimal(text)}};
+  Value operator()(const std::string& text) const {
+    return isUtf8(text) ? Value(text) : Value{{kBytes, hexadecimal(text)}};
   }
-  json operator()(auto value) const { return value; }
+  Value operator()(auto value) const { return value; }
 };
 
-std::optional<DefaultsValue> fromJson(const json& value) {
-  if (value.is_boolean()) return value.get<bool>();
-  if (value.is_number_float() || value.is_number_unsigned()) {
-    const auto whole = value.is_number_float() ? 0 : value.get<std::uint64_t>();
-    if (value.is_number_float() || whole > INT64_MAX) return value.get<double>();
-  }
-  if (value.is_number_integer()) return value.get<std::int64_t>();
-  if (value.is_string()) return value.get<std::string>();
-  if (value.is_object() && value.contains(kBytes) && value[kBytes].is_string()) {
-    return fromHexadecimal(value[kBytes].get<std::string>());
-  }
+std::optional<DefaultsValue> fromJson(const Value& value) {
+  if (const auto flag = value.asBoolean()) return *flag;
+  if (const auto whole = value.asInteger()) return *whole;
+  if (const auto number = value.asNumber()) return *number;
+  if (const auto* text = value.asText()) return *text;
+  if (const auto* digits = value[kBytes].asText()) return fromHexadecimal(*digits);
   return std::nullopt;
 }
 
+/// One member a line.
 std::string textOf(const DefaultsFile::Values& values) {
-  json object = json::object();
+  std::string text = "{";
   for (const auto& [key, value] : values) {
     // JSON has no such numbers: they last as long as the process.
     if (const auto* number = std::get_if<double>(&value); number && !std::isfinite(*number))
       continue;
-    if (isUtf8(key)) object[key] = std::visit(ToJson{}, value);
+    if (!isUtf8(key)) continue;
+    text += text.size() == 1 ? "\n " : ",\n ";
+    text += jsonFromValue(Value(key)) + ": " + jsonFromValue(std::visit(ToJson{}, value));
   }
-  return object.dump(1) + "\n";
+  return text + (text.size() == 1 ? "}\n" : "\n}\n");
 }
 
 /// Opens a file of mode 0600, whatever the umask and whoever made it.
@@ -141,9 +133,10 @@ DefaultsFile::State DefaultsFile::read(Values& values) const {
   if (error == ENOENT || error == ENOTDIR) return State::sound;
   if (error == EACCES || error == EISDIR || error == EFBIG) return State::corrupt;
   if (!text) return State::failed;
-  const json object = json::parse(*text, nullptr, false);
-  if (!object.is_object()) return State::corrupt;
-  for (const auto& [key, value] : object.items()) {
+  const auto json = valueFromJson(*text);
+  const auto* object = json ? json->asMap() : nullptr;
+  if (!object) return State::corrupt;
+  for (const auto& [key, value] : *object) {
     if (auto known = fromJson(value)) values.emplace(key, std::move(*known));
   }
   return State::sound;

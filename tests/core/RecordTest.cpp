@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 
@@ -28,7 +30,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Record, WhatIsSetIsWrittenBackAndANullCountsAsAbsent) {
   const auto roundTrip = [](const char* text) {
-    return encode(*decode<AppCommunication>(std::string_view(text)));
+    return nlohmann::json::parse(encode(*decode<AppCommunication>(text)));
   };
   EXPECT_EQ(roundTrip(R"({"model": null, "blockedEvents": [{"name": "login"}, {}],
                           "configuration": {"id": null, "stopAllEvents": true}})"),

@@ -27,7 +27,7 @@ class PopupGateTest : public ::testing::Test {
     nlohmann::json json{{"type", "OPEN_ENDED"}, {"uuid", uuid}, {"maxShowCount", 2}};
     json.merge_patch(more);
     manager_.showNotificationOpenEndedPopUpWindow(screen, "Home",
-                                                  decode<AppCommunicationItem>(json), {});
+                                                  decode<AppCommunicationItem>(json.dump()), {});
   }
   void due(const std::string& uuid) { due(uuid, screen_); }
 

@@ -37,7 +37,7 @@ std::vector<Campaign> campaigns(const FakePlatform& fake) {
   PopupManager manager(std::make_shared<RecordingReporter>());
   std::vector<Campaign> all;
   for (const auto& [name, answer] : sampleAnswers()) {
-    const auto item = decode<AppCommunicationItem>(answer["model"][0]);
+    const auto item = decode<AppCommunicationItem>(answer["model"][0].dump());
     (manager.*kShows.at(*item->type))(screen, "home", item, {});
     const auto shown = fake.popups->take();
     EXPECT_EQ(shown.size(), 1u) << name;

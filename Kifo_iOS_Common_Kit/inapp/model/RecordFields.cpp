@@ -2,8 +2,6 @@
 
 #include <array>
 
-#include <nlohmann/json.hpp>
-
 namespace kifo {
 namespace {
 
@@ -19,18 +17,17 @@ std::string_view rawValue(SelectedOperator value) {
   return kRawValues[static_cast<std::size_t>(value)];
 }
 
-bool read(const nlohmann::json& json, SelectedOperator& value) {
-  if (!json.is_string()) return false;
-  const auto& text = json.get_ref<const std::string&>();
+bool read(const Value& json, SelectedOperator& value) {
+  const std::string* text = json.asText();
   for (std::size_t ordinal = 0; ordinal < kRawValues.size(); ++ordinal) {
-    if (kRawValues[ordinal] != text) continue;
+    if (!text || kRawValues[ordinal] != *text) continue;
     value = static_cast<SelectedOperator>(ordinal);
     return true;
   }
   return false;
 }
 
-nlohmann::json write(SelectedOperator value) {
+Value write(SelectedOperator value) {
   return std::string(rawValue(value));
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "Kifo_iOS_Common_Kit/core/Record.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 
@@ -9,8 +7,8 @@
 namespace kifo {
 
 /// Any text but the six raw values does not decode, and with it the whole answer.
-bool read(const nlohmann::json& json, SelectedOperator& value);
-nlohmann::json write(SelectedOperator value);
+bool read(const Value& json, SelectedOperator& value);
+Value write(SelectedOperator value);
 
 template <>
 struct RecordFields<AppCommunicationItemAction> {

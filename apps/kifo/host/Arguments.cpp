@@ -55,7 +55,8 @@ std::optional<double> Arguments::optionalNumber(const std::string& label) {
 std::int64_t Arguments::integer(const std::string& label, std::int64_t least, std::int64_t most) {
   std::int64_t value = 0;
   const auto& json = required(label, &nlohmann::json::is_number, "a number");
-  if (!record::read(json, value) || value < least || value > most) {
+  if (!record::read(valueFromJson(json.dump()).value_or(Value()), value) || value < least ||
+      value > most) {
     throw BadLine("\"" + label + "\" must be a whole number from " + std::to_string(least) +
                   " to " + std::to_string(most));
   }

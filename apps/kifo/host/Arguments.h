@@ -61,7 +61,7 @@ class Arguments {
   std::shared_ptr<Record> record(const std::string& label) {
     const nlohmann::json json = any(label);
     if (json.is_null()) return nullptr;
-    auto decoded = decode<Record>(json);
+    auto decoded = decode<Record>(json.dump());
     if (!decoded) throw BadLine("\"" + label + "\" does not decode");
     return decoded;
   }

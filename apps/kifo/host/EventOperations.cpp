@@ -40,7 +40,7 @@ Screen screenIn(Arguments& arguments, Host& host) {
 
 template <class Record>
 nlohmann::json json(const std::shared_ptr<Record>& record) {
-  return record ? encode(*record) : nlohmann::json();
+  return record ? nlohmann::json::parse(encode(*record)) : nlohmann::json();
 }
 
 Events::ButtonAction buttonCallback(Arguments& arguments, Host& host) {

@@ -59,8 +59,8 @@ Output::Line line(const NotificationContent& content) {
 
 NotificationManager::ActionCallback actionCallback(const std::shared_ptr<Output>& output) {
   return [output](std::shared_ptr<AppCommunicationItemAction> action) {
-    output->line(
-        {{"callback", "actionCallback"}, {"action", action ? encode(*action) : nlohmann::json()}});
+    const std::string text = action ? encode(*action) : "null";
+    output->line({{"callback", "actionCallback"}, {"action", Output::Line::parse(text)}});
   };
 }
 

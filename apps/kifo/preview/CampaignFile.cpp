@@ -41,7 +41,7 @@ nlohmann::json parsed(const std::string& text) {
 
 template <class Record>
 std::shared_ptr<Record> decoded(const nlohmann::json& json) {
-  if (auto record = decode<Record>(json)) return record;
+  if (auto record = decode<Record>(json.dump())) return record;
   const auto problem = problemIn<Record>(json);
   throw NoCampaigns("it cannot be decoded: " + problem.value_or("it is not what a server sends"));
 }

@@ -42,15 +42,15 @@ std::string mustBe(const std::string& path, const char* wanted, const nlohmann::
 template <class Type>
 std::optional<std::string> problemIn(const nlohmann::json& json, const std::string& path = {});
 
-template <class Record, class Value>
+template <class Record, class Member>
 void checkField(const nlohmann::json& object, const std::string& path,
-                const RecordField<Record, Value>& field, std::optional<std::string>& problem) {
+                const RecordField<Record, Member>& field, std::optional<std::string>& problem) {
   if (problem) return;
   const std::string name = path.empty() ? field.key : path + "." + field.key;
   const auto found = object.find(field.key);
   if (found != object.end() && !found->is_null()) {
-    problem = problemIn<Value>(*found, name);
-  } else if (!record::isOptional<Value>) {
+    problem = problemIn<Member>(*found, name);
+  } else if (!record::isOptional<Member>) {
     problem = name + " is missing";
   }
 }
@@ -89,7 +89,7 @@ std::optional<std::string> problemIn(const nlohmann::json& json, const std::stri
   } else {
     using record::read;  // Some types bring a reading of their own.
     Type value{};
-    if (read(json, value)) return std::nullopt;
+    if (read(valueFromJson(json.dump()).value_or(Value()), value)) return std::nullopt;
     return mustBe(path, wantedWord<Type>(), json);
   }
 }

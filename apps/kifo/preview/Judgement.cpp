@@ -25,7 +25,7 @@ std::string answerWith(AppCommunicationItem campaign) {
   campaign.triggeringEventName = kEvent;
   AppCommunication answer;
   answer.model.emplace({std::make_shared<AppCommunicationItem>(std::move(campaign))});
-  return encode(answer).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  return encode(answer);
 }
 
 /// Runs one session of the SDK in which the server has this campaign and its event is sent.
