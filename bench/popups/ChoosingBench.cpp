@@ -4,6 +4,7 @@
 #include <chrono>
 #include <filesystem>
 #include <future>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
