@@ -10,8 +10,6 @@ Item {
     width: popup.width
     height: popup.height
     y: -popup.lift
-    opacity: popup.fade
-    layer.enabled: popup.fade > 0 && popup.fade < 1
 
     Accessible.role: Accessible.Dialog
     Accessible.name: popup.name
@@ -40,208 +38,227 @@ Item {
         Accessible.onToggleAction: press()
     }
 
-    PopupPiece {
-        part: PopupPiece.Shadow
-    }
+    // What fades as one. The layer holds no more of the window than the popup takes up.
+    Item {
+        id: layered
 
-    PopupPiece {
-        id: panel
+        x: view.popup.extent.x
+        y: view.popup.extent.y
+        width: view.popup.extent.width
+        height: view.popup.extent.height
+        opacity: view.popup.fade
+        layer.enabled: view.popup.fade > 0 && view.popup.fade < 1
 
-        part: PopupPiece.Panel
+        Item {
+            x: -layered.x
+            y: -layered.y
+            width: view.width
+            height: view.height
 
-        PopupControl {
-            objectName: "popupView"
-            part: PopupPiece.Body
-            Accessible.ignored: !view.popup.isPressable
-            Accessible.role: Accessible.Link
-            Accessible.name: label
-            Accessible.focusable: true
-            Accessible.onPressAction: press()
-        }
+            PopupPiece {
+                part: PopupPiece.Shadow
+            }
 
-        PopupScroll {
-            objectName: "panelScroll"
-            part: PopupPiece.PanelScroll
+            PopupPiece {
+                id: panel
 
-            Item {
-                id: content
+                part: PopupPiece.Panel
 
-                objectName: "contentView"
-                width: parent.width
-                height: (parent as PopupScroll).contentHeight
-                y: -(parent as PopupScroll).contentY
-
-                Label {
-                    objectName: "popupTitle"
-                    part: PopupPiece.Title
-                }
-                PopupPiece {
-                    objectName: "popupImageView"
-                    part: PopupPiece.Picture
-                    Accessible.role: Accessible.Graphic
-                    Accessible.name: label
-                }
-                PopupCarousel {
-                    objectName: "popupImageViewList"
-                    part: PopupPiece.Carousel
-                    clip: true
-                    Accessible.role: Accessible.Graphic
+                PopupControl {
+                    objectName: "popupView"
+                    part: PopupPiece.Body
+                    Accessible.ignored: !view.popup.isPressable
+                    Accessible.role: Accessible.Link
                     Accessible.name: label
                     Accessible.focusable: true
+                    Accessible.onPressAction: press()
                 }
-                PopupPiece {
-                    objectName: "pageIndicator"
-                    part: PopupPiece.Pages
-                    Accessible.role: Accessible.Indicator
-                    Accessible.name: label
-                }
-                Label {
-                    objectName: "popupDescription"
-                    part: PopupPiece.Description
-                }
-                Label {
-                    objectName: "couponLabel"
-                    part: PopupPiece.Coupon
-                }
-                Button {
-                    objectName: "copyButton"
-                    part: PopupPiece.Copy
-                }
-                Label {
-                    objectName: "popupQuestion"
-                    part: PopupPiece.Question
-                }
+
                 PopupScroll {
-                    objectName: "buttonsTableview"
-                    part: PopupPiece.List
-                    Accessible.role: Accessible.Grouping
-                    Accessible.name: label
+                    objectName: "panelScroll"
+                    part: PopupPiece.PanelScroll
 
                     Item {
+                        id: content
+
+                        objectName: "contentView"
                         width: parent.width
                         height: (parent as PopupScroll).contentHeight
                         y: -(parent as PopupScroll).contentY
 
-                        Repeater {
-                            model: view.popup.hasList ? view.popup.rows : 0
-
-                            Option {
-                                required property int index
-
-                                objectName: isOption ? "selectButton" : "titleLbl"
-                                part: PopupPiece.ListRow
-                                row: index
-                            }
+                        Label {
+                            objectName: "popupTitle"
+                            part: PopupPiece.Title
                         }
-                    }
-                }
-                PopupPiece {
-                    part: PopupPiece.ListEdges
-                }
-                PopupPiece {
-                    objectName: "emojiCollectionView"
-                    part: PopupPiece.Emojis
-                    Accessible.role: Accessible.Grouping
-                    Accessible.name: label
-
-                    Repeater {
-                        model: view.popup.hasList ? 0 : view.popup.rows
-
-                        Option {
-                            required property int index
-
-                            objectName: "emojiButton"
-                            part: PopupPiece.Emoji
-                            row: index
+                        PopupPiece {
+                            objectName: "popupImageView"
+                            part: PopupPiece.Picture
+                            Accessible.role: Accessible.Graphic
+                            Accessible.name: label
                         }
-                    }
-                }
-                Label {
-                    objectName: "scoreValueLabel"
-                    part: PopupPiece.Score
-                }
-                Label {
-                    objectName: "sliderMinLabel"
-                    part: PopupPiece.Minimum
-                }
-                Label {
-                    objectName: "sliderMaksLabel"
-                    part: PopupPiece.Maximum
-                }
-                PopupSlider {
-                    objectName: "slider"
-                    part: PopupPiece.Slider
-                    Accessible.role: Accessible.Slider
-                    Accessible.name: label
-                    Accessible.focusable: true
-                }
-                PopupPiece {
-                    objectName: "fieldView"
-                    part: PopupPiece.FieldView
-                    clip: true
-
-                    Label {
-                        objectName: "textFieldLabel"
-                        part: PopupPiece.FieldLabel
-                    }
-                    PopupPiece {
-                        id: frame
-
-                        part: PopupPiece.Field
-
-                        TextInput {
-                            id: field
-
-                            activeFocusOnTab: true
-
-                            objectName: "textField"
-                            anchors.fill: parent
-                            leftPadding: 10
-                            rightPadding: 10
+                        PopupCarousel {
+                            objectName: "popupImageViewList"
+                            part: PopupPiece.Carousel
                             clip: true
-                            verticalAlignment: TextInput.AlignVCenter
-                            font: view.popup.fieldFont
-                            color: view.popup.fieldColor
-                            selectionColor: view.popup.selectionColor
-                            selectedTextColor: view.popup.selectedColor
-                            selectByMouse: true
-                            validator: view.popup.validator
-                            text: view.popup.freeText
-                            onTextChanged: view.popup.freeText = text
-                            onActiveFocusChanged: frame.update()
-                            Keys.onReturnPressed: view.popup.fieldDone()
-                            Keys.onEnterPressed: view.popup.fieldDone()
-                            Accessible.role: Accessible.EditableText
-                            Accessible.name: view.popup.fieldName
-                            Accessible.editable: true
+                            Accessible.role: Accessible.Graphic
+                            Accessible.name: label
                             Accessible.focusable: true
                         }
-                    }
-                    Label {
-                        objectName: "textFieldCountLabel"
-                        part: PopupPiece.Counter
+                        PopupPiece {
+                            objectName: "pageIndicator"
+                            part: PopupPiece.Pages
+                            Accessible.role: Accessible.Indicator
+                            Accessible.name: label
+                        }
+                        Label {
+                            objectName: "popupDescription"
+                            part: PopupPiece.Description
+                        }
+                        Label {
+                            objectName: "couponLabel"
+                            part: PopupPiece.Coupon
+                        }
+                        Button {
+                            objectName: "copyButton"
+                            part: PopupPiece.Copy
+                        }
+                        Label {
+                            objectName: "popupQuestion"
+                            part: PopupPiece.Question
+                        }
+                        PopupScroll {
+                            objectName: "buttonsTableview"
+                            part: PopupPiece.List
+                            Accessible.role: Accessible.Grouping
+                            Accessible.name: label
+
+                            Item {
+                                width: parent.width
+                                height: (parent as PopupScroll).contentHeight
+                                y: -(parent as PopupScroll).contentY
+
+                                Repeater {
+                                    model: view.popup.hasList ? view.popup.rows : 0
+
+                                    Option {
+                                        required property int index
+
+                                        objectName: isOption ? "selectButton" : "titleLbl"
+                                        part: PopupPiece.ListRow
+                                        row: index
+                                    }
+                                }
+                            }
+                        }
+                        PopupPiece {
+                            part: PopupPiece.ListEdges
+                        }
+                        PopupPiece {
+                            objectName: "emojiCollectionView"
+                            part: PopupPiece.Emojis
+                            Accessible.role: Accessible.Grouping
+                            Accessible.name: label
+
+                            Repeater {
+                                model: view.popup.hasList ? 0 : view.popup.rows
+
+                                Option {
+                                    required property int index
+
+                                    objectName: "emojiButton"
+                                    part: PopupPiece.Emoji
+                                    row: index
+                                }
+                            }
+                        }
+                        Label {
+                            objectName: "scoreValueLabel"
+                            part: PopupPiece.Score
+                        }
+                        Label {
+                            objectName: "sliderMinLabel"
+                            part: PopupPiece.Minimum
+                        }
+                        Label {
+                            objectName: "sliderMaksLabel"
+                            part: PopupPiece.Maximum
+                        }
+                        PopupSlider {
+                            objectName: "slider"
+                            part: PopupPiece.Slider
+                            Accessible.role: Accessible.Slider
+                            Accessible.name: label
+                            Accessible.focusable: true
+                        }
+                        PopupPiece {
+                            objectName: "fieldView"
+                            part: PopupPiece.FieldView
+                            clip: true
+
+                            Label {
+                                objectName: "textFieldLabel"
+                                part: PopupPiece.FieldLabel
+                            }
+                            PopupPiece {
+                                id: frame
+
+                                part: PopupPiece.Field
+
+                                TextInput {
+                                    id: field
+
+                                    activeFocusOnTab: true
+
+                                    objectName: "textField"
+                                    anchors.fill: parent
+                                    leftPadding: 10
+                                    rightPadding: 10
+                                    clip: true
+                                    verticalAlignment: TextInput.AlignVCenter
+                                    font: view.popup.fieldFont
+                                    color: view.popup.fieldColor
+                                    selectionColor: view.popup.selectionColor
+                                    selectedTextColor: view.popup.selectedColor
+                                    selectByMouse: true
+                                    validator: view.popup.validator
+                                    text: view.popup.freeText
+                                    onTextChanged: view.popup.freeText = text
+                                    onActiveFocusChanged: frame.update()
+                                    Keys.onReturnPressed: view.popup.fieldDone()
+                                    Keys.onEnterPressed: view.popup.fieldDone()
+                                    Accessible.role: Accessible.EditableText
+                                    Accessible.name: view.popup.fieldName
+                                    Accessible.editable: true
+                                    Accessible.focusable: true
+                                }
+                            }
+                            Label {
+                                objectName: "textFieldCountLabel"
+                                part: PopupPiece.Counter
+                            }
+                        }
+                        Label {
+                            objectName: "emojiText"
+                            part: PopupPiece.EmojiText
+                            z: 1
+                        }
                     }
                 }
-                Label {
-                    objectName: "emojiText"
-                    part: PopupPiece.EmojiText
-                    z: 1
+
+                PopupPiece {
+                    part: PopupPiece.PanelEdges
+                }
+                Button {
+                    objectName: "submitButton"
+                    parent: view.popup.isSubmitFixed ? panel : content
+                    part: PopupPiece.Submit
                 }
             }
-        }
 
-        PopupPiece {
-            part: PopupPiece.PanelEdges
+            Button {
+                objectName: "closeButton"
+                part: PopupPiece.Close
+            }
         }
-        Button {
-            objectName: "submitButton"
-            parent: view.popup.isSubmitFixed ? panel : content
-            part: PopupPiece.Submit
-        }
-    }
-
-    Button {
-        objectName: "closeButton"
-        part: PopupPiece.Close
     }
 }

@@ -129,6 +129,12 @@ void PopupParts::arrange(const PopupBand& band, double openness) {
   }
 }
 
+QRectF PopupParts::extent() const {
+  const PopupBox& panel = place_.panel;
+  return QRectF(panel.x, panel.y, panel.width, panel.height)
+      .adjusted(-surround, -surround, surround, surround);
+}
+
 int PopupParts::rowHeight(int row, int width) const {
   const Row& each = rows_[static_cast<std::size_t>(row)];
   const int needed =

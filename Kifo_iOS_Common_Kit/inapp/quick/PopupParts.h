@@ -24,6 +24,10 @@ namespace kifo {
 /// **Ownership:** belongs to its popup, which owns the state too.
 class PopupParts : public PopupMeasures {
  public:
+  /// What the popup takes up around its panel: the shadow, and above it the close button with the
+  /// frame of the focus.
+  static constexpr double surround = 56;
+
   /// A row of the list, or an emoji.
   struct Row {
     Row(const PopupTheme& theme, const OptionText& option, PopupState::Button choice, int row,
@@ -46,6 +50,8 @@ class PopupParts : public PopupMeasures {
   [[nodiscard]] const PopupContent& content() const { return content_; }
   [[nodiscard]] const PopupBoxes& boxes() const { return boxes_; }
   [[nodiscard]] const PanelPlace& place() const { return place_; }
+  /// The part of the window that the popup takes up.
+  [[nodiscard]] QRectF extent() const;
   [[nodiscard]] std::deque<Row>& rows() { return rows_; }
   [[nodiscard]] bool isMirrored() const { return isMirrored_; }
   [[nodiscard]] ButtonLook& submitLook() { return submit_; }

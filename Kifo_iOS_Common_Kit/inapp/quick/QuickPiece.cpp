@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickPictures.h"
-#include "Kifo_iOS_Common_Kit/inapp/views/looks/PanelShadow.h"
 
 namespace kifo {
 namespace {
@@ -105,10 +104,8 @@ QRectF QuickPiece::box() const {
   const PopupParts& p = parts();
   const PanelPlace& place = p.place();
   switch (part_) {
-    case Shadow: {
-      constexpr double kReach = 2.0 * PanelShadow::reach;
-      return rect(place.panel).adjusted(-kReach, -kReach, kReach, kReach);
-    }
+    case Shadow:
+      return p.extent();
     case Panel:
       return rect(place.panel);
     case Body:

@@ -24,8 +24,8 @@ void QuickPiece::paint(QPainter* painter) {
   const QRectF bounds = boundingRect();
   switch (part_) {
     case Shadow: {
-      constexpr double kReach = 2.0 * PanelShadow::reach;
-      return PanelShadow::paint(*painter, bounds.adjusted(kReach, kReach, -kReach, -kReach),
+      constexpr double around = PopupParts::surround;
+      return PanelShadow::paint(*painter, bounds.adjusted(around, around, -around, -around),
                                 kPanelCorner);
     }
     case Panel:

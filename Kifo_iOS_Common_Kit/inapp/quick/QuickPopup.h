@@ -45,6 +45,7 @@ class QuickPopup : public kifo::QuickOverlay {
   Q_PROPERTY(QString details READ details NOTIFY remade)
   Q_PROPERTY(double fade READ fade NOTIFY fadeChanged)
   Q_PROPERTY(double lift READ lift NOTIFY laidOut)
+  Q_PROPERTY(QRectF extent READ extent NOTIFY laidOut)
   Q_PROPERTY(int rows READ rows NOTIFY remade)
   Q_PROPERTY(bool hasList READ hasList CONSTANT)
   Q_PROPERTY(bool isPlain READ isPlain CONSTANT)
@@ -75,6 +76,7 @@ class QuickPopup : public kifo::QuickOverlay {
   [[nodiscard]] QString details() const { return parts_->content().details; }
   [[nodiscard]] double fade() const;
   [[nodiscard]] double lift() const;
+  [[nodiscard]] QRectF extent() const { return parts_->extent(); }
   [[nodiscard]] int rows() const { return static_cast<int>(parts_->rows().size()); }
   [[nodiscard]] bool hasList() const { return parts_->has(PopupPiece::list); }
   [[nodiscard]] bool isPlain() const { return state_.popupType == PopupType::popup; }
