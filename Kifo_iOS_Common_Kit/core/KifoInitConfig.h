@@ -11,8 +11,8 @@ namespace kifo {
 
 /// The host application as the system names it.
 struct Bundle {
-  std::optional<std::string>
-      bundleIdentifier;  ///< Such as "com.example.shop"; without it initialisation fails.
+  /// Such as "com.example.shop"; without it initialisation fails.
+  std::optional<std::string> bundleIdentifier;
 };
 
 /// What `Kifo::initialize` wants to know. All fields may be set after construction too:

@@ -51,8 +51,8 @@ struct KIFO_EXPORT Platform {
   std::shared_ptr<Inspector> inspector;
   std::shared_ptr<StoreFiles> storeFiles;  ///< Null: the disk.
   std::string documentsDirectory;          ///< Of "KifoLog.db". Created when first needed.
-  std::string
-      temporaryDirectory;  ///< Of images that notifications show. Created when first needed.
+  /// Of images that notifications show. Created when first needed.
+  std::string temporaryDirectory;
 
   /// The services in force. Makes the system's default on first use and again after a shutdown.
   static std::shared_ptr<const Platform> current();

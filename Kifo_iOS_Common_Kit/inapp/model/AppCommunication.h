@@ -19,8 +19,8 @@ struct BlockedEvents {
 struct Configuration {
   std::optional<std::string> id;
   bool stopAllEvents = false;  ///< Required: without it the whole answer does not decode.
-  std::optional<std::int64_t>
-      offlineQueueSize;  ///< How many never-tried requests may be stored; absent counts as 0.
+  /// How many never-tried requests may be stored; absent counts as 0.
+  std::optional<std::int64_t> offlineQueueSize;
 };
 
 /// The server's in-app answer.

@@ -130,21 +130,21 @@ struct AppCommunicationItem {
   std::shared_ptr<AppCommunicationItemHeader> header;
   std::shared_ptr<AppCommunicationItemText> text;
   std::optional<std::string> image;  ///< URL.
-  std::shared_ptr<AppCommunicationItemAction>
-      action;  ///< What a touch of the popup's body leads to.
+  /// What a touch of the popup's body leads to.
+  std::shared_ptr<AppCommunicationItemAction> action;
   std::shared_ptr<AppCommunicationItemButton> submitButton;
-  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>>
-      buttons;  ///< Of a plain popup.
-  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>>
-      choices;                               ///< Of a survey.
+  /// Of a plain popup.
+  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>> buttons;
+  /// Of a survey.
+  std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>> choices;
   std::optional<std::int64_t> maxShowCount;  ///< How often it may be shown on this device.
   std::optional<std::string> applicationName;
   std::optional<std::string> scenario;
   std::optional<std::string> bgColor;  ///< Hex text.
   std::shared_ptr<AppCommunicationItemQuestion> question;
   std::optional<std::vector<std::shared_ptr<AppCommunicationItemButton>>> emojiList;
-  std::optional<std::vector<std::shared_ptr<AppCommunicationItemImage>>>
-      images;  ///< Of a carousel.
+  /// Of a carousel.
+  std::optional<std::vector<std::shared_ptr<AppCommunicationItemImage>>> images;
   std::optional<bool> sliderSupport;
   std::optional<std::string> businessCategory;
   std::optional<std::int64_t> minScore;
@@ -153,8 +153,8 @@ struct AppCommunicationItem {
   std::optional<bool> selectionCheckBox;  ///< Whether `selection` counts.
   std::optional<Selection> selection;
   std::optional<DefaultFreeText> defaultFreeText;
-  std::optional<bool>
-      defaultFreeTextCheckBox;  ///< False: only choices that ask for it show the free-text field.
+  /// False: only choices that ask for it show the free-text field.
+  std::optional<bool> defaultFreeTextCheckBox;
   std::optional<Interval> interval;
   std::optional<Coupon> coupon;
 };

@@ -40,8 +40,8 @@ struct KIFO_SHARED PopupState {
   std::optional<std::string> pageName;       ///< Goes with every report.
   /// As the close path reads it. This field and its spelling are kept for compatibility.
   std::shared_ptr<AppCommunicationItem> appCommuncationItem;
-  std::shared_ptr<AppCommunicationItem>
-      appCommunicationItem;  ///< As submit and body touch read it.
+  /// As submit and body touch read it.
+  std::shared_ptr<AppCommunicationItem> appCommunicationItem;
   PopupRequest::ButtonCallback actionItem;
   PopupRequest::ButtonCallback submitButtonItem;
   PopupRequest::ButtonCallback actionBodyItem;

@@ -26,13 +26,13 @@ enum class ActivityIndicatorStyle { whiteLarge = 0, white = 1, gray = 2 };
 struct KIFO_EXPORT KifoAppearance {
   double kDefaultShadowOpacity = 0.7;  ///< Of the black that dims the window, 0 to 1.
   double kCircleTopPosition = 0;  ///< How far below the card's upper edge the circle's centre lies.
-  double kCircleBackgroundTopPosition =
-      6;                          ///< How far the disc behind the circle reaches beyond it.
+  /// How far the disc behind the circle reaches beyond it.
+  double kCircleBackgroundTopPosition = 6;
   double kCircleHeight = 56;      ///< The circle's diameter.
   double kCircleIconHeight = 20;  ///< The side of the icon inside it.
   double kTitleHeight = 25;       ///< The least height of the title.
-  double kTitleMinimumScaleFactor =
-      1.0;                     ///< How small a long title may shrink before it wraps, 0 to 1.
+  /// How small a long title may shrink before it wraps, 0 to 1.
+  double kTitleMinimumScaleFactor = 1.0;
   double kWindowWidth = 240;   ///< The card's least width, if the window has it.
   double kWindowHeight = 178;  ///< The least height of the card.
   double kTextHeight = 90;     ///< A text higher than this makes the card wider, up to 400.
@@ -48,10 +48,10 @@ struct KIFO_EXPORT KifoAppearance {
   QFont kTitleFont = systemFont(20);
   QFont kTextFont = systemFont(14);
   QFont kButtonFont = systemFont(14, QFont::Bold);
-  bool disableTapGesture =
-      false;  ///< Taps beside the controls then do nothing: no keyboard put away, no closing.
-  bool showCloseButton =
-      true;  ///< Whether the alert offers a way to close it besides the host's buttons.
+  /// Taps beside the controls then do nothing: no keyboard put away, no closing.
+  bool disableTapGesture = false;
+  /// Whether the alert offers a way to close it besides the host's buttons.
+  bool showCloseButton = true;
   bool showCircularIcon = true;   ///< Whether there is a circle at all.
   bool shouldAutoDismiss = true;  ///< Whether the press of a button closes the alert.
   double contentViewCornerRadius = 5;
@@ -59,8 +59,8 @@ struct KIFO_EXPORT KifoAppearance {
   double buttonCornerRadius = 3;
   bool dynamicAnimatorActive = false;  ///< The card comes on a spring and snaps into its place.
   KifoAlertButtonLayout buttonsLayout = KifoAlertButtonLayout::vertical;
-  Qt::Alignment textViewAlignment =
-      Qt::AlignHCenter;  ///< Of the text; left and right are leading and trailing.
+  /// Of the text; left and right are leading and trailing.
+  Qt::Alignment textViewAlignment = Qt::AlignHCenter;
   bool hideWhenBackgroundViewIsTapped = false;
   ActivityIndicatorStyle activityIndicatorStyle = ActivityIndicatorStyle::white;
 
