@@ -1,5 +1,4 @@
 // Runs the tests that need no Qt.
-#include <gmock/gmock.h>
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 

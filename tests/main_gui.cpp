@@ -1,6 +1,5 @@
 // Runs the tests that need a QGuiApplication, on Qt's offscreen platform unless the caller chose
 // one.
-#include <gmock/gmock.h>
 
 #include <QGuiApplication>
 

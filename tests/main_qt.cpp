@@ -1,5 +1,4 @@
 // Runs the tests that need a QApplication, on Qt's offscreen platform unless the caller chose one.
-#include <gmock/gmock.h>
 
 #include <QApplication>
 

@@ -1,7 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertAnimator.h"
 
-#include <gmock/gmock.h>
-
 #include <QSignalSpy>
 
 namespace kifo {

@@ -7,8 +7,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-
 constexpr double kHour = 3600;
 
 TEST(KifoPopupTimeoutClockTest, OnlyAPositiveTimeIsATimeOut) {

@@ -5,19 +5,15 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-
 template <class Toolkit>
 class AlertKeyboardTest : public AlertFixture<Toolkit> {};
 TYPED_TEST_SUITE(AlertKeyboardTest, AlertToolkits);
 
 TYPED_TEST(AlertKeyboardTest, EscapeClosesWhereTheUserIsOfferedAWayOut) {
-  KifoAppearance tappable;
-  tappable.hideWhenBackgroundViewIsTapped = true;
-  KifoAppearance untappable = tappable;
-  untappable.disableTapGesture = true;
-  KifoAppearance closed;
-  closed.showCloseButton = false;
+  const KifoAppearance tappable{.hideWhenBackgroundViewIsTapped = true};
+  const KifoAppearance untappable{.disableTapGesture = true,
+                                  .hideWhenBackgroundViewIsTapped = true};
+  const KifoAppearance closed{.showCloseButton = false};
   struct Case {
     KifoAppearance appearance;
     bool hasButton;

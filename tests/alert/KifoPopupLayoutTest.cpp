@@ -5,9 +5,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::Each;
-using ::testing::Ge;
-
 template <class Toolkit>
 class AlertLayoutTest : public AlertFixture<Toolkit> {
  protected:
@@ -84,9 +81,7 @@ TYPED_TEST(AlertLayoutTest, ALongTextMakesTheCardWiderUpToALimit) {
 }
 
 TYPED_TEST(AlertLayoutTest, ButtonsStandInARowWhereItFitsAndInAColumnWhereItDoesNot) {
-  KifoAppearance appearance;
-  appearance.buttonsLayout = KifoAlertButtonLayout::horizontal;
-  const auto alert = this->makeAlert(appearance);
+  const auto alert = this->makeAlert({.buttonsLayout = KifoAlertButtonLayout::horizontal});
   const QString post = "Send it to me by post";
   const QString away = "Throw it away";
   alert->addButton(post, [] {});
@@ -172,11 +167,9 @@ TYPED_TEST(AlertLayoutTest, TitlesAreNeverLostOnTheirButtons) {
 }
 
 TYPED_TEST(AlertLayoutTest, ATitleMayShrinkToStayOnOneLine) {
-  KifoAppearance appearance;
   const QString title = "A title that is a little too long";
   const auto heightWith = [&](double scale) {
-    appearance.kTitleMinimumScaleFactor = scale;
-    const auto alert = this->makeAlert(appearance);
+    const auto alert = this->makeAlert({.kTitleMinimumScaleFactor = scale});
     alert->showInfo(title, "", "OK");
     const int height = this->textBox(title).height();
     alert->hideView();

@@ -12,10 +12,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 template <class Toolkit>
 class AlertLifeTest : public AlertFixture<Toolkit> {};
 TYPED_TEST_SUITE(AlertLifeTest, AlertToolkits);
@@ -53,9 +49,7 @@ TYPED_TEST(AlertLifeTest, AnAlertThatNobodyHoldsLivesUntilItIsHiddenAndTellsOnce
 }
 
 TYPED_TEST(AlertLifeTest, HalfwayThroughAFadeNoShadowIsSeenInsideTheCard) {
-  KifoAppearance appearance;
-  appearance.showCircularIcon = false;
-  const auto alert = this->makeAlert(appearance);
+  const auto alert = this->makeAlert({.showCircularIcon = false});
   alert->motion.reduced = false;
   alert->motion.showDuration = std::chrono::hours(1);
   alert->showInfo("Title", "Text", "OK");

@@ -1,7 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyleKit.h"
 
-#include <gmock/gmock.h>
-
 #include <set>
 
 namespace kifo {

@@ -9,11 +9,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::AllOf;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using ::testing::ThrowsMessage;
 
 template <class Toolkit>
@@ -45,9 +40,7 @@ TYPED_TEST(AlertTest, APressRunsTheClosureOnceAndThenHides) {
 }
 
 TYPED_TEST(AlertTest, AnAlertThatStaysIsClosedByItsCloseButtonOnlyWhichIsTheLast) {
-  KifoAppearance appearance;
-  appearance.shouldAutoDismiss = false;
-  const auto alert = this->makeAlert(appearance);
+  const auto alert = this->makeAlert({.shouldAutoDismiss = false});
   int presses = 0;
   alert->showInfo("Count", "", "Enough");
   alert->addButton("More", [&] { ++presses; });
@@ -77,9 +70,7 @@ TYPED_TEST(AlertTest, AButtonWithoutAnActionOrWithOneThatThrowsSaysSoAndStillHid
 
 TYPED_TEST(AlertTest, ASelectorIsInvokedOnItsTargetAndAMissingOneIsAConsoleLine) {
   auto bell = std::make_unique<Bell>();
-  KifoAppearance appearance;
-  appearance.shouldAutoDismiss = false;
-  const auto alert = this->makeAlert(appearance);
+  const auto alert = this->makeAlert({.shouldAutoDismiss = false});
   alert->addButton("Plain", {}, {}, {}, bell.get(), "ring");
   alert->addButton("Bracketed", {}, {}, {}, bell.get(), "ring()");
   alert->addButton("Wrong", {}, {}, {}, bell.get(), "sing");
@@ -121,10 +112,8 @@ TYPED_TEST(AlertTest, ATapOnTheBackgroundHidesOnlyWhereThatIsWanted) {
     for (const bool wanted : {false, true}) {
       for (const bool tapsDisabled : {false, true}) {
         SCOPED_TRACE(::testing::Message() << byFinger << wanted << tapsDisabled);
-        KifoAppearance appearance;
-        appearance.hideWhenBackgroundViewIsTapped = wanted;
-        appearance.disableTapGesture = tapsDisabled;
-        const auto alert = this->makeAlert(appearance);
+        const auto alert = this->makeAlert(
+            {.disableTapGesture = tapsDisabled, .hideWhenBackgroundViewIsTapped = wanted});
         alert->showInfo("Tap", "", "OK");
         touch(this->textBox("Tap").center());
         touch(this->toolkit.card(*alert).center() - QPoint(0, 40));

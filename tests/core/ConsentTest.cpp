@@ -1,14 +1,8 @@
 #include "Kifo_iOS_Common_Kit/core/runtime/Consent.h"
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 #include <set>
-#include <thread>
 
-#include "Kifo_iOS_Common_Kit/core/ViewController.h"
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
@@ -17,8 +11,6 @@ namespace kifo {
 namespace {
 
 namespace fs = std::filesystem;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using Names = std::set<std::string>;
 
 constexpr auto kAnswer = R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":100},
@@ -238,17 +230,13 @@ TEST_F(ConsentTest, AnInterruptedErasingIsFinishedBeforeAnythingElse) {
 TEST_F(ConsentTest, RevokedFromManyThreadsBesideSendersNothingIsLeft) {
   for (int round = 0; round < 8; ++round) {
     work();
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 2; ++thread) {
-      threads.emplace_back([&] {
-        for (int number = 0; number < 50; ++number) {
-          KifoEventManager::sendEvent("tap", std::nullopt);
-          Kifo::updateActorId(std::to_string(number));
-        }
-      });
-      threads.emplace_back([] { Kifo::revokeConsent(); });
-    }
-    for (auto& thread : threads) thread.join();
+    testing::onThreads(4, [](int thread) {
+      if (thread % 2 == 1) return Kifo::revokeConsent();
+      for (int number = 0; number < 50; ++number) {
+        KifoEventManager::sendEvent("tap", std::nullopt);
+        Kifo::updateActorId(std::to_string(number));
+      }
+    });
     expectRevoked();
   }
 }
@@ -256,9 +244,7 @@ TEST_F(ConsentTest, RevokedFromManyThreadsBesideSendersNothingIsLeft) {
 TEST_F(ConsentTest, ARequestThatIsMadeAfterTheRevokingLeadsNowhere) {
   work();
   const auto late = std::make_shared<LateTransport>();
-  Platform platform = fake.platform();
-  platform.http = late;
-  Platform::install(std::move(platform));
+  testing::installWith(fake, [&](auto& platform) { platform.http = late; });
   KifoEventManager::sendEvent("tap", std::nullopt);
   ASSERT_EQ(late->kept.size(), 1U);
   Kifo::revokeConsent();

@@ -1,11 +1,7 @@
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 
-#include <gmock/gmock.h>
-
 #include <future>
-#include <thread>
 
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
@@ -292,18 +288,14 @@ TEST_F(KifoTest, ANetworkThatNobodyCanWatchCountsAsThere) {
 
 TEST_F(KifoTest, SessionValuesMayBeReadAndWrittenFromAnyThread) {
   start();
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 3; ++t) {
-    threads.emplace_back([t] {
-      for (int i = 0; i < 50; ++i) {
-        Kifo::updateActorId(std::to_string(t));
-        Kifo::setSendEventStatus(i % 2 ? SendEventStatus::ENABLED : SendEventStatus::DISABLED);
-        Kifo::setPushToken(Kifo::actorId() + Kifo::apiUri());
-        KifoEventManager::sendEvent("tap", std::nullopt);
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  testing::onThreads(3, [](int number) {
+    for (int i = 0; i < 50; ++i) {
+      Kifo::updateActorId(std::to_string(number));
+      Kifo::setSendEventStatus(i % 2 ? SendEventStatus::ENABLED : SendEventStatus::DISABLED);
+      Kifo::setPushToken(Kifo::actorId() + Kifo::apiUri());
+      KifoEventManager::sendEvent("tap", std::nullopt);
+    }
+  });
   fake.runUntilIdle();
   EXPECT_EQ(std::ranges::count(eventNames(), "tap"), 150);
 }

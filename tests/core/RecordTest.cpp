@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
 
@@ -8,7 +7,7 @@
 namespace kifo {
 namespace {
 
-class RefusedAnswer : public testing::TestWithParam<const char*> {};
+class RefusedAnswer : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(RefusedAnswer, OneBadMemberSpoilsTheWholeAnswer) {
   EXPECT_FALSE(decode<AppCommunication>(std::string_view(GetParam())));
@@ -16,17 +15,17 @@ TEST_P(RefusedAnswer, OneBadMemberSpoilsTheWholeAnswer) {
 
 INSTANTIATE_TEST_SUITE_P(
     Record, RefusedAnswer,
-    testing::Values(R"({"configuration": {}})", R"({"configuration": {"stopAllEvents": null}})",
-                    R"({"configuration": {"stopAllEvents": 1}})",
-                    R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": "10"}})",
-                    R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": 1.5}})",
-                    R"({"model": [{"maxShowCount": "3"}]})", R"({"model": [null]})",
-                    R"({"model": {}})",
-                    R"({"model": [{"selection": {"value": 5, "selectedOperator": "GREATER"}}]})",
-                    R"({"model": [{"coupon": {"code": {"text": "A", "color": "0"}}}]})",
-                    R"({"model": [{"header": "title"}]})", R"({"blockedEvents": ["login"]})",
-                    R"({"model": [{"maxScore": 9223372036854775808}]})", "[]", "null", "", "{",
-                    "{\"model\": [}", "{\"model\": [{\"uuid\": \"\xff\"}]}"));
+    ::testing::Values(R"({"configuration": {}})", R"({"configuration": {"stopAllEvents": null}})",
+                      R"({"configuration": {"stopAllEvents": 1}})",
+                      R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": "10"}})",
+                      R"({"configuration": {"stopAllEvents": false, "offlineQueueSize": 1.5}})",
+                      R"({"model": [{"maxShowCount": "3"}]})", R"({"model": [null]})",
+                      R"({"model": {}})",
+                      R"({"model": [{"selection": {"value": 5, "selectedOperator": "GREATER"}}]})",
+                      R"({"model": [{"coupon": {"code": {"text": "A", "color": "0"}}}]})",
+                      R"({"model": [{"header": "title"}]})", R"({"blockedEvents": ["login"]})",
+                      R"({"model": [{"maxScore": 9223372036854775808}]})", "[]", "null", "", "{",
+                      "{\"model\": [}", "{\"model\": [{\"uuid\": \"\xff\"}]}"));
 
 TEST(Record, WhatIsSetIsWrittenBackAndANullCountsAsAbsent) {
   const auto roundTrip = [](const char* text) {

@@ -1,15 +1,9 @@
 #include "Kifo_iOS_Common_Kit/core/Statistics.h"
 
-#include <gmock/gmock.h>
-
 #include <atomic>
 #include <map>
 #include <thread>
-#include <utility>
 
-#include "Kifo_iOS_Common_Kit/core/ViewController.h"
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"

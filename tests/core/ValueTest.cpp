@@ -3,9 +3,6 @@
 #include <cmath>
 #include <limits>
 
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 
 namespace kifo {

@@ -1,7 +1,5 @@
 #include "Kifo_iOS_Common_Kit/core/runtime/Watching.h"
 
-#include <gmock/gmock.h>
-
 #include <cstdlib>
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
@@ -11,18 +9,11 @@
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
-
 /// A host without an inspector, into which a tool looks.
 class WatchingTest : public SdkTest {
  protected:
   WatchingTest() {
-    Platform platform = fake.platform();
-    platform.inspector = nullptr;
-    Platform::install(std::move(platform));
+    testing::installWith(fake, [&](auto& platform) { platform.inspector = nullptr; });
   }
 
   void follow() {
@@ -82,9 +73,9 @@ TEST_F(WatchingTest, TokensAreMaskedAndAddressesLoseTheirQuery) {
     EXPECT_THAT(line, Not(HasSubstr("?")));
   }
   EXPECT_THAT(lines,
-              ::testing::Contains(::testing::AllOf(
-                  HasSubstr(R"("kind":"composed")"), HasSubstr(R"("push_token":"***")"),
-                  HasSubstr(R"("accessToken":"***")"), HasSubstr(R"("token_provider":"mine")"))));
+              Contains(AllOf(HasSubstr(R"("kind":"composed")"), HasSubstr(R"("push_token":"***")"),
+                             HasSubstr(R"("accessToken":"***")"),
+                             HasSubstr(R"("token_provider":"mine")"))));
 }
 
 TEST_F(WatchingTest, AnInspectorOfTheHostAndAToolBothHearOfADecision) {
@@ -93,7 +84,7 @@ TEST_F(WatchingTest, AnInspectorOfTheHostAndAToolBothHearOfADecision) {
   start();
   follow();
   KifoEventManager::sendEvent("both", std::nullopt);
-  EXPECT_THAT(kinds(), ::testing::Contains("composed")) << "an inspector has it composed at once";
+  EXPECT_THAT(kinds(), Contains("composed")) << "an inspector has it composed at once";
   EXPECT_EQ(fake.inspector->ofKind("composed").back().particulars.front().second, "both");
 }
 

@@ -12,11 +12,6 @@
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Pair;
-using ::testing::SizeIs;
-
 // ---- The permission
 
 TEST_F(DesktopNotificationCentreTest,

@@ -9,12 +9,6 @@
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::Not;
-using ::testing::Pair;
-using ::testing::SizeIs;
-
 // dunst asks the menu program which action is meant; this one picks the button "Later".
 constexpr auto CONFIGURATION = "[global]\n dmenu = %1\n[urgency_normal]\n timeout = 0\n";
 constexpr auto MENU = "#!/bin/sh\ngrep Later\n";

@@ -6,11 +6,6 @@
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Pair;
-using ::testing::SizeIs;
-
 using DesktopNotificationRestartTest = DesktopNotificationCentreTest;
 
 TEST_F(DesktopNotificationRestartTest, WhatCameBeforeTheServiceIsShownInOrderOnceItStarts) {

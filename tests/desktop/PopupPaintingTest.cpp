@@ -1,5 +1,4 @@
 // What popups and alerts do so that a frame of theirs, and of the host's, is painted in time.
-#include <gtest/gtest.h>
 
 #include <QImage>
 #include <QPainter>
@@ -9,7 +8,6 @@
 #include <QWidget>
 #include <algorithm>
 #include <future>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoder.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"

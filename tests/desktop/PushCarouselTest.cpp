@@ -3,13 +3,10 @@
 #include <QAbstractButton>
 #include <QtTest>
 
-#include <gmock/gmock.h>
-
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoImageCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo {
 namespace {
@@ -23,7 +20,7 @@ Notification pushWithImages(int count) {
   return {{"push", std::make_shared<NotificationContent>(contentOfPush({{"data", campaign}}))}};
 }
 
-class PushCarouselTest : public ::testing::Test {
+class PushCarouselTest : public testing::FakesTest {
  protected:
   PushCarouselTest() {
     options_.durations.scroll = std::chrono::milliseconds(1);
@@ -50,7 +47,6 @@ class PushCarouselTest : public ::testing::Test {
     });
   }
 
-  testing::InstalledFakePlatform fake_;
   PopUpOptions options_;
   std::unique_ptr<PushCarousel> carousel_;
 };

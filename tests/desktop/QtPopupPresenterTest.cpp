@@ -1,7 +1,5 @@
 #include "platform/qt/QtPopupPresenter.h"
 
-#include <gmock/gmock.h>
-
 #include <QDialog>
 #include <QPointer>
 #include <QRasterWindow>
@@ -10,11 +8,9 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopUpWindow.h"
 #include "platform/qt/QtPopupSwitch.h"
 #include "platform/qt/popups/PopupRouter.h"
-#include "testing/FakePlatform.h"
 #include "tests/support/QtScreens.h"
 #include "tests/support/StillDesktop.h"
 
@@ -56,7 +52,7 @@ std::string uuidOf(const PopUpWindow* popup) {
   return *popup->state().appCommunicationItem->uuid;
 }
 
-class QtPopupPresenterTest : public ::testing::Test {
+class QtPopupPresenterTest : public testing::FakesTest {
  protected:
   QtPopupPresenterTest() {
     options_.reducedMotion = true;
@@ -105,7 +101,6 @@ class QtPopupPresenterTest : public ::testing::Test {
     return fake_.console->count("Kifo QtPopupPresenter: the popup is not shown: " + reason) == 1;
   }
 
-  kifo::testing::InstalledFakePlatform fake_;
   PopUpOptions options_;
   std::string opened_;   ///< The popups that were opened.
   std::string refused_;  ///< One whose campaign refuses.
@@ -166,8 +161,7 @@ TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesIsSaidOnceAndTheNextOne
   EXPECT_TRUE(said("its screen is gone"));
   EXPECT_EQ(opened_, "ac");
   ASSERT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
-  EXPECT_THAT(fake_.inspector->ofKind("popup").front().particulars,
-              ::testing::Contains(::testing::Pair("uuid", "b")));
+  EXPECT_THAT(fake_.inspector->ofKind("popup").front().particulars, Contains(Pair("uuid", "b")));
 }
 
 TEST_F(QtPopupPresenterTest, AGateThatClosesTheWindowLeavesItsPopupsUnopened) {

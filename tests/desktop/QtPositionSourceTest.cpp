@@ -1,14 +1,11 @@
 #include "platform/qt/QtPositionSource.h"
 
-#include <gtest/gtest.h>
-
 #include <QGeoPositionInfoSource>
 #include <QGuiApplication>
 #include <QtTest>
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/device/LocationManager.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo {
 namespace {
@@ -44,17 +41,14 @@ class ScriptedPositions final : public QGeoPositionInfoSource {
 
 using Pair = std::optional<std::pair<std::string, std::string>>;
 
-class QtPositionSourceTest : public ::testing::Test {
+class QtPositionSourceTest : public testing::FakesTest {
  protected:
   void make() {
     position_ = std::make_shared<QtPositionSource>(source_.get());
     Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
-    Platform platform = fake_.platform();
-    platform.position = position_;
-    Platform::install(std::move(platform));
+    testing::installWith(fake_, [&](auto& platform) { platform.position = position_; });
   }
 
-  testing::InstalledFakePlatform fake_;
   std::unique_ptr<ScriptedPositions> source_ = std::make_unique<ScriptedPositions>();
   std::shared_ptr<QtPositionSource> position_;
 };

@@ -1,7 +1,5 @@
 #include "platform/qt/QtScreen.h"
 
-#include <gmock/gmock.h>
-
 #include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
 #include <QDialog>
@@ -9,7 +7,6 @@
 #include <QStackedWidget>
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
-#include "testing/FakePlatform.h"
 #include "tests/support/PageEvents.h"
 
 namespace kifo::shopfront {
@@ -45,14 +42,10 @@ namespace kifo {
 namespace {
 
 using shopfront::HomeScreen;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
-class QtScreenTest : public ::testing::Test {
+class QtScreenTest : public testing::FakesTest {
  protected:
   std::vector<std::string> pageEvents() { return testing::takeEvents(*fake_.inspector); }
-
-  kifo::testing::InstalledFakePlatform fake_;
 };
 
 TEST_F(QtScreenTest, ShowingAndHidingSendThePageUnderItsClassName) {
@@ -84,8 +77,7 @@ TEST_F(QtScreenTest, APageOfAStackIsLeftWhenTheNextOneIsEntered) {
   stack.show();
   EXPECT_THAT(pageEvents(), ElementsAre("page_in HomeScreen"));
   stack.setCurrentIndex(1);
-  EXPECT_THAT(pageEvents(),
-              ::testing::UnorderedElementsAre("page_out HomeScreen", "page_in SeasonScreen"));
+  EXPECT_THAT(pageEvents(), UnorderedElementsAre("page_out HomeScreen", "page_in SeasonScreen"));
 }
 
 TEST_F(QtScreenTest, MinimisingTheWindowAndBringingItBackSendsNothing) {

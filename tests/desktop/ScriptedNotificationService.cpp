@@ -5,7 +5,6 @@
 #include <QDBusConnectionInterface>
 #include <QDBusVariant>
 #include <algorithm>
-#include <utility>
 
 namespace kifo {
 namespace {

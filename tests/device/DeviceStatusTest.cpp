@@ -2,20 +2,15 @@
 
 #include <cmath>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using Outcome = CapacityReading::Outcome;
 
-class DeviceStatusTest : public ::testing::Test {
+class DeviceStatusTest : public FakesTest {
  protected:
   void setBattery(float level) {
     fake_.device->readings.update([=](auto& now) { now.batteryLevel = level; });
@@ -29,8 +24,6 @@ class DeviceStatusTest : public ::testing::Test {
   static std::vector<std::string> capacities() {
     return {DeviceStatusHelper::totalDiskCapacity(), DeviceStatusHelper::availableDiskCapacity()};
   }
-
-  InstalledFakePlatform fake_;
 };
 
 TEST_F(DeviceStatusTest, AListedModelHasItsNameAndAnyOtherItsIdentifierWithPoints) {

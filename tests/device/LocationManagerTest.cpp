@@ -1,22 +1,14 @@
 #include "Kifo_iOS_Common_Kit/device/LocationManager.h"
 
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "testing/FakePlatform.h"
-
 namespace kifo::testing {
 namespace {
 
-class LocationManagerTest : public ::testing::Test {
+class LocationManagerTest : public FakesTest {
  protected:
   LocationManagerTest() {
     fake_.position->authorization = 3;
     fake_.position->coordinate.set(Coordinate{41.0082, -73.98});
   }
-
-  InstalledFakePlatform fake_;
 };
 
 TEST_F(LocationManagerTest, ThereIsOneWithPermissionInTheForegroundWithAKnownPositionOnly) {

@@ -1,7 +1,5 @@
 // What each kind of event looks like on the wire.
-#include <gmock/gmock.h>
 
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"

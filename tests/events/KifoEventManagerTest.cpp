@@ -1,7 +1,6 @@
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
@@ -76,12 +75,16 @@ TEST_F(EventManagerTest, CampaignsOfTheEventShowHalfASecondLaterInTheServersOrde
   EXPECT_EQ(lines("couldn't get a actionType for popup"), 1U);
 }
 
-TEST_F(EventManagerTest, WithoutAScreenAPopupIsNotShown) {
+TEST_F(EventManagerTest, WithoutAScreenOrOverOneThatIsGoneAPopupIsNotShown) {
   start(kCampaigns);
   tap(nullptr);
   fake.advance(1.0);
-  EXPECT_TRUE(shown().empty());
   EXPECT_EQ(lines("controller is nil, couldn't call handlePopupAction"), 3U);
+  tap(screen);
+  fake.runUntilIdle();
+  screen.reset();
+  fake.advance(1.0);
+  EXPECT_TRUE(shown().empty());
 }
 
 TEST_F(EventManagerTest, TheFormWithoutAScreenHandsTheCampaignToTheHost) {
@@ -93,15 +96,6 @@ TEST_F(EventManagerTest, TheFormWithoutAScreenHandsTheCampaignToTheHost) {
   });
   fake.runUntilIdle();
   EXPECT_EQ(uuids, Lines{"other"});
-}
-
-TEST_F(EventManagerTest, AScreenThatIsGoneIsNotShownOver) {
-  start(kCampaigns);
-  tap(screen);
-  fake.runUntilIdle();
-  screen.reset();
-  fake.advance(1.0);
-  EXPECT_TRUE(shown().empty());
 }
 
 TEST_F(EventManagerTest, WhileAPageQueriesOnlyTheLastEventsPopupWaitsForTheAnswer) {

@@ -1,10 +1,8 @@
-#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
 
 extern "C" {
 int answerFuzz(const std::uint8_t* data, std::size_t size);

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupPreferences.h"
 

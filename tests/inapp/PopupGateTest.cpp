@@ -1,7 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupGate.h"
 
-#include <gmock/gmock.h>
-
 #include <map>
 #include <stdexcept>
 #include <thread>
@@ -10,16 +8,12 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupQueue.h"
-#include "testing/FakePlatform.h"
 #include "tests/support/HostDoubles.h"
 
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-class PopupGateTest : public ::testing::Test {
+class PopupGateTest : public testing::FakesTest {
  protected:
   /// A campaign that may be shown twice becomes due over `screen`.
   void due(const std::string& uuid, const std::shared_ptr<ViewController>& screen,
@@ -63,7 +57,6 @@ class PopupGateTest : public ::testing::Test {
     EXPECT_THAT(reporter_->openings, IsEmpty());
   }
 
-  kifo::testing::InstalledFakePlatform fake_;
   std::shared_ptr<RecordingReporter> reporter_ = std::make_shared<RecordingReporter>();
   std::shared_ptr<HomeScreen> screen_ = std::make_shared<HomeScreen>();
   PopupManager manager_{reporter_};

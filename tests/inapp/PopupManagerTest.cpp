@@ -1,22 +1,15 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupManager.h"
 
-#include <gmock/gmock.h>
-
 #include <stdexcept>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
-#include "testing/FakePlatform.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/Last.h"
 
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Pair;
 using Lines = std::vector<std::string>;
 
 std::shared_ptr<AppCommunicationItem> itemFrom(const nlohmann::json& json) {
@@ -46,7 +39,7 @@ std::vector<std::string> ids(const std::vector<std::shared_ptr<AppCommunicationI
   return all;
 }
 
-class PopupManagerTest : public ::testing::Test {
+class PopupManagerTest : public testing::FakesTest {
  protected:
   using Show = void (PopupManager::*)(std::shared_ptr<ViewController>, std::optional<std::string>,
                                       std::shared_ptr<AppCommunicationItem>, PopupManager::Handler);
@@ -87,7 +80,6 @@ class PopupManagerTest : public ::testing::Test {
       "showNotificationEmojiPopUpWindow", "showNotificationScorePopUpWindow",
       "showNotificationOpenEndedPopUpWindow"};
 
-  kifo::testing::InstalledFakePlatform fake_;
   std::shared_ptr<RecordingReporter> reporter_ = std::make_shared<RecordingReporter>();
   std::shared_ptr<ViewController> screen_ = std::make_shared<HomeScreen>();
   PopupManager manager_{reporter_};
@@ -346,7 +338,7 @@ TEST_F(PopupManagerTest, APlainPopupsButtonGoesToTheHostAndThenToTheServer) {
   EXPECT_EQ(reporter_->answers[0].controller, screen_);
   EXPECT_EQ(reporter_->answers[0].pageName, "Home");
   EXPECT_THAT(fake_.console->take(),
-              ElementsAre(::testing::StartsWith("Kifo PopupManager: action occurred: ")));
+              ElementsAre(StartsWith("Kifo PopupManager: action occurred: ")));
 }
 
 TEST_F(PopupManagerTest, ATouchOfAPlainPopupsBodyAnswersWithItsAction) {

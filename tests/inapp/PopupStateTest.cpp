@@ -1,8 +1,6 @@
 // One popup without a toolkit: what it knows, what choosing does, and what it answers.
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
 
-#include <gmock/gmock.h>
-
 #include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupPalette.h"
@@ -77,6 +75,17 @@ TEST_F(PopupStateTest, FreeTextTiedToChoicesOpensAndClosesWithThemAndForgets) {
     EXPECT_FALSE(popup.waitsForChoice());
     EXPECT_EQ(popup.chosenRow(), 0);
   }
+}
+
+TEST_F(PopupStateTest, OfTwoChoicesWithOneIdTheFirstIsMarkedAndTheChosenOneSent) {
+  request.preferences.choices = options(3);
+  request.preferences.choices[2]->id = "c1";
+  request.preferences.choices[2]->text = "third";
+  PopupState popup = state("SURVEY");
+  popup.select(popup.choices[2]);
+  EXPECT_EQ(popup.chosenRow(), 0);
+  ASSERT_EQ(popup.answers().size(), 1u);
+  EXPECT_EQ(popup.answers()[0].choiseField->text, "third");
 }
 
 TEST_F(PopupStateTest, TheCarouselGoesRoundAndAScoreStartsAtItsLowest) {

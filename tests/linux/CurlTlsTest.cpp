@@ -1,13 +1,10 @@
 // The transport over TLS: whom it trusts and where it lets itself be led.
 #include <curl/curl.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
 #include <map>
-#include <string>
 
 #include "platform/linux/http/CurlTransport.h"
-#include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/support/Certificate.h"
 #include "tests/support/Sockets.h"
@@ -38,7 +35,7 @@ class SecureServer {
   LocalServer server_;
 };
 
-class CurlTlsTest : public ::testing::Test {
+class CurlTlsTest : public FakesTest {
  protected:
   CurlTlsTest() { std::ofstream(authorities_) << authority_.pem(); }
 
@@ -46,7 +43,6 @@ class CurlTlsTest : public ::testing::Test {
     return SecureServer(certificate).fetch(transport, "/good");
   }
 
-  InstalledFakePlatform fake_;
   const std::string authorities_ = fake_.directory.file("authorities.pem");
   const Certificate authority_{{.isAuthority = true}};
   const Certificate good_{{}, &authority_};

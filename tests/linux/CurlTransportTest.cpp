@@ -8,23 +8,17 @@
 #include <latch>
 #include <set>
 #include <stdexcept>
-#include <thread>
 
-#include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/support/Sockets.h"
 
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Pair;
-using ::testing::UnorderedElementsAre;
 using Answer = LocalServer::Answer;
 using namespace std::chrono_literals;
 
-class CurlTransportTest : public ::testing::Test {
+class CurlTransportTest : public FakesTest {
  protected:
   CurlTransportTest() {
     for (const auto* path : {"/a", "/b", "/same", "/other", "/then", "/again", "/after"}) {
@@ -71,7 +65,6 @@ class CurlTransportTest : public ::testing::Test {
     });
   }
 
-  InstalledFakePlatform fake_;
   LocalServer server_;
   std::shared_ptr<CurlTransport> transport_ = std::make_shared<CurlTransport>();
 };
@@ -105,7 +98,7 @@ TEST_F(CurlTransportTest, AHeaderWithoutAValueIsSentAllTheSame) {
   std::string text(1024, '\0');
   text.resize(static_cast<std::size_t>(recv(connection, text.data(), text.size(), 0)));
   close(connection);
-  EXPECT_THAT(text, ::testing::HasSubstr("\r\nLocalOrigin:\r\n"));
+  EXPECT_THAT(text, HasSubstr("\r\nLocalOrigin:\r\n"));
 }
 
 TEST_F(CurlTransportTest, ABodyIsSentWhereThereIsOneAndItsLengthWhereOneIsDue) {
@@ -188,7 +181,7 @@ TEST_F(CurlTransportTest, ARefusedRequestIsAnErrorAndNothingIsSent) {
     ASSERT_TRUE(answer.error) << request.url;
     EXPECT_EQ(answer.error->domain, "http");
     EXPECT_EQ(answer.error->code, code) << request.url;
-    EXPECT_THAT(answer.error->message, ::testing::Not(IsEmpty()));
+    EXPECT_THAT(answer.error->message, Not(IsEmpty()));
   }
   EXPECT_EQ(server_.requests().count(), 0u);
 }

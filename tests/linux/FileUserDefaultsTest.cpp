@@ -5,18 +5,14 @@
 #include <filesystem>
 #include <fstream>
 
-#include "testing/FakePlatform.h"
 #include "tests/support/FullDisk.h"
 
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::StartsWith;
 namespace fs = std::filesystem;
 
-class FileUserDefaultsTest : public ::testing::Test {
+class FileUserDefaultsTest : public FakesTest {
  protected:
   std::shared_ptr<FileUserDefaults> open() {
     return std::make_shared<FileUserDefaults>(directory_, fake_.mainQueue);
@@ -27,7 +23,6 @@ class FileUserDefaultsTest : public ::testing::Test {
     std::ofstream(path()) << text;
   }
 
-  InstalledFakePlatform fake_;
   const std::string directory_ = fake_.directory.file("new/and/deep");
 };
 

@@ -2,7 +2,6 @@
 
 #include <sstream>
 
-#include "testing/FakePlatform.h"
 #include "tests/linux/Pipe.h"
 
 namespace kifo::testing {
@@ -51,19 +50,18 @@ TEST_F(LinuxConsoleTest, AReaderThatHasGoneCostsTheLinesAndNothingElse) {
   EXPECT_EQ(queue_->pending(), 0u);
 }
 
-TEST_F(LinuxConsoleTest, WhatAStoppedQueueLeavesIsPrintedAtTheEndAndThenEachLineAtOnce) {
+TEST_F(LinuxConsoleTest,
+       WhatAStoppedQueueOrItsOwnEndLeavesIsPrintedThenAndAfterAStopEachLineAtOnce) {
   console_->write("left");
   queue_->discard();
   console_->finish(Seconds(10));
   EXPECT_EQ(pipe_.read(), "left\n");
   console_->write("at once");
   EXPECT_EQ(pipe_.read(), "at once\n");
-}
-
-TEST_F(LinuxConsoleTest, DestroyingItPrintsWhatIsLeft) {
-  console_->write("left");
+  console_ = std::make_shared<LinuxConsole>(queue_, pipe_.writing());
+  console_->write("left again");
   console_.reset();
-  EXPECT_EQ(pipe_.read(), "left\n");
+  EXPECT_EQ(pipe_.read(), "left again\n");
   queue_->runUntilIdle();
   EXPECT_EQ(pipe_.read(), "") << "not twice";
 }

@@ -5,10 +5,8 @@
 
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 #include "platform/linux/Directories.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
@@ -81,9 +79,9 @@ TEST_F(LinuxPlatformTest, WhereNothingCanBeKeptATemporaryDirectoryServes) {
   const auto directories = Directories::ofThisProcess();
   const auto base = directory_.file("kifo-" + std::to_string(getuid()));
   EXPECT_EQ(directories.documents, base + "/kifo_kit_tests");
-  EXPECT_THAT(directories.problem, ::testing::StartsWith(directory_.file("file/below")));
+  EXPECT_THAT(directories.problem, StartsWith(directory_.file("file/below")));
   fs::permissions(base, fs::perms::all);  // whoever may write there could have made it
-  EXPECT_THAT(Directories::ofThisProcess().documents, ::testing::StartsWith(base + "-"));
+  EXPECT_THAT(Directories::ofThisProcess().documents, StartsWith(base + "-"));
 }
 
 }  // namespace

@@ -6,9 +6,7 @@
 
 #include <fstream>
 #include <future>
-#include <thread>
 
-#include "testing/FakePlatform.h"
 #include "tests/linux/Pipe.h"
 #include "tests/support/HeldUp.h"
 
@@ -25,10 +23,7 @@ bool isParked(int thread) {
   return number == std::to_string(SYS_ppoll) && limit == "0x0";
 }
 
-class LinuxSerialQueueTest : public ::testing::Test {
- protected:
-  InstalledFakePlatform fake_;
-};
+using LinuxSerialQueueTest = FakesTest;
 
 TEST_F(LinuxSerialQueueTest, StoppingBehindATaskThatDoesNotReturnEndsInItsBoundAndDropsTheRest) {
   bool late = false;
@@ -59,12 +54,8 @@ TEST_F(LinuxSerialQueueTest, SeveralThreadsMayStopItAtOnce) {
   LinuxSerialQueue queue("kifo.test");
   std::atomic<int> ran = 0;
   for (int index = 0; index < 100; ++index) queue.post([&] { ++ran; });
-  std::vector<std::thread> threads;
   std::atomic<int> succeeded = 0;
-  for (int index = 0; index < 4; ++index) {
-    threads.emplace_back([&] { succeeded += queue.stop(Seconds(20)) ? 1 : 0; });
-  }
-  for (auto& thread : threads) thread.join();
+  onThreads(4, [&](int) { succeeded += queue.stop(Seconds(20)) ? 1 : 0; });
   EXPECT_EQ(ran, 100);
   EXPECT_EQ(succeeded, 4);
 }

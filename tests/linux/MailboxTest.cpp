@@ -2,14 +2,10 @@
 
 #include <poll.h>
 
-#include <vector>
-
 #include "platform/linux/threads/Worker.h"
 
 namespace kifo {
 namespace {
-
-using ::testing::ElementsAre;
 
 /// The test is the consumer.
 class MailboxTest : public ::testing::Test {

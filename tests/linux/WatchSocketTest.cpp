@@ -1,6 +1,5 @@
 #include "platform/linux/watch/WatchSocket.h"
 
-#include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -8,16 +7,11 @@
 
 #include <cstring>
 #include <future>
-#include <nlohmann/json.hpp>
-#include <optional>
 
 #include "testing/TemporaryDirectory.h"
 
 namespace kifo {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 /// A tool that reads a line at a time.
 class Tool {
@@ -137,7 +131,7 @@ TEST_F(WatchSocketTest, OnlyThisUserGetsInAndNothingButTheTwoQuestionsIsTaken) {
   ASSERT_EQ(chmod(shared.c_str(), 0755), 0);
   EXPECT_EQ(WatchSocket(shared).open(source()), shared + " is not a directory of this user alone");
   EXPECT_THAT(WatchSocket(home_.file(std::string(100, 'd'))).open(source()),
-              ::testing::StartsWith("the path is too long"));
+              StartsWith("the path is too long"));
 }
 
 TEST_F(WatchSocketTest, ASocketOfAProcessThatWasKilledIsRemoved) {

@@ -1,11 +1,9 @@
-#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
-#include <string>
 
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
@@ -101,8 +99,8 @@ TEST_F(ConsentOnTheNetwork, NoPacketLeavesAndNoFileIsMadeUntilItIsGivenNorOnceIt
   const std::string connections = opened();
   callMuch();
   EXPECT_EQ(opened(), connections);
-  EXPECT_THAT(received("tap"), ::testing::IsEmpty()) << "what was called without consent";
-  EXPECT_THAT(received("page_in"), ::testing::IsEmpty());
+  EXPECT_THAT(received("tap"), IsEmpty()) << "what was called without consent";
+  EXPECT_THAT(received("page_in"), IsEmpty());
   EXPECT_EQ(files(), std::set<std::string>{"consent.refused"});
   Kifo::shutdown(10.0);
 }

@@ -220,7 +220,7 @@ TEST(NetlinkMessagesTest, NoMessageReachesBeyondWhatWasReceived) {
       read.push_back(message.nlmsg_seq);
       return true;
     }));
-    EXPECT_THAT(read, ::testing::ElementsAre(1)) << length;
+    EXPECT_THAT(read, ElementsAre(1)) << length;
   }
 }
 

@@ -12,10 +12,7 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::Each;
-using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 
 /// A way in which a network is lost and comes back.
 struct Loss {

@@ -1,23 +1,16 @@
 #include <atomic>
 #include <future>
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "platform/linux/threads/LinuxSerialQueue.h"
-#include "testing/FakePlatform.h"
 #include "tests/support/Last.h"
 
 namespace kifo {
 namespace {
 
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using Flags = KifoReachability::Flags;
 
 class ReachabilityManagerTest : public ::testing::Test {
@@ -89,6 +82,7 @@ TEST_F(ReachabilityManagerTest, StoppedItTellsNothingMoreAndCanStartAgain) {
   EXPECT_THAT(told_, IsEmpty());
   EXPECT_THAT(read_, ElementsAre(false)) << "of the start";
   EXPECT_EQ(manager_->flags(), std::nullopt);
+  EXPECT_EQ(platform_.reachability->listening(), 0U);
   EXPECT_EQ(platform_.reachability->sources(), 0U);
   manager_->startMonitoring(record());
   platform_.runUntilIdle();
@@ -152,31 +146,22 @@ TEST(ReachabilityRaceTest, AnyThreadMayStartStopReadAndGoWhileTheNetworkChanges)
   Platform::install(platform);
   const auto manager = std::make_shared<NetworkManager>();
   std::atomic<int> told = 0;
-  const auto start = [&] {
-    for (int i = 0; i < rounds; ++i) manager->startMonitoring([&](bool) { ++told; });
-  };
-  std::vector<std::thread> threads;
-  threads.emplace_back(start);
-  threads.emplace_back(start);
-  threads.emplace_back([&] {
-    for (int i = 0; i < rounds; ++i) manager->stopMonitoring();
+  const auto start = [&](int) { manager->startMonitoring([&](bool) { ++told; }); };
+  const std::function<void(int)> works[] = {
+      start,
+      start,
+      [&](int) { manager->stopMonitoring(); },
+      [&](int) { networkCapability(manager->flags()); },
+      [&](int round) { fake.reachability->change(round % 2 == 0 ? 0 : 2); },
+      [](int) {
+        // Without a notification queue its changes are handled where they are seen.
+        const auto watcher = KifoReachability::create({}).reachability;
+        watcher->setWhenReachable([](KifoReachability& self) { self.stopNotifier(); });
+        watcher->startNotifier();
+      }};
+  testing::onThreads(6, [&](int thread) {
+    for (int round = 0; round < rounds; ++round) works[thread](round);
   });
-  threads.emplace_back([&] {
-    for (int i = 0; i < rounds; ++i) networkCapability(manager->flags());
-  });
-  threads.emplace_back([&] {
-    for (std::uint32_t i = 0; i < rounds; ++i) fake.reachability->change(i % 2 * 2);
-  });
-  threads.emplace_back([&] {
-    for (int i = 0; i < rounds; ++i) {
-      // Without a notification queue its changes are handled where they are seen.
-      const auto watcher = KifoReachability::create({}).reachability;
-      watcher->setWhenReachable([](KifoReachability& self) { self.stopNotifier(); });
-      watcher->startNotifier();
-    }
-  });
-  for (auto& thread : threads) thread.join();
-
   manager->stopMonitoring();
   const auto last = std::make_shared<std::promise<bool>>();
   fake.reachability->setFlags(KifoReachability::Flags::reachable);

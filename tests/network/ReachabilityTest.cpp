@@ -1,16 +1,12 @@
 #include <cerrno>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachabilityWeakifier.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using Connection = KifoReachability::Connection;
 using Flags = KifoReachability::Flags;
 using Kind = KifoReachabilityError::Kind;
@@ -123,21 +119,6 @@ TEST_F(ReachabilityTest, WithoutANotificationQueueChangesAreHandledWhereFlagsAre
   EXPECT_TRUE(onSerialQueue);
   EXPECT_EQ(inside, 0U);
   EXPECT_TRUE(subject->notifierRunning());
-}
-
-TEST_F(ReachabilityTest, StoppingDropsWhatWasAlreadyOnItsWay) {
-  const auto subject = watcher();
-  subject->startNotifier();
-  platform_.reachability->change(kReachable);  // waits on the serial queue
-  subject->stopNotifier();
-  platform_.runUntilIdle();
-  EXPECT_THAT(told_, IsEmpty());
-  EXPECT_FALSE(subject->notifierRunning());
-  EXPECT_EQ(platform_.reachability->listening(), 0U);
-
-  subject->startNotifier();
-  platform_.runUntilIdle();
-  EXPECT_THAT(told_, ElementsAre("reachable")) << "it can be started again";
 }
 
 TEST_F(ReachabilityTest, NeitherTheSystemNorAChangeUnderWayKeepsItAlive) {

@@ -1,9 +1,6 @@
 #include "Kifo_iOS_Common_Kit/network/ServiceClient.h"
 
-#include <gmock/gmock.h>
-
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
-#include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/ForeignLock.h"
@@ -14,8 +11,6 @@
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using Lines = std::vector<std::string>;
 
 constexpr auto kCounted = R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":3}})";
@@ -355,9 +350,7 @@ TEST_F(ServiceClientTest, AnEventKeepsTheTokenOfItsMomentAndARowGetsThatOfItsSen
   setOnline(false);
   send("stored");
   const auto late = std::make_shared<LateTransport>();
-  Platform platform = fake.platform();
-  platform.http = late;
-  Platform::install(std::move(platform));
+  testing::installWith(fake, [&](auto& platform) { platform.http = late; });
   setOnline(true);
   send("tap");
   Kifo::setAuthorizationToken("the second user's");

@@ -6,10 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include <gmock/gmock.h>
-
 #include "testing/ChildProgram.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo {
 namespace {
@@ -32,7 +29,7 @@ pid_t endedProcess() {
   return process;
 }
 
-class AttachmentFileTest : public ::testing::Test {
+class AttachmentFileTest : public testing::FakesTest {
  protected:
   std::string makeDirectory(const std::string& name) {
     const std::string path = fake_.directory.file(name);
@@ -40,8 +37,6 @@ class AttachmentFileTest : public ::testing::Test {
     std::ofstream(path + "/image.jpg") << "old";
     return path;
   }
-
-  testing::InstalledFakePlatform fake_;
 };
 
 TEST_F(AttachmentFileTest, TheBytesLieUnchangedUnderTheFixedNameUntilTheFileIsLetGo) {
@@ -57,13 +52,6 @@ TEST_F(AttachmentFileTest, TheBytesLieUnchangedUnderTheFixedNameUntilTheFileIsLe
   other.reset();
   file.reset();
   EXPECT_TRUE(fs::is_empty(fake_.directory.path()));
-}
-
-TEST_F(AttachmentFileTest, AFailedWriteThrowsAndLeavesNothing) {
-  Platform platform = fake_.platform();
-  platform.temporaryDirectory = "/dev/null/below";
-  Platform::install(platform);
-  EXPECT_THROW(AttachmentFile::write("bytes"), std::exception);
 }
 
 TEST_F(AttachmentFileTest, TheNextStartRemovesWhatAnEndedProcessLeftAndNothingElse) {

@@ -1,15 +1,9 @@
 #include "Kifo_iOS_Common_Kit/notifications/KifoSliderPushHelper.h"
 
-#include <gmock/gmock.h>
-
-#include "testing/FakePlatform.h"
-
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::InSequence;
-using ::testing::IsEmpty;
 using Position = CollectionView::ScrollPosition;
 
 class MockCollectionView : public CollectionView {
@@ -41,12 +35,6 @@ TEST(KifoSliderPushHelper, TheImageListHoldsTheAddressesThatCanBeReadInOrder) {
   EXPECT_THAT(KifoSliderPushHelper::getImageList({}), IsEmpty());
   EXPECT_THAT(fake.console->lines(),
               ElementsAre("Kifo KifoSliderPushHelper: bestAttemptContent couldn't be assigned"));
-}
-
-TEST(KifoSliderPushHelper, APageIsTwentyLessHighThanItIsWide) {
-  ::testing::NiceMock<MockCollectionView> view;
-  ON_CALL(view, width).WillByDefault(::testing::Return(375.0));
-  EXPECT_EQ(KifoSliderPushHelper::getSize(&view, {3, 1}, 5), (Size{375.0, 355.0}));
 }
 
 TEST(KifoSliderPushHelper, ScrollingGoesFromTheLastImageToTheFirstAndBackWithPagingOffMeanwhile) {

@@ -1,8 +1,5 @@
 #include "Kifo_iOS_Common_Kit/notifications/NotificationContent.h"
 
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationRecordFields.h"
 
@@ -48,9 +45,9 @@ TEST(NotificationContent, EveryMemberOfTheCampaignIsReadAndWrittenUnderItsKey) {
 
 TEST(NotificationContent, TheDescriptionNamesTheKeysOfTheUserInfoAndNotItsValues) {
   const auto line = description(contentOfPush({{"title", "Sale"}, {"data", "secret"}}));
-  EXPECT_THAT(line, ::testing::HasSubstr("title: Sale"));
-  EXPECT_THAT(line, ::testing::HasSubstr("userInfo: [data, title]"));
-  EXPECT_THAT(line, ::testing::Not(::testing::HasSubstr("secret")));
+  EXPECT_THAT(line, HasSubstr("title: Sale"));
+  EXPECT_THAT(line, HasSubstr("userInfo: [data, title]"));
+  EXPECT_THAT(line, Not(HasSubstr("secret")));
 }
 
 }  // namespace

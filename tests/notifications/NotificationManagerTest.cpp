@@ -4,19 +4,13 @@
 #include <fstream>
 #include <sstream>
 
-#include <gmock/gmock.h>
-
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::Field;
-using ::testing::IsEmpty;
-using ::testing::StartsWith;
 
 constexpr auto URL = "https://images/push.png";
 constexpr auto CAMPAIGN = R"({
@@ -50,12 +44,10 @@ class ImageTransport final : public HttpTransport {
   const std::shared_ptr<HttpTransport> next_;
 };
 
-class NotificationManagerTest : public ::testing::Test {
+class NotificationManagerTest : public testing::FakesTest {
  protected:
   NotificationManagerTest() {
-    Platform platform = fake_.platform();
-    platform.http = transport_;
-    Platform::install(std::move(platform));
+    testing::installWith(fake_, [&](auto& platform) { platform.http = transport_; });
     auto& session = Runtime::current()->session;
     session.updateIdentity([](auto& identity) { identity.listenerUri = "https://listener"; });
   }
@@ -80,7 +72,6 @@ class NotificationManagerTest : public ::testing::Test {
 
   std::vector<std::string> lines() { return fake_.console->lines(); }
 
-  testing::InstalledFakePlatform fake_;
   std::shared_ptr<ImageTransport> transport_ = std::make_shared<ImageTransport>(fake_.http);
 };
 

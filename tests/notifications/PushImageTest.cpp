@@ -3,11 +3,8 @@
 #include <future>
 #include <thread>
 
-#include <gmock/gmock.h>
-
 #include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "platform/linux/http/CurlTransport.h"
-#include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 
 namespace kifo {
@@ -27,7 +24,7 @@ TEST(Url, OnlyWhatCanBeAnAddressIsOne) {
 }
 
 /// Loads on a thread of its own while the test answers.
-class PushImageTest : public ::testing::Test {
+class PushImageTest : public testing::FakesTest {
  protected:
   PushImage loadAnsweredBy(const std::function<void()>& answer) {
     std::promise<void> sent;
@@ -42,11 +39,9 @@ class PushImageTest : public ::testing::Test {
     loader.join();
     return image;
   }
-
-  InstalledFakePlatform fake_;
 };
 
-TEST_F(PushImageTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessage) {
+TEST_F(PushImageTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureOrAStopItsMessage) {
   const auto missing = loadAnsweredBy([&] { fake_.http->answer(0, 404, "not found page"); });
   EXPECT_EQ(missing.bytes, std::nullopt);
   EXPECT_EQ(missing.error, "HTTP status 404");
@@ -55,6 +50,7 @@ TEST_F(PushImageTest, AnAnswerThatIsNoSuccessGivesItsStatusAndAFailureItsMessage
   const auto empty = loadAnsweredBy([&] { fake_.http->answer(2, 204, ""); });
   EXPECT_EQ(empty.bytes, std::nullopt);
   EXPECT_EQ(empty.error, "the answer is empty");
+  EXPECT_EQ(loadAnsweredBy([&] { fake_.http->stop(); }).error, "cancelled");
 }
 
 TEST_F(PushImageTest, OnlyABodyThatBeginsAsAnImageDoesCounts) {
@@ -72,11 +68,6 @@ TEST_F(PushImageTest, OnlyABodyThatBeginsAsAnImageDoesCounts) {
                           "RIFF", "ftyp", "\x89PNG"}) {
     EXPECT_EQ(load(bad).error, "the answer is no image") << bad;
   }
-}
-
-TEST_F(PushImageTest, ATransportThatStopsEndsTheWait) {
-  const auto image = loadAnsweredBy([&] { fake_.http->stop(); });
-  EXPECT_EQ(image.error, "cancelled");
 }
 
 TEST_F(PushImageTest, TheRequestCarriesTheLimits) {

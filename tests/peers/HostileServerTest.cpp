@@ -1,10 +1,8 @@
 // Answers that are made to fill the memory or to take for ever.
-#include <gmock/gmock.h>
 
 #include <thread>
 
 #include "platform/linux/http/CurlTransport.h"
-#include "testing/FakePlatform.h"
 #include "tests/support/Sockets.h"
 
 namespace kifo::testing {

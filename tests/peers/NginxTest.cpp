@@ -1,5 +1,4 @@
 // The whole SDK on this system's services, against a server that others wrote.
-#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -13,7 +12,6 @@
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/http/CurlTransport.h"
 #include "testing/ChildProgram.h"
-#include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/support/Certificate.h"
 #include "tests/support/Sockets.h"

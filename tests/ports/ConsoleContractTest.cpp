@@ -1,15 +1,10 @@
 // What every console sink promises, asked of the one on a descriptor and of the recording one; and
 // what the SDK makes of a text before a sink gets it.
-#include <memory>
 #include <sstream>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/LinuxConsole.h"
-#include "testing/FakePlatform.h"
 #include "tests/linux/Pipe.h"
 
 namespace kifo::testing {
@@ -46,15 +41,11 @@ using Benches = ::testing::Types<DescriptorConsole, KeptConsole>;
 TYPED_TEST_SUITE(ConsoleContract, Benches);
 
 TYPED_TEST(ConsoleContract, LinesOfManyThreadsStayWholeAndEachThreadsInOrder) {
-  std::vector<std::thread> threads;
-  for (int thread = 0; thread < 4; ++thread) {
-    threads.emplace_back([&, thread] {
-      for (int line = 0; line < 100; ++line) {
-        this->bench_.sink->write(std::to_string(thread) + " " + std::to_string(line));
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  onThreads(4, [&](int thread) {
+    for (int line = 0; line < 100; ++line) {
+      this->bench_.sink->write(std::to_string(thread) + " " + std::to_string(line));
+    }
+  });
   std::vector<int> next(4);
   for (const std::string& line : this->bench_.lines()) {
     const int thread = line.at(0) - '0';
@@ -71,10 +62,9 @@ TEST(ConsoleTest, ControlCharactersOfATextAreShownEscapedAndNothingElseIsChanged
                  "31m");
   Console::printBare(std::string("tab\tzero\0end", 12));
   Console::print("Tag:", "Çay ☕ \"quoted\" \\ \xc2\xa0\xff");
-  EXPECT_THAT(
-      fake.console->lines(),
-      ::testing::ElementsAre("Tag: a title\\nTag: forged\\x0d\\x1b[2J\\x07\\x7f\\x9b31m",
-                             "tab\\x09zero\\x00end", "Tag: Çay ☕ \"quoted\" \\ \xc2\xa0\xff"));
+  EXPECT_THAT(fake.console->lines(),
+              ElementsAre("Tag: a title\\nTag: forged\\x0d\\x1b[2J\\x07\\x7f\\x9b31m",
+                          "tab\\x09zero\\x00end", "Tag: Çay ☕ \"quoted\" \\ \xc2\xa0\xff"));
 }
 
 }  // namespace

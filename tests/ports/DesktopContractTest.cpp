@@ -3,30 +3,13 @@
 #include <QGuiApplication>
 #include <QtTest>
 #include <atomic>
-#include <memory>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
-#include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/qt/DesktopNotificationCentre.h"
 #include "platform/qt/QtPlatform.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
-
-using ::testing::AllOf;
-using ::testing::Ge;
-using ::testing::Le;
-
-void onSeveralThreads(const std::function<void()>& work) {
-  std::vector<std::thread> threads;
-  for (int index = 0; index < 4; ++index) threads.emplace_back(work);
-  for (auto& thread : threads) thread.join();
-}
 
 TEST(PasteboardContract, TheLastTextIsTheOneThatIsThere) {
   const InstalledFakePlatform fake;
@@ -48,7 +31,7 @@ TEST(NotificationCentreContract, EachQuestionIsAnsweredOnceOrNeverOnAnyThread) {
       {real, 16}, {fake.notifications, 16}, {nullPlatform().notifications, 0}};
   for (const auto& [centre, expected] : centres) {
     const auto answers = std::make_shared<std::atomic<int>>(0);
-    onSeveralThreads([&] {
+    onThreads(4, [&](int) {
       for (int index = 0; index < 4; ++index) {
         centre->setNotificationCategories({{"category", {{"action", "Title", 4}}}});
         centre->getNotificationSettings([answers](int status) {
@@ -73,7 +56,7 @@ TEST(PopupPresenterContract, APopupWithoutItsScreenIsTakenFromAnyThreadAndDroppe
       ADD_FAILURE() << "a popup that cannot be shown is not opened";
       return false;
     };
-    onSeveralThreads([&] { presenter->present(request); });
+    onThreads(4, [&](int) { presenter->present(request); });
     EXPECT_TRUE(QTest::qWaitFor([&] { return request.use_count() == 1; }));
   }
   EXPECT_TRUE(fake.popups->requests().empty());
@@ -84,7 +67,7 @@ TEST(PositionContract, APositionIsKnownInDegreesOrNotAtAllOnAnyThread) {
   const auto position = withQt(nullPlatform()).position;
   EXPECT_EQ(position->authorizationStatus(), 0) << "the first question is answered at once";
   QCoreApplication::processEvents();  // makes the default source, whatever the system has of it
-  onSeveralThreads([&] {
+  onThreads(4, [&](int) {
     EXPECT_THAT(position->authorizationStatus(), AllOf(Ge(0), Le(4)));
     EXPECT_THAT(position->applicationState(), AllOf(Ge(0), Le(2)));
     const auto known = position->location().value_or(Coordinate{});

@@ -1,24 +1,15 @@
 // What device probes, positions, clocks and identifiers promise, asked of the machine, the fakes
 // and the null ones.
-#include <chrono>
-#include <memory>
 #include <set>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
 
-using ::testing::AllOf;
 using ::testing::AnyOf;
 using ::testing::Eq;
-using ::testing::Ge;
-using ::testing::Le;
 using ::testing::MatchesRegex;
 
 constexpr auto kUuid = "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}";
@@ -81,17 +72,15 @@ class IdentifiersContract : public DeviceContract {};
 
 TEST_P(IdentifiersContract, NoTwoAreAlikeWhateverTheThread) {
   std::vector<std::vector<std::string>> given(4);
-  std::vector<std::thread> threads;
-  for (auto& mine : given) {
-    threads.emplace_back([&] {
-      for (int index = 0; index < 250; ++index) mine.push_back(platform_.identifiers->uuid());
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  onThreads(4, [&](int thread) {
+    for (int index = 0; index < 250; ++index) {
+      given[thread].push_back(platform_.identifiers->uuid());
+    }
+  });
   std::set<std::string> distinct;
   for (const auto& mine : given) distinct.insert(mine.begin(), mine.end());
   EXPECT_EQ(distinct.size(), 1000u);
-  EXPECT_THAT(distinct, ::testing::Each(MatchesRegex(kUuid)));
+  EXPECT_THAT(distinct, Each(MatchesRegex(kUuid)));
 }
 
 TEST_P(IdentifiersContract, TheClockTellsMillisecondsSince1970) {

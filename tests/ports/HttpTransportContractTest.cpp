@@ -2,15 +2,10 @@
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
-#include <memory>
 #include <mutex>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/http/CurlTransport.h"
-#include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 
 namespace kifo::testing {
@@ -74,7 +69,7 @@ class Answers {
 const Error kCancelled{"http", 0, "cancelled"};
 
 template <class Bench>
-class HttpTransportContract : public ::testing::Test {
+class HttpTransportContract : public FakesTest {
  protected:
   void send(const char* path, std::string body = {}) {
     bench_.transport->send(
@@ -89,7 +84,6 @@ class HttpTransportContract : public ::testing::Test {
     return answers_.waitFor(count);
   }
 
-  InstalledFakePlatform fake_;
   Answers answers_;
   std::atomic<int> made_ = 0;
   Bench bench_;
@@ -99,14 +93,9 @@ using Benches = ::testing::Types<RealTransport, FakeTransport>;
 TYPED_TEST_SUITE(HttpTransportContract, Benches);
 
 TYPED_TEST(HttpTransportContract, EachRequestIsMadeOnceAndAnsweredOnceWhateverTheThread) {
-  std::vector<std::thread> threads;
-  for (int index = 0; index < 4; ++index) {
-    threads.emplace_back([&, index] {
-      for (int each = 0; each < 50; ++each)
-        this->send(kGoodPath, std::to_string(index * 50 + each));
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  onThreads(4, [&](int index) {
+    for (int each = 0; each < 50; ++each) this->send(kGoodPath, std::to_string(index * 50 + each));
+  });
   std::vector<int> bodies;
   for (const auto& answer : this->waitFor(200)) {
     EXPECT_EQ(answer.error, std::nullopt);
@@ -145,14 +134,10 @@ TYPED_TEST(HttpTransportContract, CancellingAnswersWhatIsOpenAndNothingThatIsSen
 }
 
 TYPED_TEST(HttpTransportContract, WhatIsSentWhileItStopsIsAnsweredOnceAllTheSame) {
-  std::vector<std::thread> threads;
-  for (int index = 0; index < 4; ++index) {
-    threads.emplace_back([this] {
-      for (int each = 0; each < 50; ++each) this->send(kMutePath);
-    });
-  }
-  this->bench_.transport->stop();
-  for (auto& thread : threads) thread.join();
+  onThreads(5, [this](int thread) {
+    if (thread == 4) return this->bench_.transport->stop();
+    for (int each = 0; each < 50; ++each) this->send(kMutePath);
+  });
   for (const auto& answer : this->answers_.waitFor(200)) EXPECT_EQ(answer.error, kCancelled);
 }
 

@@ -2,12 +2,7 @@
 // one.
 #include <chrono>
 #include <future>
-#include <memory>
-#include <optional>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
@@ -133,7 +128,7 @@ TYPED_TEST(ReachabilityContract, WhatWasRemovedOrNeverGivenIsNotCalled) {
   gone->setDispatchQueue(this->queue_);
   gone.reset();
   this->connectAndAwaitWitness();
-  this->queue_->sync([&] { EXPECT_THAT(*calls, ::testing::IsEmpty()); });
+  this->queue_->sync([&] { EXPECT_THAT(*calls, IsEmpty()); });
 }
 
 TEST(NoReachability, ThereIsNoSourceButAReason) {

@@ -1,20 +1,14 @@
 // What every serial queue promises, asked of the one with a thread and of the manual one.
 #include <atomic>
-#include <functional>
 #include <future>
-#include <memory>
 #include <stdexcept>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "platform/linux/threads/LinuxSerialQueue.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using Seconds = SerialQueue::Duration;
 
 struct RealQueue {
@@ -35,7 +29,7 @@ struct ManualQueue {
 };
 
 template <class Bench>
-class SerialQueueContract : public ::testing::Test {
+class SerialQueueContract : public FakesTest {
  protected:
   SerialQueue& queue() { return *bench_.queue; }
   SerialQueue::Task note(int value) {
@@ -53,7 +47,6 @@ class SerialQueueContract : public ::testing::Test {
     return bench_.await(future);
   }
 
-  InstalledFakePlatform fake_;
   Bench bench_;
   std::vector<int> notes_;  // touched by tasks, read after settle() or stop()
 };
@@ -82,7 +75,7 @@ TYPED_TEST(SerialQueueContract, AnExceptionIsPrintedAndTheNextTaskRuns) {
   EXPECT_THAT(this->notes_, ElementsAre(1));
   EXPECT_THAT(this->fake_.console->lines(),
               ElementsAre(::testing::MatchesRegex("Kifo SerialQueue: .*: of the task"),
-                          ::testing::StartsWith("Kifo SerialQueue: "),
+                          StartsWith("Kifo SerialQueue: "),
                           ::testing::MatchesRegex("Kifo SerialQueue: .*: of the synced task")));
 }
 
@@ -149,6 +142,7 @@ TYPED_TEST(SerialQueueContract, StoppingRunsWhatIsQueuedAndDropsWhatIsNotDueYet)
   this->queue().sync(this->note(11));
   EXPECT_EQ(this->queue().schedule(Seconds(0), this->note(12)), 0u);
   EXPECT_TRUE(this->queue().stop(Seconds(0))) << "a second stop has nothing to wait for";
+  EXPECT_TRUE(TypeParam().queue->stop(Seconds(0))) << "nor has one that was never used";
   EXPECT_EQ(this->notes_.size(), 10u);
 }
 
@@ -174,23 +168,15 @@ TYPED_TEST(SerialQueueContract, WhatIsPostedWhileItStopsIsRunOrDroppedAndNeverKe
   EXPECT_EQ(held.use_count(), 1);
 }
 
-TYPED_TEST(SerialQueueContract, AQueueThatWasNeverUsedStopsAtOnce) {
-  EXPECT_TRUE(this->queue().stop(Seconds(0)));
-}
-
 TYPED_TEST(SerialQueueContract, ManyThreadsLoseNothingAndEachKeepsItsOrder) {
   constexpr int kThreads = 4;
   constexpr int kEach = 500;
   std::vector<std::vector<int>> seen(kThreads);
-  std::vector<std::thread> threads;
-  for (int index = 0; index < kThreads; ++index) {
-    threads.emplace_back([&, index] {
-      for (int value = 0; value < kEach; ++value) {
-        this->queue().post([&, index, value] { seen[index].push_back(value); });
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  onThreads(kThreads, [&](int index) {
+    for (int value = 0; value < kEach; ++value) {
+      this->queue().post([&, index, value] { seen[index].push_back(value); });
+    }
+  });
   this->settle();
   for (const auto& values : seen) {
     EXPECT_EQ(values.size(), static_cast<std::size_t>(kEach));
@@ -199,13 +185,12 @@ TYPED_TEST(SerialQueueContract, ManyThreadsLoseNothingAndEachKeepsItsOrder) {
 }
 
 /// What the manual queues of one executor do together.
-class ManualExecutorTest : public ::testing::Test {
+class ManualExecutorTest : public FakesTest {
  protected:
   SerialQueue::Task note(std::string text) {
     return [this, text = std::move(text)] { notes_.push_back(text); };
   }
 
-  InstalledFakePlatform fake_;
   std::vector<std::string> notes_;
 };
 

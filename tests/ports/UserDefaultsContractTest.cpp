@@ -1,12 +1,7 @@
 // What every store of user defaults promises, asked of the file and of the fake.
-#include <memory>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/FileUserDefaults.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
@@ -29,9 +24,8 @@ struct MemoryStore {
 };
 
 template <class Bench>
-class UserDefaultsContract : public ::testing::Test {
+class UserDefaultsContract : public FakesTest {
  protected:
-  InstalledFakePlatform fake_;
   Bench bench_;
   UserDefaults& defaults_ = *bench_.defaults;
 };
@@ -76,16 +70,12 @@ TYPED_TEST(UserDefaultsContract, RemovedNothingIsLeftAndANewValueIsKept) {
 }
 
 TYPED_TEST(UserDefaultsContract, ThreadsThatWriteDifferentKeysLoseNothing) {
-  std::vector<std::thread> threads;
-  for (int index = 0; index < 4; ++index) {
-    threads.emplace_back([&, index] {
-      for (std::int64_t value = 1; value <= 200; ++value) {
-        this->defaults_.setValue("key" + std::to_string(index), value);
-        EXPECT_EQ(this->defaults_.integer("key" + std::to_string(index)), value);
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  onThreads(4, [&](int index) {
+    for (std::int64_t value = 1; value <= 200; ++value) {
+      this->defaults_.setValue("key" + std::to_string(index), value);
+      EXPECT_EQ(this->defaults_.integer("key" + std::to_string(index)), value);
+    }
+  });
   for (int index = 0; index < 4; ++index) {
     EXPECT_EQ(this->defaults_.integer("key" + std::to_string(index)), 200);
   }

@@ -1,20 +1,14 @@
 #include "platform/qml/JsValue.h"
 
-#include <gmock/gmock.h>
-
 #include <QJSEngine>
 
 #include "platform/qml/QmlConfiguration.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 /// What a QML host hands over, and the console lines that it gets for it.
-class JsValueTest : public ::testing::Test {
+class JsValueTest : public testing::FakesTest {
  protected:
   QJSValue js(const QString& text) {
     const QJSValue value = engine_.evaluate("(" + text + ")");
@@ -22,7 +16,6 @@ class JsValueTest : public ::testing::Test {
     return value;
   }
 
-  testing::InstalledFakePlatform fake_;
   QJSEngine engine_;
 };
 

@@ -1,26 +1,19 @@
 #include "platform/qml/KifoScreen.h"
 
-#include <gmock/gmock.h>
-
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
-#include "testing/FakePlatform.h"
 #include "tests/support/PageEvents.h"
 
 namespace kifo {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr auto kCampaign = R"({"model": [{
     "type": "POPUP", "uuid": "u", "maxShowCount": 1, "triggeringEventName": "look",
     "buttons": [{"id": "b", "text": "Show me", "action": {"link": "shop://lamp"}}]}]})";
 
 /// A window in QML whose screens report themselves.
-class KifoScreenTest : public ::testing::Test {
+class KifoScreenTest : public testing::FakesTest {
  protected:
   QQuickWindow& load(const QByteArray& content) {
     engine_.loadData("import QtQuick\nimport Kifo\nWindow { visible: true; " + content + " }");
@@ -34,7 +27,6 @@ class KifoScreenTest : public ::testing::Test {
   }
   std::vector<std::string> events() { return testing::takeEvents(*fake_.inspector); }
 
-  testing::InstalledFakePlatform fake_;
   QQmlApplicationEngine engine_;
 };
 

@@ -1,5 +1,4 @@
 // The alert as an element of a QML host.
-#include <gmock/gmock.h>
 
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -7,12 +6,9 @@
 #include <QTest>
 
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickAlertOverlay.h"
-#include "testing/FakePlatform.h"
 
 namespace kifo::testing {
 namespace {
-
-using ::testing::ElementsAre;
 
 constexpr auto kHost = R"(
 import QtQuick

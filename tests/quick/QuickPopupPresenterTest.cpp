@@ -22,10 +22,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-
 /// A host's screen that is an item.
 class ItemScreen : public HomeScreen, public QuickScreenProvider {
  public:
@@ -363,7 +359,7 @@ TEST_F(QuickPopupPresenterTest, WidgetsAndScenesHaveOnePresenter) {
   both.popups->present(request("two"));
   settle();
   settle();
-  EXPECT_THAT(opened, ::testing::UnorderedElementsAre("one", "two"));
+  EXPECT_THAT(opened, UnorderedElementsAre("one", "two"));
   EXPECT_NE(widget.findChild<QWidget*>("PopUpWindow"), nullptr);
   EXPECT_EQ(popups().size(), 1u);
 }

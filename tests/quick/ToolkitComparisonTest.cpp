@@ -200,12 +200,6 @@ TEST_P(AlertComparisonTest, BothToolkitsShowTheSame) {
   expectEqual(look<WidgetsAlerts>(GetParam()), look<QuickAlerts>(GetParam()), 0.003);
 }
 
-KifoAppearance inRow() {
-  KifoAppearance appearance;
-  appearance.buttonsLayout = KifoAlertButtonLayout::horizontal;
-  return appearance;
-}
-
 KifoAppearance dark() {
   KifoAppearance appearance = KifoAppearance::likePopups();
   appearance.contentViewColor = QColor(0x20, 0x22, 0x28);
@@ -221,7 +215,9 @@ INSTANTIATE_TEST_SUITE_P(
              .appearance = KifoAppearance::likePopups(),
              .style = KifoPopupStyle::success,
              .buttons = {"Pay", "Split the bill"}},
-        Case{.name = "Row", .appearance = inRow(), .buttons = {"Yes", "A longer answer"}},
+        Case{.name = "Row",
+             .appearance = {.buttonsLayout = KifoAlertButtonLayout::horizontal},
+             .buttons = {"Yes", "A longer answer"}},
         Case{.name = "List",
              .appearance = {},
              .rows = {{"Coffee", "2.40"}, {"Address", "12 Harbour Street, third floor, ring"}}},

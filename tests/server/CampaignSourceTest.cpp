@@ -1,10 +1,6 @@
 #include "testing/server/CampaignSource.h"
 
-#include <gtest/gtest.h>
-
 #include <fstream>
-
-#include <nlohmann/json.hpp>
 
 #include "testing/TemporaryDirectory.h"
 

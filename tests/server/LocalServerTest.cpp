@@ -1,10 +1,6 @@
 #include "testing/server/LocalServer.h"
 
-#include <string>
-#include <utility>
-
 #include "platform/linux/http/CurlTransport.h"
-#include "testing/FakePlatform.h"
 #include "tests/support/Last.h"
 #include "tests/support/Sockets.h"
 
@@ -16,7 +12,7 @@ constexpr auto eventPath = "/sdkListenerEvent";
 constexpr auto apiPath = "/getInAppCommunication";
 constexpr auto eventBody = R"({"name":"page_in"})";
 
-class LocalServerTest : public ::testing::Test {
+class LocalServerTest : public FakesTest {
  protected:
   LocalServerTest() { server_.start(); }
 
@@ -30,7 +26,6 @@ class LocalServerTest : public ::testing::Test {
   }
   HttpAnswer postEvent() { return post(eventPath, eventBody); }
 
-  const InstalledFakePlatform fake_;
   LocalServer server_;
   CurlTransport client_;
 };

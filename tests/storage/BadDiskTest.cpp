@@ -1,5 +1,4 @@
 // The store on a disk that is full or changed behind its back.
-#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <fstream>
@@ -79,8 +78,7 @@ TEST_P(DamagedStoreTest, GoesOnAndStoresAgainOnceItCan) {
   store("meanwhile");
   GetParam().repair(databasePath());
   store("after");
-  EXPECT_THAT(rows("select PARAMETERS from KifoLog"),
-              ::testing::Contains(::testing::HasSubstr("\"after\"")));
+  EXPECT_THAT(rows("select PARAMETERS from KifoLog"), Contains(HasSubstr("\"after\"")));
   EXPECT_EQ(rows("pragma integrity_check"), std::vector<std::string>{"ok"});
 }
 

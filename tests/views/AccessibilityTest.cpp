@@ -16,14 +16,11 @@ void QAccessible::updateAccessibility(QAccessibleEvent* event) {
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-
 using AccessibilityTest = PopupTest;
 
 TEST_P(AccessibilityTest, ThePopupIsAnnouncedOnce) {
   alerts.clear();
-  campaign("POPUP");
-  present();
+  present("POPUP");
   settle();
   ASSERT_EQ(alerts.size(), 1u);
   EXPECT_EQ(QAccessible::queryAccessibleInterface(alerts[0]), user.overlay());

@@ -8,10 +8,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class AnswerTest : public PopupTest {
  protected:
   AnswerTest() {
@@ -101,8 +97,7 @@ TEST_P(AnswerTest, ClosingReportsTheItemWithoutAnyAnswer) {
 }
 
 TEST_P(AnswerTest, AScreenThatIsGoneIsReportedAsNoneAndAMissingItemNotAtAll) {
-  campaign("POPUP");
-  present();
+  present("POPUP");
   screen.reset();
   close();
   ASSERT_EQ(reports().size(), 1u);
@@ -112,20 +107,6 @@ TEST_P(AnswerTest, AScreenThatIsGoneIsReportedAsNoneAndAMissingItemNotAtAll) {
   close();
   EXPECT_EQ(reports().size(), 1u);
   EXPECT_EQ(toolkit->closings, 2);
-}
-
-TEST_P(AnswerTest, OfTwoChoicesWithOneIdTheFirstIsMarkedAndTheTappedOneSent) {
-  campaign("SURVEY");
-  choices(3);
-  request->preferences.choices[2]->id = "c1";
-  submitButton();
-  present();
-  click("Choice 3");
-  EXPECT_TRUE(user.named("Choice 1")->state().checked);
-  EXPECT_FALSE(user.named("Choice 3")->state().checked);
-  click("Send");
-  ASSERT_EQ(reports().size(), 1u);
-  EXPECT_EQ(reports()[0].answer.choiseField->text, "Choice 3");
 }
 
 TEST_P(AnswerTest, AnEmojiIsPickedAnywhereInItsCellIsNamedForAMomentAndTheOthersArePale) {

@@ -59,8 +59,7 @@ TEST_P(CarouselTest, ClosingStopsItAndAnOpenEndedAnswerLeavesItRunning) {
     EXPECT_TRUE(isGone() || !toolkit->turnsPages());
     delete toolkit->popup();
   }
-  campaign("OPEN_ENDED");
-  present();
+  present("OPEN_ENDED");
   settle();
   toolkit->submit();
   EXPECT_TRUE(toolkit->turnsPages());

@@ -142,8 +142,7 @@ TEST_F(PopUpWindowTest, ScoreLabelsAreWhiteOnDarkAndBlackOnLight) {
 }
 
 TEST_F(PopUpWindowTest, WhatLiesAboveThePopupMayTakeTheFocus) {
-  campaign("OPEN_ENDED");
-  present();
+  present("OPEN_ENDED");
   auto* onTop = new QPushButton(host());
   onTop->show();
   onTop->setFocus();

@@ -5,9 +5,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class FocusTest : public PopupTest {
  protected:
   FocusTest() {

@@ -1,6 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 

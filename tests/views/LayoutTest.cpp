@@ -9,8 +9,6 @@
 namespace kifo::testing {
 namespace {
 
-using ::testing::ElementsAre;
-
 const std::set<std::string> kPieces = {
     "popupTitle",          "popupImageView", "popupImageViewList", "pageIndicator",
     "popupDescription",    "couponLabel",    "copyButton",         "popupQuestion",
@@ -39,8 +37,7 @@ TEST_P(LayoutTest, ThePanelIsInsetByTheScreensMarginsAndNeverWiderThan480) {
   const std::pair<int, int> widths[] = {{320, 258}, {399, 337}, {400, 330}, {3840, 480}};
   for (const auto& [window, expected] : widths) {
     toolkit->resize({window, 900});
-    campaign("POPUP");
-    present();
+    present("POPUP");
     const QRect panel = box("popupView");
     EXPECT_EQ(panel.width(), expected);
     EXPECT_NEAR(panel.center().x(), windowBox().center().x(), 1);
@@ -82,8 +79,7 @@ TEST_P(LayoutTest, PiecesFollowEachOtherInTheOrderOfReading) {
   EXPECT_EQ(box("buttonsTableview").height(), 200) << "four rows";
   dismiss();
 
-  campaign("EMOJI");
-  present();
+  present("EMOJI");
   EXPECT_EQ(reading().at(4), "emojiCollectionView");
   dismiss();
   choices(6);
@@ -183,8 +179,7 @@ TEST_P(LayoutTest, RightToLeftTextMirrorsThePanel) {
 }
 
 TEST_P(LayoutTest, TheKeyboardLiftsTheViewByHalfItsHeightOnce) {
-  campaign("OPEN_ENDED");
-  present();
+  present("OPEN_ENDED");
   const QRect close = box("closeButton");
   toolkit->keyboard({0, 0, 0, 0.5});
   EXPECT_FALSE(toolkit->state()->isKeyboardSizeAdded);

@@ -18,8 +18,7 @@ class LifetimeTest : public PopupTest {
 TEST_P(LifetimeTest, FadesInAndOutAndIsGone) {
   options.reducedMotion = false;
   options.durations.fade = std::chrono::milliseconds(30);
-  campaign("POPUP");
-  present();
+  present("POPUP");
   EXPECT_TRUE(toolkit->isFading());
   EXPECT_TRUE(QTest::qWaitFor([this] { return !toolkit->isFading(); }, 5000));
   toolkit->dismiss();
@@ -31,8 +30,7 @@ TEST_P(LifetimeTest, FadesInAndOutAndIsGone) {
 TEST_P(LifetimeTest, HalfwayThroughAFadeNoShadowIsSeenInsideThePanel) {
   options.reducedMotion = false;
   options.durations.fade = std::chrono::hours(1);
-  campaign("POPUP");
-  present();
+  present("POPUP");
   advanceFade(*toolkit->popup());
   settle();
   expectNoShadowInside(toolkit->picture(), box("popupView"));
@@ -41,8 +39,7 @@ TEST_P(LifetimeTest, HalfwayThroughAFadeNoShadowIsSeenInsideThePanel) {
 
 TEST_P(LifetimeTest, CanBeDismissedWhileItStillFadesIn) {
   options.reducedMotion = false;
-  campaign("POPUP");
-  present();
+  present("POPUP");
   advanceFade(*toolkit->popup());
   key(Qt::Key_Escape);
   toolkit->dismiss();

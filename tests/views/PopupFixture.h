@@ -117,6 +117,10 @@ class PopupFixture : public SettledTest {
   }
 
   void present() { toolkit->present(request, options); }
+  void present(const std::string& type) {
+    campaign(type);
+    present();
+  }
   void dismiss() {
     toolkit->dismiss();
     settle();
