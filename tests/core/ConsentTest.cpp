@@ -4,7 +4,6 @@
 #include <set>
 
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
-#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {

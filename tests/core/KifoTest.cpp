@@ -3,13 +3,10 @@
 #include <future>
 
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
-#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
 namespace {
-
-using Lines = std::vector<std::string>;
 
 class KifoTest : public SdkTest {
  protected:

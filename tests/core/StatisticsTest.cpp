@@ -5,7 +5,6 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
-#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {

@@ -132,10 +132,7 @@ TEST_F(DesktopNotificationCentreTest, APushThatTheHostClosesIsTakenOffOrNeverSho
   centre_->close("push");
   ASSERT_TRUE(waitFor([&] { return service_->closeCalls() == std::vector<uint>{id}; }));
 
-  service_->silent = true;
-  show("under way");
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  show("waiting");
+  showUnderWayAndWaiting();
   centre_->close("waiting");
   centre_->close("under way");
   // Behind the two closes: once it is reported, they have been handed over.

@@ -108,6 +108,13 @@ class DesktopNotificationCentreTest : public NotificationCentreFixture {
     if (content.title.empty()) content.title = identifier;
     centre_->show({identifier, std::make_shared<NotificationContent>(std::move(content))});
   }
+  /// Leaves a push unanswered by the service, and another one behind it.
+  void showUnderWayAndWaiting() {
+    service_->silent = true;
+    show("under way");
+    ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
+    show("waiting");
+  }
   /// Shows the campaign's push and hands back the service's number.
   uint showCampaign(const std::string& identifier = "push") {
     const std::size_t before = service_->shown().size();

@@ -62,15 +62,12 @@ TEST_F(DesktopNotificationRestartTest, ABusThatStartsLateIsLookedForOnceInAnInte
 
 TEST_F(DesktopNotificationRestartTest, ASilentServiceIsAskedOnceAndBlocksNothing) {
   start();
-  service_->silent = true;
-  show("one");
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  show("two");
+  showUnderWayAndWaiting();
   EXPECT_EQ(status(), 2);
   service_->speak();
   ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
   settle();
-  EXPECT_THAT(titles(), ElementsAre("one", "two", "settle1"));
+  EXPECT_THAT(titles(), ElementsAre("under way", "waiting", "settle1"));
 }
 
 TEST_F(DesktopNotificationRestartTest, ARestartInTheMiddleLosesAndDoublesNothing) {
@@ -80,10 +77,7 @@ TEST_F(DesktopNotificationRestartTest, ARestartInTheMiddleLosesAndDoublesNothing
   ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
   service_->close(2, expired);
   settle();
-  service_->silent = true;
-  show("under way");
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  show("waiting");
+  showUnderWayAndWaiting();
   const auto earlier = std::exchange(service_, makeService());
   earlier->releaseName();
 
@@ -117,10 +111,7 @@ TEST_F(DesktopNotificationRestartTest, APushThatEndsEveryServiceIsGivenUp) {
 
 TEST_F(DesktopNotificationRestartTest, ACentreMayBeDestroyedWithCallsAndPushesUnderWay) {
   start();
-  service_->silent = true;
-  show("under way");
-  ASSERT_TRUE(waitFor([&] { return service_->unanswered() == 1; }));
-  show("waiting");
+  showUnderWayAndWaiting();
   Platform::install(fake_.platform());
   centre_.reset();
   service_->speak();

@@ -1,7 +1,6 @@
 // What each kind of event looks like on the wire.
 
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
-#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {

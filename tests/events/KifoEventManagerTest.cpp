@@ -1,13 +1,10 @@
 #include "Kifo_iOS_Common_Kit/events/KifoEventManager.h"
 
 #include "Kifo_iOS_Common_Kit/core/runtime/Session.h"
-#include "tests/support/HostDoubles.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
 namespace {
-
-using Lines = std::vector<std::string>;
 
 constexpr auto kCampaigns = R"({
   "configuration": {"stopAllEvents": false, "offlineQueueSize": 10},

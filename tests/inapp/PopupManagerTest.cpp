@@ -5,12 +5,9 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupType.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
 #include "tests/support/HostDoubles.h"
-#include "tests/support/Last.h"
 
 namespace kifo {
 namespace {
-
-using Lines = std::vector<std::string>;
 
 std::shared_ptr<AppCommunicationItem> itemFrom(const nlohmann::json& json) {
   const auto item = decode<AppCommunicationItem>(json.dump());

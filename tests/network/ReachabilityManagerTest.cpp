@@ -6,7 +6,6 @@
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "platform/linux/threads/LinuxSerialQueue.h"
-#include "tests/support/Last.h"
 
 namespace kifo {
 namespace {

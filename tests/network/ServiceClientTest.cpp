@@ -4,14 +4,10 @@
 #include "Kifo_iOS_Common_Kit/network/InFlightRequests.h"
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 #include "tests/support/ForeignLock.h"
-#include "tests/support/HostDoubles.h"
-#include "tests/support/Last.h"
 #include "tests/support/SdkTest.h"
 
 namespace kifo {
 namespace {
-
-using Lines = std::vector<std::string>;
 
 constexpr auto kCounted = R"({"configuration":{"stopAllEvents":false,"offlineQueueSize":3}})";
 

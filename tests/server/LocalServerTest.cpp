@@ -1,7 +1,6 @@
 #include "testing/server/LocalServer.h"
 
 #include "platform/linux/http/CurlTransport.h"
-#include "tests/support/Last.h"
 #include "tests/support/Sockets.h"
 
 namespace kifo::testing {

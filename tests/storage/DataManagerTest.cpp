@@ -10,8 +10,6 @@
 namespace kifo {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class DataManagerTest : public SdkTest {
  protected:
   DataManagerTest() {

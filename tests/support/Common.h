@@ -17,6 +17,8 @@
 
 namespace kifo {
 
+using Lines = std::vector<std::string>;
+
 using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::Each;
@@ -46,6 +48,12 @@ inline void installWith(const FakePlatform& fake, const std::function<void(Platf
   Platform platform = fake.platform();
   change(platform);
   Platform::install(std::move(platform));
+}
+
+/// The last element. An empty list fails the test and does not end the process, as `back` may.
+template <class List>
+auto last(const List& list) {
+  return list.at(list.size() - 1);
 }
 
 /// Runs `work` on several threads at once, each with its number, and waits for all of them.

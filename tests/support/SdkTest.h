@@ -11,6 +11,7 @@
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "testing/FakePlatform.h"
 #include "tests/support/DatabaseRows.h"
+#include "tests/support/HostDoubles.h"
 
 namespace kifo {
 

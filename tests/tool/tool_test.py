@@ -27,16 +27,15 @@ def run(*arguments, lines=None):
 class Server:
     """`kifo serve` on a free port."""
 
-    def __init__(self, *arguments, campaigns=None):
+    def __init__(self, *arguments, campaigns):
         self.folder = tempfile.TemporaryDirectory()
         self.log = os.path.join(self.folder.name, "log.jsonl")
-        if campaigns is not None:
-            path = os.path.join(self.folder.name, "campaigns.json")
-            with open(path, "w") as file:
-                json.dump(campaigns, file)
-            arguments = (*arguments, "--campaigns", path)
-        self.process = subprocess.Popen([KIFO, "serve", "--log", self.log, *arguments], text=True,
-                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        path = os.path.join(self.folder.name, "campaigns.json")
+        with open(path, "w") as file:
+            json.dump(campaigns, file)
+        command = [KIFO, "serve", "--log", self.log, "--campaigns", path, *arguments]
+        self.process = subprocess.Popen(command, text=True, stdout=subprocess.PIPE,
+                                        stderr=subprocess.DEVNULL)
         ready = self.process.stdout.readline().split()
         assert ready[0] == "ready", ready
         self.uri = ready[1]
@@ -69,12 +68,13 @@ class Server:
 DEEP = "[" * 100_000 + "]" * 100_000
 IDLE = {"wait": "idle", "timeout": 60}
 SWITCHES = {"stopAllEvents": False, "offlineQueueSize": 100}
+NO_CAMPAIGN = {"model": [], "configuration": SWITCHES}
 
 
 class ToolCase(unittest.TestCase):
     maxDiff = None
 
-    def serve(self, *arguments, campaigns=None):
+    def serve(self, *arguments, campaigns=NO_CAMPAIGN):
         server = Server(*arguments, campaigns=campaigns)
         self.addCleanup(lambda: server.process.poll() is None and server.close())
         return server
@@ -134,7 +134,7 @@ class HostLines(ToolCase):
 
 class HostEvents(ToolCase):
     def test_a_first_start_installs_and_tells_of_it_in_order(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         output = self.host(server.initialize(actorId="ada"), IDLE,
                            {"get": "Kifo.initializeStatus"}, {"get": "Kifo.actorId"},
                            arguments=["--decisions"])
@@ -151,14 +151,14 @@ class HostEvents(ToolCase):
         self.assertIn("Kifo Kifo: KifoNetworkStatus: ONLINE", console)
 
     def test_the_short_form_initialises_too(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         line = server.initialize()
         line.update(line.pop("configuration"), localOrigin="shop", actorId="bo")
         output = self.host(line, IDLE, {"get": "Kifo.localOrigin"}, {"get": "Kifo.isStarted"})
         self.assertEqual(self.of("value", output), ["shop", False])
 
     def test_the_world_is_what_the_script_says(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         self.host({"device": {"machine": "iPhone13,2", "osVersion": "16.1", "vendorIdentifier": "V",
                               "batteryLevel": 0.25, "diskTotal": 100, "diskAvailable": 40,
                               "timeZone": "Asia/Tokyo"}},
@@ -177,30 +177,27 @@ class HostEvents(ToolCase):
         self.assertEqual({key: event.get(key) for key in wanted}, wanted)
         self.assertIn("latitude", event)
 
-    def test_a_screen_reports_itself_under_its_class_name(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
-        self.host(server.initialize(), IDLE, {"screen": "appear", "class": "HomeScreen"}, IDLE,
-                  {"screen": "disappear", "class": "HomeScreen"}, IDLE)
-        self.assertEqual([(e["name"], e["page_name"]) for e in server.events()[-2:]],
-                         [("page_in", "HomeScreen"), ("page_out", "HomeScreen")])
-
-    def test_a_push_is_received_and_its_tap_hands_on_the_buttons_action(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+    def test_a_screen_reports_itself_and_the_tap_on_a_push_hands_on_its_buttons_action(self):
+        server = self.serve()
         data = {"uuid": "u", "code": "c", "actorId": "a", "pushToken": "p", "scenario": "s",
                 "buttons": [{"id": "b1", "text": "Buy", "action": {"link": "shop://buy"}}]}
         info = {"data": json.dumps(data), "aps": {"alert": {"title": "Hello", "body": "You"}}}
-        output = self.host(server.initialize(), IDLE, {"push": {"userInfo": info}}, IDLE,
+        output = self.host(server.initialize(), IDLE, {"screen": "appear", "class": "HomeScreen"}, IDLE,
+                           {"screen": "disappear", "class": "HomeScreen"}, IDLE,
+                           {"push": {"userInfo": info}}, IDLE,
                            {"tap": {"userInfo": info, "actionIdentifier": "b1"}}, IDLE)
         content = next(l["content"] for l in output if l.get("callback") == "contentHandler")
         self.assertEqual((content["title"], content["categoryIdentifier"]),
                          ("Hello", "KifoNotificationCategory"))
         action = next(l["action"] for l in output if l.get("callback") == "actionCallback")
         self.assertEqual(action["link"], "shop://buy")
-        self.assertEqual(server.names()[-2:],
-                         ["push_notification_received", "push_notification_clicked"])
+        self.assertEqual([(e["name"], e.get("page_name")) for e in server.events()[-4:]],
+                         [("page_in", "HomeScreen"), ("page_out", "HomeScreen"),
+                          ("push_notification_received", None),
+                          ("push_notification_clicked", None)])
 
     def test_a_token_service_answers_late_or_not_at_all(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         service = {"token": "late", "delay": 0.05, "kifoTimeout": 30}
         output = self.host(server.initialize(authorization=None, tokenService=service), IDLE,
                            {"get": "Kifo.authorization"})
@@ -210,7 +207,7 @@ class HostEvents(ToolCase):
 
 class HostHomes(ToolCase):
     def test_a_host_that_is_killed_leaves_a_readable_log(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         home = self.home()
         process = subprocess.Popen([KIFO, "host", "--home", home, "--decisions"], text=True,
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE)
@@ -237,7 +234,7 @@ class HostHomes(ToolCase):
         self.assertIn("sound", done.stdout)
 
     def test_many_devices_have_homes_of_their_own_and_say_who_they_are(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         home = self.home()
         script = os.path.join(home, "script.jsonl")
         with open(script, "w") as file:
@@ -276,7 +273,7 @@ class Watch(ToolCase):
 
     def start_host(self):
         """A host that has stored one event without a network."""
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         host = self.start("host", stdin=subprocess.PIPE)
         self.tell(host, server.initialize(applicationName="shop"), IDLE, {"network": "offline"},
                   self.event("kept"), IDLE, {"get": "Kifo.actorId"})
@@ -407,8 +404,7 @@ class HostPopups(ToolCase):
 
 class Serve(ToolCase):
     def test_faults_of_options_and_of_http_meet_requests(self):
-        server = self.serve("--status", "500", "--times", "1",
-                            campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve("--status", "500", "--times", "1")
         output = self.host(server.initialize(), IDLE, {"get": "Kifo.initializeStatus"})
         self.assertEqual(self.of("value", output), ["INITIALIZE_FAILED"])
         faults = urllib.request.Request(server.uri + "/faults", method="POST",
@@ -430,7 +426,7 @@ class Serve(ToolCase):
 
 class Log(ToolCase):
     def test_it_shows_what_is_stored_and_one_request_whole(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         home = self.home()
         self.host({"defaults": {"campaign-uuid": 3}}, server.initialize(), IDLE,
                   {"network": "offline"},
@@ -450,7 +446,7 @@ class Log(ToolCase):
         self.assertIn('"name": "kept"', whole.stdout)
 
     def test_a_home_whose_user_refused_holds_the_refusal_alone(self):
-        server = self.serve(campaigns={"model": [], "configuration": SWITCHES})
+        server = self.serve()
         home = self.home()
         output = self.host(server.initialize(), IDLE, {"call": "Kifo.revokeConsent"}, IDLE,
                            {"call": "Kifo.consent"}, {"call": "Kifo.statistics"},

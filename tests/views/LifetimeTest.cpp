@@ -92,25 +92,6 @@ TEST_P(LifetimeTest, PicturesThatComeAfterTheEndFindNobody) {
   finishDecoding();
 }
 
-TEST_P(LifetimeTest, HostileColoursCrashNothing) {
-  for (const char* color :
-       {"", "#", "GGGGGG", "12345", "ffffffffffffffffffff", "00000000", "\xff\xfe"}) {
-    campaign("SURVEY");
-    item->bgColor = color;
-    choices(2);
-    submitButton();
-    request->preferences.submitButton->color = request->preferences.submitButton->textColor = color;
-    request->preferences.choices[0]->color = request->preferences.choices[0]->textColor = color;
-    item->coupon = Coupon{{"C", color, color, color},
-                          {{"", color, color, {}}, {"", color, color, {}}},
-                          {color, color}};
-    item->defaultFreeText = DefaultFreeText{color, color};
-    present();
-    toolkit->picture();
-    dismiss();
-  }
-}
-
 long residentPages() {
   QFile file("/proc/self/statm");
   return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').at(1).toLong() : 0;

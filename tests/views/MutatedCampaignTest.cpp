@@ -1,6 +1,6 @@
 // Every field of every sample campaign dropped, of another type, blown up and nested, on its way
 // from the server's answer to the pixels of both toolkits.
-#include "Kifo_iOS_Common_Kit/core/Kifo.h"
+#include "tests/support/SdkTest.h"
 #include "tests/views/Campaigns.h"
 #include "tests/views/PopupFixture.h"
 
@@ -72,14 +72,14 @@ void mutate(Json& answer, const Json::json_pointer& place, Mutation mutation) {
   }
 }
 
-class MutatedCampaignTest : public ::testing::Test {
+class MutatedCampaignTest : public SdkTest {
  protected:
   MutatedCampaignTest() {
     options_.reducedMotion = true;
     for (const auto& kind : PopupToolkit::all()) toolkits_.push_back(kind.make());
   }
 
-  static void settle(const FakePlatform& fake) {
+  void settle() {
     fake.runUntilIdle();
     for (int i = 0; i < 3; ++i) {
       QCoreApplication::processEvents();
@@ -87,50 +87,35 @@ class MutatedCampaignTest : public ::testing::Test {
     }
   }
 
-  /// What the popup manager makes of the answer when `event` happens.
-  FakePopupPresenter::Requests requestsOf(const FakePlatform& fake, const std::string& answer,
-                                          const std::string& event) {
-    fake.reachability->setFlags(2);
-    fake.http->setHandler([answer](const HttpRequest& request) {
-      return HttpAnswer{{}, 200, request.url.starts_with("http://api") ? answer : ""};
-    });
-    KifoInitConfig configuration;
-    configuration.bundle = {"com.example.test"};
-    configuration.apiUri = "http://api.test/inapp";
-    configuration.listenerUri = "http://listener.test/events";
-    configuration.authorization = "token";
-    Kifo::initialize(configuration);
-    fake.runUntilIdle();
-    KifoEventManager::sendEvent(screen_, event, std::nullopt, {}, [](const auto&) {});
-    fake.runUntilIdle();
-    fake.advance(1.0);
-    return fake.popups->take();
-  }
-
   /// Lays the popup out, paints it with and without a keyboard, and closes it.
-  void show(const FakePlatform& fake, PopupToolkit& toolkit,
-            const FakePopupPresenter::Requests& requests) {
+  void show(PopupToolkit& toolkit, const FakePopupPresenter::Requests& requests) {
     for (const auto& request : requests) {
       toolkit.present(request, options_);
-      settle(fake);
+      settle();
       EXPECT_FALSE(toolkit.picture().isNull());
       if (!toolkit.state()) continue;
       toolkit.keyboard(QRectF(0, 500, 414, 300));
-      settle(fake);
+      settle();
       EXPECT_FALSE(toolkit.picture().isNull());
       toolkit.dismiss();
-      settle(fake);
+      settle();
       EXPECT_EQ(toolkit.state(), nullptr) << "a popup that stays";
     }
   }
 
+  /// What the popup manager makes of the answer when `event` happens, in both toolkits.
   void play(const Json& answer, const std::string& event) {
-    const InstalledFakePlatform fake;
-    const auto requests = requestsOf(fake, answer.dump(), event);
+    restartProcess();
+    fake.userDefaults->removeAll();
+    start(answer.dump());
+    KifoEventManager::sendEvent(screen_, event, std::nullopt, {}, [](const auto&) {});
+    fake.runUntilIdle();
+    fake.advance(1.0);
+    const auto requests = fake.popups->take();
     shown_ += requests.size();
-    for (const auto& toolkit : toolkits_) show(fake, *toolkit, requests);
+    for (const auto& toolkit : toolkits_) show(*toolkit, requests);
     ImageDecoders::waitForDone();
-    settle(fake);
+    settle();
   }
 
   const std::shared_ptr<HomeScreen> screen_ = std::make_shared<HomeScreen>();
