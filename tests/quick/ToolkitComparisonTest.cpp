@@ -48,8 +48,8 @@ void collect(QAccessibleInterface* control, QPoint origin, NameOf nameOf, Pieces
 }
 
 struct View {
-  View(QWindow& window, const QImage& picture, NameOf nameOf)
-      : picture(picture.convertToFormat(QImage::Format_RGB32)) {
+  View(QWindow& window, const QImage& seen, NameOf nameOf)
+      : picture(seen.convertToFormat(QImage::Format_RGB32)) {
     collect(window.accessibleRoot(), window.mapToGlobal(QPoint()), nameOf, pieces);
   }
   Pieces pieces;
@@ -228,7 +228,7 @@ INSTANTIATE_TEST_SUITE_P(
              .text = QString("The payment terminal does not answer. ").repeated(20)},
         Case{.name = "Cross", .appearance = {}, .closeTitle = ""},
         Case{.name = "Notification", .appearance = {}, .type = ScreenType::notification}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& each) { return each.param.name; });
 
 }  // namespace
 }  // namespace kifo::testing

@@ -44,7 +44,7 @@ struct KIFO_EXPORT KifoAppearance {
   QColor contentViewBorderColor = QColor::fromRgbF(0.8F, 0.8F, 0.8F, 1);
   QColor titleColor = QColor::fromRgbF(77 / 255.F, 77 / 255.F, 77 / 255.F, 1);
   QColor subTitleColor = QColor::fromRgbF(77 / 255.F, 77 / 255.F, 77 / 255.F, 1);
-  Margin margin;
+  Margin margin{};
   QFont kTitleFont = systemFont(20);
   QFont kTextFont = systemFont(14);
   QFont kButtonFont = systemFont(14, QFont::Bold);
