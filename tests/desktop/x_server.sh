@@ -1,4 +1,4 @@
-# Sourced by the scripts beside it: an X server without a screen. `home` is a directory of the
+# Sourced by the scripts that need an X server without a screen. `home` is a directory of the
 # script's own; it and the processes in `pids` end with the script.
 
 home=$(mktemp -d)

@@ -121,6 +121,21 @@ TEST_F(ReachabilityTest, WithoutANotificationQueueChangesAreHandledWhereFlagsAre
   EXPECT_TRUE(subject->notifierRunning());
 }
 
+TEST_F(ReachabilityTest, StoppingDropsWhatWasAlreadyOnItsWay) {
+  const auto subject = watcher();
+  subject->startNotifier();
+  platform_.reachability->change(kReachable);  // waits on the serial queue
+  subject->stopNotifier();
+  platform_.runUntilIdle();
+  EXPECT_THAT(told_, IsEmpty());
+  EXPECT_FALSE(subject->notifierRunning());
+  EXPECT_EQ(platform_.reachability->listening(), 0U);
+
+  subject->startNotifier();
+  platform_.runUntilIdle();
+  EXPECT_THAT(told_, ElementsAre("reachable")) << "it can be started again";
+}
+
 TEST_F(ReachabilityTest, NeitherTheSystemNorAChangeUnderWayKeepsItAlive) {
   auto subject = watcher();
   const KifoReachabilityWeakifier weakifier{subject};

@@ -5,13 +5,10 @@
 # Ends with 77, which counts as skipped, where there is no X server; says which round it leaves out.
 set -euo pipefail
 tests=$1
-command -v Xvfb > /dev/null || { echo "skipped: Xvfb is not installed"; exit 77; }
-
-exec 5< <(exec Xvfb -displayfd 1 -screen 0 1400x1000x24 2> /dev/null)
-server=$!
-trap 'kill "$server"' EXIT
-read -r number <&5
-export DISPLAY=":$number" QT_QUICK_BACKEND=rhi QSG_RHI_BACKEND=opengl
+. "$(dirname "$0")/../desktop/x_server.sh"
+need Xvfb
+start_server 1400x1000x24
+export QT_QUICK_BACKEND=rhi QSG_RHI_BACKEND=opengl
 suites='*/AnswerTest.*quick:*/FocusTest.*quick:*/LayoutTest.*quick:QuickPopupPresenterTest.*'
 
 for loop in basic threaded; do
