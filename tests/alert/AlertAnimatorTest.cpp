@@ -1,4 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/AlertAnimator.h"
+#include "tests/support/Common.h"
 
 #include <QSignalSpy>
 

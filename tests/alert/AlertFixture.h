@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/alert/AlertToolkits.h"
+#include "tests/support/Common.h"
 #include "tests/views/PopupFixture.h"
 
 namespace kifo::testing {

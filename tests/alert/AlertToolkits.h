@@ -11,6 +11,7 @@
 #ifdef KIFO_WITH_QUICK
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickAlert.h"
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickAlertOverlay.h"
+#include "tests/support/Common.h"
 #endif
 
 namespace kifo::testing {

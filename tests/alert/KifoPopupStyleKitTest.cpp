@@ -1,4 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/alertcore/KifoPopupStyleKit.h"
+#include "tests/support/Common.h"
 
 #include <set>
 

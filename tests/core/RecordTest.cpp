@@ -3,6 +3,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/model/AppCommunication.h"
 #include "Kifo_iOS_Common_Kit/inapp/model/RecordFields.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

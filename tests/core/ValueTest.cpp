@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

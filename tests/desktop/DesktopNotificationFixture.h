@@ -15,6 +15,7 @@
 #include "testing/FakePlatform.h"
 #include "testing/PrivateBus.h"
 #include "tests/desktop/ScriptedNotificationService.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 

@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/KifoImageCollectionViewCell.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/PopupCarousel.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationManager.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "Kifo_iOS_Common_Kit/device/LocationManager.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -9,6 +9,8 @@
 #include <optional>
 #include <vector>
 
+#include "tests/support/Common.h"
+
 namespace kifo {
 
 /// org.freedesktop.Notifications with the answers and faults that a test chooses.

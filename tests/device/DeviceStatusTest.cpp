@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "Kifo_iOS_Common_Kit/core/Console.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

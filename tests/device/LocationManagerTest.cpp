@@ -1,4 +1,5 @@
 #include "Kifo_iOS_Common_Kit/device/LocationManager.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

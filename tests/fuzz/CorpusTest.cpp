@@ -4,6 +4,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/support/Common.h"
+
 extern "C" {
 int answerFuzz(const std::uint8_t* data, std::size_t size);
 int netlinkFuzz(const std::uint8_t* data, std::size_t size);

@@ -1,5 +1,6 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupPreferences.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 

@@ -5,6 +5,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupHeights.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupPalette.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/ShownText.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

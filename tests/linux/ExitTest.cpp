@@ -5,6 +5,7 @@
 #include "testing/ChildProgram.h"
 #include "testing/TemporaryDirectory.h"
 #include "testing/server/LocalServer.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "platform/linux/LinuxClock.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

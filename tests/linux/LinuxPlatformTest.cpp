@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "platform/linux/Directories.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

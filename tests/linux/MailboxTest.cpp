@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include "platform/linux/threads/Worker.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -6,6 +6,8 @@
 #include <array>
 #include <string>
 
+#include "tests/support/Common.h"
+
 namespace kifo::testing {
 
 /// A pipe that is closed at the end. Reading never waits; writing does not either.

@@ -9,6 +9,7 @@
 #include <future>
 
 #include "testing/TemporaryDirectory.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "testing/NetworkNamespace.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

@@ -20,6 +20,7 @@
 #include "testing/FakePlatform.h"
 #include "testing/server/LocalServer.h"
 #include "tests/namespaces/CabledTest.h"
+#include "tests/support/Common.h"
 #include "tests/support/DatabaseRows.h"
 
 namespace kifo::testing {

@@ -12,6 +12,7 @@
 #include "platform/linux/reachability/NetlinkReachability.h"
 #include "platform/linux/threads/LinuxSerialQueue.h"
 #include "tests/namespaces/CabledTest.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

@@ -6,6 +6,7 @@
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
 #include "platform/linux/threads/LinuxSerialQueue.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

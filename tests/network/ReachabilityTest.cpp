@@ -3,6 +3,7 @@
 #include "Kifo_iOS_Common_Kit/network/KifoReachability.h"
 #include "Kifo_iOS_Common_Kit/network/KifoReachabilityWeakifier.h"
 #include "Kifo_iOS_Common_Kit/network/NetworkManager.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

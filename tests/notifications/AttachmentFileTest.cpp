@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "testing/ChildProgram.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -1,4 +1,5 @@
 #include "Kifo_iOS_Common_Kit/notifications/KifoSliderPushHelper.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -2,6 +2,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/notifications/NotificationRecordFields.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

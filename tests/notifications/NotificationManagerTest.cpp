@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/ValueJson.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -6,6 +6,7 @@
 #include "Kifo_iOS_Common_Kit/core/Url.h"
 #include "platform/linux/http/CurlTransport.h"
 #include "testing/server/LocalServer.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

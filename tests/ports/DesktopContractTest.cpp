@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/qt/DesktopNotificationCentre.h"
 #include "platform/qt/QtPlatform.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -4,6 +4,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -7,6 +7,7 @@
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/http/CurlTransport.h"
 #include "testing/server/LocalServer.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -10,6 +10,7 @@
 #include "platform/linux/threads/LinuxSerialQueue.h"
 #include "testing/FakeReachability.h"
 #include "testing/NetworkNamespace.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "platform/linux/threads/LinuxSerialQueue.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -2,6 +2,7 @@
 
 #include "Kifo_iOS_Common_Kit/ports/NullPorts.h"
 #include "platform/linux/FileUserDefaults.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -3,6 +3,7 @@
 #include <QJSEngine>
 
 #include "platform/qml/QmlConfiguration.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include "Kifo_iOS_Common_Kit/inapp/quick/QuickAlertOverlay.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "testing/TemporaryDirectory.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 namespace {

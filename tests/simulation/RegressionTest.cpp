@@ -4,6 +4,7 @@
 
 #include "testing/simulation/Play.h"
 #include "testing/simulation/Script.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing::simulation {
 namespace {

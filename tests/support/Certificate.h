@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "tests/support/Common.h"
+
 namespace kifo::testing {
 
 /// A certificate with its key, made for one test.

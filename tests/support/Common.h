@@ -1,6 +1,6 @@
 #pragma once
 
-// What nearly every test uses. It is precompiled and comes before each source of the tests.
+// What nearly every test uses.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/Common.h"
+
 namespace kifo::testing {
 
 /// Rows of a query on the database file at `path`, as another process would see it; cells joined by

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/support/Common.h"
+
 namespace kifo {
 
 /// What another process holds on to in a database file, for as long as this lives.

@@ -4,6 +4,8 @@
 
 #include <csignal>
 
+#include "tests/support/Common.h"
+
 namespace kifo::testing {
 
 /// While it lives no file of this process can be written beyond its first bytes, as on a full disk.

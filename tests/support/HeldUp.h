@@ -3,6 +3,7 @@
 #include <future>
 
 #include "Kifo_iOS_Common_Kit/ports/SerialQueue.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

@@ -11,6 +11,7 @@
 #include "Kifo_iOS_Common_Kit/events/KifoViewController.h"
 #include "Kifo_iOS_Common_Kit/inapp/InAppReporter.h"
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 

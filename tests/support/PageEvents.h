@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "testing/RecordingInspector.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

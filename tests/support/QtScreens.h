@@ -6,6 +6,7 @@
 
 #include "Kifo_iOS_Common_Kit/core/ViewController.h"
 #include "platform/qt/QtWindowProvider.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

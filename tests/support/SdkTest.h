@@ -10,6 +10,7 @@
 #include "Kifo_iOS_Common_Kit/core/Kifo.h"
 #include "Kifo_iOS_Common_Kit/core/runtime/Runtime.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/Common.h"
 #include "tests/support/DatabaseRows.h"
 #include "tests/support/HostDoubles.h"
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "Kifo_iOS_Common_Kit/ports/HttpTransport.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

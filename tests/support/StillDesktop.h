@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include "tests/support/Common.h"
+
 namespace kifo::testing {
 
 /// Configuration directories of a desktop whose user wants no animations, while it lives.

@@ -7,6 +7,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "testing/FakePlatform.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

@@ -5,6 +5,7 @@
 
 #include "Kifo_iOS_Common_Kit/inapp/popup/FreeTextRule.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/popup/FreeTextField.h"
+#include "tests/support/Common.h"
 
 namespace kifo {
 namespace {

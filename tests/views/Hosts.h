@@ -14,6 +14,8 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+
+#include "tests/support/Common.h"
 #endif
 
 namespace kifo::testing {

@@ -1,4 +1,5 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
+#include "tests/support/Common.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

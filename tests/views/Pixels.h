@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/QtColors.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 

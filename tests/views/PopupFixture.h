@@ -16,6 +16,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/views/images/ImageDecoders.h"
 #include "testing/FakePlatform.h"
 #include "testing/ui/User.h"
+#include "tests/support/Common.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/views/PopupToolkit.h"
 

@@ -14,6 +14,7 @@
 #include "Kifo_iOS_Common_Kit/inapp/PopupRequest.h"
 #include "Kifo_iOS_Common_Kit/inapp/popup/PopupState.h"
 #include "Kifo_iOS_Common_Kit/inapp/views/looks/PopUpOptions.h"
+#include "tests/support/Common.h"
 
 namespace kifo::testing {
 
