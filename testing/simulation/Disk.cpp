@@ -41,6 +41,8 @@ struct Disk::Vfs {
     sqlite3_file base;
     Disk* disk;
     std::shared_ptr<File> file;
+    const char* name;  ///< Null for a temporary one. SQLite keeps it until the file is closed.
+    std::uint64_t restarts;
   };
 
   static Disk& diskOf(sqlite3_vfs* vfs) { return *static_cast<Disk*>(vfs->pAppData); }
@@ -59,7 +61,7 @@ struct Disk::Vfs {
       if (!(flags & SQLITE_OPEN_CREATE) || !disk.mayChange(true)) return SQLITE_CANTOPEN;
       file = disk.files_[name] = std::make_shared<File>();
     }
-    auto* opened = new (target) Open{{}, &disk, std::move(file)};
+    auto* opened = new (target) Open{{}, &disk, std::move(file), name, disk.restarts_};
     opened->base.pMethods = &methods();
     if (out) *out = flags;
     return SQLITE_OK;
@@ -130,7 +132,15 @@ struct Disk::Vfs {
     *result = highestLevel(openOf(file)) < SQLITE_LOCK_RESERVED ? 1 : 0;
     return SQLITE_OK;
   }
-  static int control(sqlite3_file*, int, void*) { return SQLITE_NOTFOUND; }
+  static int control(sqlite3_file* file, int operation, void* result) {
+    const Open& opened = openOf(file);
+    const Disk& disk = *opened.disk;
+    if (operation != SQLITE_FCNTL_HAS_MOVED || !opened.name) return SQLITE_NOTFOUND;
+    if (disk.health_ == Health::off) return SQLITE_IOERR;
+    const bool isSame = disk.file(opened.name) == opened.file && disk.restarts_ == opened.restarts;
+    *static_cast<int*>(result) = isSame ? 0 : 1;
+    return SQLITE_OK;
+  }
   static int sectorSize(sqlite3_file*) { return static_cast<int>(kSectorSize); }
   static int characteristics(sqlite3_file*) { return 0; }
 
@@ -274,6 +284,7 @@ void Disk::restart(std::uint32_t seed) {
     }
   }
   ++version_;
+  ++restarts_;
   setHealth(Health::good);
 }
 

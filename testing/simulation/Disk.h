@@ -82,6 +82,7 @@ class Disk final : public StoreFiles {
   Health nextHealth_ = Health::good;
   int changesUntilNext_ = 0;  ///< 0: the health stays.
   std::uint64_t version_ = 0;
+  std::uint64_t restarts_ = 0;
   ForeignLock lock_ = ForeignLock::none;
   std::shared_ptr<const File> locked_;
   int polls_ = 0;            ///< Left until the lock ends.

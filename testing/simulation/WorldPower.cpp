@@ -6,6 +6,11 @@
 #include "testing/simulation/World.h"
 
 namespace kifo::testing::simulation {
+namespace {
+
+constexpr auto kNoDirectory = "/no-such-directory";
+
+}  // namespace
 
 void World::start(std::uint32_t argument) {
   ledger_.beginProcess();
@@ -21,6 +26,7 @@ void World::start(std::uint32_t argument) {
   lasting.identifiers = identifiers_;
   lasting.storeFiles = std::shared_ptr<StoreFiles>(&disk_, [](auto*) {});
   lasting.documentsDirectory = kDocuments;
+  lasting.temporaryDirectory = kNoDirectory;  // that of the system is read at each start
   process_ =
       std::make_unique<Process>(lasting, [this](const auto& request) { sawRequest(request); });
   process_->reachability->setFlags(argument / 64 % 4 == 3 ? 0 : kReachable);
