@@ -23,8 +23,8 @@ struct PopupRequest {
   /// the presenter drops the popup; the SDK presents it again by itself if it is only held back.
   std::function<bool()> mayShow;
   /// To be called right before the popup is shown: calls `mayShow`, unless the presenter has just
-  /// done so, spends one of the campaign's shows and reports the
-  /// opening. False: it is not to be shown.
+  /// done so, spends one of the campaign's shows and reports the opening. False: it is not to be
+  /// shown.
   std::function<bool()> open;
   ButtonCallback actionItem;        ///< A button of a plain popup was pressed.
   ButtonCallback actionBodyItem;    ///< The popup's body was touched and the item has an action.

@@ -17,10 +17,10 @@ class KifoReachability;
 
 /// Tells the SDK whether the network can be reached, now and at every change.
 ///
-/// **Threading:** thread-safe. The callback runs on the platform's main queue, behind whatever
-/// statements wait there; what may not wait for a slow disk is told besides, on the queue where the
+/// **Threading:** thread-safe. The callback runs on the platform's main queue, behind the
+/// statements that wait there. `read` does not wait for a slow disk: it runs on the queue where the
 /// network is read.
-/// **Ownership:** held by a `std::shared_ptr`, so that a notification under way finds it or nobody.
+/// **Ownership:** held by a `std::shared_ptr`: a notification that comes after its end finds none.
 /// **Errors:** dropped. Where the network cannot be watched the callback is never called.
 class NetworkManager : public std::enable_shared_from_this<NetworkManager> {
  public:

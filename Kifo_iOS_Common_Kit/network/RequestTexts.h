@@ -11,8 +11,7 @@
 
 namespace kifo {
 
-/// A request's dictionary: given, or composed once by whichever thread first needs
-/// it; or none.
+/// A request's dictionary: given, or composed once by the thread that first needs it, or none.
 ///
 /// **Threading:** a value.
 struct RequestParameters {
@@ -34,9 +33,8 @@ struct ServiceUrl {
 };
 
 /// What a request looks like on the wire: the query and the body, which hold the same parameters.
-/// Kept for compatibility. Both are written once, by
-/// whichever thread first needs them, which is not the one that sends an event unless the request
-/// cannot go out yet.
+/// Kept for compatibility. Both are written once, by the thread that first needs them: not by the
+/// one that sends an event, unless the request cannot go out yet.
 ///
 /// Text that is no UTF-8 gets replacement characters rather than being lost.
 ///

@@ -9,8 +9,8 @@
 namespace kifo {
 
 /// The file "image.jpg", alone in a fresh directory under the platform's temporary directory. It
-/// goes, with its directory, when this object does; what a process that ended badly left behind
-/// goes when the next one starts.
+/// is removed, with its directory, when this object is destroyed. What a process that crashed did
+/// not remove is removed when the next one starts.
 ///
 /// **Threading:** thread-safe.
 class AttachmentFile {

@@ -50,7 +50,7 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
   /// a process that dies here leaves either none or a complete one.
   void prepareDb();
 
-  /// Opens the file, made empty when there is none; The block may be empty.
+  /// Opens the file, made empty when there is none. The block may be empty.
   /// `name` is not used, here and below. Kept for compatibility.
   void openLocalDatabaseWithName(const std::string& name, StatusBlock statusBlock);
   /// Closes it; the block is called only when that succeeds.

@@ -39,8 +39,8 @@ class QuickAlertText : public QQuickPaintedItem {
   WrappedText wrapped_;
 };
 
-/// A part of an alert's card that is drawn: the shadow, the icon, or the host's image
-/// in place of the cross.
+/// A part of an alert's card that is drawn: the shadow, the icon, or the host's image in place of
+/// the cross.
 ///
 /// **Threading:** UI thread, but for `paint`, during which that waits.
 class QuickAlertPainting : public QQuickPaintedItem {

@@ -6,9 +6,9 @@
 
 namespace kifo {
 
-/// The style sheet of an alert's card: how its fields look. It also shields the
-/// card's own widgets from a style sheet of the host's that styles every widget, and names them one
-/// by one so that it leaves the host's custom view alone.
+/// The style sheet of an alert's card: how its fields look. It also keeps a host's style sheet for
+/// all widgets from the card's own ones. It names these one by one: the host's custom view stays as
+/// it is.
 ///
 /// **Threading:** thread-safe, no state.
 class AlertStyleSheet {

@@ -22,8 +22,8 @@ class CustomSlider : public QSlider {
  public:
   CustomSlider(const PopupTheme& theme, QWidget* parent);
 
-  /// The range of scores. Scores beyond 2^30 count as that; a maximum below the
-  /// minimum counts as the minimum.
+  /// The range of scores. Scores beyond 2^30 count as that; a maximum below the minimum counts as
+  /// the minimum.
   void setScores(std::int64_t minimum, std::int64_t maximum);
 
   /// Where the thumb stands, between `minimum` and `maximum`. The whole part is `value`.
