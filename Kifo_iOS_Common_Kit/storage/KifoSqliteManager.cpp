@@ -1,5 +1,7 @@
 #include "Kifo_iOS_Common_Kit/storage/KifoSqliteManager.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <utility>
 
@@ -189,12 +191,13 @@ void KifoSqliteManager::abandon() {
 
 bool KifoSqliteManager::eraseFiles() {
   close();
-  bool isGone = true;
-  for (const char* suffix : {"", "-journal", "-wal", "-shm", ".new", ".new-journal"}) {
+  const auto isErased = [this](const char* suffix) {
     const std::string path = databasePath_ + suffix;
-    if (files_->exists(path) && files_->remove(path)) isGone = false;
-  }
-  return isGone;
+    return !files_->exists(path) || !files_->remove(path);
+  };
+  // The database first: without its journal it may hold half a transaction.
+  constexpr std::array suffixes{"", "-journal", "-wal", "-shm", ".new", ".new-journal"};
+  return std::ranges::all_of(suffixes, isErased);
 }
 
 // Maintenance ------------------------------------------------------------------------------------

@@ -94,8 +94,8 @@ class KifoSqliteManager : public std::enable_shared_from_this<KifoSqliteManager>
 
   /// From now on nothing is read or written: what is queued is dropped, its completions never run.
   void abandon();
-  /// Removes the file with all that SQLite keeps beside it; false when something is left. Main
-  /// queue only.
+  /// Removes the file and then what SQLite keeps beside it. Stops at the first that cannot be
+  /// removed, and is false then. Main queue only.
   bool eraseFiles();
 
   /// The handle that `openLocalDatabaseWithName` left open; null when none is.
