@@ -129,18 +129,17 @@ TEST_F(ConsentTest, GivenInitialisationGoesOnAndTheNextProcessNeedNotAsk) {
   EXPECT_TRUE(Kifo::isInitialized());
 }
 
-TEST_F(ConsentTest, AHostThatRequiresNoneIsAskedForNone) {
+TEST_F(ConsentTest, RevokedWheneverAndTwiceItErasesAllThatWasKeptAndGivenAgainItBeginsAnew) {
   Kifo::revokeConsent();
-  fake.runUntilIdle();
+  begin();
+  expectRevoked();
+  work();
   restartProcess();
-  begin(configuration());
-  EXPECT_TRUE(Kifo::isInitialized());
-  EXPECT_EQ(Kifo::consent(), ConsentStatus::REFUSED) << "it is remembered all the same";
-}
-
-TEST_F(ConsentTest, RevokedItErasesAllThatWasKeptAndGivenAgainItBeginsAnew) {
+  Kifo::revokeConsent();
+  expectRevoked();
   work();
   const std::string actor = Kifo::actorId();
+  Kifo::revokeConsent();
   Kifo::revokeConsent();
   expectRevoked();
   EXPECT_EQ(Kifo::statistics().sinceInitialize[Counter::delivered], 0);
@@ -150,20 +149,6 @@ TEST_F(ConsentTest, RevokedItErasesAllThatWasKeptAndGivenAgainItBeginsAnew) {
   EXPECT_EQ(eventNames().back(), "sdk_initialize");
   EXPECT_NE(Kifo::actorId(), actor) << "nothing of the user before is known";
   EXPECT_NE(Kifo::actorId(), "");
-}
-
-TEST_F(ConsentTest, RevokedTwiceOrBeforeTheStartOrAfterTheEndItIsTheSame) {
-  Kifo::revokeConsent();
-  begin();
-  expectRevoked();
-  work();
-  Kifo::revokeConsent();
-  Kifo::revokeConsent();
-  expectRevoked();
-  work();
-  restartProcess();
-  Kifo::revokeConsent();
-  expectRevoked();
 }
 
 TEST_F(ConsentTest, RevokedDuringTheWaitForATokenTheStartEndsThere) {
@@ -219,7 +204,9 @@ TEST_F(ConsentTest, AnInterruptedErasingIsFinishedBeforeAnythingElse) {
     Kifo::initialize(config);
     fake.runUntilIdle();
     EXPECT_EQ(atFirstRequest, isRequired ? "" : "none");
-    EXPECT_EQ(Kifo::actorId(), isRequired ? "" : "second");
+    EXPECT_EQ(Kifo::actorId(), isRequired ? "" : "second")
+        << "none is asked where none is required";
+    EXPECT_EQ(Kifo::consent(), ConsentStatus::REFUSED) << "it is remembered all the same";
     fake.http->setHandler([](const HttpRequest&) { return std::optional<HttpAnswer>(); });
     Kifo::revokeConsent();
     expectRevoked();

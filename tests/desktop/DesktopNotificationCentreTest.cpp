@@ -133,6 +133,7 @@ TEST_F(DesktopNotificationCentreTest, APushThatTheHostClosesIsTakenOffOrNeverSho
   ASSERT_TRUE(waitFor([&] { return service_->closeCalls() == std::vector<uint>{id}; }));
 
   showUnderWayAndWaiting();
+  EXPECT_EQ(status(), 2) << "a silent service holds nothing up";
   centre_->close("waiting");
   centre_->close("under way");
   // Behind the two closes: once it is reported, they have been handed over.

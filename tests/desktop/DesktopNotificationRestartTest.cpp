@@ -60,16 +60,6 @@ TEST_F(DesktopNotificationRestartTest, ABusThatStartsLateIsLookedForOnceInAnInte
   EXPECT_EQ(status(), 1);
 }
 
-TEST_F(DesktopNotificationRestartTest, ASilentServiceIsAskedOnceAndBlocksNothing) {
-  start();
-  showUnderWayAndWaiting();
-  EXPECT_EQ(status(), 2);
-  service_->speak();
-  ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 2; }));
-  settle();
-  EXPECT_THAT(titles(), ElementsAre("under way", "waiting", "settle1"));
-}
-
 TEST_F(DesktopNotificationRestartTest, ARestartInTheMiddleLosesAndDoublesNothing) {
   start();
   showCampaign("shown");

@@ -185,18 +185,5 @@ TEST_F(EventManagerTest, ScreensReportThemselvesUnlessTheSwitchIsOff) {
   EXPECT_FALSE(lastEvent("app_foreground").is_null()) << "the other family has a switch of its own";
 }
 
-TEST_F(EventManagerTest, ThePermissionIsAskedForAtEverySend) {
-  fake.notifications->status.set(2);
-  start(kCampaigns);
-  KifoEventManager::sendAppForegroundEvent();
-  fake.runUntilIdle();
-  EXPECT_EQ(lastEvent("app_foreground")["push_notification_permission_status"], "AUTHORIZED");
-  fake.notifications->status.set(7);
-  KifoEventManager::sendAppForegroundEvent();
-  KifoEventManager::sendAppForegroundEvent();
-  fake.runUntilIdle();
-  EXPECT_EQ(lastEvent("app_foreground")["push_notification_permission_status"], "UNKNOWN");
-}
-
 }  // namespace
 }  // namespace kifo

@@ -82,17 +82,6 @@ class PopupManagerTest : public testing::FakesTest {
   PopupManager manager_{reporter_};
 };
 
-TEST_F(PopupManagerTest, EveryShowSpendsOneUntilNoneIsLeft) {
-  const auto item = itemFrom(campaign("SURVEY", {{"choices", options(2)}}));
-  for (const std::int64_t left : {1, 0}) {
-    EXPECT_THAT(show(item), IsEmpty());
-    EXPECT_EQ(fake_.userDefaults->integer("u"), left);
-  }
-  EXPECT_THAT(show(item), ElementsAre("Kifo PopupManager: maxShowCount <= 0 -> maxShowCount = 0"));
-  EXPECT_EQ(fake_.popups->requests().size(), 2u);
-  EXPECT_EQ(reporter_->openings.size(), 2u);
-}
-
 TEST_F(PopupManagerTest, WhatThisDeviceHasStoredBeatsTheServersCount) {
   fake_.userDefaults->setValue("u", std::int64_t{0});
   show(campaign("OPEN_ENDED", {{"maxShowCount", 50}}));

@@ -217,17 +217,7 @@ INSTANTIATE_TEST_SUITE_P(
         Tap{"Unknown", "B1", "body", "SELF", "", {}}),
     [](const auto& tap) { return tap.param.name; });
 
-TEST_F(NotificationManagerTest, ATapWithNothingToOpenIsStillHandedOn) {
-  int calls = 0;
-  NotificationManager::handleNotification({{"data", "{}"}}, {"b"}, [&](auto action) {
-    ++calls;
-    EXPECT_EQ(action, nullptr);
-  });
-  EXPECT_EQ(calls, 1);
-  EXPECT_EQ(events("push_notification_clicked").size(), 1U);
-}
-
-TEST_F(NotificationManagerTest, ATapOnAPushWithoutAReadableCampaignEndsSilently) {
+TEST_F(NotificationManagerTest, ATapWithNothingToOpenIsHandedOnAndOneWithoutACampaignEndsSilently) {
   for (const UserInfo& userInfo :
        {UserInfo{{"data", "[1]"}}, UserInfo{{"data", "no json"}},
         UserInfo{{"data", {{"uuid", "U"}}}}, UserInfo::map(), UserInfo()}) {
@@ -235,6 +225,11 @@ TEST_F(NotificationManagerTest, ATapOnAPushWithoutAReadableCampaignEndsSilently)
   }
   EXPECT_THAT(lines(), IsEmpty());
   EXPECT_THAT(events("push_notification_clicked"), IsEmpty());
+  int calls = 0;
+  NotificationManager::handleNotification(
+      {{"data", "{}"}}, {"b"}, [&](auto action) { calls += action == nullptr ? 1 : 100; });
+  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(events("push_notification_clicked").size(), 1U);
 }
 
 TEST_F(NotificationManagerTest, ThePermissionFollowsTheCentresAnswerAndStaysUntilThere) {

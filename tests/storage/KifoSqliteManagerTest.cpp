@@ -126,15 +126,11 @@ TEST_F(SqliteManagerTest, AStatementBeforeThePreparationLeavesNoEmptyFileBehind)
   EXPECT_EQ(count("select count(*) from KifoLog"), 0);
 }
 
-TEST_F(SqliteManagerTest, RowsArriveAsTextOneByOneAndThenTheEnd) {
+TEST_F(SqliteManagerTest, RowsArriveAsTextOneByOneAndThenTheEndAndACountIsThatOfTheLast) {
   prepare();
   EXPECT_EQ(query("\n\r\nselect 7, NULL, 1.5, 'a''b', x'' union all select 8, 'x', 2, '', NULL\n"),
             (std::vector<std::string>{"7;<null>;1.5;a'b;;", "8;x;2;;<null>;", "end"}));
   EXPECT_EQ(query("select 1 where 0"), (std::vector<std::string>{"end"}));
-}
-
-TEST_F(SqliteManagerTest, ACountIsColumnZeroOfTheLastRowAndZeroWithoutRows) {
-  prepare();
   EXPECT_EQ(count("select 3 union all select 5"), 5);
   EXPECT_EQ(count("select 3 where 0"), 0);
 }
