@@ -25,23 +25,23 @@ namespace {
 using namespace kifo::testing::simulation;
 
 constexpr std::size_t kMostJobs = 64;
-/// In one world of so many the file is opened anew for each operation, as in a host.
-constexpr std::uint64_t kOpeningWorlds = 8;
 
 struct Options {
   std::uint64_t first = 1;
   std::uint64_t seeds = 1000;
   std::uint64_t length = 500;
   std::uint64_t jobs = std::thread::hardware_concurrency();
+  /// In one world of so many the file is opened anew for each operation, as in a host.
+  std::uint64_t opening = 8;
   std::uint64_t unshrunk = 0;
 };
 
 constexpr auto kUsage =
     "usage: kifo_simulation [--seeds N] [--first SEED] [--length OPERATIONS] [--jobs PROCESSES]\n"
-    "                       [--unshrunk 1]\n"
-    "Plays N random worlds. A seed that fails is printed with its shortest script; it replays "
-    "with\n"
-    "--first SEED --seeds 1.\n";
+    "                       [--opening N] [--unshrunk 1]\n"
+    "Plays N random worlds. A seed that fails is printed with its shortest script; it replays\n"
+    "with --first SEED --seeds 1. --opening N: in every Nth world the file is opened anew for\n"
+    "each operation.\n";
 
 /// What the processes share.
 struct Shared {
@@ -54,11 +54,12 @@ struct Shared {
 };
 
 bool read(int count, char** arguments, Options& options) {
-  constexpr std::array<std::pair<std::string_view, std::uint64_t Options::*>, 5> names{
+  constexpr std::array<std::pair<std::string_view, std::uint64_t Options::*>, 6> names{
       {{"--seeds", &Options::seeds},
        {"--first", &Options::first},
        {"--length", &Options::length},
        {"--jobs", &Options::jobs},
+       {"--opening", &Options::opening},
        {"--unshrunk", &Options::unshrunk}}};
   for (int index = 1; index < count; index += 2) {
     const auto* found = std::ranges::find(names, std::string_view(arguments[index]),
@@ -67,6 +68,7 @@ bool read(int count, char** arguments, Options& options) {
     options.*(found->second) = std::strtoull(arguments[index + 1], nullptr, 10);
   }
   options.jobs = std::clamp<std::uint64_t>(options.jobs, 1, kMostJobs);
+  options.opening = std::max<std::uint64_t>(options.opening, 1);
   return true;
 }
 
@@ -96,7 +98,7 @@ bool playSome(const Options& options, std::uint64_t job, Shared& shared) {
     if (shared.hasFailed) return true;
     shared.jobs[job].seed = seed;
     const Script script = randomScript(seed, options.length);
-    keepHandles(seed % kOpeningWorlds != 0);
+    keepHandles(seed % options.opening != 0);
     const Outcome outcome = play(script);
     shared.jobs[job].steps += outcome.steps;
     if (!outcome.violation) continue;
