@@ -110,7 +110,8 @@ class World {
   std::optional<std::string> configuredToken_;                 ///< The last configuration's.
   std::optional<std::string> pendingToken_;                    ///< The session's, once it begins.
   std::shared_ptr<int> successes_ = std::make_shared<int>(0);  ///< Of the last start.
-  bool isErasing_ = false;  ///< The consent was revoked and the table is still there.
+  bool isErasing_ = false;     ///< The consent was revoked and the table is still there.
+  bool isForgetting_ = false;  ///< It was revoked and the user defaults are still there.
   std::uint64_t revokedStep_ = 0;
   bool isPaused_ = false;                         ///< The host holds popups back.
   PopupDecision decision_ = PopupDecision::show;  ///< Of the host's gate.

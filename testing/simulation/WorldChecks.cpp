@@ -53,6 +53,10 @@ void World::check() {
   // A row that was marked may have been on its way when the power failed.
   table_.read(ledger_, hasDied || isErasing_ ? 1 : process_->network->waiting());
   if (!disk_.exists(kDatabase)) isErasing_ = false;
+  if (isForgetting_ && defaults_->isEmpty()) {
+    isForgetting_ = false;
+    ledger_.budgets.clear();
+  }
   sawStatus();
   ledger_.sessionsToken = Kifo::authorization();
   if (pendingToken_ == ledger_.sessionsToken) {

@@ -119,7 +119,7 @@ void World::changeConsent(bool isGiven) {
   Kifo::revokeConsent();
   // A session of its own begins, in which nothing is left of this one.
   ledger_.beginProcess();
-  ledger_.budgets.clear();
+  isForgetting_ = true;
   tokens_->process = ledger_.process;
   status_ = InitializeStatusType::NOT_INITIALIZED;
   isErasing_ = true;

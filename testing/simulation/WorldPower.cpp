@@ -38,6 +38,8 @@ void World::start(std::uint32_t argument) {
     return decision_;
   });
   initialize(argument, false);
+  // A revocation that the power failure kept from the disk has never been.
+  if (!isWithheld()) isForgetting_ = false;
 }
 
 void World::end() {
