@@ -89,6 +89,7 @@ class World {
   void sawStatus();
   void check();
   void checkIdle();
+  void forgetErased();
   void fail(std::string what) { ledger_.faults.push_back(std::move(what)); }
 
   // What outlives a process.

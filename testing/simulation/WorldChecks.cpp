@@ -53,10 +53,7 @@ void World::check() {
   // A row that was marked may have been on its way when the power failed.
   table_.read(ledger_, hasDied || isErasing_ ? 1 : process_->network->waiting());
   if (!disk_.exists(kDatabase)) isErasing_ = false;
-  if (isForgetting_ && defaults_->isEmpty()) {
-    isForgetting_ = false;
-    ledger_.budgets.clear();
-  }
+  forgetErased();
   sawStatus();
   ledger_.sessionsToken = Kifo::authorization();
   if (pendingToken_ == ledger_.sessionsToken) {
@@ -67,6 +64,12 @@ void World::check() {
   const bool isIdle = process_->isIdle();
   violation_ = brokenInvariant(ledger_, isIdle);
   if (isIdle && !violation_) checkIdle();
+}
+
+void World::forgetErased() {
+  if (!isForgetting_ || !defaults_->isEmpty()) return;
+  isForgetting_ = false;
+  ledger_.budgets.clear();
 }
 
 void World::checkIdle() {

@@ -14,6 +14,7 @@ constexpr auto kNoDirectory = "/no-such-directory";
 
 void World::start(std::uint32_t argument) {
   ledger_.beginProcess();
+  forgetErased();  // before the start keeps something anew
   status_ = InitializeStatusType::NOT_INITIALIZED;
   isBlind_ = false;
   isPaused_ = false;
