@@ -90,9 +90,12 @@ TEST_F(DataManagerTest, TheFirstWaitingRowComesTwiceAndItsNumbersReadBackAsZeroA
   data.firstUnsyncedLog([&](const auto& record) { ends += record ? 100 : 1; });
   fake.runUntilIdle();
   EXPECT_EQ(ends, 1) << "nothing waits";
+  std::int64_t between = -1;
   cache("first", 10, R"({"n":1})");
+  data.unsyncedLogCount([&](std::int64_t count) { between = count; });
   cache("second", 10);
   fake.runUntilIdle();
+  EXPECT_EQ(between, 1) << "a read sees the writes before it and not the next ones";
   std::vector<KifoLog> records;
   data.firstUnsyncedLog([&](const auto& record) { records.push_back(record.value()); });
   fake.runUntilIdle();
@@ -230,7 +233,7 @@ TEST_F(DataManagerTest, ACopyThatALockedFileRefusesIsSaidToTheInspector) {
   EXPECT_EQ(ids(), Lines{"b"});
 }
 
-TEST_F(DataManagerTest, AFileThatIsNoDatabaseIsBornInSilence) {
+TEST_F(DataManagerTest, AFileThatIsNoDatabasePrintsNothing) {
   std::ofstream(databasePath(), std::ios::trunc) << std::string(4096, 'x');
   fake.console->clear();
   cache("a", 10);
