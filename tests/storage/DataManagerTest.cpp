@@ -142,6 +142,11 @@ TEST_F(DataManagerTest, AStepOfAPassRemovesAndMarksWithOneCommitOrDoesNeither) {
     const ForeignLock other(databasePath(), lock);
     EXPECT_EQ(take("b", true), "locked") << lock;
     EXPECT_EQ(seen, calls) << "a locked file is not an empty one";
+    fake.inspector->clear();
+    cache("refused", 10);
+    fake.runUntilIdle();
+    EXPECT_THAT(fake.inspector->ofKind("notStored").at(0).particulars,
+                Contains(Pair("reason", "locked")));
   }
   rows("create trigger no before update on KifoLog begin select raise(abort, 'no'); end");
   EXPECT_EQ(take("b", true), "") << "where the next cannot be marked, the last is not removed";
@@ -215,22 +220,6 @@ TEST_F(DataManagerTest, WritesThatWaitShareOneCommitAndFailAlone) {
     reasons.push_back(decision.particulars[0].second + " " + decision.particulars[1].second);
   }
   EXPECT_EQ(reasons, (Lines{"f cap", "b apostrophe", "c failed", "e cap"}));
-}
-
-TEST_F(DataManagerTest, ACopyThatALockedFileRefusesIsSaidToTheInspector) {
-  KifoSqliteManager::sharedManager()->stopWaitingForLocks();
-  for (const char* lock : {ForeignLock::kReader, ForeignLock::kWriter, "BEGIN EXCLUSIVE"}) {
-    const ForeignLock other(databasePath(), lock);
-    fake.inspector->clear();
-    cache("a", 10);
-    fake.runUntilIdle();
-    const auto told = fake.inspector->ofKind("notStored");
-    ASSERT_EQ(told.size(), 1U) << lock;
-    EXPECT_EQ(told[0].particulars[1], std::pair(std::string("reason"), std::string("locked")));
-  }
-  cache("b", 10);
-  fake.runUntilIdle();
-  EXPECT_EQ(ids(), Lines{"b"});
 }
 
 TEST_F(DataManagerTest, AFileThatIsNoDatabasePrintsNothing) {

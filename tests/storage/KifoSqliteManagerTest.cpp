@@ -73,8 +73,11 @@ class SqliteManagerTest : public SdkTest {
   KifoSqliteManager& manager = *shared;
 };
 
-TEST_F(SqliteManagerTest, AMissingFileIsMadeWholeWithTheTableAsItsTextSays) {
+TEST_F(SqliteManagerTest, AMissingFileIsMadeWholeAndOnlyByThePreparation) {
+  EXPECT_FALSE(execute("select 1"));
+  EXPECT_FALSE(std::filesystem::exists(databasePath()));
   prepare();
+  EXPECT_EQ(count("select count(*) from KifoLog"), 0);
   EXPECT_EQ(rows("select sql from sqlite_master where name = 'KifoLog'"),
             (std::vector<std::string>{
                 "CREATE TABLE KifoLog (ID INTEGER PRIMARY KEY AUTOINCREMENT, PARAMETERS TEXT, "
@@ -118,12 +121,6 @@ TEST_F(SqliteManagerTest, WhatIsMadeIsForThisUserAloneWhateverTheUmask) {
     fake.runUntilIdle();
     EXPECT_EQ(permissions(database), ownerFile) << "one from an earlier version";
   }
-}
-
-TEST_F(SqliteManagerTest, AStatementBeforeThePreparationLeavesNoEmptyFileBehind) {
-  EXPECT_FALSE(execute("select 1"));
-  prepare();
-  EXPECT_EQ(count("select count(*) from KifoLog"), 0);
 }
 
 TEST_F(SqliteManagerTest, RowsArriveAsTextOneByOneAndThenTheEndAndACountIsThatOfTheLast) {
