@@ -13,17 +13,13 @@
 #include "platform/qt/popups/PopupRouter.h"
 #include "tests/support/QtScreens.h"
 #include "tests/support/StillDesktop.h"
+#include "tests/views/PopupFixture.h"
 
 namespace kifo {
 namespace {
 
 using testing::WidgetScreen;
 using testing::WindowScreen;
-
-class PlainScreen final : public ViewController {
- public:
-  std::string className() const override { return "PlainScreen"; }
-};
 
 std::shared_ptr<PopupRequest> requestFor(const std::shared_ptr<ViewController>& screen,
                                          const std::string& uuid) {
@@ -40,22 +36,14 @@ bool waitFor(const std::function<bool()>& condition) {
   return QTest::qWaitFor(condition, 20000);
 }
 
-/// The events that are due by now and those that they cause.
-void settle() {
-  for (int round = 0; round < 5; ++round) {
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-}
-
 std::string uuidOf(const PopUpWindow* popup) {
   return *popup->state().appCommunicationItem->uuid;
 }
 
-class QtPopupPresenterTest : public testing::FakesTest {
+class QtPopupPresenterTest : public testing::SettledTest {
  protected:
   QtPopupPresenterTest() {
-    options_.reducedMotion = true;
+    options_.durations.fade = std::chrono::hours(1);
     presenter_ = std::make_unique<QtPopupPresenter>(options_);
     window_.resize(800, 600);
     window_.show();
@@ -98,9 +86,10 @@ class QtPopupPresenterTest : public testing::FakesTest {
   }
 
   bool said(const std::string& reason) const {
-    return fake_.console->count("Kifo QtPopupPresenter: the popup is not shown: " + reason) == 1;
+    return fake.console->count("Kifo QtPopupPresenter: the popup is not shown: " + reason) == 1;
   }
 
+  const testing::StillDesktop desktop_;  // on which nothing moves, whatever the host's durations
   PopUpOptions options_;
   std::string opened_;   ///< The popups that were opened.
   std::string refused_;  ///< One whose campaign refuses.
@@ -138,9 +127,9 @@ TEST_F(QtPopupPresenterTest, OverOneWindowPopupsAreOpenedAndShownOneAfterTheOthe
 TEST_F(QtPopupPresenterTest, WithoutAWindowNothingIsShownAndTheReasonIsSaid) {
   present(nullptr, "a");
   EXPECT_TRUE(waitFor([&] { return said("no screen was given"); }));
-  const auto plain = std::make_shared<PlainScreen>();
+  const auto plain = std::make_shared<HomeScreen>();
   present(plain, "b");
-  EXPECT_TRUE(waitFor([&] { return said("the screen PlainScreen is in no Qt window"); }));
+  EXPECT_TRUE(waitFor([&] { return said("the screen HomeScreen is in no Qt window"); }));
   auto widget = std::make_unique<QWidget>();
   const auto orphan = std::make_shared<WidgetScreen>(widget.get());
   widget.reset();
@@ -160,8 +149,8 @@ TEST_F(QtPopupPresenterTest, AWaitingPopupWhoseScreenDiesIsSaidOnceAndTheNextOne
   EXPECT_TRUE(waitForPopup(window_, "c"));
   EXPECT_TRUE(said("its screen is gone"));
   EXPECT_EQ(opened_, "ac");
-  ASSERT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
-  EXPECT_THAT(fake_.inspector->ofKind("popup").front().particulars, Contains(Pair("uuid", "b")));
+  ASSERT_EQ(fake.inspector->ofKind("popup").size(), 1u);
+  EXPECT_THAT(fake.inspector->ofKind("popup").front().particulars, Contains(Pair("uuid", "b")));
 }
 
 TEST_F(QtPopupPresenterTest, AGateThatClosesTheWindowLeavesItsPopupsUnopened) {
@@ -253,21 +242,14 @@ TEST_F(QtPopupPresenterTest, APresenterMadeOffTheUiThreadShowsNothing) {
   EXPECT_EQ(opened_, "");
 }
 
-TEST_F(QtPopupPresenterTest, ThePopupHasTheHostsOptionsAndIsStillWhereTheDesktopWantsNoMotion) {
-  const testing::StillDesktop desktop;
-  options_ = {};
+TEST_F(QtPopupPresenterTest, ThePopupHasTheHostsOptions) {
   options_.screenWidth = 390;
-  options_.durations.fade = std::chrono::hours(1);
   presenter_ = std::make_unique<QtPopupPresenter>(options_);
   const auto request = requestFor(screen_, "a");
   request->preferences.image = "http://127.0.0.1:1/picture.png";
   presenter_->present(request);
   ASSERT_TRUE(waitForPopup(window_, "a"));
-  const QPointer<PopUpWindow> popup(shownIn(window_).front());
-  EXPECT_EQ(popup->state().imageViewHeight, 164);
-  popup->dismissView();
-  settle();
-  EXPECT_TRUE(popup.isNull());
+  EXPECT_EQ(shownIn(window_).front()->state().imageViewHeight, 164);
 }
 
 TEST_F(QtPopupPresenterTest, OverAForeignWindowThePopupIsAWindowThatFollowsItToItsEnd) {
@@ -314,7 +296,7 @@ TEST_F(QtPopupPresenterTest, OverASceneOnTheOnlyWindowThereIsNothingIsShownAndTh
   presenter_->present(request);
   EXPECT_TRUE(waitFor(
       [&] { return said("the platform eglfs has no second window for a popup over the scene"); }));
-  EXPECT_EQ(fake_.inspector->ofKind("popup").size(), 1u);
+  EXPECT_EQ(fake.inspector->ofKind("popup").size(), 1u);
   EXPECT_EQ(topLevelPopup(), nullptr);
 }
 

@@ -49,14 +49,6 @@ TEST_F(DeviceStatusTest, AListedModelHasItsNameAndAnyOtherItsIdentifierWithPoint
   }
 }
 
-TEST_F(DeviceStatusTest, TheBatteryLevelIsTruncatedToPercents) {
-  for (const auto& [level, text] : std::vector<std::pair<float, std::string>>{
-           {0.555F, "55"}, {0.0F, "0"}, {1.0F, "100"}, {-1.0F, "-100"}}) {
-    setBattery(level);
-    EXPECT_EQ(DeviceStatusHelper::batteryLevel(), text);
-  }
-}
-
 TEST_F(DeviceStatusTest, ABatteryLevelThatIsNoWholeNumberIsFatal) {
   setFatalErrorHandler(
       [](std::string_view message) -> void { throw std::runtime_error(std::string(message)); });

@@ -15,7 +15,6 @@
 #include "Kifo_iOS_Common_Kit/ports/ReachabilityFlags.h"
 #include "platform/linux/reachability/NetlinkSocket.h"
 #include "tests/namespaces/CabledTest.h"
-#include "tests/namespaces/SourceWatcher.h"
 #include "tests/support/HeldUp.h"
 
 namespace kifo::testing {

@@ -6,7 +6,6 @@
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/reachability/TargetAddresses.h"
 #include "tests/namespaces/CabledTest.h"
-#include "tests/namespaces/SourceWatcher.h"
 
 namespace kifo::testing {
 namespace {

@@ -85,6 +85,7 @@ TEST_F(ReachabilityManagerTest, AnyWatchersNoteCountsAndAnythingElseIsFatal) {
   EXPECT_EQ(manager_->flags(), Flags::reachable) << "known as soon as monitoring has started";
   EXPECT_THAT(read_, ElementsAre(true)) << "before the main queue gets to it";
   platform_.runUntilIdle();
+  EXPECT_EQ(read_.size(), 3U) << "a change is read when it comes, is posted and is handled";
   platform_.reachability->setFlags(0);
   const auto other =
       KifoReachability::create({.targetQueue = nullptr, .notificationQueue = platform_.mainQueue})
