@@ -37,12 +37,18 @@ TEST(AlertAnimatorTest, ACardComesFromTheSideOfItsStyle) {
     EXPECT_EQ(animator.offset(kPlace, kWindow), QPoint());
     EXPECT_EQ(animator.opacity(), 1);
   }
+  AlertMotion reduced = slow();
+  reduced.reduced = true;
+  const AlertMotion negative{milliseconds(-1), milliseconds(-1)};
   for (const auto& [style, motion] : {std::pair(KifoAnimationStyle::noAnimation, slow()),
-                                      std::pair(KifoAnimationStyle::topToBottom,
-                                                AlertMotion{milliseconds(-1), milliseconds(-1)})}) {
+                                      std::pair(KifoAnimationStyle::topToBottom, reduced),
+                                      std::pair(KifoAnimationStyle::topToBottom, negative)}) {
     AlertAnimator still;
+    QSignalSpy left(&still, &AlertAnimator::left);
     still.enter(style, false, motion);
     EXPECT_EQ(still.opacity(), 1);
+    still.leave(motion);
+    EXPECT_EQ(left.count(), 1);
   }
 }
 
