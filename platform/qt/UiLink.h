@@ -24,7 +24,7 @@ class UiLink {
     return QMetaObject::invokeMethod(
         target_,
         [target = target_, task = std::move(task)] {
-          MutexLock(posting_).unlock();
+          { const MutexLock posted(posting_); }
           task(*target);
         },
         Qt::QueuedConnection);
