@@ -150,8 +150,8 @@ TEST_F(DesktopNotificationCentreTest, APushThatTheHostClosesIsTakenOffOrNeverSho
 TEST_F(DesktopNotificationCentreTest, FourPicturesLoadAtATimeAndHoldNothingElseUp) {
   start();
   for (int index = 0; index < 81; ++index) deliverWithPicture(std::to_string(index), "");
-  show("no picture");
   ASSERT_TRUE(waitFor([&] { return events("push_notification_received").size() == 81; }));
+  show("no picture");
   ASSERT_TRUE(waitFor([&] { return service_->shown().size() == 1; }));
   EXPECT_THAT(titles(), ElementsAre("no picture"));
   waitForPicturesUnderWay(4);
