@@ -39,7 +39,7 @@ void World::start(std::uint32_t argument) {
     return decision_;
   });
   initialize(argument, false);
-  // A revocation that the power failure kept from the disk has never been.
+  // A revocation that did not reach the disk before the power failed does not count.
   if (!isWithheld()) isForgetting_ = false;
 }
 

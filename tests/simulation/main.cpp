@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 
 #include "testing/simulation/Play.h"
 #include "testing/simulation/Script.h"
@@ -115,6 +116,7 @@ bool playAll(const Options& options, Shared& shared) {
   std::array<pid_t, kMostJobs> processes{};
   for (std::uint64_t job = 0; job < options.jobs; ++job) {
     processes[job] = fork();
+    if (processes[job] < 0) std::perror("kifo_simulation: no process for the worlds");
     if (processes[job] != 0) continue;
     const bool holds = playSome(options, job, shared);
     std::exit(holds ? 0 : 1);
